@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string_view>
+
+#include <QuorvelPlatform/Export.h>
+
+namespace quorvelkit {
+
+/// Stops the process because of a programming error: writes the message and a line end to
+/// standard error, then calls std::abort.
+[[noreturn]] QUORVELKIT_EXPORT void fatalError(std::string_view message) noexcept;
+
+/// The message of fatalError where a value that must be present is absent.
+inline constexpr std::string_view unwrappedAbsentValue =
+    "unexpectedly found nil while unwrapping an Optional value";
+
+}  // namespace quorvelkit

@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <QuorvelPlatform/MainQueue.h>
+
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <optional>
+#include <utility>
+
+#include <pthread.h>
+
+namespace quorvelkit {
+
+struct MainQueue::State {
+  using Hook = std::shared_ptr<const std::function<void()>>;
+
+  std::mutex mutex;
+  std::condition_variable changed;
+  std::deque<Block> blocks;
+  bool stopped = false;
+  Hook hook;
+
+  std::optional<Block> take(std::unique_lock<std::mutex>& lock) {
+    if (blocks.empty()) return std::nullopt;
+    std::optional<Block> block(std::move(blocks.front()));
+    blocks.pop_front();
+    lock.unlock();
+    return block;
+  }
+
+  // Calls the hook when blocks are waiting for it.
+  void wakeUpIfWaiting() {
+    Hook current;
+    {
+      const std::lock_guard lock(mutex);
+      if (!blocks.empty()) current = hook;
+    }
+    if (current) (*current)();
+  }
+};
+
+namespace {
+
+// Runs a function at the end of a scope, also when an exception leaves it.
+template <class Function>
+class AtScopeEnd {
+ public:
+  explicit AtScopeEnd(Function function) : function_(std::move(function)) {}
+  AtScopeEnd(const AtScopeEnd&) = delete;
+  AtScopeEnd& operator=(const AtScopeEnd&) = delete;
+  ~AtScopeEnd() { function_(); }
+
+ private:
+  Function function_;
+};
+
+}  // namespace
+
+MainQueue& MainQueue::main() {
+  static auto* const queue = new MainQueue;
+  return *queue;
+}
+
+// The lock is held across a fork, so that the child finds the queue whole.
+MainQueue::MainQueue() : state_(new State) {
+  static State* const state = state_;
+  pthread_atfork([] { state->mutex.lock(); }, [] { state->mutex.unlock(); },
+                 [] { state->mutex.unlock(); });
+}
+
+void MainQueue::async(Block block) {
+  State::Hook hook;
+  {
+    const std::lock_guard lock(state_->mutex);
+    if (state_->blocks.empty()) hook = state_->hook;
+    state_->blocks.push_back(std::move(block));
+  }
+  state_->changed.notify_one();
+  if (hook) (*hook)();
+}
+
+void MainQueue::run() {
+  for (;;) {
+    std::unique_lock lock(state_->mutex);
+    state_->changed.wait(lock, [&] { return state_->stopped || !state_->blocks.empty(); });
+    if (std::exchange(state_->stopped, false)) return;
+    const auto block = state_->take(lock);
+    (*block)();
+  }
+}
+
+bool MainQueue::runOnce(std::chrono::milliseconds timeout) {
+  std::unique_lock lock(state_->mutex);
+  state_->changed.wait_for(lock, timeout, [&] { return !state_->blocks.empty(); });
+  const auto block = state_->take(lock);
+  if (block) (*block)();
+  return block.has_value();
+}
+
+void MainQueue::runPending() {
+  const AtScopeEnd wakeUp([&] { state_->wakeUpIfWaiting(); });
+  std::size_t pending = 0;
+  {
+    const std::lock_guard lock(state_->mutex);
+    pending = state_->blocks.size();
+  }
+  for (; pending > 0; --pending) {
+    std::unique_lock lock(state_->mutex);
+    const auto block = state_->take(lock);
+    if (!block) return;
+    (*block)();
+  }
+}
+
+void MainQueue::stop() {
+  {
+    const std::lock_guard lock(state_->mutex);
+    state_->stopped = true;
+  }
+  state_->changed.notify_all();
+}
+
+void MainQueue::setWakeUpHook(std::function<void()> hook) {
+  {
+    const std::lock_guard lock(state_->mutex);
+    state_->hook =
+        hook ? std::make_shared<const std::function<void()>>(std::move(hook)) : nullptr;
+  }
+  state_->wakeUpIfWaiting();
+}
+
+bool MainQueue::hasWakeUpHook() const {
+  const std::lock_guard lock(state_->mutex);
+  return state_->hook != nullptr;
+}
+
+}  // namespace quorvelkit

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <QuorvelPlatform/URLError.h>
+
+#include <sstream>
+
+#include <QuorvelPlatform/URL.h>
+
+namespace quorvelkit {
+
+namespace {
+
+std::string_view description(std::int64_t code) {
+  switch (code) {
+    case URLError::cancelled: return "cancelled";
+    case URLError::badURL: return "bad URL";
+    case URLError::timedOut: return "The request timed out.";
+    case URLError::unsupportedURL: return "unsupported URL";
+    case URLError::cannotFindHost: return "The host name was not found.";
+    case URLError::cannotConnectToHost: return "No connection to the server could be made.";
+    case URLError::networkConnectionLost: return "The connection to the server was lost.";
+    case URLError::httpTooManyRedirects: return "too many HTTP redirects";
+    case URLError::notConnectedToInternet: return "This device has no network connection.";
+    case URLError::badServerResponse: return "The answer of the server makes no sense.";
+    case URLError::userAuthenticationRequired: return "The server asks for credentials.";
+    case URLError::cannotDecodeContentData: return "cannot decode content data";
+    case URLError::cannotParseResponse: return "cannot parse response";
+    case URLError::requestBodyStreamExhausted: return "request body stream exhausted";
+    case URLError::fileDoesNotExist: return "The file does not exist.";
+    case URLError::noPermissionsToReadFile: return "The file may not be read.";
+    case URLError::dataLengthExceedsMaximum: return "resource exceeds maximum size";
+    case URLError::secureConnectionFailed: return "No secure connection could be made.";
+    case URLError::serverCertificateHasBadDate: return "The server's certificate has expired.";
+    case URLError::serverCertificateUntrusted:
+      return "The server's certificate is not trusted for this host.";
+    case URLError::serverCertificateHasUnknownRoot:
+      return "The server's certificate is signed by no known authority.";
+    case URLError::serverCertificateNotYetValid:
+      return "The server's certificate is not valid yet.";
+    case URLError::clientCertificateRequired: return "The server asks for a certificate.";
+    default: return "unknown error";
+  }
+}
+
+}  // namespace
+
+Error URLError::make(std::int64_t code, const URL& failingURL) {
+  std::ostringstream urlText;
+  urlText << failingURL;
+  return {std::string(domain), code,
+          {{std::string(Error::localizedDescriptionKey), std::string(description(code))},
+           {std::string(failingURLKey), urlText.str()}}};
+}
+
+}  // namespace quorvelkit

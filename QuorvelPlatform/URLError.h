@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include <QuorvelPlatform/Error.h>
+#include <QuorvelPlatform/Export.h>
+
+namespace quorvelkit {
+
+class URL;
+
+/// The errors of the transport: their domain, their codes and their making.
+struct QUORVELKIT_EXPORT URLError {
+  static constexpr std::string_view domain = "QuorvelKit.URLError";
+  /// The key of the URL that failed, without user information, in the user info.
+  static constexpr std::string_view failingURLKey = "failingURL";
+
+  static constexpr std::int64_t unknown = -1;
+  static constexpr std::int64_t cancelled = -999;
+  static constexpr std::int64_t badURL = -1000;
+  static constexpr std::int64_t timedOut = -1001;
+  static constexpr std::int64_t unsupportedURL = -1002;
+  static constexpr std::int64_t cannotFindHost = -1003;
+  static constexpr std::int64_t cannotConnectToHost = -1004;
+  static constexpr std::int64_t networkConnectionLost = -1005;
+  static constexpr std::int64_t httpTooManyRedirects = -1007;
+  static constexpr std::int64_t notConnectedToInternet = -1009;
+  static constexpr std::int64_t badServerResponse = -1011;
+  static constexpr std::int64_t userAuthenticationRequired = -1013;
+  static constexpr std::int64_t cannotDecodeContentData = -1016;
+  static constexpr std::int64_t cannotParseResponse = -1017;
+  static constexpr std::int64_t requestBodyStreamExhausted = -1021;
+  static constexpr std::int64_t fileDoesNotExist = -1100;
+  static constexpr std::int64_t noPermissionsToReadFile = -1102;
+  static constexpr std::int64_t dataLengthExceedsMaximum = -1103;
+  static constexpr std::int64_t secureConnectionFailed = -1200;
+  static constexpr std::int64_t serverCertificateHasBadDate = -1201;
+  static constexpr std::int64_t serverCertificateUntrusted = -1202;
+  static constexpr std::int64_t serverCertificateHasUnknownRoot = -1203;
+  static constexpr std::int64_t serverCertificateNotYetValid = -1204;
+  static constexpr std::int64_t clientCertificateRequired = -1206;
+
+  /// An error of this domain with the code's description and the URL that failed.
+  static Error make(std::int64_t code, const URL& failingURL);
+};
+
+}  // namespace quorvelkit

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <string>
+
+#include <QuorvelPlatform/Export.h>
+
+namespace quorvelkit {
+
+/// What a session may be told. Certificates and host names are always verified: no setting turns
+/// that off.
+struct QUORVELKIT_EXPORT URLSessionConfiguration {
+  using TimeInterval = std::chrono::duration<double>;
+
+  /// How long a transfer may stand still, for requests without an interval of their own.
+  TimeInterval timeoutIntervalForRequest = std::chrono::seconds(60);
+  /// How long a whole transfer may take.
+  TimeInterval timeoutIntervalForResource = std::chrono::days(7);
+  /// The largest body in bytes, counted after decoding; a longer one fails the task with
+  /// URLError::dataLengthExceedsMaximum.
+  std::size_t maximumBodySize = std::size_t{256} << 20U;
+  /// Connections to one host at a time over HTTP/1.1.
+  int httpMaximumConnectionsPerHost = 6;
+  /// A PEM file of the authorities to trust; empty: those of the system.
+  std::string caFile;
+  /// The proxy as a URL ("http://proxy.example:3128"); empty: none. The environment is not read.
+  std::string proxy;
+
+  /// What the shared session is made with: the values above unless setDefault() changed them.
+  static URLSessionConfiguration defaultConfiguration();
+  /// Call it before the first use of the shared session; later it has no effect on that session.
+  static void setDefault(URLSessionConfiguration configuration);
+};
+
+}  // namespace quorvelkit

@@ -1,0 +1,37 @@
+# SPDX-License-Identifier: Apache-2.0
+# How every target of this project is compiled.
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
+endif()
+
+add_library(quorvelkit_build_settings INTERFACE)
+target_compile_options(quorvelkit_build_settings INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+  $<$<BOOL:${QUORVELKIT_WARNINGS_AS_ERRORS}>:-Werror>)
+if(QUORVELKIT_SANITIZERS)
+  # Every object takes part, also those of the tests: a half-instrumented program misses races.
+  add_compile_options(-fsanitize=${QUORVELKIT_SANITIZERS} -fno-sanitize-recover=all
+                      -fno-omit-frame-pointer -O1)
+  add_link_options(-fsanitize=${QUORVELKIT_SANITIZERS})
+endif()
+
+# A program, test or tool of this project.
+function(quorvelkit_program_settings target)
+  target_link_libraries(${target} PRIVATE quorvelkit_build_settings)
+endfunction()
+
+# A library that applications link: hidden symbols, SONAME, headers included from the root.
+function(quorvelkit_library_settings target)
+  target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:quorvelkit_build_settings>)
+  target_compile_features(${target} PUBLIC cxx_std_20)
+  target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR})
+  set_target_properties(${target} PROPERTIES
+    VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON
+    POSITION_INDEPENDENT_CODE ON
+    VERIFY_INTERFACE_HEADER_SETS ON)
+endfunction()
