@@ -15,8 +15,8 @@ struct Error::Fields {
 };
 
 Error::Error(std::string domain, std::int64_t code, UserInfo userInfo)
-    : fields_(std::make_shared<const Fields>(
-          Fields{std::move(domain), code, std::move(userInfo)})) {}
+    : fields_(
+          std::make_shared<const Fields>(Fields{std::move(domain), code, std::move(userInfo)})) {}
 
 Error Error::described(std::string domain, std::int64_t code, std::string description) {
   UserInfo userInfo;
@@ -31,8 +31,8 @@ const Error::UserInfo& Error::userInfo() const noexcept { return fields_->userIn
 std::string Error::localizedDescription() const {
   const auto found = userInfo().find(localizedDescriptionKey);
   if (found != userInfo().end()) return found->second;
-  return "The operation could not be completed (" + domain() + " error " +
-         std::to_string(code()) + ").";
+  return "The operation could not be completed (" + domain() + " error " + std::to_string(code()) +
+         ").";
 }
 
 bool operator==(const Error& a, const Error& b) noexcept {

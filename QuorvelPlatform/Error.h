@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QuorvelPlatform/Export.h>
+
 #include <cstdint>
 #include <iosfwd>
 #include <map>
 #include <memory>
 #include <string>
 #include <string_view>
-
-#include <QuorvelPlatform/Export.h>
 
 namespace quorvelkit {
 

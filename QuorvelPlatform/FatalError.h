@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <string_view>
-
 #include <QuorvelPlatform/Export.h>
+
+#include <string_view>
 
 namespace quorvelkit {
 

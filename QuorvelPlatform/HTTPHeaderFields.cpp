@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <QuorvelPlatform/ASCII.h>
 #include <QuorvelPlatform/HTTPHeaderFields.h>
 
 #include <algorithm>
-
-#include <QuorvelPlatform/ASCII.h>
 
 namespace quorvelkit {
 

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QuorvelPlatform/Export.h>
+
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
-
-#include <QuorvelPlatform/Export.h>
 
 namespace quorvelkit {
 

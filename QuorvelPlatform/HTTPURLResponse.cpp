@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <QuorvelPlatform/ASCII.h>
 #include <QuorvelPlatform/HTTPURLResponse.h>
 
 #include <charconv>
 #include <string>
 #include <utility>
-
-#include <QuorvelPlatform/ASCII.h>
 
 namespace quorvelkit {
 
@@ -21,7 +20,8 @@ std::optional<std::string> mimeTypeOf(const HTTPHeaderFields& fields) {
   const auto contentType = fields.value("Content-Type");
   if (!contentType) return std::nullopt;
   std::string mimeType(trimmed(contentType->substr(0, contentType->find(';'))));
-  for (char& c : mimeType) c = asciiLowered(c);
+  for (char& c : mimeType)
+    c = asciiLowered(c);
   if (mimeType.empty()) return std::nullopt;
   return mimeType;
 }

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <optional>
-#include <string_view>
-
 #include <QuorvelPlatform/Export.h>
 #include <QuorvelPlatform/HTTPHeaderFields.h>
 #include <QuorvelPlatform/URLResponse.h>
+
+#include <optional>
+#include <string_view>
 
 namespace quorvelkit {
 

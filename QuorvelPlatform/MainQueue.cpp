@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelPlatform/MainQueue.h>
+#include <QuorvelPlatform/NeverDestroyed.h>
+
+#include <pthread.h>
 
 #include <condition_variable>
 #include <deque>
 #include <mutex>
 #include <optional>
 #include <utility>
-
-#include <pthread.h>
 
 namespace quorvelkit {
 
@@ -57,56 +58,56 @@ class AtScopeEnd {
 }  // namespace
 
 MainQueue& MainQueue::main() {
-  static auto* const queue = new MainQueue;
-  return *queue;
+  static const NeverDestroyed<State> state;
+  static MainQueue queue(*state);
+  return queue;
 }
 
 // The lock is held across a fork, so that the child finds the queue whole.
-MainQueue::MainQueue() : state_(new State) {
-  static State* const state = state_;
-  pthread_atfork([] { state->mutex.lock(); }, [] { state->mutex.unlock(); },
-                 [] { state->mutex.unlock(); });
+MainQueue::MainQueue(State& state) : state_(state) {
+  pthread_atfork([] { main().state_.mutex.lock(); }, [] { main().state_.mutex.unlock(); },
+                 [] { main().state_.mutex.unlock(); });
 }
 
 void MainQueue::async(Block block) {
   State::Hook hook;
   {
-    const std::lock_guard lock(state_->mutex);
-    if (state_->blocks.empty()) hook = state_->hook;
-    state_->blocks.push_back(std::move(block));
+    const std::lock_guard lock(state_.mutex);
+    if (state_.blocks.empty()) hook = state_.hook;
+    state_.blocks.push_back(std::move(block));
   }
-  state_->changed.notify_one();
+  state_.changed.notify_one();
   if (hook) (*hook)();
 }
 
 void MainQueue::run() {
   for (;;) {
-    std::unique_lock lock(state_->mutex);
-    state_->changed.wait(lock, [&] { return state_->stopped || !state_->blocks.empty(); });
-    if (std::exchange(state_->stopped, false)) return;
-    const auto block = state_->take(lock);
+    std::unique_lock lock(state_.mutex);
+    state_.changed.wait(lock, [&] { return state_.stopped || !state_.blocks.empty(); });
+    if (std::exchange(state_.stopped, false)) return;
+    const auto block = state_.take(lock);
     (*block)();
   }
 }
 
 bool MainQueue::runOnce(std::chrono::milliseconds timeout) {
-  std::unique_lock lock(state_->mutex);
-  state_->changed.wait_for(lock, timeout, [&] { return !state_->blocks.empty(); });
-  const auto block = state_->take(lock);
+  std::unique_lock lock(state_.mutex);
+  state_.changed.wait_for(lock, timeout, [&] { return !state_.blocks.empty(); });
+  const auto block = state_.take(lock);
   if (block) (*block)();
   return block.has_value();
 }
 
 void MainQueue::runPending() {
-  const AtScopeEnd wakeUp([&] { state_->wakeUpIfWaiting(); });
+  const AtScopeEnd wakeUp([&] { state_.wakeUpIfWaiting(); });
   std::size_t pending = 0;
   {
-    const std::lock_guard lock(state_->mutex);
-    pending = state_->blocks.size();
+    const std::lock_guard lock(state_.mutex);
+    pending = state_.blocks.size();
   }
   for (; pending > 0; --pending) {
-    std::unique_lock lock(state_->mutex);
-    const auto block = state_->take(lock);
+    std::unique_lock lock(state_.mutex);
+    const auto block = state_.take(lock);
     if (!block) return;
     (*block)();
   }
@@ -114,24 +115,23 @@ void MainQueue::runPending() {
 
 void MainQueue::stop() {
   {
-    const std::lock_guard lock(state_->mutex);
-    state_->stopped = true;
+    const std::lock_guard lock(state_.mutex);
+    state_.stopped = true;
   }
-  state_->changed.notify_all();
+  state_.changed.notify_all();
 }
 
 void MainQueue::setWakeUpHook(std::function<void()> hook) {
   {
-    const std::lock_guard lock(state_->mutex);
-    state_->hook =
-        hook ? std::make_shared<const std::function<void()>>(std::move(hook)) : nullptr;
+    const std::lock_guard lock(state_.mutex);
+    state_.hook = hook ? std::make_shared<const std::function<void()>>(std::move(hook)) : nullptr;
   }
-  state_->wakeUpIfWaiting();
+  state_.wakeUpIfWaiting();
 }
 
 bool MainQueue::hasWakeUpHook() const {
-  const std::lock_guard lock(state_->mutex);
-  return state_->hook != nullptr;
+  const std::lock_guard lock(state_.mutex);
+  return state_.hook != nullptr;
 }
 
 }  // namespace quorvelkit

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QuorvelPlatform/Export.h>
+
 #include <chrono>
 #include <functional>
 #include <memory>
-
-#include <QuorvelPlatform/Export.h>
 
 namespace quorvelkit {
 
@@ -49,11 +49,12 @@ class QUORVELKIT_EXPORT MainQueue {
   bool hasWakeUpHook() const;
 
  private:
-  MainQueue();
-  ~MainQueue() = delete;
-
   struct State;
-  State* const state_;
+
+  explicit MainQueue(State& state);
+  ~MainQueue() = default;
+
+  State& state_;
 };
 
 }  // namespace quorvelkit

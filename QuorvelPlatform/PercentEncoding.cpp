@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <QuorvelPlatform/PercentEncoding.h>
-
 #include <QuorvelPlatform/FatalError.h>
+#include <QuorvelPlatform/PercentEncoding.h>
 #include <QuorvelPlatform/UTF8.h>
 
 namespace quorvelkit {

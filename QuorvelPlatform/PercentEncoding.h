@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QuorvelPlatform/Export.h>
+
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include <QuorvelPlatform/Export.h>
 
 namespace quorvelkit {
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelPlatform/URL.h>
 
+#include <uriparser/Uri.h>
+
 #include <algorithm>
 #include <charconv>
 #include <ostream>
-
-#include <uriparser/Uri.h>
 
 namespace quorvelkit {
 

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <QuorvelPlatform/URL.h>
 #include <QuorvelPlatform/URLError.h>
 
 #include <sstream>
-
-#include <QuorvelPlatform/URL.h>
 
 namespace quorvelkit {
 
@@ -46,7 +45,8 @@ std::string_view description(std::int64_t code) {
 Error URLError::make(std::int64_t code, const URL& failingURL) {
   std::ostringstream urlText;
   urlText << failingURL;
-  return {std::string(domain), code,
+  return {std::string(domain),
+          code,
           {{std::string(Error::localizedDescriptionKey), std::string(description(code))},
            {std::string(failingURLKey), urlText.str()}}};
 }

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <cstdint>
-#include <string_view>
-
 #include <QuorvelPlatform/Error.h>
 #include <QuorvelPlatform/Export.h>
+
+#include <cstdint>
+#include <string_view>
 
 namespace quorvelkit {
 

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <cstdint>
-#include <functional>
-#include <memory>
-
 #include <QuorvelPlatform/Data.h>
 #include <QuorvelPlatform/Error.h>
 #include <QuorvelPlatform/Export.h>
 #include <QuorvelPlatform/URLRequest.h>
 #include <QuorvelPlatform/URLResponse.h>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
 
 namespace quorvelkit {
 

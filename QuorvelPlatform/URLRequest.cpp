@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <QuorvelPlatform/ASCII.h>
 #include <QuorvelPlatform/URLRequest.h>
 
 #include <array>
 #include <ostream>
-
-#include <QuorvelPlatform/ASCII.h>
 
 namespace quorvelkit {
 
@@ -20,7 +19,8 @@ void URLRequest::setHTTPMethod(std::string_view method) {
 
 std::ostream& operator<<(std::ostream& out, const URLRequest& request) {
   out << request.httpMethod() << ' ' << request.url();
-  for (const auto& [name, value] : request.headerFields().all()) out << ' ' << name << ": ...";
+  for (const auto& [name, value] : request.headerFields().all())
+    out << ' ' << name << ": ...";
   if (request.httpBody()) out << " (" << request.httpBody()->size() << " bytes)";
   return out;
 }

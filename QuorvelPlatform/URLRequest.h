@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QuorvelPlatform/Data.h>
+#include <QuorvelPlatform/Export.h>
+#include <QuorvelPlatform/HTTPHeaderFields.h>
+#include <QuorvelPlatform/URL.h>
+
 #include <chrono>
 #include <iosfwd>
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include <QuorvelPlatform/Data.h>
-#include <QuorvelPlatform/Export.h>
-#include <QuorvelPlatform/HTTPHeaderFields.h>
-#include <QuorvelPlatform/URL.h>
 
 namespace quorvelkit {
 

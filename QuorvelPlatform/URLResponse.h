@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QuorvelPlatform/Export.h>
+#include <QuorvelPlatform/URL.h>
+
 #include <cstdint>
 #include <optional>
 #include <string>
-
-#include <QuorvelPlatform/Export.h>
-#include <QuorvelPlatform/URL.h>
 
 namespace quorvelkit {
 

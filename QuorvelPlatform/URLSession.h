@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <functional>
-#include <memory>
-#include <optional>
-
 #include <QuorvelPlatform/Data.h>
 #include <QuorvelPlatform/Error.h>
 #include <QuorvelPlatform/Export.h>
@@ -12,6 +8,10 @@
 #include <QuorvelPlatform/URLResponse.h>
 #include <QuorvelPlatform/URLSessionConfiguration.h>
 #include <QuorvelPlatform/URLSessionDataTask.h>
+
+#include <functional>
+#include <memory>
+#include <optional>
 
 namespace quorvelkit {
 

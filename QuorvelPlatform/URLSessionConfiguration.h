@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QuorvelPlatform/Export.h>
+
 #include <chrono>
 #include <cstddef>
 #include <string>
-
-#include <QuorvelPlatform/Export.h>
 
 namespace quorvelkit {
 

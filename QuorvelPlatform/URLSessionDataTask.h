@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <memory>
-
 #include <QuorvelPlatform/Export.h>
 #include <QuorvelPlatform/URLRequest.h>
+
+#include <memory>
 
 namespace quorvelkit {
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QuorvelPlatform/Export.h>
+
 #include <cstddef>
 #include <string_view>
-
-#include <QuorvelPlatform/Export.h>
 
 namespace quorvelkit {
 

@@ -1,1 +1,28 @@
 # SPDX-License-Identifier: Apache-2.0
+# Installs the library, its headers, and what find_package and pkg-config read.
+include(CMakePackageConfigHelpers)
+
+set(QUORVELKIT_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/QuorvelKit)
+
+install(TARGETS QuorvelKit EXPORT QuorvelKitTargets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(EXPORT QuorvelKitTargets NAMESPACE QuorvelKit:: DESTINATION ${QUORVELKIT_CMAKE_DIR})
+
+configure_package_config_file(cmake/QuorvelKitConfig.cmake.in QuorvelKitConfig.cmake
+  INSTALL_DESTINATION ${QUORVELKIT_CMAKE_DIR})
+write_basic_package_version_file(QuorvelKitConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES
+  ${PROJECT_BINARY_DIR}/QuorvelKitConfig.cmake
+  ${PROJECT_BINARY_DIR}/QuorvelKitConfigVersion.cmake
+  DESTINATION ${QUORVELKIT_CMAKE_DIR})
+
+# A static library leaves linking its own dependencies to the application.
+if(BUILD_SHARED_LIBS)
+  set(QUORVELKIT_PC_REQUIRES "Requires.private: libcurl liburiparser")
+else()
+  set(QUORVELKIT_PC_REQUIRES "Requires: libcurl liburiparser")
+endif()
+configure_file(cmake/quorvelkit.pc.in quorvelkit.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/quorvelkit.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
