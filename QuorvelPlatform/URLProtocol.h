@@ -34,18 +34,23 @@ class QUORVELKIT_EXPORT URLProtocol {
   using Registration = std::uint64_t;
 
   /// Asks this factory before those registered earlier and before the network, for every request
-  /// of every session that starts from now on.
+  /// of every session that starts from now on. An empty factory is a programming error. Redirects
+  /// that the network answers with are not offered to factories. Any thread.
   static Registration registerFactory(Factory factory);
+  /// Asks this factory no more; a request that is being offered to it right now may still reach
+  /// it. Any thread.
   static void unregister(Registration registration);
 
   URLProtocol(const URLProtocol&) = delete;
   URLProtocol& operator=(const URLProtocol&) = delete;
   virtual ~URLProtocol();
 
-  /// Starts answering. Must not block: it runs on the session's IO thread.
+  /// Starts answering. Must not block: it runs on the session's IO thread. The request is valid
+  /// during the call only. The client may be used inside the call already.
   virtual void startLoading(const URLRequest& request,
                             std::shared_ptr<URLProtocolClient> client) = 0;
-  /// Stops answering: the task was cancelled, timed out or ended. Runs on the session's IO thread.
+  /// Stops answering: the task was cancelled, timed out or ended. Runs once, on the session's IO
+  /// thread, which then destroys the protocol.
   virtual void stopLoading() = 0;
 
  protected:

@@ -15,12 +15,22 @@
 
 namespace quorvelkit {
 
-/// Makes data tasks that share connections, cookies and settings. Safe to use from any threads.
+class SessionState;
+
+/// Makes data tasks that share cookies and settings. Safe to use from any threads.
+///
+/// All sessions of a process share one IO thread, which transfers, and one callback thread, which
+/// builds responses and runs completion handlers one at a time; both start with the first task.
+/// At exit both are stopped and joined: from then on nothing is delivered, and handlers that have
+/// not run are never destroyed. A child process made by fork has threads of its own with the first
+/// task that it starts; tasks under way at the fork end in the parent alone.
 class QUORVELKIT_EXPORT URLSession {
  public:
   /// Takes the outcome of a task: body and response (an HTTPURLResponse when an HTTP server
   /// answered, whatever its status) on success, the error alone on failure. An empty body is
-  /// present and empty. Runs on the session's callback thread, one at a time.
+  /// present and empty. Runs on the callback thread, one at a time, and is destroyed there right
+  /// after; a handler that must not be destroyed on that thread is moved out of by its body. An
+  /// exception that leaves a handler is a programming error and stops the process.
   using CompletionHandler =
       std::function<void(std::optional<Data> data, std::shared_ptr<const URLResponse> response,
                          std::optional<Error> error)>;
@@ -36,15 +46,15 @@ class QUORVELKIT_EXPORT URLSession {
   const URLSessionConfiguration& configuration() const noexcept;
 
   /// A task for the request, suspended: URLSessionDataTask::resume starts it. An empty handler is
-  /// a programming error and stops the process.
+  /// a programming error and stops the process. A task that is neither resumed nor cancelled never
+  /// runs its handler and destroys it with itself.
   std::shared_ptr<URLSessionDataTask> dataTask(URLRequest request,
                                                CompletionHandler completionHandler);
 
  private:
-  struct State;
-  explicit URLSession(std::shared_ptr<State> state);
+  explicit URLSession(std::shared_ptr<SessionState> state);
 
-  std::shared_ptr<State> state_;
+  std::shared_ptr<SessionState> state_;
 };
 
 }  // namespace quorvelkit

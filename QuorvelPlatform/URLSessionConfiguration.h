@@ -21,8 +21,6 @@ struct QUORVELKIT_EXPORT URLSessionConfiguration {
   /// The largest body in bytes, counted after decoding; a longer one fails the task with
   /// URLError::dataLengthExceedsMaximum.
   std::size_t maximumBodySize = std::size_t{256} << 20U;
-  /// Connections to one host at a time over HTTP/1.1.
-  int httpMaximumConnectionsPerHost = 6;
   /// A PEM file of the authorities to trust; empty: those of the system.
   std::string caFile;
   /// The proxy as a URL ("http://proxy.example:3128"); empty: none. The environment is not read.

@@ -13,6 +13,7 @@ namespace quorvelkit {
 /// go of the handler once that has run. All members may be called from any thread.
 class QUORVELKIT_EXPORT URLSessionDataTask {
  public:
+  /// A task is completed from just before its handler runs.
   enum class State { suspended, running, canceling, completed };
 
   URLSessionDataTask(const URLSessionDataTask&) = delete;
@@ -21,8 +22,8 @@ class QUORVELKIT_EXPORT URLSessionDataTask {
 
   /// Starts the transfer. Does nothing the second time, after cancel() and after the end.
   virtual void resume() = 0;
-  /// Ends the task with URLError::cancelled, also one that was never resumed. Does nothing after
-  /// the end.
+  /// Ends the task with URLError::cancelled, also one that was never resumed. The handler of a task
+  /// whose state is canceling always sees that error. Does nothing once the handler has begun.
   virtual void cancel() = 0;
   virtual State state() const = 0;
   virtual const URLRequest& originalRequest() const = 0;

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <QuorvelPlatform/HTTPHead_p.h>
+
+#include <string>
+#include <utility>
+
+namespace quorvelkit {
+
+namespace {
+
+std::string_view trimmed(std::string_view text) {
+  const std::size_t begin = text.find_first_not_of(" \t\r\n");
+  if (begin == text.npos) return {};
+  return text.substr(begin, text.find_last_not_of(" \t\r\n") - begin + 1);
+}
+
+// Takes the first line, with the folded ones behind it, from the front of the lines.
+std::string_view takeLine(std::string_view& lines) {
+  std::size_t end = lines.find('\n');
+  while (end != lines.npos && end + 1 < lines.size() &&
+         (lines[end + 1] == ' ' || lines[end + 1] == '\t')) {
+    end = lines.find('\n', end + 1);
+  }
+  const std::string_view line = lines.substr(0, end);
+  lines.remove_prefix(end == lines.npos ? lines.size() : end + 1);
+  return line;
+}
+
+std::string unfolded(std::string_view value) {
+  std::string text(trimmed(value.substr(0, value.find('\n'))));
+  while (value.find('\n') != value.npos) {
+    value.remove_prefix(value.find('\n') + 1);
+    text.append(" ").append(trimmed(value.substr(0, value.find('\n'))));
+  }
+  return text;
+}
+
+}  // namespace
+
+HTTPHeaderFields parseHeaderLines(std::string_view lines) {
+  HTTPHeaderFields fields;
+  while (!lines.empty()) {
+    const std::string_view line = takeLine(lines);
+    const std::size_t colon = line.find(':');
+    if (colon == line.npos) continue;
+    const std::string_view value = trimmed(line.substr(colon + 1));
+    if (value.find('\n') == value.npos) {
+      fields.add(line.substr(0, colon), value, ", ");
+    } else {
+      fields.add(line.substr(0, colon), unfolded(value), ", ");
+    }
+  }
+  return fields;
+}
+
+std::shared_ptr<const HTTPURLResponse> makeResponse(const URL& requested, HTTPHead head) {
+  return std::make_shared<const HTTPURLResponse>(head.url ? *std::move(head.url) : requested,
+                                                 head.statusCode, parseHeaderLines(head.lines));
+}
+
+}  // namespace quorvelkit

@@ -1,0 +1,230 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <QuorvelPlatform/FatalError.h>
+#include <QuorvelPlatform/ProtocolRegistry_p.h>
+#include <QuorvelPlatform/SessionEngine_p.h>
+#include <QuorvelPlatform/URLError.h>
+#include <QuorvelPlatform/curl/NetworkProtocol_p.h>
+
+#include <pthread.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <utility>
+
+namespace quorvelkit {
+
+namespace {
+
+std::mutex engineMutex;
+std::atomic<SessionEngine*> currentEngine = nullptr;
+std::atomic<int> generation = 0;
+
+// Signals are for the application's threads; SIGPIPE of a broken connection reaches nobody.
+class AllSignalsBlocked {
+ public:
+  AllSignalsBlocked() {
+    sigset_t all;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &before_);
+  }
+  AllSignalsBlocked(const AllSignalsBlocked&) = delete;
+  AllSignalsBlocked& operator=(const AllSignalsBlocked&) = delete;
+  ~AllSignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+
+ private:
+  sigset_t before_{};
+};
+
+}  // namespace
+
+int SessionEngine::processGeneration() { return generation.load(std::memory_order_relaxed); }
+
+SessionEngine& SessionEngine::shared() {
+  if (SessionEngine* engine = currentEngine.load(std::memory_order_acquire)) return *engine;
+  const std::lock_guard lock(engineMutex);
+  SessionEngine* engine = currentEngine.load(std::memory_order_relaxed);
+  if (engine == nullptr) {
+    engine = new SessionEngine;
+    currentEngine.store(engine, std::memory_order_release);
+  }
+  return *engine;
+}
+
+SessionEngine::SessionEngine() {
+  registerProcessHandlers();
+  const AllSignalsBlocked blocked;
+  try {
+    callbacks_.start();
+    thread_ = std::thread([this] {
+      try {
+        run();
+      } catch (...) {
+        fatalError("An exception left a URL protocol.");
+      }
+    });
+  } catch (const std::exception&) {
+    fatalError("The threads of the URL session could not be started.");
+  }
+}
+
+// The network is initialised before the exit handler is registered, so that the threads have
+// stopped when its own clean-up runs. No lock of these is ever taken inside another, but for the
+// first, so any order will do across a fork.
+void SessionEngine::registerProcessHandlers() {
+  static bool registered = false;
+  if (std::exchange(registered, true)) return;
+  std::atexit([] {
+    if (SessionEngine* engine = currentEngine.load()) engine->stop();
+  });
+  static constexpr auto forEachLock = [](void (*visit)(std::mutex&)) {
+    visit(protocolRegistryMutex());
+    if (SessionEngine* engine = currentEngine.load(std::memory_order_relaxed)) {
+      visit(engine->mutex_);
+      visit(engine->callbacks_.mutex());
+    }
+  };
+  static constexpr auto lock = [](std::mutex& mutex) { mutex.lock(); };
+  static constexpr auto unlock = [](std::mutex& mutex) { mutex.unlock(); };
+  pthread_atfork(
+      [] {
+        engineMutex.lock();
+        forEachLock(lock);
+      },
+      [] {
+        forEachLock(unlock);
+        engineMutex.unlock();
+      },
+      [] {
+        forEachLock(unlock);
+        ++generation;
+        currentEngine = nullptr;
+        engineMutex.unlock();
+      });
+}
+
+void SessionEngine::start(std::shared_ptr<DataTask> task) {
+  post({Event::start, std::move(task), nullptr});
+}
+
+void SessionEngine::cancel(std::shared_ptr<DataTask> task) {
+  post({Event::cancel, std::move(task), nullptr});
+}
+
+void SessionEngine::ended(std::shared_ptr<Load> load, std::shared_ptr<DataTask> task) {
+  post({Event::ended, std::move(task), std::move(load)});
+}
+
+void SessionEngine::post(Message message) {
+  if (std::this_thread::get_id() == thread_.get_id()) {
+    own_.push_back(std::move(message));
+    return;
+  }
+  bool wake = false;
+  {
+    const std::lock_guard lock(mutex_);
+    inbox_.push_back(std::move(message));
+    wake = std::exchange(sleeping_, false);
+  }
+  if (wake) network_.wakeUp();
+}
+
+void SessionEngine::stop() {
+  callbacks_.stop();
+  {
+    const std::lock_guard lock(mutex_);
+    stopping_ = true;
+  }
+  network_.wakeUp();
+  if (std::this_thread::get_id() != thread_.get_id()) thread_.join();
+}
+
+void SessionEngine::run() {
+  for (;;) {
+    {
+      const std::lock_guard lock(mutex_);
+      sleeping_ = false;
+      batch_.swap(inbox_);
+    }
+    if (stopping_) return;
+    now_ = Load::Clock::now();
+    handle(batch_);
+    network_.perform();
+    endTimedOut();
+    while (!own_.empty()) {
+      std::vector<Message> messages;
+      messages.swap(own_);
+      handle(messages);
+    }
+    {
+      const std::lock_guard lock(mutex_);
+      if (stopping_) return;
+      if (!inbox_.empty()) continue;
+      sleeping_ = true;
+    }
+    network_.wait(nextDeadline_ - now_);
+  }
+}
+
+void SessionEngine::handle(std::vector<Message>& messages) {
+  for (Message& message : messages) {
+    switch (message.event) {
+      case Event::start: begin(std::move(message.task)); break;
+      case Event::cancel:
+        if (message.task->load != nullptr) endEarly(*message.task->load, URLError::cancelled);
+        break;
+      case Event::ended: finish(*message.load, *message.task); break;
+    }
+  }
+  messages.clear();
+}
+
+void SessionEngine::begin(std::shared_ptr<DataTask> task) {
+  if (task->state() == DataTask::State::canceling) {
+    deliver(std::move(task), {});
+    return;
+  }
+  auto load = std::make_shared<Load>(*this, task, now_);
+  task->load = load.get();
+  load->index = loads_.size();
+  loads_.push_back(load);
+  nextDeadline_ = std::min(nextDeadline_, load->deadline());
+  const URLRequest& request = task->originalRequest();
+  load->protocol = makeRegisteredProtocol(request);
+  if (!load->protocol) load->protocol = makeNetworkProtocol(*this, *load, task->session());
+  load->protocol->startLoading(request, load);
+}
+
+// Stops the protocol of a load that has ended and lets go of both.
+void SessionEngine::finish(Load& load, DataTask& task) {
+  task.load = nullptr;
+  const auto protocol = std::move(load.protocol);
+  if (protocol) protocol->stopLoading();
+  const std::size_t index = load.index;
+  std::swap(loads_[index], loads_.back());
+  loads_[index]->index = index;
+  loads_.pop_back();
+}
+
+void SessionEngine::endEarly(Load& load, std::int64_t code) {
+  auto task = load.close();
+  if (!task) return;
+  finish(load, *task);
+  deliver(std::move(task), Outcome::failure(code));
+}
+
+void SessionEngine::endTimedOut() {
+  if (now_ < nextDeadline_) return;
+  nextDeadline_ = Load::Clock::time_point::max();
+  for (std::size_t i = 0; i < loads_.size();) {
+    const auto deadline = loads_[i]->deadline();
+    const std::size_t count = loads_.size();
+    if (deadline <= now_) endEarly(*loads_[i], URLError::timedOut);
+    if (loads_.size() == count) {
+      nextDeadline_ = std::min(nextDeadline_, deadline);
+      ++i;
+    }
+  }
+}
+
+}  // namespace quorvelkit

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <QuorvelPlatform/FatalError.h>
+#include <QuorvelPlatform/curl/MultiLoop_p.h>
+
+#include <curl/curl.h>
+
+#include <algorithm>
+
+namespace quorvelkit {
+
+namespace {
+
+CURLM* makeMulti() {
+  if (curl_global_init(CURL_GLOBAL_DEFAULT) != CURLE_OK) {
+    fatalError("The network library could not be initialised.");
+  }
+  CURLM* const multi = curl_multi_init();
+  if (multi == nullptr) fatalError("The network library could not make its loop.");
+  curl_multi_setopt(multi, CURLMOPT_MAX_HOST_CONNECTIONS, 6L);
+  curl_multi_setopt(multi, CURLMOPT_MAXCONNECTS, 32L);
+  return multi;
+}
+
+}  // namespace
+
+MultiLoop::MultiLoop() : multi_(makeMulti()) {}
+
+void MultiLoop::perform() {
+  int running = 0;
+  curl_multi_perform(multi_, &running);
+}
+
+void MultiLoop::wait(std::chrono::nanoseconds longest) {
+  using std::chrono::milliseconds;
+  const auto rounded = std::chrono::ceil<milliseconds>(
+      std::min<std::chrono::nanoseconds>(longest, std::chrono::hours(1)));
+  const auto timeout = std::max(rounded, milliseconds(0)).count();
+  curl_multi_poll(multi_, nullptr, 0, static_cast<int>(timeout), nullptr);
+}
+
+void MultiLoop::wakeUp() { curl_multi_wakeup(multi_); }
+
+}  // namespace quorvelkit

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <chrono>
+
+namespace quorvelkit {
+
+class Transfer;
+
+/// The transfers under way. Made once and never destroyed; all members but wakeUp() belong to the
+/// IO thread.
+class MultiLoop {
+ public:
+  MultiLoop();
+  MultiLoop(const MultiLoop&) = delete;
+  MultiLoop& operator=(const MultiLoop&) = delete;
+
+  void add(Transfer& transfer);
+  void remove(Transfer& transfer);
+  /// Moves bytes as far as they go and ends the transfers that are through.
+  void perform();
+  /// Waits until a socket, a timer of a transfer or wakeUp() asks for perform(), at most as long
+  /// as given.
+  void wait(std::chrono::nanoseconds longest);
+  /// Ends the present or the next wait(). Any thread.
+  void wakeUp();
+
+ private:
+  void* const multi_;
+};
+
+}  // namespace quorvelkit

@@ -1,0 +1,290 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/support/Call.h"
+
+#include <QuorvelPlatform/URLError.h>
+#include <QuorvelPlatform/URLProtocol.h>
+#include <QuorvelPlatform/URLSession.h>
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <random>
+#include <thread>
+#include <vector>
+
+namespace quorvelkit {
+namespace {
+
+using namespace std::chrono_literals;
+using namespace quorvelkit::test;
+using State = URLSessionDataTask::State;
+
+// A protocol whose behaviour is a function; what it was asked for stays visible.
+class Scripted : public URLProtocol {
+ public:
+  using Script = std::function<void(const URLRequest&, std::shared_ptr<URLProtocolClient>)>;
+  struct Seen {
+    std::atomic<int> started = 0, stopped = 0;
+    std::thread::id startThread, stopThread;
+    Awaited<bool> gone;
+  };
+
+  Scripted(Script script, std::shared_ptr<Seen> seen)
+      : script_(std::move(script)), seen_(std::move(seen)) {}
+  ~Scripted() override { seen_->gone.set(true); }
+  void startLoading(const URLRequest& request, std::shared_ptr<URLProtocolClient> client) override {
+    ++seen_->started;
+    seen_->startThread = std::this_thread::get_id();
+    script_(request, std::move(client));
+  }
+  void stopLoading() override {
+    ++seen_->stopped;
+    seen_->stopThread = std::this_thread::get_id();
+  }
+  static Registration install(Script script, const std::shared_ptr<Seen>& seen) {
+    return registerFactory([script = std::move(script), seen](const URLRequest&) {
+      return std::make_unique<Scripted>(script, seen);
+    });
+  }
+
+ private:
+  const Script script_;
+  const std::shared_ptr<Seen> seen_;
+};
+
+std::shared_ptr<const URLResponse> someResponse(const URLRequest& request) {
+  return std::make_shared<URLResponse>(request.url(), "text/plain", 2, std::nullopt);
+}
+
+TEST(URLProtocolTest, AnswersInPlaceOfTheNetwork) {
+  const auto seen = std::make_shared<Scripted::Seen>();
+  Scripted::install(
+      [](const URLRequest& request, auto client) {
+        client->didReceive(someResponse(request));
+        for (const char* piece : {"", "a", "", "b", "c"})
+          client->didLoad(Data(piece));
+        client->didFinishLoading();
+        client->didLoad(Data("late"));
+        client->didFail(URLError::make(URLError::unknown, request.url()));
+      },
+      seen);
+  Call call(requestFor("anything:at-all"));
+  EXPECT_EQ(call.task->state(), State::suspended);
+  call.task->resume();
+  call.task->resume();
+  const Result result = call.result();
+  EXPECT_EQ(result.data->view(), "abc");
+  EXPECT_EQ(result.response->mimeType(), "text/plain");
+  EXPECT_FALSE(result.error);
+  EXPECT_EQ(call.task->state(), State::completed);
+  call.task->cancel();
+  call.task->resume();
+  EXPECT_EQ(call.task->state(), State::completed);
+  seen->gone.get();
+  EXPECT_EQ(seen->started, 1);
+  EXPECT_EQ(seen->stopped, 1);
+  EXPECT_EQ(seen->startThread, seen->stopThread);
+  EXPECT_NE(seen->startThread, result.thread);
+  EXPECT_NE(std::this_thread::get_id(), result.thread);
+  EXPECT_EQ(call.completions(), 1);
+}
+
+TEST(URLProtocolTest, TheFactoryRegisteredLastIsAskedFirstUntilItGoes) {
+  const auto answering = [](const char* text) {
+    return [text](const URLRequest&, auto client) {
+      client->didLoad(Data(text));
+      client->didFinishLoading();
+    };
+  };
+  const auto first = std::make_shared<Scripted::Seen>();
+  const auto second = std::make_shared<Scripted::Seen>();
+  Scripted::install(answering("first"), first);
+  const auto registration = Scripted::install(answering("second"), second);
+  URLProtocol::registerFactory([](const URLRequest&) { return nullptr; });
+  const auto answer = [] {
+    Call call(requestFor("a:b"));
+    call.task->resume();
+    return std::string(call.result().data->view());
+  };
+  EXPECT_EQ(answer(), "second");
+  URLProtocol::unregister(registration);
+  URLProtocol::unregister(registration);
+  EXPECT_EQ(answer(), "first");
+}
+
+struct EndCase {
+  const char* name;
+  Scripted::Script script;
+  std::int64_t code;
+};
+
+TEST(URLProtocolTest, AFailedTaskGivesNeitherBodyNorResponse) {
+  const auto partly = [](const URLRequest& request, URLProtocolClient& client) {
+    client.didReceive(someResponse(request));
+    client.didLoad(Data("part"));
+  };
+  const EndCase cases[] = {
+      {"failure",
+       [&](const URLRequest& request, auto client) {
+         partly(request, *client);
+         client->didFail(URLError::make(URLError::badServerResponse, request.url()));
+       },
+       URLError::badServerResponse},
+      {"silence", [&](const URLRequest& request, auto client) { partly(request, *client); },
+       URLError::timedOut},
+      {"too long",
+       [&](const URLRequest& request, auto client) {
+         partly(request, *client);
+         client->didLoad(Data("1234567"));
+         client->didFinishLoading();
+       },
+       URLError::dataLengthExceedsMaximum},
+  };
+  for (const auto& [name, script, code] : cases) {
+    SCOPED_TRACE(name);
+    const auto seen = std::make_shared<Scripted::Seen>();
+    const auto registration = Scripted::install(script, seen);
+    URLSessionConfiguration configuration;
+    configuration.maximumBodySize = 10;
+    configuration.timeoutIntervalForRequest = 20ms;
+    Call call(requestFor("http://h.test/"), URLSession::make(configuration));
+    call.task->resume();
+    const Result result = call.result();
+    EXPECT_FALSE(result.data);
+    EXPECT_FALSE(result.response);
+    EXPECT_EQ(result.error->domain(), URLError::domain);
+    EXPECT_EQ(result.error->code(), code);
+    EXPECT_EQ(result.error->userInfo().at(std::string(URLError::failingURLKey)), "http://h.test/");
+    seen->gone.get();
+    EXPECT_EQ(seen->stopped, 1);
+    URLProtocol::unregister(registration);
+  }
+}
+
+TEST(URLProtocolTest, CancelsAtEveryState) {
+  const auto seen = std::make_shared<Scripted::Seen>();
+  const Awaited<std::shared_ptr<URLProtocolClient>> started;
+  Scripted::install([started](const URLRequest&, auto client) { started.set(client); }, seen);
+
+  Call before(requestFor("a:b"));
+  before.task->cancel();
+  before.task->cancel();
+  before.task->resume();
+  EXPECT_EQ(before.result().error->code(), URLError::cancelled);
+  EXPECT_EQ(before.task->state(), State::completed);
+
+  Call inFlight(requestFor("a:b"));
+  inFlight.task->resume();
+  const auto client = started.get();
+  EXPECT_EQ(inFlight.task->state(), State::running);
+  inFlight.task->cancel();
+  EXPECT_EQ(inFlight.result().error->code(), URLError::cancelled);
+  client->didFinishLoading();
+  seen->gone.get();
+  EXPECT_EQ(seen->started, 1);
+  EXPECT_EQ(before.completions() + inFlight.completions(), 2);
+}
+
+// A handler that is still running holds back the next delivery, which then sees the cancellation
+// although its transfer has ended.
+TEST(URLProtocolTest, ACancellationBeforeTheHandlerIsAlwaysSeen) {
+  const auto seen = std::make_shared<Scripted::Seen>();
+  Scripted::install([](const URLRequest&, auto client) { client->didFinishLoading(); }, seen);
+  const auto session = URLSession::make();
+  Call second(requestFor("a:b"), session);
+  Call first(requestFor("a:b"), session, [&] {
+    second.task->resume();
+    while (seen->stopped < 2)
+      std::this_thread::yield();
+    second.task->cancel();
+    EXPECT_EQ(second.task->state(), State::canceling);
+    first.task->cancel();
+  });
+  first.task->resume();
+  EXPECT_FALSE(first.result().error);
+  EXPECT_EQ(second.result().error->code(), URLError::cancelled);
+}
+
+TEST(URLProtocolTest, AThousandTasksCancelledAtRandomMomentsCompleteOnceEach) {
+  URLProtocol::registerFactory([](const URLRequest&) -> std::unique_ptr<URLProtocol> {
+    class Answering : public URLProtocol {
+      void startLoading(const URLRequest&, std::shared_ptr<URLProtocolClient> client) override {
+        client->didLoad(Data("x"));
+        client->didFinishLoading();
+      }
+      void stopLoading() override {}
+    };
+    return std::make_unique<Answering>();
+  });
+  constexpr int count = 1000;
+  std::atomic<int> completions = 0, misfits = 0;
+  const Awaited<bool> all;
+  const auto session = URLSession::make();
+  std::vector<std::shared_ptr<URLSessionDataTask>> tasks(count);
+  for (auto& task : tasks) {
+    task = session->dataTask(requestFor("a:b"), [&, all](auto data, auto, auto error) {
+      if (data.has_value() == error.has_value()) ++misfits;
+      if (++completions == count) all.set(true);
+    });
+  }
+  std::jthread canceller([&] {
+    std::minstd_rand random(1);
+    for (int i = 0; i < 2 * count; ++i)
+      tasks[random() % count]->cancel();
+    for (auto& task : tasks)
+      task->cancel();
+  });
+  for (auto& task : tasks)
+    task->resume();
+  all.get();
+  canceller.join();
+  EXPECT_EQ(completions, count);
+  EXPECT_EQ(misfits, 0);
+}
+
+TEST(URLProtocolTest, ATaskLetsGoOfItsHandlerOnceThatHasRun) {
+  const auto seen = std::make_shared<Scripted::Seen>();
+  Scripted::install([](const URLRequest&, auto client) { client->didFinishLoading(); }, seen);
+  struct Tracker {
+    Awaited<std::thread::id> gone;
+    ~Tracker() { gone.set(std::this_thread::get_id()); }
+  };
+  // The handler holds the last references to its session and, in a circle, to its own task.
+  struct Owned {
+    std::shared_ptr<URLSession> session = URLSession::make();
+    std::shared_ptr<URLSessionDataTask> task;
+    Tracker tracker;
+  };
+  auto owned = std::make_shared<Owned>();
+  const auto gone = owned->tracker.gone;
+  const Awaited<std::thread::id> ran;
+  auto task = owned->session->dataTask(
+      requestFor("a:b"), [owned, ran](auto, auto, auto) { ran.set(std::this_thread::get_id()); });
+  owned->task = task;
+  owned.reset();
+  task->resume();
+  task.reset();
+  EXPECT_EQ(gone.get(), ran.get());
+
+  auto dropped = std::make_shared<Tracker>();
+  auto droppedGone = dropped->gone;
+  URLSession::make()->dataTask(requestFor("a:b"), [dropped](auto, auto, auto) {});
+  dropped.reset();
+  EXPECT_EQ(droppedGone.get(), std::this_thread::get_id());
+}
+
+TEST(URLProtocolDeathTest, ProgrammingErrorsStopTheProcess) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_DEATH(URLSession::make()->dataTask(requestFor("a:b"), nullptr), "completion handler");
+  EXPECT_DEATH(URLProtocol::registerFactory(nullptr), "factory");
+  EXPECT_DEATH(
+      {
+        Call call(requestFor("a:b"), URLSession::make(), [] { throw 1; });
+        call.task->cancel();
+        call.result();
+      },
+      "exception left a completion handler");
+}
+
+}  // namespace
+}  // namespace quorvelkit

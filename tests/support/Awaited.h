@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <stdexcept>
+#include <utility>
+
+namespace quorvelkit::test {
+
+/// A value that one thread sets and another waits for. Copies share it, so that it may be set
+/// while the one who waits goes away.
+template <class T>
+class Awaited {
+ public:
+  void set(T value) const {
+    {
+      const std::lock_guard lock(shared_->mutex);
+      shared_->value = std::move(value);
+    }
+    shared_->changed.notify_all();
+  }
+  /// The value; throws when none comes in half a minute.
+  T get() const {
+    std::unique_lock lock(shared_->mutex);
+    if (!shared_->changed.wait_for(lock, std::chrono::seconds(30),
+                                   [&] { return shared_->value.has_value(); })) {
+      throw std::runtime_error("Waited in vain.");
+    }
+    return *shared_->value;
+  }
+  bool isSet() const {
+    const std::lock_guard lock(shared_->mutex);
+    return shared_->value.has_value();
+  }
+
+ private:
+  struct Shared {
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::optional<T> value;
+  };
+  const std::shared_ptr<Shared> shared_ = std::make_shared<Shared>();
+};
+
+}  // namespace quorvelkit::test

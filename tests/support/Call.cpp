@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/support/Call.h"
+
+#include <QuorvelPlatform/HTTPURLResponse.h>
+
+#include <utility>
+
+namespace quorvelkit::test {
+
+int Result::status() const {
+  const auto* http = dynamic_cast<const HTTPURLResponse*>(response.get());
+  return http == nullptr ? 0 : http->statusCode();
+}
+
+URLRequest requestFor(std::string_view url) { return URLRequest(URL::parse(url).value()); }
+
+Call::Call(URLRequest request, const std::shared_ptr<URLSession>& session,
+           std::function<void()> inHandler)
+    : task(session->dataTask(std::move(request), [result = result_, completions = completions_,
+                                                  inHandler = std::move(inHandler)](
+                                                     auto data, auto response, auto error) {
+        if (inHandler) inHandler();
+        ++*completions;
+        result.set(
+            {std::move(data), std::move(response), std::move(error), std::this_thread::get_id()});
+      })) {}
+
+Result send(URLRequest request, const std::shared_ptr<URLSession>& session) {
+  const Call call(std::move(request), session);
+  call.task->resume();
+  return call.result();
+}
+
+}  // namespace quorvelkit::test
