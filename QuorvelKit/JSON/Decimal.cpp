@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "NumberText_p.h"
+#include <QuorvelKit/JSON/Decimal.h>
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+
+namespace quorvelkit {
+
+namespace {
+
+__extension__ using Mantissa = unsigned __int128;
+
+constexpr std::size_t mostDigits = 38;
+constexpr std::int64_t smallestExponent = -128;
+constexpr std::int64_t largestExponent = 127;
+
+bool isDigit(char c) noexcept { return c >= '0' && c <= '9'; }
+
+// A text taken apart from the front.
+class Reader {
+ public:
+  explicit Reader(std::string_view text) : text_(text) {}
+
+  void skipBlanks() noexcept {
+    text_.remove_prefix(std::min(text_.find_first_not_of(" \t\n\v\f\r"), text_.size()));
+  }
+  bool take(std::string_view any) noexcept {
+    if (text_.empty() || any.find(text_[0]) == std::string_view::npos) return false;
+    last_ = text_[0];
+    text_.remove_prefix(1);
+    return true;
+  }
+  char last() const noexcept { return last_; }
+  bool atDigit() const noexcept { return !text_.empty() && isDigit(text_[0]); }
+
+ private:
+  std::string_view text_;
+  char last_ = 0;
+};
+
+// An exponent behind its mark; 0 when no digits follow, as then it is no exponent.
+std::int64_t readExponent(Reader& reader) {
+  const bool negative = reader.take("+-") && reader.last() == '-';
+  std::int64_t exponent = 0;
+  while (reader.take("0123456789")) {
+    exponent = std::min<std::int64_t>(exponent * 10 + (reader.last() - '0'), INT64_MAX / 100);
+  }
+  return negative ? -exponent : exponent;
+}
+
+}  // namespace
+
+Decimal Decimal::parse(std::string_view text) {
+  Reader reader(text);
+  reader.skipBlanks();
+  const bool negative = reader.take("+-") && reader.last() == '-';
+  Mantissa mantissa = 0;
+  std::size_t kept = 0;
+  std::int64_t exponent = 0;
+  bool anyDigit = false;
+  bool inFraction = false;
+  bool roundUp = false;
+  bool dropping = false;
+  for (;;) {
+    if (reader.take("0123456789")) {
+      anyDigit = true;
+      const auto digit = static_cast<unsigned>(reader.last() - '0');
+      if (kept < mostDigits) {
+        mantissa = mantissa * 10 + digit;
+        if (mantissa != 0) ++kept;
+        if (inFraction) --exponent;
+      } else {
+        if (!dropping) roundUp = digit >= 5;
+        dropping = true;
+        if (!inFraction) ++exponent;
+      }
+    } else if (!inFraction && reader.take(".")) {
+      inFraction = true;
+    } else {
+      break;
+    }
+  }
+  if (!anyDigit) return notANumber();
+  if (reader.take("eE")) exponent += readExponent(reader);
+  if (roundUp) ++mantissa;
+  Decimal result;
+  if (mantissa == 0) return result;
+  while (mantissa % 10 == 0) {
+    mantissa /= 10;
+    ++exponent;
+  }
+  if (exponent < smallestExponent || exponent > largestExponent) return result;
+  result.high_ = static_cast<std::uint64_t>(mantissa >> 64U);
+  result.low_ = static_cast<std::uint64_t>(mantissa);
+  result.exponent_ = static_cast<std::int16_t>(exponent);
+  result.isNegative_ = negative;
+  return result;
+}
+
+std::string Decimal::digits() const {
+  Mantissa mantissa = (Mantissa{high_} << 64U) | low_;
+  std::string digits;
+  for (; mantissa != 0; mantissa /= 10) {
+    digits += static_cast<char>('0' + static_cast<int>(mantissa % 10));
+  }
+  std::reverse(digits.begin(), digits.end());
+  return digits;
+}
+
+double Decimal::doubleValue() const {
+  if (isNotANumber_) return std::numeric_limits<double>::quiet_NaN();
+  const std::string text =
+      (isNegative_ ? "-0" : "0") + digits() + "e" + std::to_string(int{exponent_});
+  double value = 0;
+  std::from_chars(text.data(), text.data() + text.size(), value);
+  return value;
+}
+
+std::string Decimal::text() const {
+  std::string text;
+  detail::appendText(text, *this);
+  return text;
+}
+
+}  // namespace quorvelkit

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QuorvelPlatform/Export.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace quorvelkit {
+
+/// A decimal number of up to 38 digits: digits x 10^exponent with an exponent of -128 to 127, or
+/// not-a-number. Kept without trailing zeros.
+class QUORVELKIT_EXPORT Decimal {
+ public:
+  /// Zero.
+  constexpr Decimal() noexcept = default;
+  static constexpr Decimal notANumber() noexcept {
+    Decimal result;
+    result.isNotANumber_ = true;
+    return result;
+  }
+  /// The number at the front of a text: blanks, a sign, digits, a point with a fraction, an
+  /// exponent marked "e" or "E"; what follows is ignored ("12abc" is 12). Digits beyond the 38th
+  /// are rounded, half away from zero. Zero when the exponent is out of range, not-a-number when
+  /// there is no digit.
+  static Decimal parse(std::string_view text);
+
+  bool isNotANumber() const noexcept { return isNotANumber_; }
+  bool isZero() const noexcept { return !isNotANumber_ && high_ == 0 && low_ == 0; }
+  bool isNegative() const noexcept { return isNegative_; }
+  int exponent() const noexcept { return exponent_; }
+  /// The digits without leading or trailing zeros; empty for zero.
+  std::string digits() const;
+
+  double doubleValue() const;
+  /// The text of the number: plain from 1e-5 to below 1e38, with an exponent outside.
+  std::string text() const;
+
+ private:
+  std::uint64_t high_ = 0;
+  std::uint64_t low_ = 0;
+  std::int16_t exponent_ = 0;
+  bool isNegative_ = false;
+  bool isNotANumber_ = false;
+};
+
+}  // namespace quorvelkit

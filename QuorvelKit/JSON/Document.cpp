@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Document_p.h"
+
+#include <algorithm>
+
+namespace quorvelkit::detail {
+
+std::optional<std::uint32_t> Document::member(std::uint32_t map, KeyView key) const noexcept {
+  const Node& container = nodes[map];
+  const std::uint32_t first = container.first();
+  const std::uint32_t size = container.count();
+  if (size < indexedMembers) {
+    for (std::uint32_t node = first; node < first + size; ++node) {
+      if (nodes[node].hash() == key.hash() && keyText(nodes[node].key) == key.text()) return node;
+    }
+    return std::nullopt;
+  }
+  const std::uint32_t* const begin = index(container);
+  const std::uint32_t* const end = begin + size;
+  const std::uint32_t* const found =
+      std::lower_bound(begin, end, key, [&](std::uint32_t position, const KeyView& sought) {
+        const Node& node = nodes[first + position];
+        if (node.hash() != sought.hash()) return node.hash() < sought.hash();
+        return keyText(node.key) < sought.text();
+      });
+  if (found == end) return std::nullopt;
+  const std::uint32_t node = first + *found;
+  if (nodes[node].hash() != key.hash() || keyText(nodes[node].key) != key.text()) {
+    return std::nullopt;
+  }
+  return node;
+}
+
+}  // namespace quorvelkit::detail

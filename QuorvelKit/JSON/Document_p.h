@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QuorvelKit/JSON/Value.h>
+
+#include <bit>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <string_view>
+
+namespace quorvelkit::detail {
+
+// A value of a parsed document. Scalars stand in the payload; that of a text is its place in the
+// document's text, that of a container the place of its children: {offset or first, length or
+// count}, 32 bits each. Members carry the number of their key and its hash.
+struct Node {
+  std::uint64_t payload = 0;
+  std::uint32_t key = 0;
+  std::uint32_t tagAndHash = 0;
+
+  ValueTag tag() const noexcept { return static_cast<ValueTag>(tagAndHash & 0xFFU); }
+  std::uint32_t hash() const noexcept { return tagAndHash >> 8U; }
+  std::uint32_t first() const noexcept { return static_cast<std::uint32_t>(payload); }
+  std::uint32_t count() const noexcept { return static_cast<std::uint32_t>(payload >> 32U); }
+
+  static std::uint64_t range(std::size_t first, std::size_t count) noexcept {
+    return (std::uint64_t{count} << 32U) | static_cast<std::uint32_t>(first);
+  }
+};
+static_assert(sizeof(Node) == 16);
+
+// A growing run of trivial things, moved by realloc: big runs are moved without being copied.
+template <class T>
+class Run {
+ public:
+  T* data() const noexcept { return data_.get(); }
+  std::size_t size() const noexcept { return size_; }
+  T& operator[](std::size_t i) const noexcept { return data_[i]; }
+
+  // Room for more things; doubles, or grows to the expected size when that is closer.
+  void reserveMore(std::size_t more, std::size_t expected = 0) {
+    if (capacity_ - size_ >= more) return;
+    const std::size_t least = size_ + more;
+    const std::size_t doubled = std::max<std::size_t>(least, size_ * 2);
+    resizeCapacity(expected > least + least / 8 && expected < doubled ? expected : doubled);
+  }
+  void append(const T* things, std::size_t count) {
+    if (count == 0) return;
+    reserveMore(count);
+    std::memcpy(data_.get() + size_, things, count * sizeof(T));
+    size_ += count;
+  }
+  void push(const T& thing) {
+    if (size_ == capacity_) reserveMore(1);
+    data_[size_++] = thing;
+  }
+  void shrinkTo(std::size_t size) noexcept { size_ = size; }
+  void fit() {
+    if (size_ < capacity_) resizeCapacity(size_);
+  }
+
+ private:
+  struct Free {
+    void operator()(T* data) const noexcept { std::free(data); }
+  };
+
+  void resizeCapacity(std::size_t capacity) {
+    if (capacity == 0) {
+      data_.reset();
+    } else {
+      void* moved = std::realloc(data_.get(), capacity * sizeof(T));
+      if (!moved) throw std::bad_alloc();
+      static_cast<void>(data_.release());
+      data_.reset(static_cast<T*>(moved));
+    }
+    capacity_ = capacity;
+  }
+
+  std::unique_ptr<T[], Free> data_;
+  std::size_t size_ = 0;
+  std::size_t capacity_ = 0;
+};
+
+// A parsed document, never changed. Children of a container are contiguous; behind the members of
+// a map of indexedMembers or more stand their places in the order of hash and text, four to a node.
+struct Document : Counted {
+  struct KeyText {
+    std::uint32_t offset;
+    std::uint32_t length;
+  };
+  static constexpr std::uint32_t indexedMembers = 64;
+
+  std::string_view keyText(std::uint32_t key) const noexcept {
+    return {text.data() + keys[key].offset, keys[key].length};
+  }
+  std::string_view nodeText(std::uint32_t node) const noexcept {
+    const Node& n = nodes[node];
+    return n.count() == 0 ? std::string_view()
+                          : std::string_view(text.data() + n.first(), n.count());
+  }
+  const std::uint32_t* index(const Node& map) const noexcept {
+    return reinterpret_cast<const std::uint32_t*>(nodes.data() + map.first() + map.count());
+  }
+  ValueBits bits(std::uint32_t node) const noexcept {
+    const Node& n = nodes[node];
+    ValueBits bits;
+    bits.tag = n.tag();
+    if (bits.tag < ValueTag::frozenText) {
+      bits.payload = n.payload;
+    } else {
+      bits.payload = static_cast<std::uint64_t>(
+          reinterpret_cast<std::uintptr_t>(static_cast<const Counted*>(this)));
+      bits.node = node;
+    }
+    return bits;
+  }
+  // The node of a map's member; absent when there is none.
+  std::optional<std::uint32_t> member(std::uint32_t map, KeyView key) const noexcept;
+
+  Run<Node> nodes;
+  Run<char> text;
+  Run<KeyText> keys;
+  std::uint32_t root = 0;
+};
+
+}  // namespace quorvelkit::detail

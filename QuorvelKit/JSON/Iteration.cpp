@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "ValueCore_p.h"
+#include <QuorvelKit/JSON/JSON.h>
+#include <QuorvelPlatform/FatalError.h>
+
+namespace quorvelkit {
+
+namespace {
+
+using detail::ValueCore;
+
+JSONIndex indexOf(const ValueView& value, std::size_t position) noexcept {
+  if (ValueCore::isArray(value)) return JSONIndex::array(position);
+  if (ValueCore::isMap(value)) return JSONIndex::dictionary(position);
+  return JSONIndex::null();
+}
+
+JSON::value_type pairAt(const ValueView& value, JSONIndex index) {
+  const std::size_t position = index.position();
+  switch (index.kind()) {
+    case JSONIndex::Case::array:
+      if (!ValueCore::isArray(value) || position >= value.size()) break;
+      return {std::to_string(position), Value(value.element(position))};
+    case JSONIndex::Case::dictionary: {
+      if (!ValueCore::isMap(value) || position >= value.size()) break;
+      const auto [key, member] = value.memberAt(position);
+      return {std::string(key), Value(member)};
+    }
+    case JSONIndex::Case::null:
+      return {};
+  }
+  fatalError("Index out of range");
+}
+
+}  // namespace
+
+JSONIndex JSON::startIndex() const noexcept { return indexOf(value_, 0); }
+JSONIndex JSON::endIndex() const noexcept { return indexOf(value_, value_.size()); }
+JSON::Iterator JSON::begin() const noexcept { return {value_, startIndex()}; }
+JSON::Iterator JSON::end() const noexcept { return {value_, endIndex()}; }
+JSON::value_type JSON::operator[](JSONIndex index) const { return pairAt(value_, index); }
+JSON::value_type JSON::Iterator::operator*() const { return pairAt(value_, index_); }
+
+}  // namespace quorvelkit

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Failure_p.h"
+#include "Parser_p.h"
+#include "ValueCore_p.h"
+#include <QuorvelKit/JSON/JSON.h>
+
+namespace quorvelkit {
+
+using detail::ValueCore;
+using detail::ValueTag;
+
+std::optional<JSON::Type> JSON::typeFromRawValue(std::int64_t rawValue) noexcept {
+  if (rawValue < 0 || rawValue > static_cast<int>(Type::unknown)) return std::nullopt;
+  return static_cast<Type>(rawValue);
+}
+
+JSON::JSON(const Data& data, JSONReadingOptions options, std::optional<Error>* error) {
+  std::string problem;
+  std::optional<Value> value = detail::parseDocument(data.view(), problem);
+  if (value && options != JSONReadingOptions::allowFragments && !ValueCore::isArray(*value) &&
+      !ValueCore::isMap(*value)) {
+    problem = "The document is neither an array nor a map";
+    value.reset();
+  }
+  if (value) {
+    value_ = *std::move(value);
+  } else if (error) {
+    *error = Error::described(std::string(ErrorDomain), ErrorInvalidJSON, std::move(problem));
+  }
+}
+
+JSON JSON::parse(std::string_view text) {
+  std::string problem;
+  return JSON(detail::parseDocument(text, problem).value_or(Value()));
+}
+
+JSON::JSON(const std::vector<JSON>& elements) {
+  ValueArray array;
+  array.reserve(elements.size());
+  for (const JSON& element : elements)
+    array.push_back(element.object());
+  value_ = Value(std::move(array));
+}
+
+JSON::JSON(const JSONMap& members) {
+  ValueMap map;
+  map.reserve(members.size());
+  for (const auto& [key, member] : members)
+    map.set(key, member.object());
+  value_ = Value(std::move(map));
+}
+
+JSON JSON::makeArray(std::initializer_list<Value> elements) { return Value(ValueArray(elements)); }
+
+JSON JSON::makeDictionary(std::initializer_list<std::pair<std::string, Value>> members) {
+  return Value(ValueMap(members));
+}
+
+std::optional<JSON> JSON::fromRawValue(Value object) {
+  JSON json(std::move(object));
+  return json.type() == Type::unknown ? std::nullopt : std::optional(std::move(json));
+}
+
+JSON::Type JSON::type() const noexcept {
+  if (ValueCore::tag(value_) == ValueTag::unknown) return Type::unknown;
+  switch (value_.kind()) {
+    case ValueView::Kind::null:
+      return Type::null;
+    case ValueView::Kind::boolean:
+      return Type::bool_;
+    case ValueView::Kind::number:
+      return Type::number;
+    case ValueView::Kind::text:
+      return Type::string;
+    case ValueView::Kind::array:
+      return Type::array;
+    case ValueView::Kind::map:
+      return Type::dictionary;
+    case ValueView::Kind::unsupported:
+      break;
+  }
+  return Type::unknown;
+}
+
+std::optional<Error> JSON::error() const { return detail::failureError(value_); }
+
+bool JSON::exists() const noexcept { return !detail::isNotExist(value_); }
+
+void JSON::setObject(Value object) noexcept {
+  const bool supported = object.kind() != ValueView::Kind::unsupported;
+  value_ = supported ? std::move(object) : Value();
+  if (!supported) ValueCore::bits(value_).tag = ValueTag::unknown;
+}
+
+}  // namespace quorvelkit

@@ -1,0 +1,251 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QuorvelKit/JSON/JSONError.h>
+#include <QuorvelKit/JSON/JSONIndex.h>
+#include <QuorvelKit/JSON/JSONKey.h>
+#include <QuorvelKit/JSON/JSONNumericAccessors.h>
+#include <QuorvelKit/JSON/JSONOptions.h>
+#include <QuorvelKit/JSON/TextEncoding.h>
+#include <QuorvelKit/JSON/Value.h>
+#include <QuorvelPlatform/Data.h>
+#include <QuorvelPlatform/Error.h>
+#include <QuorvelPlatform/Export.h>
+#include <QuorvelPlatform/URL.h>
+
+#include <cstdint>
+#include <initializer_list>
+#include <iosfwd>
+#include <iterator>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace quorvelkit {
+
+class JSON;
+using JSONMap = OrderedMap<JSON>;
+
+/// A JSON value that is read without ever failing: a subscript that does not fit the data gives a
+/// null value that carries an error, and every typed read comes as a pair, an optional form for
+/// exactly that kind and a form with a default and conversions.
+///
+///     const JSON json(data);
+///     const double latitude = json[{"points", 0, "lat"}].doubleValue();
+///
+/// Copies are independent values and cost a reference count. Const members may run on any threads
+/// at once. A value keeps the whole document alive that it was read from.
+class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
+ public:
+  enum class Type : int { number, string, bool_, array, dictionary, null, unknown };
+  /// The type of a raw value of 0 to 6; absent for every other.
+  static std::optional<Type> typeFromRawValue(std::int64_t rawValue) noexcept;
+
+  /// Null.
+  JSON() noexcept = default;
+  /// Parses bytes (RFC 8259). What is no document gives a plain null, and the parser's error in
+  /// the slot when there is one: domain ErrorDomain, code ErrorInvalidJSON. UTF-8 only, a leading
+  /// byte-order mark is skipped; of members with the same key the last wins; at most 512 levels;
+  /// integers beyond 64 bits become doubles.
+  explicit JSON(const Data& data, JSONReadingOptions options = JSONReadingOptions::allowFragments,
+                std::optional<Error>* error = nullptr);
+  /// Parses a text the same way. (The constructor from a text makes a string value.)
+  static JSON parse(std::string_view text);
+
+  /// From an untyped value, and from everything that makes one: texts, numbers, booleans, null.
+  JSON(Value object) { setObject(std::move(object)); }  // NOLINT(google-explicit-constructor)
+  template <class T>
+  requires(!std::same_as<std::remove_cvref_t<T>, JSON> &&
+           !std::same_as<std::remove_cvref_t<T>, Value> && std::is_convertible_v<T, Value>)
+      JSON(T&& object)
+      : JSON(Value(std::forward<T>(object))) {}  // NOLINT
+  JSON(const std::vector<JSON>& elements);       // NOLINT(google-explicit-constructor)
+  JSON(const JSONMap& members);                  // NOLINT(google-explicit-constructor)
+  /// The literal forms; of pairs with the same key the last wins.
+  static JSON makeArray(std::initializer_list<Value> elements);
+  static JSON makeDictionary(std::initializer_list<std::pair<std::string, Value>> members);
+  /// The value of an object; absent when the object is of no JSON kind.
+  static std::optional<JSON> fromRawValue(Value object);
+  static JSON null() { return JSON(); }
+  static JSON nullJSON() { return JSON(); }
+
+  Type type() const noexcept;
+  /// Why the value is null or unknown, when a read or an assignment made it so.
+  std::optional<Error> error() const;
+  /// False exactly when error() has the code ErrorNotExist.
+  bool exists() const noexcept;
+
+  /// The untyped value; null for the kinds null and unknown.
+  Value object() const noexcept { return Value(value_); }
+  Value rawValue() const noexcept { return object(); }
+  /// The untyped value to look at, without taking part in owning it.
+  ValueView view() const noexcept { return value_; }
+  /// An object of no JSON kind makes the value unknown, with error ErrorUnsupportedType.
+  void setObject(Value object) noexcept;
+
+  /// Reads. Along a path the error of the first step that broke stays.
+  template <JSONIndexInteger I>
+  JSON operator[](I index) const {
+    return elementAt(JSONKey::clampedIndex(index));
+  }
+  JSON operator[](KeyView key) const;
+  template <JSONSubscriptType T>
+  requires(!JSONIndexInteger<T> && !JSONKeyText<T>) JSON operator[](const T& element) const {
+    const JSONKey step(element);
+    return at(JSONPath(&step, 1));
+  }
+  JSON operator[](std::initializer_list<JSONKey> path) const {
+    return at(JSONPath(path.begin(), path.size()));
+  }
+  JSON operator[](JSONPath path) const { return at(path); }
+
+  /// Writes. An array is never extended, a map is; a value that carries an error is not stored,
+  /// and what does not fit is ignored. A negative index is a programming error.
+  template <JSONIndexInteger I>
+  void set(I index, const JSON& value) {
+    setElement(JSONKey::clampedIndex(index), value);
+  }
+  void set(KeyView key, const JSON& value);
+  template <JSONSubscriptType T>
+  requires(!JSONIndexInteger<T> && !JSONKeyText<T>) void set(const T& element, const JSON& value) {
+    setStep(JSONKey(element), value);
+  }
+  /// Writes along a path: stores the value's object, so that one with an error is stored as null.
+  /// Every step but the last must be there; an empty path does nothing.
+  void set(std::initializer_list<JSONKey> path, const JSON& value) {
+    set(JSONPath(path.begin(), path.size()), value);
+  }
+  void set(JSONPath path, const JSON& value);
+
+  /// The bytes of the document, UTF-8. Absent, with error ErrorInvalidJSON in the slot, unless the
+  /// value is an array or a map of finite numbers, UTF-8 texts, booleans, nulls, arrays and maps.
+  std::optional<Data> rawData(JSONWritingOptions options = JSONWritingOptions::none,
+                              std::optional<Error>* error = nullptr) const;
+  /// An array or a map: rawData() decoded with the encoding, absent when either step fails. A
+  /// string itself; a number's decimal text; "true", "false", "null"; absent for unknown.
+  std::optional<std::string> rawString(
+      TextEncoding encoding = TextEncoding::utf8,
+      JSONWritingOptions options = JSONWritingOptions::prettyPrinted) const;
+  /// The pretty-printed rawString(), or "unknown".
+  std::string description() const;
+  std::string debugDescription() const { return description(); }
+
+  /// A value as a collection of pairs: of an array the position in decimal and the element, of a
+  /// map the key and the member; other kinds are empty. Pairs are made as they are read.
+  class Iterator;
+  using value_type = std::pair<std::string, JSON>;
+  using const_iterator = Iterator;
+  Iterator begin() const noexcept;
+  Iterator end() const noexcept;
+  JSONIndex startIndex() const noexcept;
+  JSONIndex endIndex() const noexcept;
+  /// ("", null) at a null index; beyond the end is a programming error.
+  value_type operator[](JSONIndex index) const;
+  std::size_t size() const noexcept { return value_.size(); }
+  bool empty() const noexcept { return size() == 0; }
+
+  /// Typed reads and writes; JSONNumericAccessors holds those of the number types. Setting an
+  /// absent value makes the value null.
+  std::optional<bool> bool_() const noexcept { return value_.boolean(); }
+  void setBool(std::optional<bool> value) { setOptional(value); }
+  /// Of a number whether it is not zero, of a text whether it begins, after blanks, a sign and
+  /// zeros, with one of YyTt1-9; otherwise false.
+  bool boolValue() const;
+  void setBoolValue(bool value) { setObject(value); }
+
+  std::optional<std::string> string() const;
+  void setString(std::optional<std::string> value) { setOptional(std::move(value)); }
+  /// A text, a number's decimal text, "true" or "false", otherwise "".
+  std::string stringValue() const;
+  void setStringValue(std::string value) { setObject(std::move(value)); }
+
+  std::optional<Number> number() const { return value_.storedNumber(); }
+  void setNumber(std::optional<Number> value) { setOptional(value); }
+  /// Of a text the decimal at its front (zero without one), otherwise the double 0.
+  Number numberValue() const;
+  void setNumberValue(const Number& value) { setObject(value); }
+
+  std::optional<Null> null_() const noexcept;
+  /// Makes the value null, whatever is given.
+  void setNull(std::optional<Null>) { setObject(Null()); }
+
+  /// A text, percent-encoded for a query, as a URL.
+  std::optional<URL> url() const;
+  void setURL(const std::optional<URL>& value);
+
+  std::optional<std::vector<JSON>> array() const;
+  void setArray(const std::optional<std::vector<JSON>>& value);
+  std::vector<JSON> arrayValue() const { return array().value_or(std::vector<JSON>()); }
+  void setArrayValue(const std::vector<JSON>& value) { *this = JSON(value); }
+  std::optional<ValueArray> arrayObject() const { return value_.elements(); }
+  void setArrayObject(std::optional<ValueArray> value) { setOptional(std::move(value)); }
+
+  std::optional<JSONMap> dictionary() const;
+  void setDictionary(const std::optional<JSONMap>& value);
+  JSONMap dictionaryValue() const { return dictionary().value_or(JSONMap()); }
+  void setDictionaryValue(const JSONMap& value) { *this = JSON(value); }
+  std::optional<ValueMap> dictionaryObject() const { return value_.members(); }
+  void setDictionaryObject(std::optional<ValueMap> value) { setOptional(std::move(value)); }
+
+  /// Equality and order exist between values of one kind only: numbers and texts (by bytes) are
+  /// ordered; equal booleans, arrays, maps and nulls are also <= and >=. All else is false, also
+  /// between two unknown values.
+  friend QUORVELKIT_EXPORT bool operator==(const JSON& a, const JSON& b);
+  friend QUORVELKIT_EXPORT std::partial_ordering operator<=>(const JSON& a, const JSON& b);
+
+  /// Prints the description.
+  friend QUORVELKIT_EXPORT std::ostream& operator<<(std::ostream& out, const JSON& json);
+
+ private:
+  JSON elementAt(std::int64_t index) const;
+  JSON at(JSONPath path) const;
+  void setElement(std::int64_t index, const JSON& value);
+  void setStep(const JSONKey& step, const JSON& value);
+  template <class T>
+  void setOptional(std::optional<T> value) {
+    setObject(value ? Value(*std::move(value)) : Value());
+  }
+
+  Value value_;
+
+  friend struct detail::ValueCore;
+};
+
+/// Goes through the pairs of a value that outlives it and is not written to meanwhile.
+class QUORVELKIT_EXPORT JSON::Iterator {
+ public:
+  using iterator_concept = std::forward_iterator_tag;
+  using iterator_category = std::input_iterator_tag;
+  using value_type = JSON::value_type;
+  using difference_type = std::ptrdiff_t;
+  using reference = value_type;
+  using pointer = void;
+
+  Iterator() noexcept = default;
+  value_type operator*() const;
+  Iterator& operator++() noexcept {
+    index_ = index_.next();
+    return *this;
+  }
+  Iterator operator++(int) noexcept {
+    Iterator before = *this;
+    ++*this;
+    return before;
+  }
+  friend bool operator==(const Iterator& a, const Iterator& b) noexcept {
+    return a.index_ == b.index_;
+  }
+
+ private:
+  Iterator(ValueView value, JSONIndex index) noexcept : value_(value), index_(index) {}
+
+  ValueView value_;
+  JSONIndex index_ = JSONIndex::null();
+
+  friend class JSON;
+};
+
+}  // namespace quorvelkit

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <compare>
+#include <cstddef>
+
+namespace quorvelkit {
+
+/// A position in a JSON value seen as a collection: in an array, in a map, or in a value of
+/// another kind, which has no positions but one end. Indexes of different cases are neither equal
+/// nor ordered.
+class JSONIndex {
+ public:
+  enum class Case { array, dictionary, null };
+
+  static constexpr JSONIndex array(std::size_t position) noexcept {
+    return JSONIndex(Case::array, position);
+  }
+  static constexpr JSONIndex dictionary(std::size_t position) noexcept {
+    return JSONIndex(Case::dictionary, position);
+  }
+  static constexpr JSONIndex null() noexcept { return JSONIndex(Case::null, 0); }
+
+  constexpr Case kind() const noexcept { return case_; }
+  constexpr std::size_t position() const noexcept { return position_; }
+  /// The index after this one; the null index is its own.
+  constexpr JSONIndex next() const noexcept {
+    return case_ == Case::null ? *this : JSONIndex(case_, position_ + 1);
+  }
+
+  friend constexpr std::partial_ordering operator<=>(JSONIndex a, JSONIndex b) noexcept {
+    if (a.case_ != b.case_) return std::partial_ordering::unordered;
+    return a.position_ <=> b.position_;
+  }
+  friend constexpr bool operator==(JSONIndex a, JSONIndex b) noexcept { return (a <=> b) == 0; }
+
+ private:
+  constexpr JSONIndex(Case kind, std::size_t position) noexcept
+      : case_(kind), position_(position) {}
+
+  Case case_;
+  std::size_t position_;
+};
+
+}  // namespace quorvelkit

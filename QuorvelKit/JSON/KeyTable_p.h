@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "Document_p.h"
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace quorvelkit::detail {
+
+// The keys of a document under construction: each text once, with a number of its own.
+class KeyTable {
+ public:
+  explicit KeyTable(Document& document) : document_(document) {}
+
+  // The number of the key that the bytes begin with, a quotation mark behind it, when it is the
+  // one that followed the last key before: documents repeat themselves. The bytes stand right
+  // behind a key's opening quotation mark.
+  std::optional<std::uint32_t> guess(std::string_view bytes) const noexcept {
+    if (last_ == none || entries_[last_].next == none) return std::nullopt;
+    const std::uint32_t key = entries_[last_].next;
+    const Entry& entry = entries_[key];
+    std::uint64_t front = 0;
+    if (bytes.size() < sizeof front) return std::nullopt;
+    std::memcpy(&front, bytes.data(), sizeof front);
+    if ((front & entry.frontMask) != entry.front) return std::nullopt;
+    if (entry.length < sizeof front) return key;
+    const std::string_view text = document_.keyText(key);
+    if (bytes.size() <= text.size() || bytes[text.size()] != '"') return std::nullopt;
+    return bytes.starts_with(text) ? std::optional(key) : std::nullopt;
+  }
+  // The number of the key whose text ends the document's text since `start`; the text is taken
+  // back when the key is known. An unescaped one stood in the bytes letter for letter.
+  std::uint32_t number(std::size_t start, bool unescaped);
+  // Tells which key came last.
+  void follow(std::uint32_t key) noexcept {
+    if (last_ != none) entries_[last_].next = key;
+    last_ = key;
+  }
+
+  std::uint32_t hash(std::uint32_t key) const noexcept { return entries_[key].hash; }
+  // Behind the closing quotation mark of a guessed key.
+  std::size_t lengthWithMark(std::uint32_t key) const noexcept { return entries_[key].length + 1U; }
+
+ private:
+  static constexpr std::uint32_t none = UINT32_MAX;
+
+  struct Entry {
+    // The first bytes of the text and its closing quotation mark, and which bytes of a word they
+    // fill. A text that was escaped has a front that no bytes match.
+    std::uint64_t front;
+    std::uint64_t frontMask;
+    std::uint32_t length;
+    std::uint32_t hash;
+    std::uint32_t next;
+  };
+
+  void grow();
+
+  Document& document_;
+  std::vector<Entry> entries_;
+  std::vector<std::uint32_t> slots_;
+  std::uint32_t last_ = none;
+};
+
+}  // namespace quorvelkit::detail

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <string_view>
+
+namespace quorvelkit {
+
+/// The key of a map's member with its hash, which is computed at compile time where the text is
+/// known then. Like a string_view it does not own the text.
+///
+/// Made from texts, and from any type with a function `KeyView keyView(T)` beside it, such as an
+/// enumeration of member names with a table of their keys.
+class KeyView {
+ public:
+  template <class T>
+  requires std::convertible_to<const T&, std::string_view>
+  constexpr KeyView(const T& text) noexcept  // NOLINT(google-explicit-constructor)
+      : text_(text), hash_(hashOf(text_)) {}
+
+  template <class T>
+  requires(!std::convertible_to<const T&, std::string_view> && !std::same_as<T, KeyView> &&
+           requires(const T& key) {
+             { keyView(key) } -> std::same_as<KeyView>;
+           }) constexpr KeyView(const T& key) noexcept  // NOLINT(google-explicit-constructor)
+      : KeyView(keyView(key)) {}
+
+  constexpr std::string_view text() const noexcept { return text_; }
+  /// 24 bits, the same in every process.
+  constexpr std::uint32_t hash() const noexcept { return hash_; }
+
+  friend constexpr bool operator==(const KeyView& a, const KeyView& b) noexcept {
+    return a.hash_ == b.hash_ && a.text_ == b.text_;
+  }
+
+ private:
+  // FNV-1a, folded to 24 bits as its authors advise.
+  static constexpr std::uint32_t hashOf(std::string_view text) noexcept {
+    std::uint32_t hash = 2166136261U;
+    for (const char c : text)
+      hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
+    return (hash >> 24U) ^ (hash & 0xFFFFFFU);
+  }
+
+  std::string_view text_;
+  std::uint32_t hash_;
+};
+
+}  // namespace quorvelkit

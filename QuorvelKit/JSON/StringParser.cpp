@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "StringParser_p.h"
+#include "UTF8Writer_p.h"
+#include <QuorvelPlatform/UTF8.h>
+
+#include <string_view>
+
+namespace quorvelkit::detail {
+
+namespace {
+
+// The first byte that may not stand in a string as it is: a quotation mark, a backslash, a control
+// character. Goes by words of eight bytes; `beyondASCII` collects the highest bits of all.
+const char* plainEnd(const char* p, const char* end, std::uint64_t& beyondASCII) noexcept {
+  constexpr std::uint64_t ones = 0x0101010101010101U;
+  constexpr std::uint64_t highs = 0x8080808080808080U;
+  while (end - p >= 8) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, p, sizeof word);
+    // The highest bit of a byte is set, at the latest behind the first true one, when the byte
+    // is 0 after the exclusive or, and when it is below a space.
+    const std::uint64_t quote = word ^ (ones * '"');
+    const std::uint64_t backslash = word ^ (ones * '\\');
+    const std::uint64_t found = (((quote - ones) & ~quote) | ((backslash - ones) & ~backslash) |
+                                 ((word - ones * ' ') & ~word)) &
+                                highs;
+    if (found != 0) break;
+    beyondASCII |= word & highs;
+    p += 8;
+  }
+  for (; p != end; ++p) {
+    const auto byte = static_cast<unsigned char>(*p);
+    if (byte == '"' || byte == '\\' || byte < ' ') break;
+    beyondASCII |= byte & 0x80U;
+  }
+  return p;
+}
+
+// The four digits of an escape, -1 when they are none.
+std::int32_t hexDigits(const char* p, const char* end) noexcept {
+  if (end - p < 4) return -1;
+  std::int32_t value = 0;
+  for (int i = 0; i < 4; ++i) {
+    const char c = p[i];
+    const char lower = static_cast<char>(c | 0x20);
+    std::int32_t digit = -1;
+    if (c >= '0' && c <= '9') digit = c - '0';
+    if (lower >= 'a' && lower <= 'f') digit = lower - 'a' + 10;
+    if (digit < 0) return -1;
+    value = value * 16 + digit;
+  }
+  return value;
+}
+
+// Reads "uXXXX" behind a backslash, or two of them that make one character.
+const char* parseUnicodeEscape(const char*& p, const char* end, Run<char>& text) {
+  const std::int32_t first = hexDigits(p + 1, end);
+  if (first < 0) return "Bad escape";
+  p += 5;
+  auto character = static_cast<char32_t>(first);
+  if (first >= 0xD800 && first < 0xE000) {
+    const bool another = first < 0xDC00 && end - p >= 6 && p[0] == '\\' && p[1] == 'u';
+    const std::int32_t second = another ? hexDigits(p + 2, end) : -1;
+    if (second < 0xDC00 || second >= 0xE000) return "Lone surrogate";
+    p += 6;
+    character = static_cast<char32_t>(0x10000 + ((first - 0xD800) << 10) + (second - 0xDC00));
+  }
+  char bytes[4];
+  text.append(bytes, encodeUTF8(character, bytes));
+  return nullptr;
+}
+
+const char* parseEscape(const char*& p, const char* end, Run<char>& text) {
+  if (p == end) return "Unexpected end";
+  constexpr std::string_view letters = "\"\\/bfnrt";
+  constexpr std::string_view meanings = "\"\\/\b\f\n\r\t";
+  if (*p == 'u') return parseUnicodeEscape(p, end, text);
+  const std::size_t letter = letters.find(*p);
+  if (letter == std::string_view::npos) return "Bad escape";
+  text.push(meanings[letter]);
+  ++p;
+  return nullptr;
+}
+
+}  // namespace
+
+StringResult parseString(const char*& place, const char* end, Run<char>& text) {
+  StringResult result{nullptr, false};
+  for (;;) {
+    std::uint64_t beyondASCII = 0;
+    const char* const stop = plainEnd(place, end, beyondASCII);
+    const std::string_view plain(place, stop);
+    if (beyondASCII != 0 && !isUTF8(plain)) {
+      result.problem = "Not UTF-8 in the string";
+      return result;
+    }
+    text.append(plain.data(), plain.size());
+    place = stop;
+    if (place == end) {
+      result.problem = "Unexpected end";
+      return result;
+    }
+    const char c = *place;
+    if (c != '"' && c != '\\') {
+      result.problem = "Control character in a string";
+      return result;
+    }
+    ++place;
+    if (c == '"') return result;
+    result.escaped = true;
+    result.problem = parseEscape(place, end, text);
+    if (result.problem) return result;
+  }
+}
+
+}  // namespace quorvelkit::detail

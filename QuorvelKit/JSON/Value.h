@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QuorvelKit/JSON/JSONKey.h>
+#include <QuorvelKit/JSON/OrderedMap.h>
+#include <QuorvelKit/JSON/ValueView.h>
+#include <QuorvelPlatform/Export.h>
+
+#include <any>
+#include <atomic>
+#include <concepts>
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace quorvelkit {
+
+class JSON;
+class Value;
+
+/// The null marker.
+struct Null {
+  friend constexpr bool operator==(Null, Null) noexcept { return true; }
+};
+
+using ValueArray = std::vector<Value>;
+using ValueMap = OrderedMap<Value>;
+
+namespace detail {
+/// Something that values share.
+struct Counted {
+  std::atomic<std::size_t> count{1};
+};
+}  // namespace detail
+
+/// An untyped value that owns what it shows: null, a boolean, a number, a text, an array, a map,
+/// or a thing of no such kind, which is carried along. Copies are independent and cheap: they
+/// share texts, arrays and maps until one is written to. Scalars are held without counting.
+class QUORVELKIT_EXPORT Value : public ValueView {
+ public:
+  /// Null.
+  Value() noexcept = default;
+  Value(Null) noexcept {}            // NOLINT(google-explicit-constructor)
+  Value(std::nullptr_t) noexcept {}  // NOLINT(google-explicit-constructor)
+
+  template <std::same_as<bool> B>
+  Value(B value) noexcept {  // NOLINT(google-explicit-constructor)
+    bits_.tag = value ? detail::ValueTag::true_ : detail::ValueTag::false_;
+  }
+  template <JSONIndexInteger I>
+  Value(I value) noexcept {  // NOLINT(google-explicit-constructor)
+    bits_.payload = static_cast<std::uint64_t>(value);
+    bits_.tag =
+        std::cmp_greater(value, INT64_MAX) ? detail::ValueTag::uint64 : detail::ValueTag::int64;
+  }
+  template <std::floating_point F>
+  Value(F value) noexcept {  // NOLINT(google-explicit-constructor)
+    bits_.payload = std::bit_cast<std::uint64_t>(static_cast<double>(value));
+    bits_.tag = detail::ValueTag::float64;
+  }
+  Value(const Number& number);  // NOLINT(google-explicit-constructor)
+
+  /// A text, which should be UTF-8: any other can be held but not written as JSON.
+  template <class T>
+  requires(std::is_convertible_v<const T&, std::string_view> && !std::same_as<T, std::nullptr_t>)
+      Value(const T& text)  // NOLINT(google-explicit-constructor)
+      : Value(std::string(std::string_view(text))) {}
+  Value(std::string text);  // NOLINT(google-explicit-constructor)
+
+  Value(ValueArray elements);  // NOLINT(google-explicit-constructor)
+  Value(ValueMap members);     // NOLINT(google-explicit-constructor)
+  /// The object of a JSON value.
+  template <std::same_as<JSON> J>
+  Value(const J& json) : Value(json.object()) {}  // NOLINT(google-explicit-constructor)
+  /// A thing of no JSON kind: it travels inside arrays and maps, cannot be written, and makes a
+  /// JSON value unknown.
+  static Value unsupported(std::any thing);
+  using ValueView::unsupported;
+
+  /// Takes part in owning what the view shows.
+  explicit Value(const ValueView& view) noexcept : ValueView(view) {
+    if (bits_.tag == detail::ValueTag::unknown || bits_.tag == detail::ValueTag::failure ||
+        bits_.tag == detail::ValueTag::longFailure) {
+      bits_ = {};
+    }
+    retain();
+  }
+
+  Value(const Value& other) noexcept : ValueView(other) { retain(); }
+  Value(Value&& other) noexcept : ValueView(other) { other.bits_ = {}; }
+  Value& operator=(const Value& other) noexcept {
+    Value copy(other);
+    std::swap(bits_, copy.bits_);
+    return *this;
+  }
+  Value& operator=(Value&& other) noexcept {
+    Value taken(std::move(other));
+    std::swap(bits_, taken.bits_);
+    return *this;
+  }
+  ~Value() {
+    if (bits_.tag >= detail::ValueTag::longFailure) release();
+  }
+
+  /// The elements of an array, the members of a map; absent for every other kind.
+  std::optional<ValueArray> elements() const;
+  std::optional<ValueMap> members() const;
+
+ private:
+  void retain() const noexcept {
+    if (bits_.tag >= detail::ValueTag::longFailure) {
+      counted()->count.fetch_add(1, std::memory_order_relaxed);
+    }
+  }
+  detail::Counted* counted() const noexcept {
+    return reinterpret_cast<detail::Counted*>(static_cast<std::uintptr_t>(bits_.payload));
+  }
+  void release() noexcept;
+
+  friend struct detail::ValueCore;
+};
+
+static_assert(sizeof(Value) == 16 && sizeof(ValueView) == 16);
+
+}  // namespace quorvelkit

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "Document_p.h"
+#include <QuorvelKit/JSON/JSON.h>
+#include <QuorvelKit/JSON/Value.h>
+
+#include <any>
+#include <string>
+#include <utility>
+
+namespace quorvelkit::detail {
+
+// What the payload of a changeable value points to.
+struct DecimalCell : Counted {
+  explicit DecimalCell(Decimal d) : decimal(d) {}
+  Decimal decimal;
+};
+struct TextCell : Counted {
+  explicit TextCell(std::string t) : text(std::move(t)) {}
+  std::string text;
+};
+struct UnsupportedCell : Counted {
+  explicit UnsupportedCell(std::any t) : thing(std::move(t)) {}
+  std::any thing;
+};
+// The rest of a container serves its destruction alone.
+struct ContainerCell : Counted {
+  ContainerCell* nextDead = nullptr;
+  ValueTag tag = ValueTag::null;
+};
+struct ArrayCell : ContainerCell {
+  explicit ArrayCell(ValueArray e) : elements(std::move(e)) {}
+  ValueArray elements;
+};
+struct MapCell : ContainerCell {
+  explicit MapCell(ValueMap m) : members(std::move(m)) {}
+  ValueMap members;
+};
+
+// Reach into values, for the sources of this folder.
+struct ValueCore {
+  static const ValueBits& bits(const ValueView& view) noexcept { return view.bits_; }
+  static ValueBits& bits(ValueView& view) noexcept { return view.bits_; }
+  static ValueTag tag(const ValueView& view) noexcept { return view.bits_.tag; }
+  static ValueView view(const ValueBits& bits) noexcept {
+    ValueView view;
+    view.bits_ = bits;
+    return view;
+  }
+  static Value& value(JSON& json) noexcept { return json.value_; }
+
+  template <class Cell>
+  static const Cell& cell(const ValueView& view) noexcept {
+    return *static_cast<const Cell*>(counted(view.bits_));
+  }
+  template <class Cell>
+  static Cell& mutableCell(Value& value) noexcept {
+    return *static_cast<Cell*>(counted(value.bits_));
+  }
+  static const Document& document(const ValueView& view) noexcept { return cell<Document>(view); }
+  static Counted* counted(const ValueBits& bits) noexcept {
+    return reinterpret_cast<Counted*>(static_cast<std::uintptr_t>(bits.payload));
+  }
+  static std::uint64_t payload(Counted* counted) noexcept {
+    return static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(counted));
+  }
+
+  // Makes the value hold the cell, whose count it takes over; the value must hold nothing counted.
+  static void hold(Value& value, Counted* cell, ValueTag tag) noexcept {
+    value.bits_.payload = payload(cell);
+    value.bits_.tag = tag;
+  }
+  // The root of a new document; a scalar does not keep the document.
+  static Value take(Document* document) noexcept;
+  static void destroy(ContainerCell* cell, ValueTag tag) noexcept;
+
+  // Makes an array or a map one that may be written in place: no document's, nobody else's. Only
+  // this level is copied. Values of other kinds must not be given.
+  static ValueArray& writableElements(Value& value);
+  static ValueMap& writableMembers(Value& value);
+
+  static bool isArray(const ValueView& view) noexcept {
+    return view.kind() == ValueView::Kind::array;
+  }
+  static bool isMap(const ValueView& view) noexcept { return view.kind() == ValueView::Kind::map; }
+};
+
+}  // namespace quorvelkit::detail

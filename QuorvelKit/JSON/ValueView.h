@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QuorvelKit/JSON/KeyView.h>
+#include <QuorvelKit/JSON/Number.h>
+#include <QuorvelPlatform/Export.h>
+
+#include <any>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+namespace quorvelkit {
+
+namespace detail {
+
+enum class ValueTag : std::uint8_t {
+  null,
+  false_,
+  true_,
+  int64,
+  uint64,
+  float64,
+  unknown,      // an unsupported thing was assigned to a JSON
+  failure,      // a null that says in its bytes why it is one
+  longFailure,  // from here on the payload points to something counted
+  decimal,
+  text,
+  unsupported,
+  array,
+  map,
+  frozenText,  // from here on the payload is a document
+  frozenArray,
+  frozenMap,
+};
+
+/// What a value is made of: scalars stand in the payload.
+struct ValueBits {
+  std::uint64_t payload = 0;
+  std::uint32_t node = 0;
+  std::uint8_t spare[3] = {};
+  ValueTag tag = ValueTag::null;
+};
+
+struct ValueCore;
+
+}  // namespace detail
+
+/// An untyped value, looked at: null, a boolean, a number, a text, an array, a map or a thing of
+/// no such kind. Costs 16 bytes and no reference count; valid as long as the Value that it was
+/// taken from, or a copy of that, lives and is not written to.
+///
+/// Reads are strict: a read of another kind is absent. They may run on any threads at once.
+class QUORVELKIT_EXPORT ValueView {
+ public:
+  enum class Kind : std::uint8_t { null, boolean, number, text, array, map, unsupported };
+
+  /// Null.
+  constexpr ValueView() noexcept = default;
+
+  Kind kind() const noexcept {
+    constexpr Kind kinds[] = {
+        Kind::null,  Kind::boolean, Kind::boolean, Kind::number, Kind::number, Kind::number,
+        Kind::null,  Kind::null,    Kind::null,    Kind::number, Kind::text,   Kind::unsupported,
+        Kind::array, Kind::map,     Kind::text,    Kind::array,  Kind::map};
+    return kinds[static_cast<std::size_t>(bits_.tag)];
+  }
+  bool isNull() const noexcept { return kind() == Kind::null; }
+
+  std::optional<bool> boolean() const noexcept {
+    if (bits_.tag == detail::ValueTag::true_) return true;
+    if (bits_.tag == detail::ValueTag::false_) return false;
+    return std::nullopt;
+  }
+  /// A number as a double; integers beyond 2^53 are rounded. A boolean is no number.
+  std::optional<double> number() const {
+    switch (bits_.tag) {
+      case detail::ValueTag::float64:
+        return std::bit_cast<double>(bits_.payload);
+      case detail::ValueTag::int64:
+        return static_cast<double>(static_cast<std::int64_t>(bits_.payload));
+      case detail::ValueTag::uint64:
+        return static_cast<double>(bits_.payload);
+      case detail::ValueTag::decimal:
+        return storedNumber()->doubleValue();
+      default:
+        return std::nullopt;
+    }
+  }
+  /// A number that is exactly a 64-bit signed integer: 3 and 3.0, not 3.5 and not 1e300.
+  std::optional<std::int64_t> exactInt64() const {
+    if (bits_.tag == detail::ValueTag::int64) return static_cast<std::int64_t>(bits_.payload);
+    return kind() == Kind::number ? storedNumber()->exactInt64() : std::nullopt;
+  }
+  /// A number or a boolean as it is stored.
+  std::optional<Number> storedNumber() const;
+  std::optional<std::string_view> text() const noexcept;
+
+  /// The number of elements of an array or of members of a map, 0 for every other kind.
+  std::size_t size() const noexcept;
+  /// An element of an array; null beyond its end. Constant time.
+  ValueView element(std::size_t index) const noexcept;
+  /// A member of a map by its place in the order; an empty key and null beyond its end.
+  std::pair<std::string_view, ValueView> memberAt(std::size_t index) const noexcept;
+  /// A member of a map by its key; absent when there is none.
+  std::optional<ValueView> member(KeyView key) const noexcept;
+
+  /// A thing of no JSON kind; null for every other kind.
+  const std::any* unsupported() const noexcept;
+
+  /// Whether both are the same: numbers by value, texts by their bytes, arrays element by element,
+  /// maps without regard to order. A boolean is no number; an unsupported thing equals nothing.
+  friend QUORVELKIT_EXPORT bool operator==(const ValueView& a, const ValueView& b);
+
+ protected:
+  detail::ValueBits bits_;
+
+  friend struct detail::ValueCore;
+};
+
+}  // namespace quorvelkit
