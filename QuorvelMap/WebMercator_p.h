@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QuorvelPlatform/Coordinate.h>
+
+#include <QMargins>
+#include <QPointF>
+#include <QSizeF>
+#include <vector>
+
+namespace quorvelkit {
+
+inline constexpr double minimumZoomLevel = 0;
+inline constexpr double maximumZoomLevel = 20;
+
+struct MapCamera {
+  Coordinate center;
+  double zoomLevel = 0;
+};
+
+/// Width of the world in device-independent pixels.
+double worldWidth(double zoomLevel);
+
+/// The position in a square of side 1: x grows eastward from the antimeridian, y southward.
+/// Latitudes beyond the square's edges (85.05 degrees) count as the edge.
+QPointF worldPosition(Coordinate coordinate);
+Coordinate coordinateAt(QPointF worldPosition);
+
+/// Where a position is in a view, in the copy of the world nearest to the view's middle.
+QPointF viewPosition(const MapCamera& camera, QSizeF view, Coordinate coordinate);
+Coordinate coordinateAtViewPosition(const MapCamera& camera, QSizeF view, QPointF point);
+
+/// The camera that shows all positions (at least one) inside the margins.
+MapCamera cameraShowing(const std::vector<Coordinate>& coordinates, QSizeF view,
+                        const QMargins& margins);
+
+/// A line cut where it crosses the antimeridian, so that longitudes inside a piece stay within
+/// [-180, 180] and never jump. Positions that are not finite are left out, and so are pieces of
+/// one position.
+std::vector<std::vector<Coordinate>> splitAtAntimeridian(const std::vector<Coordinate>& line);
+
+}  // namespace quorvelkit

@@ -1,0 +1,309 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "MapTestSupport.h"
+
+#include <QuorvelMap/MGLMapViewDelegate.h>
+
+#include <QtCore/QFile>
+
+#include <chrono>
+#include <cmath>
+#include <fstream>
+#include <iostream>
+
+namespace quorvelkit::testing {
+
+namespace {
+
+using Screen = TestApplication::Screen;
+
+constexpr Coordinate town{39.28, -76.62};
+
+// Gives what it is told to give and notes who asked.
+struct Looks : MGLMapViewDelegate {
+  std::optional<MGLAnnotationImage> image;
+  std::optional<double> width = 12;
+  std::optional<QColor> color = QColor(200, 0, 0);
+  std::optional<double> alpha;
+  std::vector<MGLMapView*> askers;
+
+  std::optional<MGLAnnotationImage> imageForAnnotation(MGLMapView& view,
+                                                       const MGLAnnotation&) override {
+    askers.push_back(&view);
+    return image;
+  }
+  std::optional<double> lineWidthForPolylineAnnotation(MGLMapView& view,
+                                                       const MGLPolyline&) override {
+    askers.push_back(&view);
+    return width;
+  }
+  std::optional<QColor> strokeColorForShapeAnnotation(MGLMapView& view,
+                                                      const MGLAnnotation&) override {
+    askers.push_back(&view);
+    return color;
+  }
+  std::optional<double> alphaForShapeAnnotation(MGLMapView& view, const MGLAnnotation&) override {
+    askers.push_back(&view);
+    return alpha;
+  }
+};
+
+// A view at a place, with broad red lines.
+struct Scene {
+  explicit Scene(Coordinate center, double zoomLevel = 13) : view(QRect(0, 0, 600, 400)) {
+    view.setDelegate(looks);
+    view.setCenterCoordinate(center);
+    view.setZoomLevel(zoomLevel);
+  }
+  std::shared_ptr<Looks> looks = std::make_shared<Looks>();
+  MGLMapView view;
+};
+
+Coordinate east(Coordinate from, double degrees) {
+  return {from.latitude, from.longitude + degrees};
+}
+
+double residentMegabytes() {
+  std::ifstream statm("/proc/self/statm");
+  long total = 0;
+  long resident = 0;
+  statm >> total >> resident;
+  return static_cast<double>(resident) * 4096 / 1e6;
+}
+
+// The line runs from west to east through the middle of the view.
+void expectBroadLine(MGLMapView& view, Coordinate at, const QColor& color) {
+  EXPECT_TRUE(shows(view, at, color));
+  EXPECT_TRUE(shows(view, at, color, {0, -4}));
+  EXPECT_TRUE(shows(view, at, color, {0, 4}));
+  EXPECT_TRUE(shows(view, at, plainGround, {0, -9}));
+  EXPECT_TRUE(shows(view, at, plainGround, {0, 9}));
+}
+
+TEST(MGLMapViewTest, DrawsLinesWithWidthColourAndAlphaOnEveryEngine) {
+  const TestApplication application;
+  Scene scene(town);
+  scene.looks->alpha = 0.5;
+  scene.view.addAnnotations({makeLine({east(town, -0.01), east(town, 0.01)})});
+  EXPECT_EQ(scene.looks->askers, std::vector<MGLMapView*>(3, &scene.view));
+  scene.view.show();
+  const QColor blended((200 + plainGround.red()) / 2, plainGround.green() / 2,
+                       plainGround.blue() / 2);
+  expectBroadLine(scene.view, town, blended);
+  EXPECT_TRUE(shows(scene.view, east(town, -0.012), plainGround)) << "past the line's end";
+}
+
+TEST(MGLMapViewTest, DefaultsAreThreePixelsOfTheTintColour) {
+  const TestApplication application;
+  MGLMapView view(QRect(0, 0, 400, 300));
+  EXPECT_EQ(view.tintColor(), view.palette().color(QPalette::Highlight));
+  view.setTintColor(Qt::blue);
+  EXPECT_EQ(view.tintColor(), QColor(Qt::blue));
+  view.setCenterCoordinate(town);
+  view.setZoomLevel(13);
+  view.show();
+  view.addAnnotations({makeLine({east(town, -0.01), east(town, 0.01)})});
+  EXPECT_TRUE(waitUntil([&] {
+    double blue = 0;
+    for (int y = -6; y <= 6; ++y) {
+      const QColor seen = colorAt(view, view.convertCoordinate(town) + QPointF(0, y));
+      blue += (plainGround.red() - seen.red()) / double(plainGround.red());
+    }
+    return std::abs(blue - 3) < 0.3;
+  }));
+  view.setTintColor(QColor());
+  EXPECT_EQ(view.tintColor(), view.palette().color(QPalette::Highlight));
+}
+
+TEST(MGLMapViewTest, MarkersStandOnTheirPositionsAndTitlesAreReadableOnDarkGround) {
+  const TestApplication application;
+  QFile style(application.folder() + "/dark.json");
+  ASSERT_TRUE(style.open(QIODevice::WriteOnly));
+  style.write(R"({"version":8,"sources":{},"layers":[{"id":"b","type":"background",
+                  "paint":{"background-color":"#102030"}}]})");
+  style.close();
+
+  Scene scene({0, 0});
+  scene.view.setStyleURL(QUrl::fromLocalFile(style.fileName()));
+  scene.view.addAnnotations({makeMarker({0, 0}, "mm")});
+  scene.looks->image = MGLAnnotationImage(QImage(40, 20, QImage::Format_RGB32));
+  scene.looks->image->image();
+  QImage blue(40, 20, QImage::Format_RGB32);
+  blue.fill(Qt::blue);
+  scene.looks->image = MGLAnnotationImage(blue);
+  const Coordinate second = east({0, 0}, 0.01);
+  scene.view.addAnnotations({makeMarker(second, "")});
+  scene.view.show();
+
+  const QColor ground(0x10, 0x20, 0x30);
+  EXPECT_TRUE(shows(scene.view, {0, 0}, QColor(0xd6, 0x33, 0x3f), {0, -12})) << "the pin";
+  EXPECT_TRUE(shows(scene.view, {0, 0}, ground, {0, 3})) << "below its tip";
+  for (const QPointF corner : {QPointF(-18, -8), QPointF(18, 8)}) {
+    EXPECT_TRUE(shows(scene.view, second, Qt::blue, corner));
+    EXPECT_TRUE(shows(scene.view, second, ground, corner * 1.3));
+  }
+  // Above the pin, dark letters on a white plate.
+  const QImage picture = scene.view.grab().toImage();
+  const QPoint tip = scene.view.convertCoordinate({0, 0}).toPoint();
+  int white = 0;
+  int dark = 0;
+  for (int y = -60; y < -40; ++y) {
+    for (int x = -12; x <= 12; ++x) {
+      const QColor pixel = picture.pixelColor(tip + QPoint(x, y));
+      white += isAlike(pixel, Qt::white) ? 1 : 0;
+      dark += pixel.lightness() < 100 && !isAlike(pixel, ground) ? 1 : 0;
+    }
+  }
+  EXPECT_GT(white, 100);
+  EXPECT_GT(dark, 20);
+}
+
+TEST(MGLMapViewTest, TitlesOfMarkersOnOnePositionAreBothSeen) {
+  const TestApplication application(Screen::none);
+  Scene scene(town);
+  scene.view.show();
+  scene.view.addAnnotations({makeMarker(town, "origin")});
+  const QImage one = scene.view.grab().toImage();
+  scene.view.addAnnotations({makeMarker(town, "destination")});
+  const QImage two = scene.view.grab().toImage();
+  const QRect firstPlate(250, 139, 100, 22);
+  EXPECT_EQ(one.copy(firstPlate), two.copy(firstPlate));
+  EXPECT_NE(one, two);
+}
+
+TEST(MGLMapViewTest, LinesOfAnyLengthAreListedAndDrawn) {
+  const TestApplication application;
+  Scene scene(town);
+  scene.view.show();
+  std::vector<Coordinate> many(100000);
+  for (std::size_t i = 0; i < many.size(); ++i) {
+    const double part = static_cast<double>(i) / 99999;
+    many[i] = {town.latitude + 0.0001 * std::sin(part * 300), town.longitude + 0.02 * part};
+  }
+  scene.view.addAnnotations({makeLine({}), makeLine({town})});
+  scene.view.addAnnotations({makeLine({east(town, -0.01), east(town, -0.005)})});
+  EXPECT_TRUE(shows(scene.view, east(town, -0.007), *scene.looks->color));
+  const auto line = makeLine(std::move(many));
+  const auto start = std::chrono::steady_clock::now();
+  scene.view.addAnnotations({line});
+  const std::chrono::duration<double, std::milli> taken = std::chrono::steady_clock::now() - start;
+  std::cout << "100,000 points added in " << taken.count() << " ms\n";
+  EXPECT_EQ(scene.view.annotations().size(), 4U);
+  EXPECT_TRUE(shows(scene.view, east(town, 0.01), *scene.looks->color));
+  EXPECT_TRUE(shows(scene.view, east(town, -0.002), plainGround));
+}
+
+TEST(MGLMapViewTest, LinesCrossTheAntimeridianTheShortWay) {
+  for (const Screen screen : {Screen::none, Screen::x11}) {
+    const TestApplication application(screen);
+    Scene scene({0, 180});
+    scene.view.show();
+    scene.view.addAnnotations({makeLine({{0, 179.98}, {0, -179.99}, {0, 179.99}, {0, -179.98}})});
+    for (const double longitude : {179.985, 179.9999, 180.0, -179.9999, -179.985}) {
+      EXPECT_TRUE(shows(scene.view, {0, longitude}, *scene.looks->color)) << longitude;
+    }
+    scene.view.setCenterCoordinate({0, 0});
+    EXPECT_TRUE(shows(scene.view, {0, 0}, plainGround)) << "a line around the world";
+    scene.view.addAnnotations({makeLine({{0, -0.01}, {NAN, 0}, {0, 0.01}})});
+    EXPECT_TRUE(shows(scene.view, {0, 0}, *scene.looks->color)) << "the point at (0, 0)";
+  }
+}
+
+TEST(MGLMapViewTest, ListsAnnotationsInOrderOnceAndRemovesThem) {
+  const TestApplication application;
+  Scene scene(town);
+  const MGLMapView::Annotations all = {makeMarker(town, "origin"), makeMarker(town, "destination"),
+                                       makeLine({east(town, -0.01), east(town, 0.01)})};
+  scene.view.addAnnotations(all);
+  scene.view.addAnnotations({all[2], nullptr});
+  EXPECT_EQ(scene.view.annotations(), all);
+  scene.view.show();
+  EXPECT_TRUE(shows(scene.view, east(town, 0.005), *scene.looks->color));
+  scene.view.removeAnnotations({all[2], all[0], nullptr});
+  EXPECT_EQ(scene.view.annotations(), MGLMapView::Annotations{all[1]});
+  EXPECT_TRUE(shows(scene.view, east(town, 0.005), plainGround));
+}
+
+TEST(MGLMapViewTest, KeepsPlaceAndLinesThroughResizesAndAnotherWindow) {
+  const TestApplication application;
+  QWidget firstWindow;
+  QWidget secondWindow;
+  Scene scene(town, 12.5);
+  scene.view.addAnnotations({makeLine({east(town, -0.01), east(town, 0.01)})});
+  for (QWidget* const window : {&firstWindow, &secondWindow}) {
+    window->resize(700, 500);
+    scene.view.setParent(window);
+    scene.view.show();
+    window->show();
+    for (const QSize size : {QSize(300, 200), QSize(640, 480)}) {
+      scene.view.resize(size);
+      expectBroadLine(scene.view, town, *scene.looks->color);
+      EXPECT_NEAR(scene.view.centerCoordinate().latitude, town.latitude, 1e-4);
+      EXPECT_NEAR(scene.view.centerCoordinate().longitude, town.longitude, 1e-4);
+      EXPECT_NEAR(scene.view.zoomLevel(), 12.5, 1e-6);
+    }
+  }
+  scene.view.setParent(nullptr);
+}
+
+TEST(MGLMapViewTest, TwoViewsAreIndependentAndManyLeaveNothingBehind) {
+  const TestApplication application;
+  Scene first(town);
+  first.view.addAnnotations({makeLine({east(town, -0.01), east(town, 0.01)})});
+  first.view.show();
+  double settled = 0;
+  for (int round = 0; round < 16; ++round) {
+    Scene second({-33.86, 151.2});
+    second.looks->color = QColor(0, 0, 200);
+    second.view.show();
+    second.view.addAnnotations({makeLine({{-33.86, 151.19}, {-33.86, 151.21}})});
+    EXPECT_TRUE(shows(second.view, {-33.86, 151.2}, *second.looks->color));
+    if (round == 5) settled = residentMegabytes();
+  }
+  EXPECT_TRUE(shows(first.view, town, *first.looks->color));
+  std::cout << "10 views later: " << residentMegabytes() - settled << " MB more\n";
+  EXPECT_LT(residentMegabytes() - settled, 20);
+}
+
+struct Framing {
+  const char* name;
+  std::vector<Coordinate> positions;
+  QMargins margins;
+};
+
+TEST(MGLMapViewTest, VisibleCoordinatesAreInsideTheMarginsAndFillTheView) {
+  const TestApplication application(Screen::none);
+  const std::vector<Framing> table = {
+      {"a town", {{39.27, -76.65}, {39.31, -76.58}, {39.29, -76.60}}, {}},
+      {"uneven margins", {{39.27, -76.65}, {39.31, -76.58}}, {150, 10, 20, 90}},
+      {"across the antimeridian", {{-17, 179.5}, {-16, -179.5}, {-16.5, 180}}, {20, 20, 20, 20}},
+      {"tall", {{0, 0}, {10, 0}}, {10, 50, 10, 10}},
+      {"one position", {{48, 11}}, {0, 100, 0, 0}},
+      {"a position that is none", {{48, 11}, {NAN, 11}, {48.1, 11.1}}, {}}};
+  for (const auto& [name, positions, margins] : table) {
+    MGLMapView view(QRect(0, 0, 600, 400));
+    view.setVisibleCoordinates(positions, margins);
+    const QRectF inside = QRectF(QRect({}, view.size()).marginsRemoved(margins));
+    QRectF used;
+    for (const Coordinate& position : positions) {
+      if (!std::isfinite(position.latitude)) continue;
+      const QPointF point = view.convertCoordinate(position);
+      EXPECT_TRUE(inside.adjusted(-1, -1, 1, 1).contains(point)) << name << " " << point.x();
+      used |= QRectF(point, QSizeF(1e-9, 1e-9));
+      const Coordinate back = view.convertPoint(point);
+      EXPECT_NEAR(back.latitude, position.latitude, 1e-9);
+      EXPECT_NEAR(std::remainder(back.longitude - position.longitude, 360), 0, 1e-9);
+    }
+    if (positions.size() == 1) continue;
+    EXPECT_TRUE(std::abs(used.width() - inside.width()) < 1 ||
+                std::abs(used.height() - inside.height()) < 1)
+        << name;
+  }
+  MGLMapView view;
+  view.setVisibleCoordinates({});
+  EXPECT_EQ(view.centerCoordinate(), Coordinate());
+  EXPECT_EQ(view.zoomLevel(), 0);
+}
+
+}  // namespace
+
+}  // namespace quorvelkit::testing

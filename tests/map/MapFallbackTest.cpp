@@ -1,0 +1,205 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "MapTestSupport.h"
+
+#include <QuorvelMap/MainQueueHook.h>
+#include <QuorvelPlatform/MainQueue.h>
+
+#include <QtCore/QBuffer>
+#include <QtCore/QFile>
+#include <QtNetwork/QTcpServer>
+#include <QtNetwork/QTcpSocket>
+
+#include <thread>
+
+namespace quorvelkit::testing {
+
+namespace {
+
+using Screen = TestApplication::Screen;
+
+// Answers every request with one status and body, in the loop of the test.
+class OneAnswerServer {
+ public:
+  OneAnswerServer(const QByteArray& status, const QByteArray& body) {
+    server_.listen(QHostAddress::LocalHost);
+    QObject::connect(&server_, &QTcpServer::newConnection, &server_, [this, status, body] {
+      QTcpSocket* const socket = server_.nextPendingConnection();
+      QObject::connect(socket, &QTcpSocket::readyRead, socket, [this, socket, status, body] {
+        if (!socket->peek(65536).contains("\r\n\r\n")) return;
+        paths += socket->readAll().split(' ').value(1);
+        socket->write("HTTP/1.1 " + status + "\r\nConnection: close\r\nContent-Length: " +
+                      QByteArray::number(body.size()) + "\r\n\r\n" + body);
+        socket->disconnectFromHost();
+      });
+    });
+  }
+
+  QUrl url(const QString& path) const {
+    return QUrl(QStringLiteral("http://127.0.0.1:%1%2").arg(server_.serverPort()).arg(path));
+  }
+
+  QList<QByteArray> paths;
+
+ private:
+  QTcpServer server_;
+};
+
+QByteArray styleWithGround(const char* color) {
+  return QByteArray(R"({"version":8,"sources":{},"layers":[{"id":"b","type":"background",)"
+                    R"("paint":{"background-color":")") +
+         color + R"("}}]})";
+}
+
+// A broad line through (0, 0) and a marker on it.
+void addRoute(MGLMapView& view) {
+  view.setTintColor(QColor(0, 0, 200));
+  view.setZoomLevel(13);
+  view.addAnnotations(
+      {makeLine({{-0.01, -0.01}, {0, 0}, {0, 0.01}}), makeMarker({0, 0}, "origin")});
+}
+
+void expectRoute(MGLMapView& view) {
+  EXPECT_TRUE(shows(view, {0, 0.005}, QColor(0, 0, 200)));
+  EXPECT_TRUE(shows(view, {0, 0}, QColor(0xd6, 0x33, 0x3f), {0, -12}));
+}
+
+void expectNote(const MGLMapView& view, const char* start, const char* reason) {
+  EXPECT_TRUE(view.engineNote().startsWith(start) && view.engineNote().contains(reason))
+      << view.engineNote().toStdString();
+}
+
+struct Missing {
+  const char* name;
+  const char* plugin;
+  Screen screen;
+  const char* note;
+  const char* reason;
+
+  friend std::ostream& operator<<(std::ostream& out, const Missing& m) { return out << m.name; }
+};
+
+// What Qt has loaded once stays loaded: each case has a process of its own.
+class MapFallbackTest : public ::testing::TestWithParam<Missing> {};
+
+TEST_P(MapFallbackTest, TheRouteIsSeenAndTheNoteTellsWhatIsMissing) {
+  TestApplication application(GetParam().screen);
+  application.hidePlugin(GetParam().plugin);
+  MGLMapView view(QRect(0, 0, 400, 300));
+  addRoute(view);
+  view.show();
+  expectRoute(view);
+  expectNote(view, GetParam().note, GetParam().reason);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, MapFallbackTest,
+    ::testing::Values(Missing{"Nothing", "", Screen::x11, "Drawn by Qt Location's engine mapboxgl.",
+                              ""},
+                      Missing{"SQLite", "sqldrivers/libqsqlite.so", Screen::x11,
+                              "Drawn without a map", "mapboxgl: Qt's SQLite driver is missing"},
+                      Missing{"Mapboxgl", "geoservices/libqtgeoservices_mapboxgl.so", Screen::x11,
+                              "Drawn without a map", "mapboxgl: Qt Location has no plugin"},
+                      Missing{"OpenGL", "", Screen::none, "Drawn without a map",
+                              "mapboxgl: OpenGL cannot be used here"}),
+    [](const auto& test) { return test.param.name; });
+
+TEST(MapTilesTest, TilesOfTheHostAreDrawnWithoutTheFirstEngine) {
+  TestApplication application;
+  application.hidePlugin("geoservices/libqtgeoservices_mapboxgl.so");
+  QImage tile(256, 256, QImage::Format_RGB32);
+  tile.fill(QColor(0, 120, 0));
+  QByteArray png;
+  QBuffer buffer(&png);
+  tile.save(&buffer, "PNG");
+  OneAnswerServer server("200 OK", png);
+  MGLMapView view(QRect(0, 0, 400, 300));
+  view.setTileHost(server.url("/tiles"));
+  addRoute(view);
+  view.show();
+  EXPECT_TRUE(shows(view, {0.005, 0.005}, QColor(0, 120, 0)));
+  expectRoute(view);
+  expectNote(view, "Drawn by Qt Location's engine osm.", "mapboxgl: ");
+  EXPECT_TRUE(server.paths.value(0).startsWith("/tiles/14/")) << server.paths.value(0).data();
+}
+
+TEST(MapStyleTest, StylesAreReadFromEachKindOfURLAndBadOnesLeaveTheRouteOnTheDefault) {
+  const TestApplication application;
+  OneAnswerServer good("200 OK", styleWithGround("#006000"));
+  OneAnswerServer missing("404 Not Found", styleWithGround("#600000"));
+  OneAnswerServer notAStyle("200 OK", R"({"version":7,"layers":[]})");
+  const auto file = [&](const char* name, const QByteArray& text) {
+    QFile out(application.folder() + '/' + name);
+    EXPECT_TRUE(out.open(QIODevice::WriteOnly));
+    out.write(text);
+    return QUrl::fromLocalFile(out.fileName());
+  };
+  struct Case {
+    QUrl url;
+    QColor ground;
+    const char* reason;
+  };
+  const Case table[] = {
+      {good.url("/style.json"), QColor(0, 0x60, 0), ""},
+      {missing.url("/style.json"), plainGround, "Not Found"},
+      {file("good file.json", styleWithGround("#000060")), QColor(0, 0, 0x60), ""},
+      {file("torn.json", R"({"version":8,"lay)"), plainGround, "torn.json could not be read"},
+      {QUrl(), plainGround, ""},
+      {notAStyle.url("/"), plainGround, "not a Mapbox style"},
+      {QUrl::fromLocalFile(application.folder() + "/none.json"), plainGround, "No such file"},
+      {QUrl("qrc:/none.json"), plainGround, "could not be read"},
+      {QUrl("mapbox://styles/a/b"), plainGround, "http, https, file and qrc"},
+      {good.url("/again"), QColor(0, 0x60, 0), ""}};
+  MGLMapView view(QRect(0, 0, 400, 300));
+  addRoute(view);
+  view.show();
+  for (const auto& [url, ground, reason] : table) {
+    view.setStyleURL(url);
+    EXPECT_EQ(view.styleURL(), url);
+    EXPECT_TRUE(shows(view, {0.005, 0.005}, ground)) << url.toString().toStdString();
+    EXPECT_TRUE(waitUntil([&, why = reason] { return view.engineNote().contains(why); }))
+        << reason << " / " << view.engineNote().toStdString();
+    EXPECT_EQ(view.engineNote().contains("could not be read"), *reason != 0);
+    expectRoute(view);
+    expectNote(view, "Drawn by Qt Location's engine mapboxgl.", "");
+  }
+  // Nobody is left waiting when the view goes while its style is on the way.
+  MGLMapView(QRect(0, 0, 10, 10)).setStyleURL(good.url("/late"));
+}
+
+TEST(MainQueueHookTest, BlocksRunInTheLoopOfTheApplicationThatIsThere) {
+  int late = 0;
+  for (int round = 0; round < 2; ++round) {
+    const TestApplication application(Screen::none);
+    installMainQueueHook();
+    int ran = 0;
+    std::thread::id where;
+    std::thread([&] {
+      MainQueue::main().async([&] {
+        where = std::this_thread::get_id();
+        // A loop inside a handler, as a dialog has one, runs what comes next.
+        MainQueue::main().async([&] { ++ran; });
+        EXPECT_TRUE(waitUntil([&] { return ran == 1; }));
+      });
+    }).join();
+    EXPECT_TRUE(waitUntil([&] { return where != std::thread::id(); }));
+    EXPECT_EQ(where, std::this_thread::get_id());
+    EXPECT_EQ(ran, 1);
+    // The first round's is on its way when the application ends; the next application runs it.
+    EXPECT_EQ(late, round);
+    MainQueue::main().async([&] { ++late; });
+  }
+}
+
+TEST(MainQueueHookTest, AnApplicationsOwnHookStays) {
+  const TestApplication application(Screen::none);
+  int calls = 0;
+  MainQueue::main().setWakeUpHook([&] { ++calls; });
+  const MGLMapView view;
+  MainQueue::main().async([] {});
+  EXPECT_EQ(calls, 1);
+  MainQueue::main().setWakeUpHook({});
+}
+
+}  // namespace
+
+}  // namespace quorvelkit::testing
