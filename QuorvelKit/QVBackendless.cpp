@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <QuorvelKit/QVBackendless.h>
+#include <QuorvelKit/QVProcessValue_p.h>
+#include <QuorvelPlatform/UTF8.h>
+
+#include <cstddef>
+
+namespace quorvelkit {
+
+namespace {
+
+constexpr std::size_t userTokenLength = 36;
+
+auto& storedUserToken() {
+  static auto& token = *new ProcessValue<std::string>;
+  return token;
+}
+
+auto& storedBaseURL() {
+  static auto& url = *new ProcessValue<std::string>(QUORVELKIT_BACKEND_BASE_URL);
+  return url;
+}
+
+}  // namespace
+
+std::shared_ptr<URLSessionDataTask> QVBackendless::login(
+    std::shared_ptr<QVLoginRequest> request,
+    QVCompletionHandler<QVLoginResponse> completionHandler) {
+  if (request && completionHandler && characterCount(userToken()) == userTokenLength) {
+    MainQueue::main().async(
+        [handler = std::move(completionHandler),
+         response = makeResponse<QVLoginResponse>(std::nullopt, std::move(request))]() mutable {
+          handler(std::move(response));
+        });
+    return nullptr;
+  }
+  QVCallDifferences<QVLoginResponse> differences;
+  differences.before = [](const auto& goOn) { goOn(); };
+  differences.httpRequest = [request] { return request->loginRequest(); };
+  differences.after = [](const auto& response) {
+    setUserToken(response->userToken().value_or(std::string()));
+  };
+  return call(std::move(request), std::move(completionHandler), std::move(differences));
+}
+
+std::shared_ptr<URLSessionDataTask> QVBackendless::login(
+    QVCompletionHandler<QVLoginResponse> completionHandler) {
+  return login(std::make_shared<QVLoginRequest>(), std::move(completionHandler));
+}
+
+std::string QVBackendless::userToken() { return storedUserToken().get(); }
+void QVBackendless::setUserToken(std::string userToken) {
+  storedUserToken().set(std::move(userToken));
+}
+
+std::string QVBackendless::baseURL() { return storedBaseURL().get(); }
+void QVBackendless::setBaseURL(std::string baseURL) { storedBaseURL().set(std::move(baseURL)); }
+
+}  // namespace quorvelkit

@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <QuorvelKit/JSON/JSON.h>
+#include <QuorvelKit/QVBaseRequest.h>
+#include <QuorvelKit/QuorvelKit.h>
+#include <QuorvelPlatform/DoubleText.h>
+
+#include <utility>
+
+namespace quorvelkit {
+
+namespace {
+
+std::string queryText(const Value& value) {
+  const auto number = value.storedNumber();
+  if (number && number->storage() == Number::Storage::float64) {
+    return defaultText(number->doubleValue());
+  }
+  return JSON(value)
+      .rawString(TextEncoding::utf8, JSONWritingOptions::none)
+      .value_or(std::string());
+}
+
+}  // namespace
+
+QVBaseRequest::~QVBaseRequest() = default;
+
+const std::optional<ValueMap>& QVBaseRequest::parameters() const { return parameters_; }
+void QVBaseRequest::setParameters(std::optional<ValueMap> parameters) {
+  parameters_ = std::move(parameters);
+}
+
+bool QVBaseRequest::includeAccessToken() const { return false; }
+std::optional<URL> QVBaseRequest::url() { return std::nullopt; }
+
+std::int64_t QVBaseRequest::retryCount() const { return retryCount_; }
+void QVBaseRequest::setRetryCount(std::int64_t retryCount) { retryCount_ = retryCount; }
+std::int64_t QVBaseRequest::maxNumberOfRetries() const { return maxNumberOfRetries_; }
+void QVBaseRequest::setMaxNumberOfRetries(std::int64_t maxNumberOfRetries) {
+  maxNumberOfRetries_ = maxNumberOfRetries;
+}
+
+std::optional<URLRequest> QVBaseRequest::request() {
+  auto address = url();
+  if (!address) return std::nullopt;
+  URLRequest made(*std::move(address));
+  if (includeAccessToken()) {
+    made.addValue(QuorvelKit::accessToken().value_or(std::string()), "AccessToken");
+  }
+  return made;
+}
+
+std::optional<URLRequest> QVBaseRequest::deleteRequest() {
+  auto made = request();
+  if (made) made->setHTTPMethod("DELETE");
+  return made;
+}
+
+std::optional<URLRequest> QVBaseRequest::postRequest() {
+  auto made = request();
+  if (!made) return std::nullopt;
+  made->setHTTPMethod("POST");
+  const auto& values = parameters();
+  if (!values) return made;
+  if (auto body = JSON(*values).rawData()) {
+    made->setValue("application/json", "Content-Type");
+    made->setValue(std::to_string(body->size()), "Content-Length");
+    made->setHTTPBody(*std::move(body));
+  }
+  return made;
+}
+
+std::string QVBaseRequest::requestString() {
+  setParamAdded(false);
+  std::string query;
+  const auto& values = parameters();
+  if (!values) return query;
+  for (const auto& [key, value] : *values) {
+    query += joiner();
+    query += key;
+    query += '=';
+    query += queryText(value);
+  }
+  return query;
+}
+
+bool QVBaseRequest::paramAdded() const { return paramAdded_; }
+void QVBaseRequest::setParamAdded(bool paramAdded) { paramAdded_ = paramAdded; }
+
+std::string QVBaseRequest::joiner() {
+  const char* const text = paramAdded() ? "&" : "?";
+  setParamAdded(true);
+  return text;
+}
+
+std::optional<URL> QVBaseRequest::resourceURL(std::string_view rootURL, std::string_view path,
+                                              ValueMap parameters) {
+  setParameters(std::move(parameters));
+  std::string address(rootURL);
+  address += path;
+  address += requestString();
+  return URL::parse(address);
+}
+
+}  // namespace quorvelkit

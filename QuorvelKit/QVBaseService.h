@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QuorvelKit/QVBaseRequest.h>
+#include <QuorvelKit/QVBaseResponse.h>
+#include <QuorvelPlatform/Export.h>
+#include <QuorvelPlatform/FatalError.h>
+#include <QuorvelPlatform/MainQueue.h>
+#include <QuorvelPlatform/URLSession.h>
+#include <QuorvelPlatform/URLSessionDataTask.h>
+
+#include <concepts>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <utility>
+
+namespace quorvelkit {
+
+/// What takes the response of a call.
+template <class Response>
+using QVCompletionHandler = std::function<void(std::shared_ptr<Response> response)>;
+
+/// In what a kind of call differs from the standard road; what is empty does not differ.
+template <class Response>
+struct QVCallDifferences {
+  /// What comes before sending, in place of loadConfiguration(): calls the function that it gets
+  /// to go on, on the caller's thread or on the main queue.
+  std::function<void(std::function<void()> goOn)> before;
+  /// Makes the HTTP request, in place of QVBaseRequest::request.
+  std::function<std::optional<URLRequest>()> httpRequest;
+  /// Sees the response first, on the session's callback thread.
+  std::function<void(const std::shared_ptr<Response>& response)> after;
+};
+
+/// The base of the service facades: the session that all of them share, and the one road on which
+/// each of their calls goes. This is the contract of every call:
+///
+///  - The handler runs exactly once for each request that is sent, on the main queue (MainQueue),
+///    never inside the call. It is destroyed there, too, right after it ran.
+///  - A request without an address (QVBaseRequest::url) is not sent: the handler is dropped
+///    without having run. The address needs the configuration, so look at both in the handler of
+///    loadConfiguration() to learn why nothing happens.
+///  - The call returns the running task once the configuration is loaded, and nothing before
+///    that, even though a response will come. A cancelled task still delivers its response, one
+///    that isCancelled().
+///  - Every failure is in the response's error(). Nothing is tried a second time.
+///  - Any thread may call, but a request object belongs to one call at a time until its HTTP
+///    request is made; calls that share it come from one thread (the main thread, best).
+///  - A null request or an empty handler is a programming error and stops the process.
+///
+/// An application's own facade derives from this class and sends its own requests on the same
+/// road:
+///
+///     class Weather : public quorvelkit::QVBaseService {
+///      public:
+///       static std::shared_ptr<quorvelkit::URLSessionDataTask> today(
+///           std::shared_ptr<WeatherRequest> request,
+///           quorvelkit::QVCompletionHandler<WeatherResponse> completionHandler) {
+///         return call(std::move(request), std::move(completionHandler));
+///       }
+///     };
+class QUORVELKIT_EXPORT QVBaseService {
+ public:
+  /// The session of all calls, made with URLSessionConfiguration::defaultConfiguration() on first
+  /// use; the same one for the rest of the process.
+  static std::shared_ptr<URLSession> sharedSession();
+
+  /// Sees to it that the configuration is loaded, then calls the handler, also when loading
+  /// failed (QVConfiguration::cachedResponse tells): at once, inside this call, when the
+  /// configuration is there already, else later on the main queue.
+  static void loadConfiguration(std::function<void()> completionHandler);
+
+ protected:
+  /// Sends a request on the standard road, or on one that differs from it as given.
+  template <std::derived_from<QVBaseResponse> Response>
+  static std::shared_ptr<URLSessionDataTask> call(std::shared_ptr<QVBaseRequest> request,
+                                                  QVCompletionHandler<Response> completionHandler,
+                                                  QVCallDifferences<Response> differences = {});
+
+ private:
+  template <class Response>
+  struct CallUnderWay;
+  template <class Response>
+  static void send(const std::shared_ptr<CallUnderWay<Response>>& underWay);
+};
+
+// All that the application gave stands in `work`, and moves as a whole to the main queue: it would
+// be wrong to let a part of it die on the session's thread. What stays behind is an empty shell.
+template <class Response>
+struct QVBaseService::CallUnderWay {
+  struct Work {
+    std::shared_ptr<QVBaseRequest> request;
+    QVCompletionHandler<Response> completionHandler;
+    QVCallDifferences<Response> differences;
+    std::shared_ptr<Response> response;
+  };
+
+  std::shared_ptr<Work> work;
+  std::mutex mutex;
+  std::shared_ptr<URLSessionDataTask> task;
+
+  std::shared_ptr<URLSessionDataTask> currentTask() {
+    const std::lock_guard lock(mutex);
+    return task;
+  }
+  void setTask(std::shared_ptr<URLSessionDataTask> started) {
+    const std::lock_guard lock(mutex);
+    task = std::move(started);
+  }
+
+  // Takes the outcome on the session's callback thread.
+  void complete(std::optional<Data> data, std::shared_ptr<const URLResponse> urlResponse,
+                std::optional<Error> error) {
+    auto own = std::move(work);
+    own->response = makeResponse<Response>(std::move(data), own->request, std::move(urlResponse),
+                                           std::move(error), currentTask());
+    if (own->differences.after) own->differences.after(own->response);
+    MainQueue::main().async(
+        [own = std::move(own)] { own->completionHandler(std::move(own->response)); });
+  }
+};
+
+template <std::derived_from<QVBaseResponse> Response>
+std::shared_ptr<URLSessionDataTask> QVBaseService::call(
+    std::shared_ptr<QVBaseRequest> request, QVCompletionHandler<Response> completionHandler,
+    QVCallDifferences<Response> differences) {
+  if (!request) fatalError("a service call needs a request");
+  if (!completionHandler) fatalError("a service call needs a completion handler");
+  using UnderWay = CallUnderWay<Response>;
+  const auto before = std::exchange(differences.before, nullptr);
+  const auto underWay = std::make_shared<UnderWay>();
+  underWay->work = std::make_shared<typename UnderWay::Work>(typename UnderWay::Work{
+      std::move(request), std::move(completionHandler), std::move(differences), nullptr});
+  const auto goOn = [underWay] { send(underWay); };
+  before ? before(goOn) : loadConfiguration(goOn);
+  return underWay->currentTask();
+}
+
+template <class Response>
+void QVBaseService::send(const std::shared_ptr<CallUnderWay<Response>>& underWay) {
+  const auto& request = underWay->work->request;
+  const auto& make = underWay->work->differences.httpRequest;
+  auto httpRequest = make ? make() : request->request();
+  if (!httpRequest) {
+    underWay->work.reset();
+    return;
+  }
+  const auto task = sharedSession()->dataTask(
+      *std::move(httpRequest), [underWay](auto data, auto urlResponse, auto error) {
+        underWay->complete(std::move(data), std::move(urlResponse), std::move(error));
+      });
+  underWay->setTask(task);
+  task->resume();
+}
+
+}  // namespace quorvelkit
