@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QuorvelKit/QVBaseObject.h>
+#include <QuorvelPlatform/Export.h>
+
+#include <cstdint>
+#include <optional>
+
+namespace quorvelkit {
+
+/// The network a numbered road belongs to.
+enum class QVHighwayType {
+  california,
+  unitedStates,
+  interstate,
+  highway,
+  countyRoad,
+  stateRoad,
+  unknown
+};
+
+template <>
+inline constexpr auto rawValues<QVHighwayType> = std::to_array<RawValue<QVHighwayType>>({
+    {QVHighwayType::california, "CA"},
+    {QVHighwayType::unitedStates, "US"},
+    {QVHighwayType::interstate, "I"},
+    {QVHighwayType::highway, "Hwy"},
+    {QVHighwayType::countyRoad, "CR"},
+    {QVHighwayType::stateRoad, "SR"},
+    {QVHighwayType::unknown, ""},
+});
+
+/// A numbered road: I 95.
+class QUORVELKIT_EXPORT QVHighway : public QVBaseObject {
+ public:
+  using QVBaseObject::QVBaseObject;
+
+  std::optional<std::int64_t> number() const;
+  /// The network, which the server sends under "dir".
+  QVHighwayType direction() const;
+};
+
+}  // namespace quorvelkit

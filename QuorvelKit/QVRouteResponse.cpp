@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <QuorvelKit/QVRouteResponse.h>
+
+namespace quorvelkit {
+
+QVRouteResponse::~QVRouteResponse() = default;
+
+void QVRouteResponse::buildModel() {
+  QVBaseResponse::buildModel();
+  if (json()) route_.emplace(*json());
+}
+
+}  // namespace quorvelkit
