@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QuorvelKit/QVBaseResponse.h>
+#include <QuorvelKit/QVSuggestion.h>
+#include <QuorvelPlatform/Export.h>
+
+#include <vector>
+
+namespace quorvelkit {
+
+/// The answer to a QVSuggestRequest.
+class QUORVELKIT_EXPORT QVSuggestResponse : public QVBaseResponse {
+ public:
+  using QVBaseResponse::QVBaseResponse;
+  ~QVSuggestResponse() override;
+
+  /// The suggestions in the server's order; empty when there are none.
+  const std::vector<QVSuggestion>& suggestions() const { return suggestions_; }
+
+ protected:
+  void buildModel() override;
+
+ private:
+  std::vector<QVSuggestion> suggestions_;
+};
+
+}  // namespace quorvelkit
