@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QuorvelKit/QVBackendless.h>
+#include <QuorvelPlatform/HTTPURLResponse.h>
+#include <QuorvelPlatform/MainQueue.h>
+#include <QuorvelPlatform/URLProtocol.h>
+
+#include <algorithm>
+#include <condition_variable>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace quorvelkit::test {
+
+inline const std::string token36 = "11111111-2222-4333-8444-555555555555";
+inline const std::string loginPath = "/v1/users/login";
+inline const std::string configurationPath =
+    "/5E2C9F14-7A03-41BD-C8E6-0F93D27A61B5/v1/files/configuration/configuration.json";
+
+/// Answers every request of the process in place of the network: by path, 404 for paths it does
+/// not know. Login and configuration go well unless told otherwise.
+class FakeServer {
+ public:
+  struct Answer {
+    int status = 200;
+    std::string body;
+    bool isHeld = false;  // nothing comes until release()
+  };
+
+  FakeServer()
+      : registration_(URLProtocol::registerFactory(
+            [state = state_](const URLRequest&) { return std::make_unique<Loader>(state); })) {
+    QVBackendless::setBaseURL("http://backend.test");
+    set(loginPath, {200, R"({"objectId":"A","user-token":")" + token36 + "\"}"});
+    set(configurationPath, {200, R"({"quorvel-navigation-root-url":"http://nav.test",
+                                     "quorvel-find-root-url":"http://find.test"})"});
+  }
+  ~FakeServer() { URLProtocol::unregister(registration_); }
+  FakeServer(const FakeServer&) = delete;
+  FakeServer& operator=(const FakeServer&) = delete;
+
+  void set(const std::string& path, Answer answer) {
+    const std::lock_guard lock(state_->mutex);
+    state_->answers[path] = std::move(answer);
+  }
+  /// Waits until so many requests have come in, then gives all of them.
+  std::vector<URLRequest> requests(std::size_t atLeast = 0) {
+    std::unique_lock lock(state_->mutex);
+    state_->changed.wait_for(lock, std::chrono::seconds(20),
+                             [&] { return state_->requests.size() >= atLeast; });
+    return state_->requests;
+  }
+  std::string paths() {
+    std::string joined;
+    for (const URLRequest& request : requests())
+      joined += std::string(request.url().path()) + ' ';
+    return joined;
+  }
+  /// Answers what is held.
+  void release() {
+    std::vector<std::pair<URLRequest, std::shared_ptr<URLProtocolClient>>> held;
+    {
+      const std::lock_guard lock(state_->mutex);
+      held.swap(state_->held);
+    }
+    for (const auto& [request, client] : held)
+      state_->answer(request, *client);
+  }
+
+ private:
+  struct State {
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::map<std::string, Answer, std::less<>> answers;
+    std::vector<URLRequest> requests;
+    std::vector<std::pair<URLRequest, std::shared_ptr<URLProtocolClient>>> held;
+
+    Answer answerTo(const URLRequest& request) {
+      const std::lock_guard lock(mutex);
+      const auto found = answers.find(request.url().path());
+      return found == answers.end() ? Answer{404, "no such resource"} : found->second;
+    }
+    void answer(const URLRequest& request, URLProtocolClient& client) {
+      const Answer given = answerTo(request);
+      client.didReceive(
+          std::make_shared<HTTPURLResponse>(request.url(), given.status, HTTPHeaderFields()));
+      if (!given.body.empty()) client.didLoad(Data(given.body));
+      client.didFinishLoading();
+    }
+  };
+  class Loader : public URLProtocol {
+   public:
+    explicit Loader(std::shared_ptr<State> state) : state_(std::move(state)) {}
+    void startLoading(const URLRequest& request,
+                      std::shared_ptr<URLProtocolClient> client) override {
+      const bool isHeld = state_->answerTo(request).isHeld;
+      {
+        const std::lock_guard lock(state_->mutex);
+        state_->requests.push_back(request);
+        if (isHeld) state_->held.emplace_back(request, client);
+      }
+      state_->changed.notify_all();
+      if (!isHeld) state_->answer(request, *client);
+    }
+    void stopLoading() override {}
+
+   private:
+    std::shared_ptr<State> state_;
+  };
+
+  std::shared_ptr<State> state_ = std::make_shared<State>();
+  URLProtocol::Registration registration_;
+};
+
+/// Runs the main queue until the condition holds; false when nothing came for too long.
+template <class Condition>
+bool runMainQueueUntil(Condition condition) {
+  while (!condition()) {
+    if (!MainQueue::main().runOnce(std::chrono::seconds(20))) return false;
+  }
+  return true;
+}
+
+}  // namespace quorvelkit::test

@@ -1,0 +1,246 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <QuorvelKit/QVAddressCandidatesRequest.h>
+#include <QuorvelKit/QVBackendless.h>
+#include <QuorvelKit/QVConfiguration.h>
+#include <QuorvelKit/QVReverseGeocodeRequest.h>
+#include <QuorvelKit/QVRouteRequest.h>
+#include <QuorvelKit/QVSuggestRequest.h>
+#include <QuorvelKit/QuorvelKit.h>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <limits>
+
+namespace quorvelkit {
+namespace {
+
+// A request to one address; it asks for the access token when told to.
+class AddressedRequest : public QVBaseRequest {
+ public:
+  explicit AddressedRequest(bool withToken = false) : withToken_(withToken) {}
+  std::optional<URL> url() override { return URL::parse("http://server.test/a"); }
+  bool includeAccessToken() const override { return withToken_; }
+
+ private:
+  bool withToken_;
+};
+
+void configure(const std::string& body) {
+  QVConfiguration::setCachedResponse(makeResponse<QVConfigurationResponse>(
+      Data(body), std::make_shared<QVConfigurationRequest>()));
+}
+void configureBoth() {
+  configure(R"({"quorvel-navigation-root-url":"http://nav.test",
+                "quorvel-find-root-url":"http://find.test"})");
+}
+
+std::string text(const std::optional<URL>& url) { return url ? url->absoluteString() : "absent"; }
+
+TEST(QVBaseRequestTest, isNotMadeWithoutAddress) {
+  QVBaseRequest request;
+  request.setParameters(ValueMap{{"a", 1}});
+  EXPECT_FALSE(request.request() || request.postRequest() || request.deleteRequest());
+  EXPECT_EQ(request.retryCount(), 0);
+  EXPECT_EQ(request.maxNumberOfRetries(), 3);
+}
+
+TEST(QVBaseRequestTest, makesARequestOfEachMethod) {
+  AddressedRequest request;
+  EXPECT_EQ(request.request()->httpMethod(), "GET");
+  EXPECT_EQ(request.request()->timeoutInterval(), std::chrono::seconds(60));
+  EXPECT_EQ(request.request()->ownTimeoutInterval(), std::nullopt);
+  EXPECT_EQ(request.request()->value("AccessToken"), std::nullopt);
+  EXPECT_EQ(request.deleteRequest()->httpMethod(), "DELETE");
+
+  const auto bare = request.postRequest();
+  EXPECT_EQ(bare->httpMethod(), "POST");
+  EXPECT_FALSE(bare->httpBody());
+  EXPECT_TRUE(bare->headerFields().all().empty());
+
+  struct Row {
+    ValueMap parameters;
+    std::optional<std::string> body;
+  };
+  const std::vector<Row> rows = {
+      {{}, "{}"},
+      {{{"a", 1}}, R"({"a":1})"},
+      {{{"z", "é\n"}, {"a", ValueArray{true, nullptr, 1.5}}},
+       "{\"z\":\"é\\n\",\"a\":[true,null,1.5]}"},
+      {{{"a", std::numeric_limits<double>::infinity()}}, std::nullopt},
+      {{{"a", Value::unsupported(0)}}, std::nullopt},
+      {{{"a", "\xff"}}, std::nullopt},
+  };
+  for (const auto& [parameters, body] : rows) {
+    request.setParameters(parameters);
+    const auto post = request.postRequest();
+    EXPECT_EQ(post->httpBody().has_value(), body.has_value());
+    EXPECT_EQ(post->headerFields().all().size(), body ? 2U : 0U);
+    if (!body) continue;
+    EXPECT_EQ(post->httpBody()->view(), *body);
+    EXPECT_EQ(post->value("Content-Type"), "application/json");
+    EXPECT_EQ(post->value("Content-Length"), std::to_string(body->size()));
+  }
+}
+
+TEST(QVBaseRequestTest, sendsTheAccessTokenWhenAskedTo) {
+  EXPECT_EQ(QuorvelKit::accessToken(), std::nullopt);
+  AddressedRequest request(true);
+  EXPECT_EQ(request.postRequest()->value("AccessToken"), "");
+  QuorvelKit::setAccessToken("secret");
+  EXPECT_EQ(request.request()->value("AccessToken"), "secret");
+  EXPECT_EQ(request.deleteRequest()->value("accesstoken"), "secret");
+  QuorvelKit::setAccessToken(std::nullopt);
+  EXPECT_EQ(request.request()->value("AccessToken"), "");
+}
+
+TEST(QVBaseRequestTest, joinsParametersAsTheyAre) {
+  QVBaseRequest request;
+  EXPECT_EQ(request.requestString(), "");
+  EXPECT_FALSE(request.paramAdded());
+  request.setParameters(ValueMap());
+  EXPECT_EQ(request.requestString(), "");
+  request.setParameters(ValueMap{{"q", "x y&=#é"}});
+  EXPECT_EQ(request.requestString(), "?q=x y&=#é");
+  EXPECT_TRUE(request.paramAdded());
+  request.setParameters(ValueMap{{"z", 34.0},
+                                 {"b", -7},
+                                 {"a", true},
+                                 {"u", UINT64_MAX},
+                                 {"e", 0.00001},
+                                 {"n", nullptr},
+                                 {"l", ValueArray{1, "x"}}});
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(request.requestString(),
+              "?z=34.0&b=-7&a=true&u=18446744073709551615&e=1e-05&n=null&l=[1,\"x\"]");
+  }
+  request.setParamAdded(false);
+  for (const char* expected : {"?", "&", "&"})
+    EXPECT_EQ(request.joiner(), expected);
+}
+
+TEST(QVRouteRequestTest, hasSixToEightParameters) {
+  configureBoth();
+  const auto time = std::chrono::system_clock::time_point(std::chrono::seconds(1488377100));
+  QVRouteRequest request({34, -118.25}, {-0.5, 1e-7}, time, QVRouteRequestType::ArrivalTime, 12,
+                         90);
+  EXPECT_EQ(request.speed(), std::nullopt);
+  EXPECT_EQ(request.course(), std::nullopt);
+  const std::string six =
+      "http://nav.test/v4/route?startLat=34.0&startLon=-118.25&endLat=-0.5&endLon=1e-07"
+      "&time=2017-03-01T14:05:00Z&requestType=ArrivalTime";
+  request.setParameters(ValueMap{{"stale", 1}});
+  EXPECT_EQ(text(request.url()), six);
+  request.setSpeed(12);
+  EXPECT_EQ(text(request.url()), six + "&speed=12.0");
+  request.setCourse(90.5);
+  EXPECT_EQ(text(request.url()), six + "&speed=12.0&course=90.5");
+  request.setSpeed(std::nullopt);
+  EXPECT_EQ(text(request.url()), six + "&course=90.5");
+  EXPECT_EQ(request.parameters()->size(), 7U);
+
+  const auto before = std::chrono::system_clock::now();
+  const QVRouteRequest now({}, {});
+  EXPECT_GE(now.time(), before);
+  EXPECT_LE(now.time(), std::chrono::system_clock::now());
+  EXPECT_EQ(now.requestType(), QVRouteRequestType::DepartureTime);
+}
+
+TEST(QVAddressCandidatesRequestTest, encodesTextAndKeyOnly) {
+  configureBoth();
+  const std::string root = "http://find.test/api/v1/findAddressCandidates?singleLine=";
+  const std::string at = "&location=-118.2437,34.0522";
+  const QVSearchExtent extent{{33.9, -118.5}, {34.2, -118.1}};
+  const std::string box = "&searchExtent=-118.5,33.9,-118.1,34.2";
+  const Coordinate here{34.0522, -118.2437};
+  struct Row {
+    std::string singleLine, encoded;
+  };
+  for (const auto& [line, encoded] : {
+           Row{"1600 Main St", "1600%20Main%20St"},
+           Row{"", ""},
+           Row{"a&b=c?#%20\"[]", "a&b=c?%23%2520%22%5B%5D"},
+           Row{"Plaça d'Espanya\n☃", "Pla%C3%A7a%20d'Espanya%0A%E2%98%83"},
+           Row{std::string("a\0b", 3), "a%00b"},
+       }) {
+    QVAddressCandidatesRequest request(line, here);
+    EXPECT_EQ(text(request.url()), root + encoded + at);
+    request.setMagicKey(line);
+    EXPECT_EQ(text(request.url()), root + encoded + at + "&magicKey=" + encoded);
+    request.setSearchExtent(extent);
+    EXPECT_EQ(text(request.url()), root + encoded + at + box + "&magicKey=" + encoded);
+    request.setMagicKey(std::nullopt);
+    EXPECT_EQ(text(request.url()), root + encoded + at + box);
+  }
+  EXPECT_DEATH(QVAddressCandidatesRequest("\xff", here).url(), "unexpectedly found nil");
+}
+
+TEST(QVSuggestRequestTest, putsTheTextInAsItStands) {
+  configureBoth();
+  const QVSearchExtent extent{{1, 2}, {3, 4}};
+  for (const char* line : {"fells", "a&b=c", "a#b", "fells%20po", "a?b/c", ""}) {
+    QVSuggestRequest request(line, {34, -118});
+    const std::string expected =
+        std::string("http://find.test/api/v1/suggest?text=") + line + "&location=-118.0,34.0";
+    EXPECT_EQ(text(request.url()), expected);
+    request.setSearchExtent(extent);
+    EXPECT_EQ(text(request.url()), expected + "&searchExtent=2.0,1.0,4.0,3.0");
+  }
+  for (const char* line : {"fells point", "Plaça", "a\"b", "a[b]", "100%", "a\nb", "\xff", "<a>"}) {
+    EXPECT_EQ(text(QVSuggestRequest(line, {}).url()), "absent") << line;
+  }
+}
+
+TEST(QVReverseGeocodeRequestTest, sendsLongitudeFirst) {
+  configureBoth();
+  EXPECT_EQ(text(QVReverseGeocodeRequest({34.0522, -118.2437}).url()),
+            "http://find.test/api/v1/reverseGeocode?location=-118.2437,34.0522");
+}
+
+TEST(RootURLTest, decidesWhetherThereIsAnAddress) {
+  QVRouteRequest route({}, {});
+  QVAddressCandidatesRequest candidates("a", {});
+  QVSuggestRequest suggest("a", {});
+  QVReverseGeocodeRequest reverse{Coordinate()};
+  const auto countURLs = [&] {
+    return (route.url() ? 1 : 0) + (candidates.url() ? 1 : 0) + (suggest.url() ? 1 : 0) +
+           (reverse.url() ? 1 : 0);
+  };
+  route.setParameters(ValueMap{{"kept", 1}});
+  EXPECT_EQ(countURLs(), 0);
+  EXPECT_TRUE(route.parameters()->contains("kept"));
+  for (const char* body : {"{}", "[]", "no JSON", "", R"({"quorvel-navigation-root-url":1,
+                           "quorvel-find-root-url":null})"}) {
+    configure(body);
+    EXPECT_EQ(countURLs(), 0) << body;
+  }
+  EXPECT_TRUE(route.parameters()->contains("kept"));
+  configure(R"({"quorvel-navigation-root-url":"http://n/"})");
+  EXPECT_EQ(countURLs(), 1);
+  EXPECT_TRUE(text(route.url()).starts_with("http://n//v4/route?"));
+  configure(R"({"quorvel-find-root-url":"http://f"})");
+  EXPECT_EQ(countURLs(), 3);
+  configure(R"({"quorvel-navigation-root-url":"http://a b","quorvel-find-root-url":"http://["})");
+  EXPECT_EQ(countURLs(), 0);
+}
+
+TEST(QVLoginRequestTest, namesTheApplication) {
+  QVBackendless::setBaseURL("http://backend.test");
+  QVLoginRequest login;
+  const auto request = login.loginRequest();
+  EXPECT_EQ(request->url().absoluteString(), "http://backend.test/v1/users/login");
+  EXPECT_EQ(request->httpMethod(), "POST");
+  EXPECT_EQ(request->value("application-id"), "5E2C9F14-7A03-41BD-C8E6-0F93D27A61B5");
+  EXPECT_EQ(request->value("secret-key"), "D41F06A3-92BE-4C57-AB08-6E1D3C5F7092");
+  EXPECT_EQ(request->value("application-type"), "REST");
+  EXPECT_EQ(request->httpBody()->view(),
+            R"({"login":"sdk-service@quorvel.example","password":"kvm40972"})");
+  EXPECT_EQ(text(QVConfigurationRequest().url()),
+            "http://backend.test/5E2C9F14-7A03-41BD-C8E6-0F93D27A61B5/v1/files/configuration/"
+            "configuration.json");
+  QVBackendless::setBaseURL("not a URL");
+  EXPECT_FALSE(login.loginRequest());
+}
+
+}  // namespace
+}  // namespace quorvelkit

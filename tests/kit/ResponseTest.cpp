@@ -1,0 +1,237 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <QuorvelKit/QVAddressCandidatesResponse.h>
+#include <QuorvelKit/QVLoginResponse.h>
+#include <QuorvelKit/QVReverseGeocodeResponse.h>
+#include <QuorvelKit/QVRouteResponse.h>
+#include <QuorvelKit/QVSuggestResponse.h>
+#include <QuorvelPlatform/HTTPURLResponse.h>
+#include <QuorvelPlatform/URLError.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace quorvelkit {
+namespace {
+
+const auto request = std::make_shared<QVBaseRequest>();
+
+std::shared_ptr<const URLResponse> status(int code) {
+  return std::make_shared<HTTPURLResponse>(*URL::parse("http://a"), code, HTTPHeaderFields());
+}
+template <class Response>
+std::shared_ptr<Response> answer(const std::string& body, int code = 200) {
+  return makeResponse<Response>(Data(body), request, status(code));
+}
+
+TEST(QVBaseResponseTest, makesOneErrorOfWhatWentWrong) {
+  const Error lost("QuorvelKit.URLError", -1005, {{"failingURL", "http://a"}});
+  const Error cancelled = Error::described("Anywhere", -999, "cancelled");
+  const Error longGone = Error::described("QuorvelKit.URLError", -1005, "a page");
+  const auto http = [](int code, std::string description) {
+    return Error::described("QuorvelKit.QVRouteResponse", code, std::move(description));
+  };
+  struct Row {
+    std::optional<int> code;
+    std::optional<std::string> body;
+    std::optional<Error> error, expected;
+  };
+  const std::vector<Row> rows = {
+      {std::nullopt, std::nullopt, std::nullopt, std::nullopt},
+      {std::nullopt, std::nullopt, lost, lost},
+      {std::nullopt, "a page", lost, longGone},
+      {std::nullopt, "\xff", lost, lost},
+      {std::nullopt, "a page", cancelled, cancelled},
+      {200, "no JSON", std::nullopt, std::nullopt},
+      {101, "{}", std::nullopt, std::nullopt},
+      {399, "moved", std::nullopt, std::nullopt},
+      {200, "a page", lost, longGone},
+      {400, std::nullopt, std::nullopt, http(400, "bad request")},
+      {404, "no such route", std::nullopt, http(404, "no such route")},
+      {404, "{\"message\":\"é\"}", lost, http(404, "{\"message\":\"é\"}")},
+      {503, "", std::nullopt, http(503, "")},
+      {503, std::nullopt, std::nullopt, http(503, "service unavailable")},
+      {500, "\xed\xa0\x80", std::nullopt, http(500, "internal server error")},
+      {599, "x", cancelled, http(599, "x")},
+      {999, std::nullopt, std::nullopt, http(999, "server error")},
+  };
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const auto& [code, body, error, expected] = rows[i];
+    const auto response =
+        makeResponse<QVRouteResponse>(body ? std::optional(Data(*body)) : std::nullopt, request,
+                                      code ? status(*code) : nullptr, error);
+    EXPECT_EQ(response->error(), expected) << "row " << i;
+    EXPECT_EQ(response->json().has_value(), body.has_value()) << "row " << i;
+    EXPECT_EQ(response->route().has_value(), body.has_value()) << "row " << i;
+    EXPECT_EQ(response->isCancelled(), expected && expected->code() == URLError::cancelled);
+    EXPECT_EQ(response->request(), request);
+  }
+  EXPECT_EQ(answer<QVRouteResponse>("no JSON")->json()->type(), JSON::Type::null);
+  EXPECT_DEATH(makeResponse<QVRouteResponse>(std::nullopt, nullptr), "needs the request");
+  static_assert(!std::is_constructible_v<QVRouteResponse, std::optional<JSON>>);
+  static_assert(!std::is_constructible_v<QVRouteResponse, JSON>);
+}
+
+TEST(QVBaseResponseTest, countsRetriesOnTheRequest) {
+  const auto asked = std::make_shared<QVBaseRequest>();
+  const auto response = makeResponse<QVRouteResponse>(std::nullopt, asked);
+  for (const auto& [may, count] : {std::pair{true, 1}, {true, 2}, {true, 3}, {false, 3}}) {
+    EXPECT_EQ(response->shouldRetryRequest(), may);
+    EXPECT_EQ(asked->retryCount(), count);
+  }
+  asked->setMaxNumberOfRetries(INT64_MAX);
+  asked->setRetryCount(INT64_MAX);
+  EXPECT_FALSE(response->shouldRetryRequest());
+  response->setRequest(nullptr);
+  EXPECT_FALSE(response->shouldRetryRequest());
+}
+
+// Writes down which of its steps ran.
+template <class Tag>
+class Traced : public QVBaseResponse {
+ public:
+  using QVBaseResponse::QVBaseResponse;
+  std::string steps;
+
+  void processResponse() override { steps += 'r'; }
+  void processErrors() override {
+    steps += 'e';
+    QVBaseResponse::processErrors();
+  }
+  void processTracking() override { steps += error() ? 'T' : 't'; }
+
+ protected:
+  void buildModel() override {
+    QVBaseResponse::buildModel();
+    steps += 'm';
+  }
+};
+class TwoLevelsDown : public Traced<std::vector<int>> {
+ public:
+  using Traced::Traced;
+  int built = 0;
+
+  void processResponse() override {
+    Traced::processResponse();
+    steps += 'R';
+  }
+
+ protected:
+  void buildModel() override {
+    Traced::buildModel();
+    ++built;
+  }
+};
+
+TEST(MakeResponseTest, runsOverriddenStepsAtEveryLevel) {
+  EXPECT_EQ(answer<Traced<int>>("{}")->steps, "retm");
+  const auto response = answer<TwoLevelsDown>("{}", 404);
+  EXPECT_EQ(response->steps, "rReTm");
+  EXPECT_EQ(response->built, 1);
+  EXPECT_EQ(response->error()->domain(), "QuorvelKit.TwoLevelsDown");
+}
+
+TEST(MakeResponseTest, namesTheDomainAfterTheClassItself) {
+  struct Local : QVBaseResponse {
+    using QVBaseResponse::QVBaseResponse;
+  };
+  EXPECT_EQ(answer<Local>("", 400)->error()->domain(), "QuorvelKit.Local");
+  EXPECT_EQ(answer<QVBaseResponse>("", 400)->error()->domain(), "QuorvelKit.QVBaseResponse");
+  EXPECT_EQ((answer<Traced<std::pair<Local, int>>>("", 400)->error()->domain()),
+            "QuorvelKit.Traced");
+}
+
+TEST(QVLoginResponseTest, readsWhatTheBackendAnswers) {
+  struct Row {
+    const char* body;
+    std::optional<std::int64_t> code;
+    std::optional<std::string> message, objectId, userToken;
+  };
+  const std::optional<std::string> none;
+  for (const auto& [body, code, message, objectId, userToken] : {
+           Row{R"({"objectId":"A","user-token":"t","name":null,"lastLogin":1488376800000})",
+               std::nullopt, none, "A", "t"},
+           Row{R"({"objectId":1,"user-token":123456})", std::nullopt, none, none, none},
+           Row{R"({"code":3003,"message":"Invalid login"})", 3003, "Invalid login", none, none},
+           Row{R"({"code":"3003","message":null})", std::nullopt, none, none, none},
+           Row{R"({"code":3003.0,"user_token":"t"})", 3003, none, none, none},
+           Row{"[]", std::nullopt, none, none, none},
+           Row{"<html>", std::nullopt, none, none, none},
+       }) {
+    const auto response = answer<QVLoginResponse>(body);
+    EXPECT_EQ(response->code(), code) << body;
+    EXPECT_EQ(response->message(), message) << body;
+    EXPECT_EQ(response->objectId(), objectId) << body;
+    EXPECT_EQ(response->userToken(), userToken) << body;
+  }
+}
+
+TEST(FindResponseTest, listsWhateverTheAnswerHolds) {
+  struct Row {
+    const char* list;
+    std::size_t count;
+  };
+  for (const auto& [list, count] : {Row{"[]", 0}, Row{"[{}]", 1}, Row{R"([{},null,"x",[{}]])", 4},
+                                    Row{"null", 0}, Row{"{\"a\":{}}", 0}, Row{"7", 0}}) {
+    const auto body = [list = list](const std::string& key) {
+      return "{\"" + key + "\":" + list + "}";
+    };
+    EXPECT_EQ(answer<QVAddressCandidatesResponse>(body("candidates"))->candidates().size(), count);
+    EXPECT_EQ(answer<QVSuggestResponse>(body("suggestions"))->suggestions().size(), count);
+  }
+  for (const char* body : {"{}", "", "no JSON", "[]"}) {
+    EXPECT_TRUE(answer<QVAddressCandidatesResponse>(body)->candidates().empty()) << body;
+    EXPECT_TRUE(answer<QVSuggestResponse>(body)->suggestions().empty()) << body;
+  }
+}
+
+TEST(FindResponseTest, takesNoHarmFromRealServers) {
+  const auto failed = answer<QVAddressCandidatesResponse>(
+      R"({"error":{"code":400,"message":"Unable to find"},"candidates":[]})");
+  EXPECT_FALSE(failed->error());
+  EXPECT_TRUE(failed->candidates().empty());
+
+  const auto partly = answer<QVAddressCandidatesResponse>(
+      R"({"spatialReference":{"wkid":4326},"candidates":[{"address":"lower","Address":"1 A St",
+          "location":{"x":-76.5,"y":39.25},"extent":{"xmin":1},"attributes":{"magicKey":"k"}}]})",
+      503);
+  EXPECT_EQ(partly->error()->code(), 503);
+  ASSERT_EQ(partly->candidates().size(), 1U);
+  EXPECT_EQ(partly->candidates()[0].address(), "1 A St");
+  EXPECT_EQ(partly->candidates()[0].location(), (Coordinate{39.25, -76.5}));
+  EXPECT_EQ(partly->candidates()[0].placeAddress(), "k");
+}
+
+TEST(QVReverseGeocodeResponseTest, hasAnAddressWheneverThereWasABody) {
+  struct Row {
+    const char* body;
+    Coordinate location;
+    std::optional<std::string> matchAddress, city;
+  };
+  const std::optional<std::string> none;
+  for (const auto& [body, location, matchAddress, city] : {
+           Row{R"({"address":{"Match_addr":"1 A St","City":"B"},
+                   "location":{"x":-89.65,"y":39.78}})",
+               {39.78, -89.65},
+               "1 A St",
+               "B"},
+           Row{"{}", {}, none, none},
+           Row{R"({"Address":{"City":"B"}})", {}, none, none},
+           Row{R"({"address":"B","location":"x"})", {}, none, none},
+           Row{R"({"error":{"code":400}})", {}, none, none},
+           Row{"no JSON", {}, none, none},
+       }) {
+    const auto response = answer<QVReverseGeocodeResponse>(body);
+    EXPECT_EQ(response->location(), location) << body;
+    ASSERT_TRUE(response->address()) << body;
+    EXPECT_EQ(response->address()->matchAddress(), matchAddress) << body;
+    EXPECT_EQ(response->address()->city(), city) << body;
+  }
+  const auto nothing = makeResponse<QVReverseGeocodeResponse>(std::nullopt, request);
+  EXPECT_FALSE(nothing->location() || nothing->address());
+}
+
+}  // namespace
+}  // namespace quorvelkit
