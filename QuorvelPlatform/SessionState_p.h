@@ -17,6 +17,9 @@ class SessionState {
   SessionState& operator=(const SessionState&) = delete;
   ~SessionState();
 
+  /// Lets go of what the network of another process keeps, without touching it.
+  void leaveNetwork();
+
   const URLSessionConfiguration configuration;
   /// What the network keeps for this session: cookies and handles. Belongs to the IO thread of the
   /// process that made it; another process must not touch it.

@@ -53,8 +53,10 @@ std::optional<URL> URL::parse(std::string_view text) {
     return Range{static_cast<std::size_t>(first - own.data()),
                  static_cast<std::size_t>(afterLast - first)};
   };
+  // An empty host points to a place outside the text.
   const auto take = [&](const UriTextRangeA& from, Range& into) {
-    if (from.first != nullptr) into = range(from.first, from.afterLast);
+    if (from.first == nullptr) return;
+    into = from.first == from.afterLast ? Range{0, 0} : range(from.first, from.afterLast);
   };
   take(uri.scheme, url.scheme_);
   take(uri.userInfo, url.userInfo_);
@@ -97,8 +99,9 @@ std::optional<URL> URL::resolving(const URL& reference) const {
 std::ostream& operator<<(std::ostream& out, const URL& url) {
   const std::string_view text = url.absoluteString();
   if (!url.userInfo()) return out << text;
-  const auto [begin, length] = url.userInfo_;
-  return out << text.substr(0, begin) << text.substr(begin + length + 1);
+  // In an authority, "@" stands behind the user information alone.
+  const std::size_t authority = text.find("//") + 2;
+  return out << text.substr(0, authority) << text.substr(text.find('@', authority) + 1);
 }
 
 }  // namespace quorvelkit

@@ -9,11 +9,13 @@
 
 namespace quorvelkit {
 
-// What the parent process made stays as it is: its IO thread may have been at work on it.
 SessionState::~SessionState() {
-  if (network && networkGeneration != SessionEngine::processGeneration()) {
-    new std::shared_ptr<NetworkState>(std::move(network));
-  }
+  if (networkGeneration != SessionEngine::processGeneration()) leaveNetwork();
+}
+
+// The IO thread of the other process may have been at work on it: it is leaked.
+void SessionState::leaveNetwork() {
+  if (network) new std::shared_ptr<NetworkState>(std::move(network));
 }
 
 URLSession::URLSession(std::shared_ptr<SessionState> state) : state_(std::move(state)) {}

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelPlatform/FatalError.h>
 #include <QuorvelPlatform/curl/MultiLoop_p.h>
+#include <QuorvelPlatform/curl/Transfer_p.h>
 
 #include <curl/curl.h>
 
@@ -25,9 +26,22 @@ CURLM* makeMulti() {
 
 MultiLoop::MultiLoop() : multi_(makeMulti()) {}
 
+void MultiLoop::add(Transfer& transfer) { curl_multi_add_handle(multi_, transfer.easy()); }
+
+void MultiLoop::remove(Transfer& transfer) { curl_multi_remove_handle(multi_, transfer.easy()); }
+
 void MultiLoop::perform() {
-  int running = 0;
-  curl_multi_perform(multi_, &running);
+  int count = 0;
+  curl_multi_perform(multi_, &count);
+  while (const CURLMsg* message = curl_multi_info_read(multi_, &count)) {
+    if (message->msg != CURLMSG_DONE) continue;
+    CURL* const easy = message->easy_handle;
+    const CURLcode code = message->data.result;
+    Transfer* transfer = nullptr;
+    curl_easy_getinfo(easy, CURLINFO_PRIVATE, &transfer);
+    remove(*transfer);
+    transfer->owner().didEnd(code);
+  }
 }
 
 void MultiLoop::wait(std::chrono::nanoseconds longest) {

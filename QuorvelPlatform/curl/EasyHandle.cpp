@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <QuorvelPlatform/ASCII.h>
+#include <QuorvelPlatform/FatalError.h>
+#include <QuorvelPlatform/curl/EasyHandle_p.h>
+#include <QuorvelPlatform/curl/Transfer_p.h>
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+namespace quorvelkit {
+
+namespace {
+
+constexpr std::string_view userAgent = "QuorvelKit/" QUORVELKIT_VERSION;
+
+Transfer& transferOf(void* pointer) { return *static_cast<Transfer*>(pointer); }
+
+std::size_t onHeader(char* bytes, std::size_t size, std::size_t count, void* transfer) {
+  return transferOf(transfer).didReceiveHeaderLine({bytes, size * count}) ? size * count : 0;
+}
+
+std::size_t onBody(char* bytes, std::size_t size, std::size_t count, void* transfer) {
+  // A refused piece must not look taken: no piece is as long as this.
+  return transferOf(transfer).didReceiveBody({bytes, size * count}) ? size * count
+                                                                    : CURL_WRITEFUNC_ERROR;
+}
+
+int onProgress(void* transfer, curl_off_t, curl_off_t, curl_off_t, curl_off_t uploaded) {
+  transferOf(transfer).didSend(uploaded);
+  return 0;
+}
+
+int onDebug(CURL*, curl_infotype type, char* bytes, std::size_t size, void* transfer) {
+  if (type == CURLINFO_DATA_IN) transferOf(transfer).didReceiveRaw({bytes, size});
+  return 0;
+}
+
+// The session's own business, whatever the request says.
+bool isReserved(std::string_view name) {
+  constexpr std::array<std::string_view, 6> reserved = {
+      "Host", "Content-Length", "Transfer-Encoding", "Connection", "Expect", "Cookie"};
+  return equalsIgnoringASCIICase(name.substr(0, 6), "Proxy-") ||
+         std::any_of(reserved.begin(), reserved.end(),
+                     [&](std::string_view known) { return equalsIgnoringASCIICase(known, name); });
+}
+
+// Methods of which a request may reach the server twice without harm (RFC 9110, section 9.2.2).
+bool isIdempotent(std::string_view method) {
+  constexpr std::array<std::string_view, 6> idempotent = {"GET",    "HEAD",    "PUT",
+                                                          "DELETE", "OPTIONS", "TRACE"};
+  return std::find(idempotent.begin(), idempotent.end(), method) != idempotent.end();
+}
+
+CURL* makeEasy() {
+  CURL* const easy = curl_easy_init();
+  if (easy == nullptr) fatalError("The network library could not make a handle.");
+  return easy;
+}
+
+}  // namespace
+
+EasyHandle::EasyHandle(const URLSessionConfiguration& configuration, CURLSH* share,
+                       Transfer& transfer)
+    : easy_(makeEasy()) {
+  for (const CURLoption option : {CURLOPT_PRIVATE, CURLOPT_HEADERDATA, CURLOPT_WRITEDATA,
+                                  CURLOPT_XFERINFODATA, CURLOPT_DEBUGDATA}) {
+    curl_easy_setopt(easy_, option, &transfer);
+  }
+  curl_easy_setopt(easy_, CURLOPT_HEADERFUNCTION, onHeader);
+  curl_easy_setopt(easy_, CURLOPT_WRITEFUNCTION, onBody);
+  curl_easy_setopt(easy_, CURLOPT_XFERINFOFUNCTION, onProgress);
+  curl_easy_setopt(easy_, CURLOPT_DEBUGFUNCTION, onDebug);
+  curl_easy_setopt(easy_, CURLOPT_SHARE, share);
+  setFixedOptions(configuration);
+}
+
+EasyHandle::~EasyHandle() {
+  curl_easy_cleanup(easy_);
+  curl_slist_free_all(headerFields_);
+}
+
+void EasyHandle::setFixedOptions(const URLSessionConfiguration& configuration) {
+  curl_easy_setopt(easy_, CURLOPT_PROTOCOLS_STR, "http,https");
+  curl_easy_setopt(easy_, CURLOPT_FOLLOWLOCATION, 0L);
+  curl_easy_setopt(easy_, CURLOPT_PATH_AS_IS, 1L);
+  curl_easy_setopt(easy_, CURLOPT_HTTP09_ALLOWED, 0L);
+  curl_easy_setopt(easy_, CURLOPT_ACCEPT_ENCODING, "gzip, deflate, br");
+  curl_easy_setopt(easy_, CURLOPT_USERAGENT, userAgent.data());
+  curl_easy_setopt(easy_, CURLOPT_BUFFERSIZE, 256L << 10);
+  curl_easy_setopt(easy_, CURLOPT_TCP_KEEPALIVE, 1L);
+  curl_easy_setopt(easy_, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+  curl_easy_setopt(easy_, CURLOPT_NOSIGNAL, 1L);
+  // A cancelled transfer does not hold the IO thread up until its name is resolved.
+  curl_easy_setopt(easy_, CURLOPT_QUICK_EXIT, 1L);
+
+  curl_easy_setopt(easy_, CURLOPT_SSL_VERIFYPEER, 1L);
+  curl_easy_setopt(easy_, CURLOPT_SSL_VERIFYHOST, 2L);
+  curl_easy_setopt(easy_, CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+  curl_easy_setopt(easy_, CURLOPT_PROXY_SSL_VERIFYPEER, 1L);
+  curl_easy_setopt(easy_, CURLOPT_PROXY_SSL_VERIFYHOST, 2L);
+  curl_easy_setopt(easy_, CURLOPT_PROXY_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+  if (!configuration.caFile.empty()) {
+    for (const CURLoption option : {CURLOPT_CAINFO, CURLOPT_PROXY_CAINFO}) {
+      curl_easy_setopt(easy_, option, configuration.caFile.c_str());
+    }
+    for (const CURLoption option : {CURLOPT_CAPATH, CURLOPT_PROXY_CAPATH}) {
+      curl_easy_setopt(easy_, option, nullptr);
+    }
+  }
+  // Both are set even when they are empty: unset ones are looked up in the environment.
+  curl_easy_setopt(easy_, CURLOPT_PROXY, configuration.proxy.c_str());
+  curl_easy_setopt(easy_, CURLOPT_NOPROXY, "");
+}
+
+void EasyHandle::prepare(const URLRequest& request, std::chrono::milliseconds connectTimeout) {
+  const bool secure = equalsIgnoringASCIICase(request.url().scheme().value_or(""), "https");
+  curl_easy_setopt(easy_, CURLOPT_URL, request.url().absoluteString().c_str());
+  curl_easy_setopt(easy_, CURLOPT_HTTP_VERSION,
+                   static_cast<long>(secure ? CURL_HTTP_VERSION_2TLS : CURL_HTTP_VERSION_1_1));
+  // Over plain HTTP, waiting would let one slow answer hold up all other requests to its host.
+  curl_easy_setopt(easy_, CURLOPT_PIPEWAIT, secure ? 1L : 0L);
+  constexpr std::chrono::milliseconds longest = std::chrono::days(7);
+  curl_easy_setopt(easy_, CURLOPT_CONNECTTIMEOUT_MS,
+                   static_cast<long>(std::min(connectTimeout, longest).count()));
+  curl_easy_setopt(easy_, CURLOPT_NOPROGRESS, request.httpBody() ? 0L : 1L);
+  curl_easy_setopt(easy_, CURLOPT_VERBOSE, 0L);
+  // A request on a kept connection that dies is sent again on another one without a question.
+  curl_easy_setopt(easy_, CURLOPT_FRESH_CONNECT, isIdempotent(request.httpMethod()) ? 0L : 1L);
+  setMethod(request);
+  setHeaderFields(request);
+}
+
+void EasyHandle::setMethod(const URLRequest& request) {
+  const std::string& method = request.httpMethod();
+  const std::string_view body = request.httpBody() ? request.httpBody()->view() : "";
+  const bool expectsBody = method == "POST" || method == "PUT" || method == "PATCH";
+  const bool isHead = method == "HEAD";
+  curl_easy_setopt(easy_, CURLOPT_NOBODY, isHead ? 1L : 0L);
+  if (!body.empty() || expectsBody) {
+    curl_easy_setopt(easy_, CURLOPT_POST, 1L);
+    curl_easy_setopt(easy_, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body.size()));
+    curl_easy_setopt(easy_, CURLOPT_POSTFIELDS, body.empty() ? "" : body.data());
+  } else if (!isHead) {
+    curl_easy_setopt(easy_, CURLOPT_HTTPGET, 1L);
+  }
+  const bool isNatural = method == "GET" || method == "POST" || isHead;
+  curl_easy_setopt(easy_, CURLOPT_CUSTOMREQUEST, isNatural ? nullptr : method.c_str());
+}
+
+void EasyHandle::setHeaderFields(const URLRequest& request) {
+  clear();
+  std::string line;
+  for (const auto& [name, value] : request.headerFields().all()) {
+    if (isReserved(name)) continue;
+    // "Name:" would take the field out, "Name;" sends it empty.
+    const bool isBlank = value.find_first_not_of(" \t") == std::string::npos;
+    line.assign(name).append(isBlank ? ";" : ": ").append(isBlank ? "" : value);
+    headerFields_ = curl_slist_append(headerFields_, line.c_str());
+  }
+  const bool hasBody = request.httpBody() && !request.httpBody()->empty();
+  if (!request.value("Content-Type") && !(hasBody && request.httpMethod() == "POST")) {
+    headerFields_ = curl_slist_append(headerFields_, "Content-Type:");
+  }
+  if (hasBody) headerFields_ = curl_slist_append(headerFields_, "Expect:");
+  curl_easy_setopt(easy_, CURLOPT_HTTPHEADER, headerFields_);
+  // One line holds the cookies of the session and those of the request.
+  const auto cookie = request.value("Cookie");
+  curl_easy_setopt(easy_, CURLOPT_COOKIE, cookie ? std::string(*cookie).c_str() : nullptr);
+}
+
+void EasyHandle::showRawBody() { curl_easy_setopt(easy_, CURLOPT_VERBOSE, 1L); }
+
+void EasyHandle::clear() {
+  curl_easy_setopt(easy_, CURLOPT_HTTPHEADER, nullptr);
+  curl_slist_free_all(headerFields_);
+  headerFields_ = nullptr;
+}
+
+}  // namespace quorvelkit

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QuorvelPlatform/URLRequest.h>
+#include <QuorvelPlatform/URLSessionConfiguration.h>
+
+#include <curl/curl.h>
+
+#include <chrono>
+
+namespace quorvelkit {
+
+class Transfer;
+
+/// A handle for one transfer after another. Options that never change are set once; prepare() sets
+/// every option that a request can change, so that nothing of the request before is left.
+class EasyHandle {
+ public:
+  /// The callbacks find the transfer; the share must outlive the handle.
+  EasyHandle(const URLSessionConfiguration& configuration, CURLSH* share, Transfer& transfer);
+  EasyHandle(const EasyHandle&) = delete;
+  EasyHandle& operator=(const EasyHandle&) = delete;
+  ~EasyHandle();
+
+  /// Makes the handle ready for a request, whose URL and body must stay until the transfer ends.
+  void prepare(const URLRequest& request, std::chrono::milliseconds connectTimeout);
+  /// Shows the raw body of the answer under way to Transfer::didReceiveRaw().
+  void showRawBody();
+  /// Forgets the header fields of the request, which may be secret.
+  void clear();
+
+  CURL* get() const { return easy_; }
+
+ private:
+  void setFixedOptions(const URLSessionConfiguration& configuration);
+  void setMethod(const URLRequest& request);
+  void setHeaderFields(const URLRequest& request);
+
+  CURL* const easy_;
+  curl_slist* headerFields_ = nullptr;
+};
+
+}  // namespace quorvelkit

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <QuorvelPlatform/FatalError.h>
+#include <QuorvelPlatform/SessionEngine_p.h>
+#include <QuorvelPlatform/curl/NetworkState_p.h>
+
+#include <utility>
+
+namespace quorvelkit {
+
+namespace {
+
+constexpr std::size_t maximumIdleTransfers = 128;
+
+CURLSH* makeShare() {
+  CURLSH* const share = curl_share_init();
+  if (share == nullptr) fatalError("The network library could not make a cookie store.");
+  curl_share_setopt(share, CURLSHOPT_SHARE, CURL_LOCK_DATA_COOKIE);
+  curl_share_setopt(share, CURLSHOPT_SHARE, CURL_LOCK_DATA_SSL_SESSION);
+  return share;
+}
+
+}  // namespace
+
+std::shared_ptr<NetworkState> NetworkState::of(SessionState& session) {
+  const int generation = SessionEngine::processGeneration();
+  if (session.networkGeneration != generation) session.leaveNetwork();
+  if (!session.network) session.network = std::make_shared<NetworkState>(session.configuration);
+  session.networkGeneration = generation;
+  return session.network;
+}
+
+NetworkState::NetworkState(const URLSessionConfiguration& configuration)
+    : configuration_(configuration), share_(makeShare()) {}
+
+NetworkState::~NetworkState() {
+  idle_.clear();
+  curl_share_cleanup(share_);
+}
+
+std::unique_ptr<Transfer> NetworkState::takeTransfer() {
+  if (idle_.empty()) return std::make_unique<Transfer>(configuration_, share_);
+  auto transfer = std::move(idle_.back());
+  idle_.pop_back();
+  return transfer;
+}
+
+void NetworkState::giveBack(std::unique_ptr<Transfer> transfer) {
+  if (idle_.size() >= maximumIdleTransfers) return;
+  transfer->clear();
+  idle_.push_back(std::move(transfer));
+}
+
+}  // namespace quorvelkit

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QuorvelPlatform/Outcome_p.h>
+#include <QuorvelPlatform/curl/EasyHandle_p.h>
+#include <QuorvelPlatform/curl/GzipTail_p.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace quorvelkit {
+
+/// Who a transfer is for.
+class TransferOwner {
+ public:
+  /// Bytes went one way or the other.
+  virtual void didMove() = 0;
+  virtual void didEnd(CURLcode code) = 0;
+
+ protected:
+  ~TransferOwner() = default;
+};
+
+/// One exchange after another over one handle: takes the answer's head and body, and stops what
+/// must not go on.
+class Transfer {
+ public:
+  Transfer(const URLSessionConfiguration& configuration, CURLSH* share);
+
+  /// Makes ready for a request, which must stay until the transfer ends.
+  void prepare(TransferOwner& owner, const URLRequest& request,
+               std::chrono::milliseconds connectTimeout);
+  /// Gives up what belongs to the request and its answer.
+  void clear();
+
+  /// What the answer leads to instead of being delivered, known as soon as its head is through.
+  std::optional<URLRequest>& redirect() { return redirect_; }
+  /// The code of URLError for the end of the exchange, 0 for a whole answer.
+  std::int64_t errorCode(CURLcode code) const;
+  int statusCode() const { return statusCode_; }
+  std::string takeHeaderLines() { return std::move(headerLines_); }
+  std::string takeBody() { return std::move(body_); }
+
+  CURL* easy() const { return handle_.get(); }
+  TransferOwner& owner() { return *owner_; }
+
+  /// Called by the network library; false stops the transfer.
+  bool didReceiveHeaderLine(std::string_view line);
+  bool didReceiveBody(std::string_view piece);
+  void didReceiveRaw(std::string_view bytes) { gzipTail_.take(bytes); }
+  void didSend(std::int64_t total);
+
+ private:
+  bool didReceiveHead();
+  bool expectBody();
+
+  const std::size_t maximumBodySize_;
+  EasyHandle handle_;
+  TransferOwner* owner_ = nullptr;
+  const URLRequest* request_ = nullptr;
+
+  // The answer so far.
+  int statusCode_ = 0;
+  bool headIsWhole_ = false;
+  int lineCount_ = 0;
+  std::string headerLines_;
+  std::string body_;
+  std::uint64_t bodySize_ = 0;
+  std::int64_t sent_ = 0;
+  bool isEncoded_ = false;
+  bool isGzip_ = false;
+  GzipTail gzipTail_;
+  std::optional<URLRequest> redirect_;
+  std::int64_t ownError_ = 0;
+};
+
+}  // namespace quorvelkit

@@ -1,0 +1,272 @@
+// SPDX-License-Identifier: Apache-2.0
+// What a session makes of the answers of servers, good and bad.
+#include "tests/support/Call.h"
+#include "tests/support/TestServer.h"
+
+#include <QuorvelPlatform/HTTPURLResponse.h>
+#include <QuorvelPlatform/URLError.h>
+
+#include <gmock/gmock.h>
+
+namespace quorvelkit {
+namespace {
+
+using namespace std::chrono_literals;
+using namespace quorvelkit::test;
+using Script = TestServer::Script;
+
+constexpr std::size_t bodyLimit = 100'000;
+
+std::shared_ptr<URLSession> impatientSession() {
+  URLSessionConfiguration configuration;
+  configuration.timeoutIntervalForRequest = 300ms;
+  configuration.maximumBodySize = bodyLimit;
+  return URLSession::make(configuration);
+}
+
+// "hello hello hello" as gzip makes it.
+const std::string gzip(
+    "\x1f\x8b\x08\x00\x00\x00\x00\x00\x02\x03\xcb\x48\xcd\xc9\xc9\x57\xc8\x40"
+    "\x90\x00\x80\x88\xf9\xe5\x11\x00\x00\x00",
+    28);
+
+std::string withLength(const std::string& head, const std::string& body) {
+  return head + "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
+}
+
+std::string chunked(const std::string& body, std::size_t pieceSize) {
+  std::string text;
+  for (std::size_t at = 0; at < body.size(); at += pieceSize) {
+    const std::string piece = body.substr(at, pieceSize);
+    char size[32];
+    std::snprintf(size, sizeof size, "%zx;x=1\r\n", piece.size());
+    text += size + piece + "\r\n";
+  }
+  return text + "0\r\nTrailer: x\r\n\r\n";
+}
+
+const std::string ok = "HTTP/1.1 200 OK\r\n";
+const std::string okGzip = ok + "Content-Encoding: gzip\r\n";
+const std::string okChunked = ok + "Transfer-Encoding: chunked\r\n";
+
+struct GoodCase {
+  const char* name;
+  std::string answer;
+  int status;
+  std::string body;
+};
+
+TEST(AnswerTest, WholeAnswersAreDelivered) {
+  const GoodCase cases[] = {
+      {"length", withLength(ok, "body"), 200, "body"},
+      {"chunks", okChunked + "\r\n" + chunked("many pieces", 3), 200, "many pieces"},
+      {"until close", ok + "\r\nbody", 200, "body"},
+      {"HTTP/1.0", "HTTP/1.0 200 OK\r\n\r\nbody", 200, "body"},
+      {"no body", withLength(ok, ""), 200, ""},
+      {"204", "HTTP/1.1 204 No Content\r\n\r\n", 204, ""},
+      {"304", "HTTP/1.1 304 Not Modified\r\nContent-Length: 5\r\n\r\n", 304, ""},
+      {"300", withLength("HTTP/1.1 300 Choices\r\nLocation: /b\r\n", "choose"), 300, "choose"},
+      {"404", withLength("HTTP/1.1 404 Not Found\r\n", "nothing"), 404, "nothing"},
+      {"401", withLength("HTTP/1.1 401 No\r\nWWW-Authenticate: Basic realm=x\r\n", "who"), 401,
+       "who"},
+      {"500", withLength("HTTP/1.1 500 Oops\r\n", "<html>"), 500, "<html>"},
+      {"999", withLength("HTTP/1.1 999 What\r\n", "x"), 999, "x"},
+      {"interim answers", "HTTP/1.1 103 Early Hints\r\nX: early\r\n\r\n" + withLength(ok, "body"),
+       200, "body"},
+      {"bare line feeds", "HTTP/1.1 200 OK\nContent-Length: 4\n\nbody", 200, "body"},
+      {"gzip", withLength(okGzip, gzip), 200, "hello hello hello"},
+      {"x-gzip until close", ok + "Content-Encoding: x-gzip\r\n\r\n" + gzip, 200,
+       "hello hello hello"},
+      {"gzip in chunks", okGzip + "Transfer-Encoding: chunked\r\n\r\n" + chunked(gzip, 3), 200,
+       "hello hello hello"},
+      {"no gzip to decode", withLength(okGzip, ""), 200, ""},
+      {"at the limit", withLength(ok, std::string(bodyLimit, 'x')), 200,
+       std::string(bodyLimit, 'x')},
+  };
+  for (const auto& [name, answer, status, body] : cases) {
+    SCOPED_TRACE(name);
+    const TestServer server(TestServer::answeringOnce(answer));
+    const Result result = send(requestFor(server.url()), impatientSession());
+    ASSERT_EQ(result.code(), 0);
+    EXPECT_EQ(result.status(), status);
+    ASSERT_TRUE(result.data);
+    EXPECT_EQ(result.body(), body);
+    EXPECT_EQ(result.response->url().absoluteString(), server.url());
+  }
+}
+
+TEST(AnswerTest, HeaderFieldsKeepTheirSpellingAndJoin) {
+  const TestServer server(TestServer::answeringOnce(withLength(
+      "HTTP/1.1 103 Hints\r\nX-Early: x\r\n\r\n" + ok +
+          "x-Odd-CASE:  value \t\r\nSet-Cookie: a=1\r\nset-cookie: b=2\r\n"
+          "Folded: one\r\n \t two\r\nEmpty:\r\nContent-Type: Text/HTML; charset=\"utf-8\"\r\n",
+      "body")));
+  const Result result = send(requestFor(server.url()));
+  const auto& response = dynamic_cast<const HTTPURLResponse&>(*result.response);
+  EXPECT_EQ(response.headerFields().all().front(),
+            (HTTPHeaderFields::Field{"x-Odd-CASE", "value"}));
+  EXPECT_EQ(response.value("X-ODD-case"), "value");
+  EXPECT_EQ(response.value("set-Cookie"), "a=1, b=2");
+  EXPECT_EQ(response.value("folded"), "one two");
+  EXPECT_EQ(response.value("empty"), "");
+  EXPECT_FALSE(response.value("X-Early"));
+  EXPECT_EQ(response.mimeType(), "text/html");
+  EXPECT_EQ(response.textEncodingName(), "utf-8");
+  EXPECT_EQ(response.expectedContentLength(), 4);
+}
+
+// Reads a request, sends some bytes, and then closes, resets or stands still.
+enum class End { close, reset, stall };
+
+Script breaking(std::string bytes, End end, bool readFirst = true) {
+  return [=](Connection& connection) {
+    if (readFirst && !connection.read()) return;
+    connection.send(bytes);
+    if (end == End::reset) connection.reset();
+    if (end == End::stall) connection.stall();
+  };
+}
+
+struct BadCase {
+  const char* name;
+  Script script;
+  std::int64_t code;
+};
+
+TEST(AnswerTest, BrokenAnswersFail) {
+  using E = URLError;
+  const std::string shortBody = ok + "Content-Length: 9\r\n\r\nbod";
+  const std::string cutGzip = gzip.substr(0, gzip.size() - 9);
+  const auto once = [](const std::string& bytes) { return breaking(bytes, End::close); };
+  std::string manyLines = ok, manyBytes = ok;
+  for (int i = 0; i < 1001; ++i)
+    manyLines += "a:\r\n";
+  for (int i = 0; i < 90; ++i)
+    manyBytes += "X-" + std::to_string(i) + ": " + std::string(4000, 'x') + "\r\n";
+  std::string corrupt = gzip;
+  corrupt[20] = 'x';
+  const BadCase cases[] = {
+      {"closed at once", breaking("", End::close, false), E::networkConnectionLost},
+      {"closed for an answer", once(""), E::networkConnectionLost},
+      {"reset for an answer", breaking("", End::reset), E::networkConnectionLost},
+      {"closed in the status line", once("HTTP/1.1 20"), E::networkConnectionLost},
+      {"closed in the head", once(ok + "A: b\r\n"), E::networkConnectionLost},
+      {"closed in a header line", once(ok + "Content-Le"), E::networkConnectionLost},
+      {"reset in the head", breaking(ok, End::reset), E::networkConnectionLost},
+      {"closed after an interim answer", once("HTTP/1.1 100 Continue\r\n\r\n"),
+       E::networkConnectionLost},
+      {"closed in the body", once(shortBody), E::networkConnectionLost},
+      {"closed in a chunk", once(okChunked + "\r\n9\r\nbod"), E::networkConnectionLost},
+      {"closed before the last chunk", once(okChunked + "\r\n3\r\nbod\r\n"),
+       E::networkConnectionLost},
+      {"closed in cut gzip", once(okGzip + "Content-Length: 28\r\n\r\n" + cutGzip),
+       E::networkConnectionLost},
+      {"no answer", breaking("", End::stall), E::timedOut},
+      {"stall in the head", breaking(ok + "A: b\r\n", End::stall), E::timedOut},
+      {"stall after the head", breaking(ok + "Content-Length: 9\r\n\r\n", End::stall), E::timedOut},
+      {"stall in the body", breaking(shortBody, End::stall), E::timedOut},
+      {"no HTTP", once("hello world\r\n"), E::cannotParseResponse},
+      {"no status", once("HTTP/1.1 x\r\n\r\n"), E::cannotParseResponse},
+      {"status of two digits", once("HTTP/1.1 42 What\r\n\r\n"), E::cannotParseResponse},
+      {"length below zero", once(ok + "Content-Length: -1\r\n\r\n"), E::cannotParseResponse},
+      {"chunk without size", once(okChunked + "\r\nxyz\r\n"), E::cannotParseResponse},
+      {"header line of 200 kB", once(ok + "A: " + std::string(200'000, 'x') + "\r\n\r\n"),
+       E::cannotParseResponse},
+      {"header of 360 kB", once(manyBytes + "\r\n"), E::cannotParseResponse},
+      {"1001 header lines", once(manyLines + "\r\n"), E::cannotParseResponse},
+      {"corrupt gzip", once(withLength(okGzip, corrupt)), E::cannotDecodeContentData},
+      {"text called gzip", once(withLength(okGzip, "hello hello hello hello")),
+       E::cannotDecodeContentData},
+      {"unknown encoding", once(withLength(ok + "Content-Encoding: rot13\r\n", "uryyb")),
+       E::cannotDecodeContentData},
+      {"cut gzip of that length", once(withLength(okGzip, cutGzip)), E::cannotDecodeContentData},
+      {"cut gzip until close", once(okGzip + "\r\n" + cutGzip), E::cannotDecodeContentData},
+      {"cut gzip in whole chunks",
+       once(okGzip + "Transfer-Encoding: chunked\r\n\r\n" + chunked(cutGzip, 5)),
+       E::cannotDecodeContentData},
+      {"gzip cut in its head", once(withLength(okGzip, gzip.substr(0, 7))),
+       E::cannotDecodeContentData},
+      {"bytes after gzip", once(withLength(okGzip, gzip + "more")), E::cannotDecodeContentData},
+      {"announced too long", breaking(ok + "Content-Length: 100001\r\n\r\nx", End::stall),
+       E::dataLengthExceedsMaximum},
+      {"too long in chunks",
+       once(okChunked + "\r\n" + chunked(std::string(bodyLimit + 1, 'x'), 9999)),
+       E::dataLengthExceedsMaximum},
+      {"too long until close", once(ok + "\r\n" + std::string(bodyLimit + 1, 'x')),
+       E::dataLengthExceedsMaximum},
+  };
+  for (const auto& [name, script, code] : cases) {
+    SCOPED_TRACE(name);
+    const TestServer server(script);
+    const Call call(requestFor(server.url()), impatientSession());
+    call.task->resume();
+    const Result result = call.result();
+    EXPECT_EQ(result.code(), code);
+    EXPECT_FALSE(result.data);
+    EXPECT_FALSE(result.response);
+    EXPECT_EQ(call.completions(), 1);
+  }
+}
+
+TEST(AnswerTest, RequestsThatCannotBeSentFail) {
+  using E = URLError;
+  URLRequest getWithBody = requestFor("http://127.0.0.1/");
+  getWithBody.setHTTPBody(Data("body"));
+  const struct {
+    URLRequest request;
+    std::int64_t code;
+  } cases[] = {
+      {requestFor("ftp://127.0.0.1/"), E::unsupportedURL},
+      {requestFor("file:///etc/hosts"), E::unsupportedURL},
+      {requestFor("relative/path"), E::unsupportedURL},
+      {requestFor("//127.0.0.1/"), E::unsupportedURL},
+      {requestFor("http:"), E::badURL},
+      {requestFor("http:///path"), E::badURL},
+      {requestFor("http://h%20x.test/"), E::badURL},
+      {requestFor("HTTP://127.0.0.1:" + std::to_string(unusedPort())), E::cannotConnectToHost},
+      {getWithBody, E::dataLengthExceedsMaximum},
+  };
+  for (const auto& [request, code] : cases) {
+    SCOPED_TRACE(request.url().absoluteString());
+    EXPECT_EQ(send(request).code(), code);
+  }
+}
+
+TEST(AnswerTest, ASlowAnswerThatMovesIsNoTimeOut) {
+  const TestServer server([](Connection& connection) {
+    // Takes the body as slowly as it answers.
+    const auto head = connection.readHead();
+    for (int i = 0; i < 20; ++i) {
+      connection.readBytes(500'000);
+      std::this_thread::sleep_for(30ms);
+    }
+    connection.send(okChunked + "\r\n");
+    for (int i = 0; i < 20; ++i) {
+      connection.send("1\r\nx\r\n");
+      std::this_thread::sleep_for(30ms);
+    }
+    connection.send("0\r\n\r\n");
+  });
+  URLRequest request = requestFor(server.url());
+  request.setHTTPMethod("POST");
+  request.setHTTPBody(Data(std::string(10'000'000, 'x')));
+  request.setTimeoutInterval(500ms);
+  const Result result = send(request);
+  EXPECT_EQ(result.code(), 0);
+  EXPECT_EQ(result.body(), std::string(20, 'x'));
+}
+
+TEST(AnswerTest, TheWholeTransferHasALimitToo) {
+  const TestServer server([](Connection& connection) {
+    connection.read();
+    connection.send(okChunked + "\r\n");
+    while (connection.send("1\r\nx\r\n")) std::this_thread::sleep_for(10ms);
+  });
+  URLSessionConfiguration configuration;
+  configuration.timeoutIntervalForResource = 200ms;
+  EXPECT_EQ(send(requestFor(server.url()), URLSession::make(configuration)).code(),
+            URLError::timedOut);
+}
+
+}  // namespace
+}  // namespace quorvelkit

@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/support/TestServer.h"
+
+#include <netinet/in.h>
+#include <openssl/ssl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <stdexcept>
+
+namespace quorvelkit::test {
+
+namespace {
+
+// A socket bound to a free port of the loopback interface.
+std::pair<int, int> boundSocket() {
+  const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  socklen_t size = sizeof address;
+  auto* const generic = reinterpret_cast<sockaddr*>(&address);
+  if (::bind(socket, generic, size) != 0 || ::getsockname(socket, generic, &size) != 0) {
+    throw std::runtime_error("No port could be had.");
+  }
+  return {socket, ntohs(address.sin_port)};
+}
+
+ssl_ctx_st* makeContext(const TestServer::TLS& tls) {
+  SSL_CTX* const context = SSL_CTX_new(TLS_server_method());
+  if (SSL_CTX_use_certificate_chain_file(context, tls.certificateFile.c_str()) != 1 ||
+      SSL_CTX_use_PrivateKey_file(context, tls.keyFile.c_str(), SSL_FILETYPE_PEM) != 1) {
+    throw std::runtime_error("No certificate could be read.");
+  }
+  if (tls.highestVersion != 0) {
+    SSL_CTX_set_security_level(context, 0);
+    SSL_CTX_set_min_proto_version(context, TLS1_VERSION);
+    SSL_CTX_set_max_proto_version(context, tls.highestVersion);
+  }
+  return context;
+}
+
+}  // namespace
+
+TestServer::TestServer(Script script, std::optional<TLS> tls)
+    : script_(std::move(script)), secure_(tls.has_value()) {
+  if (tls) context_ = makeContext(*tls);
+  std::tie(socket_, port_) = boundSocket();
+  ::listen(socket_, 128);
+  threads_.emplace_back([this] { accept(); });
+}
+
+TestServer::~TestServer() {
+  ::shutdown(socket_, SHUT_RDWR);
+  threads_.front().join();
+  {
+    const std::lock_guard lock(mutex_);
+    stopping_ = true;
+    for (const auto& connection : connections_)
+      connection->interrupt();
+  }
+  for (std::size_t i = 1; i < threads_.size(); ++i)
+    threads_[i].join();
+  ::close(socket_);
+  SSL_CTX_free(context_);
+}
+
+TestServer::Script TestServer::answering(Handler handler) {
+  return [handler = std::move(handler)](Connection& connection) {
+    while (const auto request = connection.read())
+      handler(*request, connection);
+  };
+}
+
+TestServer::Script TestServer::answeringOnce(std::string bytes) {
+  return [bytes = std::move(bytes)](Connection& connection) {
+    if (connection.read()) connection.send(bytes);
+  };
+}
+
+std::string TestServer::url(std::string_view path) const {
+  return (secure_ ? "https://127.0.0.1:" : "http://127.0.0.1:") + std::to_string(port_) +
+         std::string(path);
+}
+
+void TestServer::accept() {
+  for (;;) {
+    const int socket = ::accept4(socket_, nullptr, nullptr, SOCK_CLOEXEC);
+    if (socket < 0) return;
+    ++connectionCount_;
+    SSL* tls = nullptr;
+    if (context_ != nullptr) {
+      tls = SSL_new(context_);
+      SSL_set_fd(tls, socket);
+    }
+    const std::lock_guard lock(mutex_);
+    connections_.push_back(std::make_shared<Connection>(socket, tls));
+    threads_.emplace_back([this, connection = connections_.back()] { serve(connection); });
+  }
+}
+
+// A client that goes while TLS writes to it must not end the test's process.
+void TestServer::serve(const std::shared_ptr<Connection>& connection) {
+  sigset_t brokenPipe;
+  sigemptyset(&brokenPipe);
+  sigaddset(&brokenPipe, SIGPIPE);
+  pthread_sigmask(SIG_BLOCK, &brokenPipe, nullptr);
+  const int open = ++openCount_;
+  for (int peak = peakCount_; peak < open && !peakCount_.compare_exchange_weak(peak, open);) {
+  }
+  if (connection->finishHandshake()) script_(*connection);
+  --openCount_;
+  connection->close();
+  const std::lock_guard lock(mutex_);
+  connections_.remove(connection);
+}
+
+int unusedPort() {
+  const auto [socket, port] = boundSocket();
+  ::close(socket);
+  return port;
+}
+
+}  // namespace quorvelkit::test

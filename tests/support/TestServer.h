@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QuorvelPlatform/HTTPHeaderFields.h>
+
+#include <atomic>
+#include <functional>
+#include <list>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+struct ssl_ctx_st;
+struct ssl_st;
+
+namespace quorvelkit::test {
+
+/// A request as it came over the wire.
+struct ReceivedRequest {
+  std::string method, target, head, body;
+  /// The fields; those of one name are joined with "|", so that a second line shows.
+  HTTPHeaderFields fields;
+
+  std::string value(std::string_view name) const {
+    return std::string(fields.value(name).value_or("(none)"));
+  }
+};
+
+/// One accepted connection: what a server may do to a client.
+class Connection {
+ public:
+  Connection(int socket, ssl_st* tls) : socket_(socket), tls_(tls) {}
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+  ~Connection();
+
+  /// The next request; absent once the client has closed.
+  std::optional<ReceivedRequest> read();
+  /// Only the head of the next request; its body stays unread.
+  std::optional<ReceivedRequest> readHead();
+  /// Takes so many bytes of a body; false once the client has closed.
+  bool readBytes(std::size_t count);
+  /// Sends bytes as they are; false once the client has closed.
+  bool send(std::string_view bytes);
+  /// Sends a whole answer with its length.
+  void answer(int status, std::string_view body = {}, std::string_view headerLines = {});
+  /// Stands still until the client closes.
+  void stall();
+  void close();
+  /// Closes with a reset in place of an orderly end.
+  void reset();
+  bool isOpen() const { return socket_ >= 0; }
+  bool finishHandshake();
+  /// Wakes a thread that is reading or writing.
+  void interrupt();
+
+ private:
+  std::ptrdiff_t receive(char* into, std::size_t size);
+
+  std::mutex mutex_;
+  int socket_;
+  ssl_st* tls_;
+  std::string unread_;
+};
+
+/// A server on the loopback interface, for HTTP or whatever its script does to a connection. Each
+/// connection has a thread.
+class TestServer {
+ public:
+  using Script = std::function<void(Connection&)>;
+  using Handler = std::function<void(const ReceivedRequest&, Connection&)>;
+
+  struct TLS {
+    std::string certificateFile, keyFile;
+    /// The highest version, as OpenSSL numbers them; 0 for the newest.
+    int highestVersion = 0;
+  };
+
+  explicit TestServer(Script script, std::optional<TLS> tls = std::nullopt);
+  TestServer(const TestServer&) = delete;
+  TestServer& operator=(const TestServer&) = delete;
+  ~TestServer();
+
+  /// A script that hands one request after another to a handler.
+  static Script answering(Handler handler);
+  /// A script that answers every request with these bytes and closes.
+  static Script answeringOnce(std::string bytes);
+
+  int port() const { return port_; }
+  std::string url(std::string_view path = "/") const;
+  /// What was accepted since the start.
+  int connectionCount() const { return connectionCount_; }
+  /// The most connections that were open at once.
+  int peakCount() const { return peakCount_; }
+
+ private:
+  void accept();
+  void serve(const std::shared_ptr<Connection>& connection);
+
+  const Script script_;
+  const bool secure_;
+  ssl_ctx_st* context_ = nullptr;
+  int socket_ = -1;
+  int port_ = 0;
+  std::atomic<int> connectionCount_ = 0, openCount_ = 0, peakCount_ = 0;
+  std::mutex mutex_;
+  bool stopping_ = false;
+  std::list<std::shared_ptr<Connection>> connections_;
+  std::vector<std::thread> threads_;
+};
+
+/// A port of the loopback interface on which nothing listens.
+int unusedPort();
+
+}  // namespace quorvelkit::test
