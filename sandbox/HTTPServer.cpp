@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "sandbox/HTTPServer.h"
+
+#include <httplib.h>
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
+
+namespace quorvelkit::sandbox {
+namespace {
+
+/// More than any client keeps open: each open connection holds one thread.
+constexpr std::size_t threads = 32;
+constexpr std::size_t largestBody = 1U << 20U;
+
+}  // namespace
+
+struct HTTPServer::State {
+  httplib::Server server;
+  std::thread thread;
+  HTTPHandler handler;
+  Log log;
+
+  void answer(const httplib::Request& request, httplib::Response& response) const {
+    const auto begin = std::chrono::steady_clock::now();
+    const HTTPAnswer answer =
+        handler({request.method,
+                 request.path,
+                 {request.params.begin(), request.params.end()},
+                 request.body,
+                 [&](const std::string& name) { return request.get_header_value(name.c_str()); }});
+    response.status = answer.status;
+    response.set_content(answer.body, answer.contentType.c_str());
+    if (!log) return;
+    const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(
+        std::chrono::steady_clock::now() - begin);
+    log(request.method + ' ' + request.path + ' ' + std::to_string(answer.status) + ", " +
+        std::to_string(answer.body.size()) + " bytes in " + std::to_string(time.count()) + " ms");
+  }
+};
+
+HTTPServer::HTTPServer(HTTPHandler handler, Log log) : state_(std::make_unique<State>()) {
+  state_->handler = std::move(handler);
+  state_->log = std::move(log);
+  httplib::Server& server = state_->server;
+  server.new_task_queue = [] { return new httplib::ThreadPool(threads); };
+  server.set_tcp_nodelay(true);
+  server.set_keep_alive_max_count(10'000);
+  server.set_keep_alive_timeout(1);
+  server.set_payload_max_length(largestBody);
+  const auto answer = [state = state_.get()](const httplib::Request& request,
+                                             httplib::Response& response) {
+    state->answer(request, response);
+  };
+  server.Get(".*", answer);
+  server.Post(".*", answer);
+  server.Put(".*", answer);
+  server.Patch(".*", answer);
+  server.Delete(".*", answer);
+}
+
+HTTPServer::~HTTPServer() { stop(); }
+
+int HTTPServer::bind(int port) {
+  constexpr const char* loopback = "127.0.0.1";
+  if (port == 0) return std::max(state_->server.bind_to_any_port(loopback), 0);
+  return state_->server.bind_to_port(loopback, port) ? port : 0;
+}
+
+void HTTPServer::start() {
+  state_->thread = std::thread([state = state_.get()] { state->server.listen_after_bind(); });
+}
+
+void HTTPServer::stop() {
+  if (!state_->thread.joinable()) return;
+  // A server that is told to stop before it runs would not hear it.
+  while (!state_->server.is_running())
+    std::this_thread::yield();
+  state_->server.stop();
+  state_->thread.join();
+}
+
+}  // namespace quorvelkit::sandbox

@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "sandbox/PathSearch.h"
+
+#include "sandbox/Geometry.h"
+#include "sandbox/TurnCost.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <queue>
+
+namespace quorvelkit::sandbox {
+namespace {
+
+using EdgeIndex = RoadNetwork::EdgeIndex;
+
+/// No road is faster, so that the straight line at this speed never overestimates what is left.
+constexpr double topSpeed = 200 / 3.6;
+constexpr double secondsPerMeterOffRoad = 3;
+constexpr double secondsAgainstCourse = 90;
+constexpr double secondsAgainstCourseWhenFast = 600;
+
+/// A start or an end as the search sees it: a place on an edge that may be driven.
+struct Terminal {
+  EdgeIndex edge = 0;
+  double fraction = 0;
+  double penalty = 0;
+  const RoadPosition* position = nullptr;
+};
+
+double bearingAt(const RoadNetwork& network, const RoadPosition& position) {
+  return bearing(network.vertex(network.shape(position.edge, position.piece)).position,
+                 network.vertex(network.shape(position.edge, position.piece + 1)).position);
+}
+
+std::vector<Terminal> terminals(const RoadNetwork& network,
+                                const std::vector<RoadPosition>& positions) {
+  std::vector<Terminal> result;
+  for (const RoadPosition& position : positions) {
+    const double fraction = std::min(position.offset / network.length(position.edge), 1.0);
+    const double penalty =
+        (position.distance - positions.front().distance) * secondsPerMeterOffRoad;
+    const EdgeIndex against = RoadNetwork::reversed(position.edge);
+    if (network.isOpen(position.edge)) {
+      result.push_back({position.edge, fraction, penalty, &position});
+    }
+    if (network.isOpen(against)) result.push_back({against, 1 - fraction, penalty, &position});
+  }
+  return result;
+}
+
+/// A* over edges, not vertices, since what a turn costs depends on where one comes from. The
+/// states are all edges, entered at their start, and after these the starts and the ends.
+class Search {
+ public:
+  Search(const RoadNetwork& network, std::vector<Terminal> starts, std::vector<Terminal> ends)
+      : network_(network), starts_(std::move(starts)), ends_(std::move(ends)) {
+    firstStart_ = network.edgeCount();
+    firstEnd_ = firstStart_ + starts_.size();
+    const std::size_t count = firstEnd_ + ends_.size();
+    cost_.assign(count, std::numeric_limits<double>::infinity());
+    cameFrom_.assign(count, 0);
+  }
+
+  std::optional<Path> run() {
+    for (std::size_t at = 0; at < starts_.size(); ++at) {
+      reach(firstStart_ + at, starts_[at].penalty, firstStart_ + at);
+    }
+    while (!open_.empty()) {
+      const auto [estimate, state] = open_.top();
+      open_.pop();
+      if (state >= firstEnd_) return pathTo(state);
+      if (estimate > cost_[state] + remaining(state)) continue;
+      expand(state);
+    }
+    return std::nullopt;
+  }
+
+ private:
+  void expand(std::size_t state) {
+    const bool isStart = state >= firstStart_;
+    const EdgeIndex edge =
+        isStart ? starts_[state - firstStart_].edge : static_cast<EdgeIndex>(state);
+    const double entered = isStart ? starts_[state - firstStart_].fraction : 0;
+    for (std::size_t at = 0; at < ends_.size(); ++at) {
+      const Terminal& end = ends_[at];
+      if (end.edge != edge || end.fraction < entered) continue;
+      const double driven = (end.fraction - entered) * network_.seconds(edge);
+      reach(firstEnd_ + at, cost_[state] + driven + end.penalty, state);
+    }
+    const double left = cost_[state] + (1 - entered) * network_.seconds(edge);
+    for (const EdgeIndex next : network_.leaving(network_.endOf(edge))) {
+      reach(next, left + turnSeconds(network_, edge, next), state);
+    }
+  }
+
+  void reach(std::size_t state, double cost, std::size_t from) {
+    if (cost >= cost_[state]) return;
+    cost_[state] = cost;
+    cameFrom_[state] = from;
+    open_.emplace(cost + remaining(state), state);
+  }
+
+  /// At most what the rest of the way costs.
+  double remaining(std::size_t state) const {
+    if (state >= firstStart_) return 0;
+    const Coordinate& here =
+        network_.vertex(network_.startOf(static_cast<EdgeIndex>(state))).position;
+    double nearest = std::numeric_limits<double>::infinity();
+    for (const Terminal& end : ends_) {
+      nearest = std::min(nearest, distanceInMeters(here, end.position->position));
+    }
+    return nearest / topSpeed;
+  }
+
+  Path pathTo(std::size_t state) const {
+    Path path;
+    path.end = *ends_[state - firstEnd_].position;
+    for (state = cameFrom_[state]; state < firstStart_; state = cameFrom_[state]) {
+      path.edges.push_back(static_cast<EdgeIndex>(state));
+    }
+    const Terminal& start = starts_[state - firstStart_];
+    path.edges.push_back(start.edge);
+    path.start = *start.position;
+    std::reverse(path.edges.begin(), path.edges.end());
+    return path;
+  }
+
+  using Entry = std::pair<double, std::size_t>;
+
+  const RoadNetwork& network_;
+  std::vector<Terminal> starts_;
+  std::vector<Terminal> ends_;
+  std::size_t firstStart_ = 0;
+  std::size_t firstEnd_ = 0;
+  std::vector<double> cost_;
+  std::vector<std::size_t> cameFrom_;
+  std::priority_queue<Entry, std::vector<Entry>, std::greater<>> open_;
+};
+
+}  // namespace
+
+std::optional<Path> fastestPath(const RoadNetwork& network, const std::vector<RoadPosition>& starts,
+                                const std::vector<RoadPosition>& ends,
+                                const std::optional<Heading>& heading) {
+  std::vector<Terminal> from = terminals(network, starts);
+  if (heading) {
+    for (Terminal& start : from) {
+      double course = bearingAt(network, *start.position);
+      if (start.edge % 2 == 1) course += 180;
+      if (std::abs(turnAngle(course, heading->course)) <= 90) continue;
+      start.penalty += heading->fast ? secondsAgainstCourseWhenFast : secondsAgainstCourse;
+    }
+  }
+  return Search(network, std::move(from), terminals(network, ends)).run();
+}
+
+}  // namespace quorvelkit::sandbox

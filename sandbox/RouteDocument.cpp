@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "sandbox/RouteDocument.h"
+
+#include "sandbox/Geometry.h"
+#include "sandbox/Instructions.h"
+#include "sandbox/Maneuver.h"
+#include "sandbox/RouteLine.h"
+#include "sandbox/StreetDescription.h"
+
+#include <cmath>
+
+namespace quorvelkit::sandbox {
+namespace {
+
+/// A destination nearer than this is on the road.
+constexpr double besideTheRoadMeters = 5;
+
+double rounded(double value, double unit) { return std::round(value * unit) / unit; }
+
+Side sideOf(const RouteLine& line, const Coordinate& destination) {
+  const auto& points = line.points();
+  const Coordinate& end = points.back().position;
+  if (points.size() < 2 || distanceInMeters(end, destination) < besideTheRoadMeters) {
+    return Side::here;
+  }
+  const double course = bearing(points[points.size() - 2].position, end);
+  return turnAngle(course, bearing(end, destination)) < 0 ? Side::left : Side::right;
+}
+
+/// The id of the first or the last node on the way; of the nearest one when there is none.
+std::int64_t endNode(const RoadNetwork& network, const RoutePoint& end, const RoadPosition& at) {
+  if (end.node) return *end.node;
+  const auto first = network.vertex(network.shape(at.edge, at.piece));
+  const auto second = network.vertex(network.shape(at.edge, at.piece + 1));
+  return distanceInMeters(first.position, at.position) <=
+                 distanceInMeters(second.position, at.position)
+             ? first.id
+             : second.id;
+}
+
+ValueMap pointMembers(const RoutePoint& point) {
+  ValueMap members;
+  members.set("lat", rounded(point.position.latitude, 1e7));
+  members.set("lon", rounded(point.position.longitude, 1e7));
+  members.set("t", rounded(point.seconds, 10));
+  members.set("d", rounded(point.meters / metersPerMile, 1e4));
+  members.set("edge", point.edge);
+  if (point.node) members.set("node", *point.node);
+  if (!point.notify.empty()) members.set("notify", point.notify);
+  if (!point.say.empty()) {
+    ValueArray say;
+    for (const std::string& sentence : point.say)
+      say.emplace_back(sentence);
+    members.set("say", std::move(say));
+  }
+  return members;
+}
+
+}  // namespace
+
+JSON routeDocument(const RoadNetwork& network, const Path& path, const Coordinate& destination) {
+  RouteLine line(network, path);
+  const std::vector<Maneuver> maneuvers = findManeuvers(network, path);
+  const Instructions instructions(network, path, maneuvers, sideOf(line, destination));
+  const StreetDescription streets(network, path, maneuvers);
+  instructions.announce(line);
+
+  ValueArray points;
+  for (const RoutePoint& point : line.points()) {
+    ValueMap members = pointMembers(point);
+    if (point.maneuver) {
+      const Maneuver& maneuver = maneuvers[*point.maneuver];
+      members.set("turn", ValueMap{{"dir", maneuver.direction},
+                                   {"instruct", instructions.text(maneuver)},
+                                   {"st", streets.members(*point.maneuver)}});
+    }
+    points.emplace_back(std::move(members));
+  }
+  return JSON(ValueMap{{"distance", rounded(line.meters() / metersPerMile, 1e4)},
+                       {"duration", rounded(line.seconds() / 60, 1e3)},
+                       {"startNode", endNode(network, line.points().front(), path.start)},
+                       {"endNode", endNode(network, line.points().back(), path.end)},
+                       {"points", std::move(points)}});
+}
+
+}  // namespace quorvelkit::sandbox

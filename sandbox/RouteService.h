@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "sandbox/HTTPMessage.h"
+#include "sandbox/MapData.h"
+#include "sandbox/RoadIndex.h"
+#include "sandbox/RoadNetwork.h"
+
+#include <memory>
+#include <optional>
+
+namespace quorvelkit::sandbox {
+
+/// The navigation server: computes routes on the roads of a map. Any threads at once.
+class RouteService {
+ public:
+  explicit RouteService(std::shared_ptr<const MapData> map)
+      : network_(std::move(map)), index_(network_) {}
+
+  /// Answers what is addressed to this service.
+  std::optional<HTTPAnswer> answer(const HTTPRequest& request) const;
+
+  const RoadNetwork& network() const { return network_; }
+
+ private:
+  HTTPAnswer route(const RouteQuery& query) const;
+
+  RoadNetwork network_;
+  RoadIndex index_;
+};
+
+}  // namespace quorvelkit::sandbox

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "sandbox/Sandbox.h"
+
+namespace quorvelkit::sandbox {
+
+Sandbox::Sandbox(std::shared_ptr<const MapData> map, HTTPServer::Log log)
+    : routes_(std::move(map)),
+      server_([this](const HTTPRequest& request) { return answer(request); }, std::move(log)) {}
+
+bool Sandbox::start(int port) {
+  // Requests read the URL, so it must stand before the first one comes.
+  port = server_.bind(port);
+  if (port == 0) return false;
+  url_ = "http://127.0.0.1:" + std::to_string(port);
+  server_.start();
+  return true;
+}
+
+HTTPAnswer Sandbox::answer(const HTTPRequest& request) {
+  if (auto answer = backend_.answer(request, url_)) return *std::move(answer);
+  if (auto answer = routes_.answer(request)) return *std::move(answer);
+  return HTTPAnswer::failure(404, 404, "There is nothing here.");
+}
+
+}  // namespace quorvelkit::sandbox

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "sandbox/BackendService.h"
+#include "sandbox/HTTPServer.h"
+#include "sandbox/MapData.h"
+#include "sandbox/RouteService.h"
+
+#include <memory>
+#include <string>
+
+namespace quorvelkit::sandbox {
+
+/// A whole backend on one loopback port: the backend service, the navigation server and all that
+/// they answer from. An application reaches it with QVBackendless::setBaseURL(sandbox.url()).
+///
+///     Sandbox sandbox(MapData::builtInTown());
+///     sandbox.start(0);
+class Sandbox {
+ public:
+  explicit Sandbox(std::shared_ptr<const MapData> map, HTTPServer::Log log = nullptr);
+
+  /// Starts to answer on a port of 127.0.0.1, 0 for any free one. False when the port is taken.
+  bool start(int port);
+  /// Where it answers, without a slash at the end: "http://127.0.0.1:40123". Empty before start.
+  const std::string& url() const { return url_; }
+  void stop() { server_.stop(); }
+
+  const RouteService& routes() const { return routes_; }
+
+ private:
+  HTTPAnswer answer(const HTTPRequest& request);
+
+  std::string url_;
+  BackendService backend_;
+  RouteService routes_;
+  HTTPServer server_;
+};
+
+}  // namespace quorvelkit::sandbox
