@@ -1,0 +1,210 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "sandbox/find/TextIndex.h"
+
+#include "sandbox/find/SearchWords.h"
+
+#include <algorithm>
+#include <numeric>
+#include <unordered_map>
+
+namespace quorvelkit::sandbox {
+namespace {
+
+/// What a text has beyond this many words is not searched.
+constexpr std::size_t mostTokens = 64;
+constexpr float shareOfDetail = 0.5F;
+
+}  // namespace
+
+TextIndex::TextIndex(std::size_t count, const std::function<Text(std::size_t)>& textAt) {
+  std::unordered_map<std::string, std::uint32_t> numbers;
+  std::vector<std::string> words;
+  const auto number = [&](std::string word) {
+    const auto [known, isNew] =
+        numbers.try_emplace(std::move(word), static_cast<std::uint32_t>(words.size()));
+    if (isNew) words.push_back(known->first);
+    return known->second;
+  };
+  firstToken_.reserve(count + 1);
+  for (std::size_t i = 0; i < count; ++i) {
+    firstToken_.push_back(static_cast<std::uint32_t>(tokens_.size()));
+    const Text text = textAt(i);
+    addTokens(text.name, Field::name, number);
+    addTokens(text.detail, Field::detail, number);
+    addTokens(text.region, Field::region, number);
+  }
+  firstToken_.push_back(static_cast<std::uint32_t>(tokens_.size()));
+  sortWords(std::move(words));
+  buildPostings();
+}
+
+void TextIndex::addTokens(std::string_view text, Field field,
+                          const std::function<std::uint32_t(std::string)>& number) {
+  const auto add = [&](std::string word, Field tokenField) {
+    if (tokens_.size() - firstToken_.back() == mostTokens) return;
+    tokens_.push_back(
+        {number(std::move(word)) & 0x3FFFFFFFU, static_cast<std::uint32_t>(tokenField) & 3U});
+  };
+  for (SearchWord& word : searchWords(text)) {
+    add(std::move(word.text), field);
+    if (!word.tail.empty()) {
+      add(std::move(word.tail), field == Field::name ? Field::nameTail : field);
+    }
+  }
+}
+
+void TextIndex::sortWords(std::vector<std::string> unsorted) {
+  std::vector<std::uint32_t> order(unsorted.size());
+  std::iota(order.begin(), order.end(), 0U);
+  std::sort(order.begin(), order.end(),
+            [&](std::uint32_t a, std::uint32_t b) { return unsorted[a] < unsorted[b]; });
+  std::vector<std::uint32_t> place(unsorted.size());
+  words_.reserve(unsorted.size());
+  for (const std::uint32_t old : order) {
+    place[old] = static_cast<std::uint32_t>(words_.size());
+    words_.push_back(std::move(unsorted[old]));
+  }
+  for (Token& token : tokens_) {
+    token.word = place[token.word] & 0x3FFFFFFFU;
+  }
+}
+
+void TextIndex::buildPostings() {
+  // Counts first, so that every word's texts get their place at once; a text counts once a word.
+  std::vector<std::uint32_t> lastText(words_.size());
+  const auto visit = [&](const auto& take) {
+    std::fill(lastText.begin(), lastText.end(), UINT32_MAX);
+    for (std::uint32_t text = 0; text + 1 < firstToken_.size(); ++text) {
+      for (std::uint32_t i = firstToken_[text]; i < firstToken_[text + 1]; ++i) {
+        const std::uint32_t word = tokens_[i].word;
+        if (std::exchange(lastText[word], text) != text) take(word, text);
+      }
+    }
+  };
+  firstPosting_.assign(words_.size() + 1, 0);
+  visit([&](std::uint32_t word, std::uint32_t) { ++firstPosting_[word + 1]; });
+  std::partial_sum(firstPosting_.begin(), firstPosting_.end(), firstPosting_.begin());
+  postings_.resize(firstPosting_.back());
+  std::vector<std::uint32_t> next(firstPosting_.begin(), firstPosting_.end() - 1);
+  visit([&](std::uint32_t word, std::uint32_t text) { postings_[next[word]++] = text; });
+}
+
+std::pair<std::uint32_t, std::uint32_t> TextIndex::wordsBeginningWith(
+    std::string_view beginning) const {
+  const auto cut = [&](std::string_view word) { return word.substr(0, beginning.size()); };
+  const auto first =
+      std::lower_bound(words_.begin(), words_.end(), beginning,
+                       [&](const std::string& word, std::string_view b) { return cut(word) < b; });
+  const auto last =
+      std::upper_bound(first, words_.end(), beginning,
+                       [&](std::string_view b, const std::string& word) { return b < cut(word); });
+  return {static_cast<std::uint32_t>(first - words_.begin()),
+          static_cast<std::uint32_t>(last - words_.begin())};
+}
+
+TextIndex::TermWords TextIndex::wordsOf(const SearchTerm& term) const {
+  TermWords result;
+  result.typedLength = term.word().size();
+  const auto add = [&](std::uint32_t first, std::uint32_t last, bool whole) {
+    if (first >= last) return;
+    result.ranges.push_back({first, last, whole});
+    result.postings += firstPosting_[last] - firstPosting_[first];
+  };
+  for (const std::string& spelling : term.spellings) {
+    // A word comes before all others that begin with it.
+    const auto [first, last] = wordsBeginningWith(spelling);
+    const bool isWord = first < last && words_[first] == spelling;
+    if (isWord) add(first, first + 1, true);
+    const bool typed = &spelling == &term.spellings.front();
+    if (typed && term.mayBeBeginning) add(first + (isWord ? 1 : 0), last, false);
+  }
+  return result;
+}
+
+bool TextIndex::knows(const SearchTerm& term) const { return wordsOf(term).postings > 0; }
+
+std::vector<TextIndex::Match> TextIndex::find(const std::vector<SearchTerm>& terms) const {
+  std::vector<Match> matches;
+  std::vector<TermWords> words;
+  for (const SearchTerm& term : terms)
+    words.push_back(wordsOf(term));
+  const auto rarest = std::min_element(
+      words.begin(), words.end(),
+      [](const TermWords& a, const TermWords& b) { return a.postings < b.postings; });
+  if (rarest == words.end() || rarest->postings == 0) return matches;
+
+  std::vector<bool> seen(firstToken_.size());
+  for (const WordRange& range : rarest->ranges) {
+    for (std::uint32_t i = firstPosting_[range.first]; i < firstPosting_[range.last]; ++i) {
+      const std::uint32_t text = postings_[i];
+      if (seen[text]) continue;
+      seen[text] = true;
+      Match found;
+      if (match(text, words, found)) matches.push_back(found);
+    }
+  }
+  return matches;
+}
+
+bool TextIndex::match(std::uint32_t text, const std::vector<TermWords>& terms,
+                      Match& result) const {
+  const std::uint32_t begin = firstToken_[text];
+  const std::uint32_t end = firstToken_[text + 1];
+  std::uint64_t taken = 0;  // The name's words that a term has accounted for, as bits.
+  std::size_t covered = 0;
+  std::size_t coveredWords = 0;
+  bool inDetail = false;
+  for (std::size_t t = 0; t < terms.size(); ++t) {
+    // Preferred: a word of the name, not yet taken, that is matched as a whole.
+    int bestRank = -1;
+    std::uint32_t best = 0;
+    bool bestWhole = false;
+    for (std::uint32_t i = begin; i < end; ++i) {
+      for (const WordRange& range : terms[t].ranges) {
+        const std::uint32_t word = tokens_[i].word;
+        if (word < range.first || word >= range.last) continue;
+        const auto field = static_cast<Field>(tokens_[i].field);
+        // The tail of a word accounts for the word, which stands before it.
+        const std::uint32_t at = field == Field::nameTail ? i - 1 : i;
+        const bool inName = field == Field::name || field == Field::nameTail;
+        const bool isFree = (taken >> (at - begin) & 1) == 0;
+        const int rank = inName && isFree ? 4 + (range.whole ? 2 : 0) + (field == Field::name)
+                         : inName         ? 2
+                         : field == Field::detail ? 1
+                                                  : 0;
+        if (rank > bestRank) {
+          bestRank = rank;
+          best = at;
+          bestWhole = range.whole;
+        }
+      }
+    }
+    if (bestRank < 0) return false;
+    if (bestRank >= 4) {
+      taken |= std::uint64_t{1} << (best - begin);
+      const std::size_t length = words_[tokens_[best].word].size();
+      covered += bestWhole ? length : std::min(length, terms[t].typedLength);
+      ++coveredWords;
+      if (t == 0 && best == begin) result.fromStart = true;
+    }
+    inDetail = inDetail || bestRank == 1;
+  }
+  if (coveredWords == 0 && !inDetail) return false;
+  result.text = text;
+  if (coveredWords == 0) {
+    result.share = shareOfDetail;
+    return true;
+  }
+  std::size_t letters = 0;
+  std::size_t nameWords = 0;
+  for (std::uint32_t i = begin; i < end; ++i) {
+    if (static_cast<Field>(tokens_[i].field) != Field::name) continue;
+    letters += words_[tokens_[i].word].size();
+    ++nameWords;
+  }
+  result.share =
+      static_cast<float>(covered + coveredWords - 1) / static_cast<float>(letters + nameWords - 1);
+  return true;
+}
+
+}  // namespace quorvelkit::sandbox
