@@ -61,6 +61,10 @@ int main(int argc, char** argv) {
   }
   // Programs read this line to learn the address.
   std::cout << "listening on " << sandbox.url() << std::endl;
+  if (mapFile.empty()) {
+    std::cout << "try: quorvel route --backend " << sandbox.url()
+              << " --from 40.4523,-38.2804 --to 40.4469,-38.1872" << std::endl;
+  }
   int received = 0;
   sigwait(&signals, &received);
   sandbox.stop();
