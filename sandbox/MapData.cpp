@@ -36,8 +36,10 @@ std::shared_ptr<const MapData> MapData::fromFile(const std::string& path, std::s
 
 std::shared_ptr<const MapData> MapData::builtInTown() {
   std::string problem;
-  auto town = fromGeoJSON(builtInTownGeoJSON(), problem);
-  if (!town) fatalError("The built-in town cannot be read: " + problem);
+  const auto read = fromGeoJSON(builtInTownGeoJSON(), problem);
+  if (!read) fatalError("The built-in town cannot be read: " + problem);
+  auto town = std::make_shared<MapData>(*read);
+  town->source = {"Quorvel", "Quorvel"};
   return town;
 }
 

@@ -42,6 +42,13 @@ struct MapArea {
   std::vector<Polygon> polygons;
 };
 
+/// Whose data a map is, as the answers of a search name it.
+struct MapSource {
+  /// One of the origins that applications know.
+  std::string origin = "OSM";
+  std::string provider = "OpenStreetMap";
+};
+
 /// All that the sandbox knows about its part of the world, as read from a file and never changed
 /// afterwards: the road network, the place search and the map tiles are all made from it.
 ///
@@ -52,6 +59,7 @@ class MapData {
   std::vector<MapNode> nodes;
   std::vector<MapWay> ways;
   std::vector<MapArea> areas;
+  MapSource source;
 
   /// Reads a GeoJSON FeatureCollection with OSM tags as properties, as `osmium export -u type_id`
   /// writes it. Features without usable geometry are skipped; features without an id get negative
