@@ -5,14 +5,16 @@
 #include "sandbox/HTTPServer.h"
 #include "sandbox/MapData.h"
 #include "sandbox/RouteService.h"
+#include "sandbox/find/FindService.h"
 
 #include <memory>
 #include <string>
 
 namespace quorvelkit::sandbox {
 
-/// A whole backend on one loopback port: the backend service, the navigation server and all that
-/// they answer from. An application reaches it with QVBackendless::setBaseURL(sandbox.url()).
+/// A whole backend on one loopback port: the backend service, the navigation server, the find
+/// server and all that they answer from. An application reaches it with
+/// QVBackendless::setBaseURL(sandbox.url()).
 ///
 ///     Sandbox sandbox(MapData::builtInTown());
 ///     sandbox.start(0);
@@ -34,6 +36,7 @@ class Sandbox {
   std::string url_;
   BackendService backend_;
   RouteService routes_;
+  FindService find_;
   HTTPServer server_;
 };
 

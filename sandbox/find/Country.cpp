@@ -83,8 +83,9 @@ std::string_view abbreviationOfState(std::string_view name) {
 
 std::string addressLine(std::string_view houseNumber, std::string_view street,
                         std::string_view country) {
-  constexpr std::array<std::string_view, 8> numberFirst{"",    "USA", "CAN", "GBR",
-                                                        "IRL", "AUS", "NZL", "FRA"};
+  // "XQ" is where the built-in town lies.
+  constexpr std::array<std::string_view, 9> numberFirst{"",    "USA", "CAN", "GBR", "IRL",
+                                                        "AUS", "NZL", "FRA", "XQ"};
   const bool isFirst =
       std::find(numberFirst.begin(), numberFirst.end(), country) != numberFirst.end();
   std::string line(isFirst ? houseNumber : street);

@@ -33,6 +33,7 @@ class Gazetteer {
 
   explicit Gazetteer(std::shared_ptr<const MapData> map);
 
+  const MapSource& source() const { return map_->source; }
   const std::vector<Place>& places() const { return places_; }
   const std::vector<Street>& streets() const { return streets_; }
   const Place& placeOf(const Street& street) const { return places_[street.place]; }

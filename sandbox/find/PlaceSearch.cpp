@@ -82,7 +82,8 @@ PlaceSearch::PlaceSearch(std::shared_ptr<const Gazetteer> gazetteer)
         return textOf(gazetteer_->places()[i]);
       }) {
   spots_.reserve(gazetteer_->places().size());
-  for (const Place& place : gazetteer_->places()) spots_.push_back({place.position, place.kind});
+  for (const Place& place : gazetteer_->places())
+    spots_.push_back({place.position, place.kind});
 }
 
 std::vector<PlaceSearch::Found> PlaceSearch::search(const Terms& terms, double share,

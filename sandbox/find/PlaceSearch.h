@@ -44,8 +44,6 @@ class PlaceSearch {
 
   explicit PlaceSearch(std::shared_ptr<const Gazetteer> gazetteer);
 
-  const std::shared_ptr<const Gazetteer>& gazetteer() const { return gazetteer_; }
-
   /// The places that a text names, the best score first; those that are much worse than the best
   /// are left out. Where nothing matches the whole text, words at its end and words that no place
   /// has are passed over, at the cost of score.

@@ -15,8 +15,13 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
+const std::shared_ptr<const Gazetteer>& gazetteerOfTown() {
+  static const auto& gazetteer = *new auto(std::make_shared<const Gazetteer>(searchTown()));
+  return gazetteer;
+}
+
 const PlaceSearch& town() {
-  static const auto& search = *new PlaceSearch(std::make_shared<const Gazetteer>(searchTown()));
+  static const auto& search = *new PlaceSearch(gazetteerOfTown());
   return search;
 }
 
@@ -113,7 +118,7 @@ TEST(PlaceSearchTest, SuggestsWhatTheTextMayBecome) {
 }
 
 TEST(PlaceSearchTest, EveryKeyFindsItsPlaceAlone) {
-  const Gazetteer& gazetteer = *town().gazetteer();
+  const Gazetteer& gazetteer = *gazetteerOfTown();
   for (const Place& place : gazetteer.places()) {
     const auto again = gazetteer.placeWithKey(place.key);
     ASSERT_TRUE(again) << place.key;
@@ -140,7 +145,7 @@ TEST(PlaceSearchTest, KeepsWhatTheMapSaysOfAPlace) {
 }
 
 TEST(ReverseGeocoderTest, TellsTheNearestAddress) {
-  const ReverseGeocoder geocoder(std::make_shared<const Gazetteer>(searchTown()));
+  const ReverseGeocoder geocoder(gazetteerOfTown());
   const struct {
     Coordinate position;
     const char* label;  // Null where nothing is near.

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "sandbox/find/FindQuery.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+namespace quorvelkit::sandbox {
+namespace {
+
+/// The numbers of a text like "-76.59,39.28"; empty unless all of it is such numbers.
+std::vector<double> numbers(std::string_view text) {
+  std::vector<double> result;
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  while (true) {
+    double number = 0;
+    const auto [stop, error] = std::from_chars(at, end, number);
+    if (error != std::errc() || !std::isfinite(number)) return {};
+    result.push_back(number);
+    if (stop == end) return result;
+    if (*stop != ',') return {};
+    at = stop + 1;
+  }
+}
+
+bool isOnEarth(const Coordinate& position) {
+  return std::abs(position.latitude) <= 90 && std::abs(position.longitude) <= 180;
+}
+
+}  // namespace
+
+std::optional<FindQuery> FindQuery::fromParameters(const QueryParameters& parameters,
+                                                   const char* textName, std::string& problem) {
+  FindQuery query;
+  const auto value = [&](const char* name) -> const std::string* {
+    const auto found = parameters.find(name);
+    return found == parameters.end() ? nullptr : &found->second;
+  };
+  const auto fail = [&](std::string sentence) {
+    problem = std::move(sentence);
+    return std::nullopt;
+  };
+
+  if (textName != nullptr) {
+    const std::string* const text = value(textName);
+    if (text == nullptr) return fail(std::string("The parameter ") + textName + " is missing.");
+    query.text = *text;
+  }
+
+  const std::string* const location = value("location");
+  if (location == nullptr) return fail("The parameter location is missing.");
+  const auto position = numbers(*location);
+  if (position.size() != 2) {
+    return fail("The parameter location is not a longitude and a latitude, such as -76.59,39.28.");
+  }
+  query.location = {position[1], position[0]};
+  if (!isOnEarth(query.location)) {
+    return fail(
+        "The parameter location is out of range: longitude -180 to 180, latitude -90 to 90.");
+  }
+
+  if (const std::string* const text = value("searchExtent")) {
+    const auto corners = numbers(*text);
+    if (corners.size() != 4) {
+      return fail("The parameter searchExtent is not west,south,east,north in degrees.");
+    }
+    query.extent = Extent{{corners[1], corners[0]}, {corners[3], corners[2]}};
+    if (!isOnEarth(query.extent->southwest) || !isOnEarth(query.extent->northeast) ||
+        corners[1] > corners[3]) {
+      return fail(
+          "The parameter searchExtent is out of range, or its south is north of its north.");
+    }
+  }
+  if (const std::string* const key = value("magicKey"); key != nullptr && !key->empty()) {
+    query.magicKey = *key;
+  }
+  return query;
+}
+
+}  // namespace quorvelkit::sandbox
