@@ -23,7 +23,7 @@ bool isContainer(Kind kind) noexcept { return kind == Kind::array || kind == Kin
 bool sameNumber(const ValueView& a, const ValueView& b) {
   const detail::ValueBits& x = ValueCore::bits(a);
   const detail::ValueBits& y = ValueCore::bits(b);
-  if (x.tag == y.tag && x.tag == ValueTag::int64) return x.payload == y.payload;
+  if (x.tag() == y.tag() && x.tag() == ValueTag::int64) return x.payload == y.payload;
   return Number::compare(*a.storedNumber(), *b.storedNumber()) == 0;
 }
 
@@ -31,27 +31,21 @@ bool sameNumber(const ValueView& a, const ValueView& b) {
 bool sameNode(const ValueView& a, const ValueView& b) noexcept {
   const detail::ValueBits& x = ValueCore::bits(a);
   const detail::ValueBits& y = ValueCore::bits(b);
-  return x.tag >= ValueTag::frozenText && x.tag == y.tag && x.payload == y.payload &&
-         x.node == y.node;
+  return x.tag() >= ValueTag::frozenText && x.tag() == y.tag() && x.payload == y.payload &&
+         x.node() == y.node();
 }
 
 // Whether both are the same as far as this level shows.
 bool sameSurface(const ValueView& a, const ValueView& b) {
   if (a.kind() != b.kind()) return false;
   switch (a.kind()) {
-    case Kind::null:
-      return true;
-    case Kind::boolean:
-      return a.boolean() == b.boolean();
-    case Kind::number:
-      return sameNumber(a, b);
-    case Kind::text:
-      return a.text() == b.text();
+    case Kind::null: return true;
+    case Kind::boolean: return a.boolean() == b.boolean();
+    case Kind::number: return sameNumber(a, b);
+    case Kind::text: return a.text() == b.text();
     case Kind::array:
-    case Kind::map:
-      return a.size() == b.size();
-    case Kind::unsupported:
-      return false;
+    case Kind::map: return a.size() == b.size();
+    case Kind::unsupported: return false;
   }
   return false;
 }

@@ -5,15 +5,15 @@
 
 namespace quorvelkit::detail {
 
-std::optional<std::uint32_t> Document::member(std::uint32_t map, KeyView key) const noexcept {
+std::uint32_t Document::member(std::uint32_t map, const KeyView& key) const noexcept {
   const Node& container = nodes[map];
   const std::uint32_t first = container.first();
   const std::uint32_t size = container.count();
   if (size < indexedMembers) {
     for (std::uint32_t node = first; node < first + size; ++node) {
-      if (nodes[node].hash() == key.hash() && keyText(nodes[node].key) == key.text()) return node;
+      if (nodes[node].hash() == key.hash() && isKey(nodes[node].key, key)) return node;
     }
-    return std::nullopt;
+    return noNode;
   }
   const std::uint32_t* const begin = index(container);
   const std::uint32_t* const end = begin + size;
@@ -23,10 +23,10 @@ std::optional<std::uint32_t> Document::member(std::uint32_t map, KeyView key) co
         if (node.hash() != sought.hash()) return node.hash() < sought.hash();
         return keyText(node.key) < sought.text();
       });
-  if (found == end) return std::nullopt;
+  if (found == end) return noNode;
   const std::uint32_t node = first + *found;
-  if (nodes[node].hash() != key.hash() || keyText(nodes[node].key) != key.text()) {
-    return std::nullopt;
+  if (nodes[node].hash() != key.hash() || !isKey(nodes[node].key, key)) {
+    return noNode;
   }
   return node;
 }

@@ -87,7 +87,8 @@ class Run {
 // A parsed document, never changed. Children of a container are contiguous; behind the members of
 // a map of indexedMembers or more stand their places in the order of hash and text, four to a node.
 struct Document : Counted {
-  struct KeyText {
+  struct Key {
+    std::uint64_t front;  // as that of a KeyView
     std::uint32_t offset;
     std::uint32_t length;
   };
@@ -95,6 +96,12 @@ struct Document : Counted {
 
   std::string_view keyText(std::uint32_t key) const noexcept {
     return {text.data() + keys[key].offset, keys[key].length};
+  }
+  bool isKey(std::uint32_t key, const KeyView& view) const noexcept {
+    const Key& k = keys[key];
+    const std::size_t length = view.text().size();
+    if (k.front != view.front() || k.length != length) return false;
+    return length <= sizeof k.front || keyText(key) == view.text();
   }
   std::string_view nodeText(std::uint32_t node) const noexcept {
     const Node& n = nodes[node];
@@ -106,23 +113,19 @@ struct Document : Counted {
   }
   ValueBits bits(std::uint32_t node) const noexcept {
     const Node& n = nodes[node];
-    ValueBits bits;
-    bits.tag = n.tag();
-    if (bits.tag < ValueTag::frozenText) {
-      bits.payload = n.payload;
-    } else {
-      bits.payload = static_cast<std::uint64_t>(
-          reinterpret_cast<std::uintptr_t>(static_cast<const Counted*>(this)));
-      bits.node = node;
-    }
-    return bits;
+    const ValueTag tag = n.tag();
+    if (tag < ValueTag::frozenText) return ValueBits::make(n.payload, tag);
+    const auto* const self = static_cast<const Counted*>(this);
+    return ValueBits::make(reinterpret_cast<std::uintptr_t>(self), tag, node);
   }
-  // The node of a map's member; absent when there is none.
-  std::optional<std::uint32_t> member(std::uint32_t map, KeyView key) const noexcept;
+  // The node of a map's member, noNode when there is none. (An optional of this size is written
+  // in two pieces and read back in one, which stalls every look-up.)
+  static constexpr std::uint32_t noNode = UINT32_MAX;
+  std::uint32_t member(std::uint32_t map, const KeyView& key) const noexcept;
 
   Run<Node> nodes;
   Run<char> text;
-  Run<KeyText> keys;
+  Run<Key> keys;
   std::uint32_t root = 0;
 };
 

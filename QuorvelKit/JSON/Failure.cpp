@@ -2,6 +2,7 @@
 #include "Failure_p.h"
 #include "ValueCore_p.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 
@@ -9,19 +10,22 @@ namespace quorvelkit::detail {
 
 namespace {
 
-// A short key stands at the front of the bits, in place of payload and node.
-constexpr std::size_t longestInlineKey = offsetof(ValueBits, spare);
+// A short key stands in the payload and in place of the node; its length in the detail, above the
+// reason.
+constexpr std::size_t longestInlineKey = sizeof(std::uint64_t) + sizeof(std::uint32_t);
 
 FailureReason reasonOf(const ValueBits& bits) noexcept {
-  return static_cast<FailureReason>(bits.spare[0]);
+  return static_cast<FailureReason>(bits.detail() & 0xFFU);
 }
 
 std::string keyOf(const ValueView& view) {
   const ValueBits& bits = ValueCore::bits(view);
-  if (bits.tag == ValueTag::longFailure) return ValueCore::cell<TextCell>(view).text;
+  if (bits.tag() == ValueTag::longFailure) return ValueCore::cell<TextCell>(view).text;
   char key[longestInlineKey];
-  std::memcpy(key, &bits, longestInlineKey);
-  return std::string(key, bits.spare[1]);
+  const std::uint32_t rest = bits.node();
+  std::memcpy(key, &bits.payload, sizeof bits.payload);
+  std::memcpy(key + sizeof bits.payload, &rest, sizeof rest);
+  return std::string(key, bits.detail() >> 8U);
 }
 
 std::string indexMessage(const ValueView& view, const char* rest) {
@@ -42,34 +46,34 @@ Error makeError(std::int64_t code, std::string message) {
 ValueBits failureBits(FailureReason reason) noexcept { return failureBits(reason, 0); }
 
 ValueBits failureBits(FailureReason reason, std::int64_t index) noexcept {
-  ValueBits bits;
-  bits.payload = static_cast<std::uint64_t>(index);
-  bits.spare[0] = static_cast<std::uint8_t>(reason);
-  bits.tag = ValueTag::failure;
-  return bits;
+  return ValueBits::make(static_cast<std::uint64_t>(index), ValueTag::failure, 0,
+                         static_cast<std::uint32_t>(reason));
 }
 
 ValueBits failureBits(FailureReason reason, std::string_view key) {
-  ValueBits bits = failureBits(reason);
-  if (key.size() <= longestInlineKey) {
-    if (!key.empty()) std::memcpy(static_cast<void*>(&bits), key.data(), key.size());
-    bits.spare[1] = static_cast<std::uint8_t>(key.size());
-  } else {
-    bits.payload = ValueCore::payload(new TextCell(std::string(key)));
-    bits.tag = ValueTag::longFailure;
+  const auto detail = static_cast<std::uint32_t>(reason);
+  if (key.size() > longestInlineKey) {
+    return ValueBits::make(ValueCore::payload(new TextCell(std::string(key))),
+                           ValueTag::longFailure, 0, detail);
   }
-  return bits;
+  char inlined[longestInlineKey] = {};
+  std::copy(key.begin(), key.end(), inlined);
+  std::uint64_t front = 0;
+  std::uint32_t rest = 0;
+  std::memcpy(&front, inlined, sizeof front);
+  std::memcpy(&rest, inlined + sizeof front, sizeof rest);
+  return ValueBits::make(front, ValueTag::failure, rest,
+                         detail | (static_cast<std::uint32_t>(key.size()) << 8U));
 }
 
 std::optional<Error> failureError(const ValueView& view) {
   const ValueBits& bits = ValueCore::bits(view);
-  const bool unknown = bits.tag == ValueTag::unknown;
-  if (!unknown && bits.tag != ValueTag::failure && bits.tag != ValueTag::longFailure) {
+  const bool unknown = bits.tag() == ValueTag::unknown;
+  if (!unknown && bits.tag() != ValueTag::failure && bits.tag() != ValueTag::longFailure) {
     return std::nullopt;
   }
   switch (unknown ? FailureReason::unsupported : reasonOf(bits)) {
-    case FailureReason::unsupported:
-      break;
+    case FailureReason::unsupported: break;
     case FailureReason::indexOutOfBounds:
       return makeError(ErrorIndexOutOfBounds, indexMessage(view, "] is out of bounds"));
     case FailureReason::notAnArray:
@@ -84,7 +88,7 @@ std::optional<Error> failureError(const ValueView& view) {
 
 bool isNotExist(const ValueView& view) noexcept {
   const ValueBits& bits = ValueCore::bits(view);
-  return (bits.tag == ValueTag::failure || bits.tag == ValueTag::longFailure) &&
+  return (bits.tag() == ValueTag::failure || bits.tag() == ValueTag::longFailure) &&
          reasonOf(bits) == FailureReason::notExist;
 }
 

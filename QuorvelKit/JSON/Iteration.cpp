@@ -26,8 +26,7 @@ JSON::value_type pairAt(const ValueView& value, JSONIndex index) {
       const auto [key, member] = value.memberAt(position);
       return {std::string(key), Value(member)};
     }
-    case JSONIndex::Case::null:
-      return {};
+    case JSONIndex::Case::null: return {};
   }
   fatalError("Index out of range");
 }

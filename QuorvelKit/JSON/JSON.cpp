@@ -64,20 +64,13 @@ std::optional<JSON> JSON::fromRawValue(Value object) {
 JSON::Type JSON::type() const noexcept {
   if (ValueCore::tag(value_) == ValueTag::unknown) return Type::unknown;
   switch (value_.kind()) {
-    case ValueView::Kind::null:
-      return Type::null;
-    case ValueView::Kind::boolean:
-      return Type::bool_;
-    case ValueView::Kind::number:
-      return Type::number;
-    case ValueView::Kind::text:
-      return Type::string;
-    case ValueView::Kind::array:
-      return Type::array;
-    case ValueView::Kind::map:
-      return Type::dictionary;
-    case ValueView::Kind::unsupported:
-      break;
+    case ValueView::Kind::null: return Type::null;
+    case ValueView::Kind::boolean: return Type::bool_;
+    case ValueView::Kind::number: return Type::number;
+    case ValueView::Kind::text: return Type::string;
+    case ValueView::Kind::array: return Type::array;
+    case ValueView::Kind::map: return Type::dictionary;
+    case ValueView::Kind::unsupported: break;
   }
   return Type::unknown;
 }
@@ -89,7 +82,7 @@ bool JSON::exists() const noexcept { return !detail::isNotExist(value_); }
 void JSON::setObject(Value object) noexcept {
   const bool supported = object.kind() != ValueView::Kind::unsupported;
   value_ = supported ? std::move(object) : Value();
-  if (!supported) ValueCore::bits(value_).tag = ValueTag::unknown;
+  if (!supported) ValueCore::bits(value_) = detail::ValueBits::make(0, ValueTag::unknown);
 }
 
 }  // namespace quorvelkit

@@ -79,7 +79,7 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   bool exists() const noexcept;
 
   /// The untyped value; null for the kinds null and unknown.
-  Value object() const noexcept { return Value(value_); }
+  Value object() const noexcept { return Value(view()); }
   Value rawValue() const noexcept { return object(); }
   /// The untyped value to look at, without taking part in owning it.
   ValueView view() const noexcept { return value_; }
@@ -91,7 +91,7 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   JSON operator[](I index) const {
     return elementAt(JSONKey::clampedIndex(index));
   }
-  JSON operator[](KeyView key) const;
+  JSON operator[](const KeyView& key) const;
   template <JSONSubscriptType T>
   requires(!JSONIndexInteger<T> && !JSONKeyText<T>) JSON operator[](const T& element) const {
     const JSONKey step(element);
@@ -108,7 +108,7 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   void set(I index, const JSON& value) {
     setElement(JSONKey::clampedIndex(index), value);
   }
-  void set(KeyView key, const JSON& value);
+  void set(const KeyView& key, const JSON& value);
   template <JSONSubscriptType T>
   requires(!JSONIndexInteger<T> && !JSONKeyText<T>) void set(const T& element, const JSON& value) {
     setStep(JSONKey(element), value);
@@ -200,6 +200,13 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   friend QUORVELKIT_EXPORT std::ostream& operator<<(std::ostream& out, const JSON& json);
 
  private:
+  struct Child {};
+  JSON(Child, const ValueView& object) noexcept : value_(object) {}
+  // The value of an element or a member.
+  static JSON wrapped(const ValueView& object) noexcept {
+    const bool supported = object.kind() != ValueView::Kind::unsupported;
+    return supported ? JSON(Child(), object) : JSON(Value(object));
+  }
   JSON elementAt(std::int64_t index) const;
   JSON at(JSONPath path) const;
   void setElement(std::int64_t index, const JSON& value);

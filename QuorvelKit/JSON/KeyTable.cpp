@@ -37,7 +37,7 @@ std::uint32_t KeyTable::number(std::size_t start, bool unescaped) {
     std::memcpy(&entry.frontMask, mask, sizeof mask);
   }
   entries_.push_back(entry);
-  document_.keys.push({static_cast<std::uint32_t>(start), entry.length});
+  document_.keys.push({KeyView(key).front(), static_cast<std::uint32_t>(start), entry.length});
   return number;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -17,7 +18,7 @@ class KeyView {
   template <class T>
   requires std::convertible_to<const T&, std::string_view>
   constexpr KeyView(const T& text) noexcept  // NOLINT(google-explicit-constructor)
-      : text_(text), hash_(hashOf(text_)) {}
+      : text_(text), front_(frontOf(text_)), hash_(hashOf(text_)) {}
 
   template <class T>
   requires(!std::convertible_to<const T&, std::string_view> && !std::same_as<T, KeyView> &&
@@ -29,9 +30,11 @@ class KeyView {
   constexpr std::string_view text() const noexcept { return text_; }
   /// 24 bits, the same in every process.
   constexpr std::uint32_t hash() const noexcept { return hash_; }
+  /// The first eight bytes of the text, zeros behind a shorter one.
+  constexpr std::uint64_t front() const noexcept { return front_; }
 
   friend constexpr bool operator==(const KeyView& a, const KeyView& b) noexcept {
-    return a.hash_ == b.hash_ && a.text_ == b.text_;
+    return a.front_ == b.front_ && a.text_ == b.text_;
   }
 
  private:
@@ -43,7 +46,16 @@ class KeyView {
     return (hash >> 24U) ^ (hash & 0xFFFFFFU);
   }
 
+  static constexpr std::uint64_t frontOf(std::string_view text) noexcept {
+    std::uint64_t front = 0;
+    for (std::size_t i = 0; i < text.size() && i < sizeof front; ++i) {
+      front |= std::uint64_t{static_cast<unsigned char>(text[i])} << (8 * i);
+    }
+    return front;
+  }
+
   std::string_view text_;
+  std::uint64_t front_;
   std::uint32_t hash_;
 };
 

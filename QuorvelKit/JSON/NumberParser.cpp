@@ -67,15 +67,15 @@ const char* scanNumber(const char* p, const char* end, Scan& scan) noexcept {
 }
 
 void setDouble(ValueBits& bits, double value) noexcept {
-  bits.payload = std::bit_cast<std::uint64_t>(value);
-  bits.tag = ValueTag::float64;
+  bits = ValueBits::make(std::bit_cast<std::uint64_t>(value), ValueTag::float64);
 }
 
 bool setInteger(ValueBits& bits, const Scan& scan, std::uint64_t magnitude) noexcept {
   constexpr std::uint64_t most = std::numeric_limits<std::int64_t>::max();
   if (scan.negative && magnitude > most + 1) return false;
-  bits.payload = scan.negative ? 0 - magnitude : magnitude;
-  bits.tag = !scan.negative && magnitude > most ? ValueTag::uint64 : ValueTag::int64;
+  const bool isLarge = !scan.negative && magnitude > most;
+  bits = ValueBits::make(scan.negative ? 0 - magnitude : magnitude,
+                         isLarge ? ValueTag::uint64 : ValueTag::int64);
   return true;
 }
 

@@ -29,12 +29,9 @@ std::optional<std::string> JSON::rawString(TextEncoding encoding,
     }
     case Type::string:
     case Type::number:
-    case Type::bool_:
-      return stringValue();
-    case Type::null:
-      return "null";
-    case Type::unknown:
-      break;
+    case Type::bool_: return stringValue();
+    case Type::null: return "null";
+    case Type::unknown: break;
   }
   return std::nullopt;
 }

@@ -108,20 +108,16 @@ bool Parser::value() {
         if (!open(false)) return false;
         if (at(']')) return close();
         break;
-      case '"':
-        return stringValue();
-      case 't':
-        return word("true", ValueTag::true_);
-      case 'f':
-        return word("false", ValueTag::false_);
-      case 'n':
-        return word("null", ValueTag::null);
+      case '"': return stringValue();
+      case 't': return word("true", ValueTag::true_);
+      case 'f': return word("false", ValueTag::false_);
+      case 'n': return word("null", ValueTag::null);
       default: {
         ValueBits number;
         const char* const stop = parseNumber(p_, end_, number);
         if (!stop) return fail("Unexpected character or unreadable number");
         p_ = stop;
-        push(number.payload, number.tag);
+        push(number.payload, number.tag());
         return true;
       }
     }

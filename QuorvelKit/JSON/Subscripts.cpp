@@ -23,13 +23,10 @@ JSON failed(const detail::ValueBits& bits) {
 template <class Step>
 JSON failedOnWrongKind(const JSON& json, const Value& value, FailureReason reason, Step step) {
   switch (ValueCore::tag(value)) {
-    case ValueTag::unknown:
-      return failed(detail::failureBits(FailureReason::unsupported));
+    case ValueTag::unknown: return failed(detail::failureBits(FailureReason::unsupported));
     case ValueTag::failure:
-    case ValueTag::longFailure:
-      return json;
-    default:
-      return failed(detail::failureBits(reason, step));
+    case ValueTag::longFailure: return json;
+    default: return failed(detail::failureBits(reason, step));
   }
 }
 
@@ -66,16 +63,16 @@ JSON JSON::elementAt(std::int64_t index) const {
     return failedOnWrongKind(*this, value_, FailureReason::notAnArray, index);
   }
   if (index >= 0 && static_cast<std::size_t>(index) < value_.size()) {
-    return Value(value_.element(static_cast<std::size_t>(index)));
+    return wrapped(value_.element(static_cast<std::size_t>(index)));
   }
   return failed(detail::failureBits(FailureReason::indexOutOfBounds, index));
 }
 
-JSON JSON::operator[](KeyView key) const {
+JSON JSON::operator[](const KeyView& key) const {
   if (!ValueCore::isMap(value_)) {
     return failedOnWrongKind(*this, value_, FailureReason::notADictionary, key.text());
   }
-  if (const std::optional<ValueView> member = value_.member(key)) return Value(*member);
+  if (const std::optional<ValueView> member = value_.member(key)) return wrapped(*member);
   return failed(detail::failureBits(FailureReason::notExist, key.text()));
 }
 
@@ -90,10 +87,10 @@ JSON JSON::at(JSONPath path) const {
   for (const JSONKey& step : path) {
     const std::optional<ValueView> child = childAt(current, step);
     // The first step that does not fit decides about the error.
-    if (!child) return apply(&step == path.data() ? *this : JSON(Value(current)), step);
+    if (!child) return apply(&step == path.data() ? *this : wrapped(current), step);
     current = *child;
   }
-  return Value(current);
+  return wrapped(current);
 }
 
 void JSON::setElement(std::int64_t index, const JSON& value) {
@@ -103,7 +100,7 @@ void JSON::setElement(std::int64_t index, const JSON& value) {
   if (!hasError && ValueCore::isArray(value_)) store(value_, JSONKey(index), value.object());
 }
 
-void JSON::set(KeyView key, const JSON& value) {
+void JSON::set(const KeyView& key, const JSON& value) {
   const ValueTag tag = ValueCore::tag(value.value_);
   const bool hasError =
       tag == ValueTag::unknown || tag == ValueTag::failure || tag == ValueTag::longFailure;

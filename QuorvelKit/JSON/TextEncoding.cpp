@@ -81,18 +81,14 @@ std::optional<std::string> decodedText(std::string_view bytes, TextEncoding enco
       const bool bigEndian = takeOrder(bytes, "\xFE\xFF"sv, "\xFF\xFE"sv);
       return decodeUTF16(bytes, bigEndian);
     }
-    case TextEncoding::utf16BigEndian:
-      return decodeUTF16(bytes, true);
-    case TextEncoding::utf16LittleEndian:
-      return decodeUTF16(bytes, false);
+    case TextEncoding::utf16BigEndian: return decodeUTF16(bytes, true);
+    case TextEncoding::utf16LittleEndian: return decodeUTF16(bytes, false);
     case TextEncoding::utf32: {
       const bool bigEndian = takeOrder(bytes, "\0\0\xFE\xFF"sv, "\xFF\xFE\0\0"sv);
       return decodeUTF32(bytes, bigEndian);
     }
-    case TextEncoding::utf32BigEndian:
-      return decodeUTF32(bytes, true);
-    case TextEncoding::utf32LittleEndian:
-      return decodeUTF32(bytes, false);
+    case TextEncoding::utf32BigEndian: return decodeUTF32(bytes, true);
+    case TextEncoding::utf32LittleEndian: return decodeUTF32(bytes, false);
   }
   return std::nullopt;
 }

@@ -15,7 +15,7 @@ using detail::UnsupportedCell;
 using detail::ValueCore;
 using detail::ValueTag;
 
-Value::Value(const Number& number) {
+void Value::setNumber(const Number& number) {
   std::visit(
       [&](const auto& stored) {
         if constexpr (std::is_same_v<decltype(stored), const Decimal&>) {
@@ -46,8 +46,8 @@ Value Value::unsupported(std::any thing) {
 }
 
 std::optional<ValueArray> Value::elements() const {
-  if (bits_.tag == ValueTag::array) return ValueCore::cell<ArrayCell>(*this).elements;
-  if (bits_.tag != ValueTag::frozenArray) return std::nullopt;
+  if (bits_.tag() == ValueTag::array) return ValueCore::cell<ArrayCell>(*this).elements;
+  if (bits_.tag() != ValueTag::frozenArray) return std::nullopt;
   ValueArray elements;
   const std::size_t count = size();
   elements.reserve(count);
@@ -57,8 +57,8 @@ std::optional<ValueArray> Value::elements() const {
 }
 
 std::optional<ValueMap> Value::members() const {
-  if (bits_.tag == ValueTag::map) return ValueCore::cell<MapCell>(*this).members;
-  if (bits_.tag != ValueTag::frozenMap) return std::nullopt;
+  if (bits_.tag() == ValueTag::map) return ValueCore::cell<MapCell>(*this).members;
+  if (bits_.tag() != ValueTag::frozenMap) return std::nullopt;
   ValueMap members;
   const std::size_t count = size();
   members.reserve(count);
@@ -78,28 +78,18 @@ bool dropsLast(Counted* counted) noexcept {
 }  // namespace
 
 void Value::release() noexcept {
-  const ValueTag tag = bits_.tag;
+  const ValueTag tag = bits_.tag();
   Counted* const cell = counted();
   bits_ = {};
   if (!dropsLast(cell)) return;
   switch (tag) {
-    case ValueTag::decimal:
-      delete static_cast<DecimalCell*>(cell);
-      return;
+    case ValueTag::decimal: delete static_cast<DecimalCell*>(cell); return;
     case ValueTag::longFailure:
-    case ValueTag::text:
-      delete static_cast<TextCell*>(cell);
-      return;
-    case ValueTag::unsupported:
-      delete static_cast<UnsupportedCell*>(cell);
-      return;
+    case ValueTag::text: delete static_cast<TextCell*>(cell); return;
+    case ValueTag::unsupported: delete static_cast<UnsupportedCell*>(cell); return;
     case ValueTag::array:
-    case ValueTag::map:
-      ValueCore::destroy(static_cast<ContainerCell*>(cell), tag);
-      return;
-    default:
-      delete static_cast<Document*>(cell);
-      return;
+    case ValueTag::map: ValueCore::destroy(static_cast<ContainerCell*>(cell), tag); return;
+    default: delete static_cast<Document*>(cell); return;
   }
 }
 
@@ -111,7 +101,7 @@ void ValueCore::destroy(ContainerCell* cell, ValueTag tag) noexcept {
   cell->nextDead = nullptr;
   cell->tag = tag;
   const auto bury = [&](Value& child) {
-    const ValueTag childTag = child.bits_.tag;
+    const ValueTag childTag = child.bits_.tag();
     if (childTag != ValueTag::array && childTag != ValueTag::map) return;
     auto* const childCell = static_cast<ContainerCell*>(child.counted());
     child.bits_ = {};
@@ -140,19 +130,19 @@ Value ValueCore::take(Document* document) noexcept {
   const ValueBits bits = document->bits(document->root);
   Value value;
   value.bits_ = bits;
-  if (bits.tag < ValueTag::frozenText) delete document;
+  if (bits.tag() < ValueTag::frozenText) delete document;
   return value;
 }
 
 ValueArray& ValueCore::writableElements(Value& value) {
-  const bool own = value.bits_.tag == ValueTag::array &&
+  const bool own = value.bits_.tag() == ValueTag::array &&
                    value.counted()->count.load(std::memory_order_acquire) == 1;
   if (!own) value = Value(*value.elements());
   return mutableCell<ArrayCell>(value).elements;
 }
 
 ValueMap& ValueCore::writableMembers(Value& value) {
-  const bool own = value.bits_.tag == ValueTag::map &&
+  const bool own = value.bits_.tag() == ValueTag::map &&
                    value.counted()->count.load(std::memory_order_acquire) == 1;
   if (!own) value = Value(*value.members());
   return mutableCell<MapCell>(value).members;

@@ -48,20 +48,24 @@ class QUORVELKIT_EXPORT Value : public ValueView {
 
   template <std::same_as<bool> B>
   Value(B value) noexcept {  // NOLINT(google-explicit-constructor)
-    bits_.tag = value ? detail::ValueTag::true_ : detail::ValueTag::false_;
+    bits_ = detail::ValueBits::make(0, value ? detail::ValueTag::true_ : detail::ValueTag::false_);
   }
   template <JSONIndexInteger I>
   Value(I value) noexcept {  // NOLINT(google-explicit-constructor)
-    bits_.payload = static_cast<std::uint64_t>(value);
-    bits_.tag =
-        std::cmp_greater(value, INT64_MAX) ? detail::ValueTag::uint64 : detail::ValueTag::int64;
+    bits_ = detail::ValueBits::make(
+        static_cast<std::uint64_t>(value),
+        std::cmp_greater(value, INT64_MAX) ? detail::ValueTag::uint64 : detail::ValueTag::int64);
   }
   template <std::floating_point F>
   Value(F value) noexcept {  // NOLINT(google-explicit-constructor)
-    bits_.payload = std::bit_cast<std::uint64_t>(static_cast<double>(value));
-    bits_.tag = detail::ValueTag::float64;
+    bits_ = detail::ValueBits::make(std::bit_cast<std::uint64_t>(static_cast<double>(value)),
+                                    detail::ValueTag::float64);
   }
-  Value(const Number& number);  // NOLINT(google-explicit-constructor)
+  template <class N>
+  requires(std::same_as<N, Number> || std::same_as<N, Decimal>)
+      Value(const N& number) {  // NOLINT(google-explicit-constructor)
+    setNumber(number);
+  }
 
   /// A text, which should be UTF-8: any other can be held but not written as JSON.
   template <class T>
@@ -82,8 +86,8 @@ class QUORVELKIT_EXPORT Value : public ValueView {
 
   /// Takes part in owning what the view shows.
   explicit Value(const ValueView& view) noexcept : ValueView(view) {
-    if (bits_.tag == detail::ValueTag::unknown || bits_.tag == detail::ValueTag::failure ||
-        bits_.tag == detail::ValueTag::longFailure) {
+    if (bits_.tag() == detail::ValueTag::unknown || bits_.tag() == detail::ValueTag::failure ||
+        bits_.tag() == detail::ValueTag::longFailure) {
       bits_ = {};
     }
     retain();
@@ -102,7 +106,7 @@ class QUORVELKIT_EXPORT Value : public ValueView {
     return *this;
   }
   ~Value() {
-    if (bits_.tag >= detail::ValueTag::longFailure) release();
+    if (bits_.tag() >= detail::ValueTag::longFailure) release();
   }
 
   /// The elements of an array, the members of a map; absent for every other kind.
@@ -111,7 +115,7 @@ class QUORVELKIT_EXPORT Value : public ValueView {
 
  private:
   void retain() const noexcept {
-    if (bits_.tag >= detail::ValueTag::longFailure) {
+    if (bits_.tag() >= detail::ValueTag::longFailure) {
       counted()->count.fetch_add(1, std::memory_order_relaxed);
     }
   }
@@ -119,6 +123,7 @@ class QUORVELKIT_EXPORT Value : public ValueView {
     return reinterpret_cast<detail::Counted*>(static_cast<std::uintptr_t>(bits_.payload));
   }
   void release() noexcept;
+  void setNumber(const Number& number);
 
   friend struct detail::ValueCore;
 };

@@ -42,7 +42,7 @@ struct MapCell : ContainerCell {
 struct ValueCore {
   static const ValueBits& bits(const ValueView& view) noexcept { return view.bits_; }
   static ValueBits& bits(ValueView& view) noexcept { return view.bits_; }
-  static ValueTag tag(const ValueView& view) noexcept { return view.bits_.tag; }
+  static ValueTag tag(const ValueView& view) noexcept { return view.bits_.tag(); }
   static ValueView view(const ValueBits& bits) noexcept {
     ValueView view;
     view.bits_ = bits;
@@ -68,8 +68,7 @@ struct ValueCore {
 
   // Makes the value hold the cell, whose count it takes over; the value must hold nothing counted.
   static void hold(Value& value, Counted* cell, ValueTag tag) noexcept {
-    value.bits_.payload = payload(cell);
-    value.bits_.tag = tag;
+    value.bits_ = ValueBits::make(payload(cell), tag);
   }
   // The root of a new document; a scalar does not keep the document.
   static Value take(Document* document) noexcept;

@@ -14,52 +14,41 @@ using detail::ValueCore;
 using detail::ValueTag;
 
 std::optional<Number> ValueView::storedNumber() const {
-  switch (bits_.tag) {
-    case ValueTag::false_:
-      return Number(false);
-    case ValueTag::true_:
-      return Number(true);
-    case ValueTag::int64:
-      return Number(static_cast<std::int64_t>(bits_.payload));
-    case ValueTag::uint64:
-      return Number(bits_.payload);
-    case ValueTag::float64:
-      return Number(std::bit_cast<double>(bits_.payload));
-    case ValueTag::decimal:
-      return Number(ValueCore::cell<DecimalCell>(*this).decimal);
-    default:
-      return std::nullopt;
+  switch (bits_.tag()) {
+    case ValueTag::false_: return Number(false);
+    case ValueTag::true_: return Number(true);
+    case ValueTag::int64: return Number(static_cast<std::int64_t>(bits_.payload));
+    case ValueTag::uint64: return Number(bits_.payload);
+    case ValueTag::float64: return Number(std::bit_cast<double>(bits_.payload));
+    case ValueTag::decimal: return Number(ValueCore::cell<DecimalCell>(*this).decimal);
+    default: return std::nullopt;
   }
 }
 
 std::optional<std::string_view> ValueView::text() const noexcept {
-  if (bits_.tag == ValueTag::frozenText) return ValueCore::document(*this).nodeText(bits_.node);
-  if (bits_.tag == ValueTag::text) return std::string_view(ValueCore::cell<TextCell>(*this).text);
+  if (bits_.tag() == ValueTag::frozenText) return ValueCore::document(*this).nodeText(bits_.node());
+  if (bits_.tag() == ValueTag::text) return std::string_view(ValueCore::cell<TextCell>(*this).text);
   return std::nullopt;
 }
 
 std::size_t ValueView::size() const noexcept {
-  switch (bits_.tag) {
+  switch (bits_.tag()) {
     case ValueTag::frozenArray:
-    case ValueTag::frozenMap:
-      return ValueCore::document(*this).nodes[bits_.node].count();
-    case ValueTag::array:
-      return ValueCore::cell<ArrayCell>(*this).elements.size();
-    case ValueTag::map:
-      return ValueCore::cell<MapCell>(*this).members.size();
-    default:
-      return 0;
+    case ValueTag::frozenMap: return ValueCore::document(*this).nodes[bits_.node()].count();
+    case ValueTag::array: return ValueCore::cell<ArrayCell>(*this).elements.size();
+    case ValueTag::map: return ValueCore::cell<MapCell>(*this).members.size();
+    default: return 0;
   }
 }
 
 ValueView ValueView::element(std::size_t index) const noexcept {
-  if (bits_.tag == ValueTag::frozenArray) {
+  if (bits_.tag() == ValueTag::frozenArray) {
     const Document& document = ValueCore::document(*this);
-    const Node& node = document.nodes[bits_.node];
+    const Node& node = document.nodes[bits_.node()];
     if (index >= node.count()) return {};
     return ValueCore::view(document.bits(node.first() + static_cast<std::uint32_t>(index)));
   }
-  if (bits_.tag == ValueTag::array) {
+  if (bits_.tag() == ValueTag::array) {
     const ValueArray& elements = ValueCore::cell<ArrayCell>(*this).elements;
     if (index < elements.size()) return elements[index];
   }
@@ -67,26 +56,26 @@ ValueView ValueView::element(std::size_t index) const noexcept {
 }
 
 std::pair<std::string_view, ValueView> ValueView::memberAt(std::size_t index) const noexcept {
-  if (bits_.tag == ValueTag::frozenMap) {
+  if (bits_.tag() == ValueTag::frozenMap) {
     const Document& document = ValueCore::document(*this);
-    const Node& node = document.nodes[bits_.node];
+    const Node& node = document.nodes[bits_.node()];
     if (index >= node.count()) return {};
     const std::uint32_t member = node.first() + static_cast<std::uint32_t>(index);
     return {document.keyText(document.nodes[member].key), ValueCore::view(document.bits(member))};
   }
-  if (bits_.tag == ValueTag::map) {
+  if (bits_.tag() == ValueTag::map) {
     const ValueMap& members = ValueCore::cell<MapCell>(*this).members;
     if (index < members.size()) return {members.at(index).first, members.at(index).second};
   }
   return {};
 }
 
-std::optional<ValueView> ValueView::member(KeyView key) const noexcept {
-  if (bits_.tag == ValueTag::frozenMap) {
+std::optional<ValueView> ValueView::member(const KeyView& key) const noexcept {
+  if (bits_.tag() == ValueTag::frozenMap) {
     const Document& document = ValueCore::document(*this);
-    const std::optional<std::uint32_t> node = document.member(bits_.node, key);
-    if (node) return ValueCore::view(document.bits(*node));
-  } else if (bits_.tag == ValueTag::map) {
+    const std::uint32_t node = document.member(bits_.node(), key);
+    if (node != Document::noNode) return ValueCore::view(document.bits(node));
+  } else if (bits_.tag() == ValueTag::map) {
     const Value* value = ValueCore::cell<MapCell>(*this).members.find(key.text());
     if (value) return *value;
   }
@@ -94,7 +83,7 @@ std::optional<ValueView> ValueView::member(KeyView key) const noexcept {
 }
 
 const std::any* ValueView::unsupported() const noexcept {
-  if (bits_.tag != ValueTag::unsupported) return nullptr;
+  if (bits_.tag() != ValueTag::unsupported) return nullptr;
   return &ValueCore::cell<detail::UnsupportedCell>(*this).thing;
 }
 

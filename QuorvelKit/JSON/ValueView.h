@@ -37,12 +37,21 @@ enum class ValueTag : std::uint8_t {
   frozenMap,
 };
 
-/// What a value is made of: scalars stand in the payload.
+/// What a value is made of: scalars stand in the payload; the other word holds the tag in its
+/// lowest byte, a small detail in the next two and the number of a document's node above. Whole
+/// words, because bytes written one by one and read together cost more than a look-up.
 struct ValueBits {
   std::uint64_t payload = 0;
-  std::uint32_t node = 0;
-  std::uint8_t spare[3] = {};
-  ValueTag tag = ValueTag::null;
+  std::uint64_t word = 0;
+
+  constexpr ValueTag tag() const noexcept { return static_cast<ValueTag>(word & 0xFFU); }
+  constexpr std::uint32_t detail() const noexcept { return (word >> 8U) & 0xFFFFU; }
+  constexpr std::uint32_t node() const noexcept { return static_cast<std::uint32_t>(word >> 32U); }
+  static constexpr ValueBits make(std::uint64_t payload, ValueTag tag, std::uint32_t node = 0,
+                                  std::uint32_t detail = 0) noexcept {
+    return {payload, static_cast<std::uint64_t>(tag) | (std::uint64_t{detail} << 8U) |
+                         (std::uint64_t{node} << 32U)};
+  }
 };
 
 struct ValueCore;
@@ -66,33 +75,29 @@ class QUORVELKIT_EXPORT ValueView {
         Kind::null,  Kind::boolean, Kind::boolean, Kind::number, Kind::number, Kind::number,
         Kind::null,  Kind::null,    Kind::null,    Kind::number, Kind::text,   Kind::unsupported,
         Kind::array, Kind::map,     Kind::text,    Kind::array,  Kind::map};
-    return kinds[static_cast<std::size_t>(bits_.tag)];
+    return kinds[static_cast<std::size_t>(bits_.tag())];
   }
   bool isNull() const noexcept { return kind() == Kind::null; }
 
   std::optional<bool> boolean() const noexcept {
-    if (bits_.tag == detail::ValueTag::true_) return true;
-    if (bits_.tag == detail::ValueTag::false_) return false;
+    if (bits_.tag() == detail::ValueTag::true_) return true;
+    if (bits_.tag() == detail::ValueTag::false_) return false;
     return std::nullopt;
   }
   /// A number as a double; integers beyond 2^53 are rounded. A boolean is no number.
   std::optional<double> number() const {
-    switch (bits_.tag) {
-      case detail::ValueTag::float64:
-        return std::bit_cast<double>(bits_.payload);
+    switch (bits_.tag()) {
+      case detail::ValueTag::float64: return std::bit_cast<double>(bits_.payload);
       case detail::ValueTag::int64:
         return static_cast<double>(static_cast<std::int64_t>(bits_.payload));
-      case detail::ValueTag::uint64:
-        return static_cast<double>(bits_.payload);
-      case detail::ValueTag::decimal:
-        return storedNumber()->doubleValue();
-      default:
-        return std::nullopt;
+      case detail::ValueTag::uint64: return static_cast<double>(bits_.payload);
+      case detail::ValueTag::decimal: return storedNumber()->doubleValue();
+      default: return std::nullopt;
     }
   }
   /// A number that is exactly a 64-bit signed integer: 3 and 3.0, not 3.5 and not 1e300.
   std::optional<std::int64_t> exactInt64() const {
-    if (bits_.tag == detail::ValueTag::int64) return static_cast<std::int64_t>(bits_.payload);
+    if (bits_.tag() == detail::ValueTag::int64) return static_cast<std::int64_t>(bits_.payload);
     return kind() == Kind::number ? storedNumber()->exactInt64() : std::nullopt;
   }
   /// A number or a boolean as it is stored.
@@ -106,7 +111,7 @@ class QUORVELKIT_EXPORT ValueView {
   /// A member of a map by its place in the order; an empty key and null beyond its end.
   std::pair<std::string_view, ValueView> memberAt(std::size_t index) const noexcept;
   /// A member of a map by its key; absent when there is none.
-  std::optional<ValueView> member(KeyView key) const noexcept;
+  std::optional<ValueView> member(const KeyView& key) const noexcept;
 
   /// A thing of no JSON kind; null for every other kind.
   const std::any* unsupported() const noexcept;

@@ -103,22 +103,16 @@ bool Writer::child(Frame& frame, ValueView& value) {
 
 bool Writer::scalar(const ValueView& value) {
   switch (value.kind()) {
-    case ValueView::Kind::null:
-      out_ += "null";
-      return true;
-    case ValueView::Kind::boolean:
-      out_ += *value.boolean() ? "true" : "false";
-      return true;
-    case ValueView::Kind::text:
-      return text(*value.text());
+    case ValueView::Kind::null: out_ += "null"; return true;
+    case ValueView::Kind::boolean: out_ += *value.boolean() ? "true" : "false"; return true;
+    case ValueView::Kind::text: return text(*value.text());
     case ValueView::Kind::number: {
       const Number number = *value.storedNumber();
       if (!std::isfinite(number.doubleValue())) return false;
       std::visit([&](const auto& stored) { appendText(out_, stored); }, number.value());
       return true;
     }
-    default:
-      return false;
+    default: return false;
   }
 }
 

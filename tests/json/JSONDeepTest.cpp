@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <QuorvelKit/JSON/JSON.h>
+
+#include <gtest/gtest.h>
+#include <pthread.h>
+
+#include <functional>
+
+namespace quorvelkit {
+namespace {
+
+// Runs the block on a thread with a stack of 256 kB.
+void onSmallStack(std::function<void()> block) {
+  pthread_attr_t attributes;
+  ASSERT_EQ(pthread_attr_init(&attributes), 0);
+  ASSERT_EQ(pthread_attr_setstacksize(&attributes, 256 * 1024), 0);
+  pthread_t thread = {};
+  const auto run = [](void* argument) -> void* {
+    (*static_cast<std::function<void()>*>(argument))();
+    return nullptr;
+  };
+  ASSERT_EQ(pthread_create(&thread, &attributes, run, &block), 0);
+  pthread_join(thread, nullptr);
+  pthread_attr_destroy(&attributes);
+}
+
+constexpr int depth = 200'000;
+
+// Arrays and maps in turns, around a leaf.
+JSON nested(const Value& leaf) {
+  Value value = leaf;
+  for (int i = 0; i < depth; ++i) {
+    if (i % 2 == 0) {
+      value = Value(ValueArray{std::move(value), 1});
+    } else {
+      value = Value(ValueMap{{"k", std::move(value)}});
+    }
+  }
+  return value;
+}
+
+TEST(JSONDeepTest, DepthCostsNoStack) {
+  onSmallStack([] {
+    const JSON a = nested("leaf");
+    JSON b = nested("leaf");
+    EXPECT_EQ(a, b);
+    EXPECT_NE(a, nested("other"));
+    const JSON copy = b;
+    std::vector<JSONKey> path;
+    for (int i = 0; i < depth; ++i)
+      path.emplace_back(i % 2 == 0 ? JSONKey("k") : JSONKey(0));
+    EXPECT_EQ(b[path].stringValue(), "leaf");
+    b.set(path, "changed");
+    EXPECT_EQ(b[path].stringValue(), "changed");
+    EXPECT_EQ(copy[path].stringValue(), "leaf");
+    const std::optional<Data> bytes = b.rawData();
+    ASSERT_TRUE(bytes);
+    EXPECT_TRUE(bytes->view().starts_with(R"({"k":[{"k":)"));
+    EXPECT_GT(bytes->size(), std::size_t{depth});
+  });
+}
+
+TEST(JSONDeepTest, HostileDocumentsAreRefusedOrRead) {
+  onSmallStack([] {
+    const std::size_t million = 1'000'000;
+    for (const char* opening : {"[", "{\"a\":", "[{\"a\":"}) {
+      std::string text;
+      while (text.size() < million)
+        text += opening;
+      EXPECT_EQ(JSON::parse(text).type(), JSON::Type::null);
+    }
+    const std::string deepest = std::string(512, '[') + std::string(512, ']');
+    EXPECT_EQ(JSON::parse(deepest).type(), JSON::Type::array);
+    EXPECT_EQ(JSON::parse("[" + deepest + "]").type(), JSON::Type::null);
+
+    std::string members = "{";
+    for (std::size_t i = 0; i < million; ++i)
+      members += "\"" + std::to_string(i) + "\":1,";
+    const JSON map = JSON::parse(members + "\"0\":2}");
+    EXPECT_EQ(map.size(), million);
+    EXPECT_EQ(map["0"], 2);
+    EXPECT_EQ(map["999999"], 1);
+
+    const std::string longText(100'000'000, 'x');
+    EXPECT_EQ(JSON::parse("[\"" + longText + "\"]")[0].view().text(), longText);
+    EXPECT_EQ(JSON::parse("[" + std::string(million, '9') + "]").type(), JSON::Type::null);
+    EXPECT_EQ(JSON::parse("[0." + std::string(million, '0') + "1]")[0], 0);
+  });
+}
+
+}  // namespace
+}  // namespace quorvelkit

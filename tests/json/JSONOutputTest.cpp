@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <QuorvelKit/JSON/JSON.h>
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <limits>
+#include <sstream>
+
+namespace quorvelkit {
+namespace {
+
+using namespace std::string_literals;
+
+TEST(JSONOutputTest, WritesDocuments) {
+  const JSON json =
+      JSON::parse(R"({"b":[1,2.5,"\u00e9\"\\\n\u0001\u007f/"],"a":{},"c":[],"":null})");
+  EXPECT_EQ(json.rawData()->view(),
+            "{\"b\":[1,2.5,\"\xC3\xA9\\\"\\\\\\n\\u0001\x7F/\"],\"a\":{},\"c\":[],\"\":null}");
+  EXPECT_EQ(json.rawString(), json.description());
+  EXPECT_EQ(json.description(),
+            "{\n  \"b\": [\n    1,\n    2.5,\n    \"\xC3\xA9\\\"\\\\\\n\\u0001\x7F/\"\n  ],\n"
+            "  \"a\": {},\n  \"c\": [],\n  \"\": null\n}");
+  EXPECT_EQ(json.rawData(JSONWritingOptions::sortedKeys)->view().substr(0, 23),
+            "{\"\":null,\"a\":{},\"b\":[1,");
+  EXPECT_THAT(
+      std::string(
+          json.rawData(JSONWritingOptions::sortedKeys | JSONWritingOptions::prettyPrinted)->view()),
+      testing::StartsWith("{\n  \"\": null,\n  \"a\": {},"));
+  std::ostringstream out;
+  out << json;
+  EXPECT_EQ(out.str(), json.description());
+}
+
+TEST(JSONOutputTest, RefusesWhatIsNoDocument) {
+  const double huge = std::numeric_limits<double>::infinity();
+  ValueMap badKey;
+  badKey.set("\xC3", 1);
+  const JSON refused[] = {
+      1,
+      "text",
+      true,
+      JSON(),
+      JSON::makeArray({huge}),
+      JSON::makeArray({std::nan("")}),
+      JSON::makeArray({Decimal::notANumber()}),
+      JSON::makeDictionary({{"a", JSON::makeArray({Value::unsupported(1)})}}),
+      JSON::makeArray({"\xFF"}),
+      badKey,
+      JSON(Value::unsupported(1)),
+  };
+  for (const JSON& json : refused) {
+    std::optional<Error> error;
+    EXPECT_EQ(json.rawData(JSONWritingOptions::none, &error), std::nullopt);
+    EXPECT_EQ(error, Error::described(std::string(ErrorDomain), 490, "JSON is invalid"));
+    EXPECT_EQ(json.description() == "unknown", !json.empty() || json.type() == JSON::Type::unknown);
+  }
+  EXPECT_EQ(JSON::makeArray({Decimal::parse("1e100"), -0.0}).rawData()->view(), "[1e+100,-0]");
+}
+
+TEST(JSONOutputTest, DecodesItsBytesWithTheEncoding) {
+  const JSON scalars[] = {"t\xC3\xA9", 42, 2.5, true, JSON()};
+  const char* const texts[] = {"t\xC3\xA9", "42", "2.5", "true", "null"};
+  for (std::size_t i = 0; i < std::size(scalars); ++i) {
+    EXPECT_EQ(scalars[i].rawString(TextEncoding::utf32), texts[i]);
+  }
+  EXPECT_EQ(JSON(Value::unsupported(1)).rawString(), std::nullopt);
+  const JSON accented = JSON::makeArray({"\xC3\xA9"});
+  const auto decoded = [](const JSON& json, TextEncoding encoding) {
+    return json.rawString(encoding, JSONWritingOptions::none);
+  };
+  EXPECT_EQ(decoded(accented, TextEncoding::utf8), "[\"\xC3\xA9\"]");
+  EXPECT_EQ(decoded(accented, TextEncoding::ascii), std::nullopt);
+  EXPECT_EQ(decoded(accented, TextEncoding::isoLatin1), "[\"\xC3\x83\xC2\xA9\"]");
+  EXPECT_EQ(decoded(JSON::makeArray({1}), TextEncoding::ascii), "[1]");
+  EXPECT_EQ(decoded(JSON::makeArray({1}), TextEncoding::utf16), std::nullopt) << "three bytes";
+  EXPECT_EQ(decoded(JSON::makeArray({}), TextEncoding::utf16BigEndian), "\u5B5D");
+}
+
+TEST(JSONOutputTest, DecodesTexts) {
+  using E = TextEncoding;
+  const struct {
+    std::string bytes;
+    E encoding;
+    std::optional<std::string> text;
+  } cases[] = {
+      {"\0a\x20\xAC"s, E::utf16, "a\u20AC"},
+      {"\xFE\xFF\0a"s, E::utf16, "a"},
+      {"\xFF\xFE\x61\0"s, E::utf16, "a"},
+      {"\xFE\xFF\0a"s, E::utf16BigEndian, "\uFEFFa"},
+      {"a\0"s, E::utf16LittleEndian, "a"},
+      {"\x3D\xD8\0\xDE"s, E::utf16LittleEndian, "\U0001F600"},
+      {"\xD8\x3D"s, E::utf16BigEndian, {}},
+      {"\xD8\x3D\0a"s, E::utf16BigEndian, {}},
+      {"\xDE\0"s, E::utf16BigEndian, {}},
+      {"\0"s, E::utf16BigEndian, {}},
+      {"\0\0\0a"s, E::utf32, "a"},
+      {"\0\0\xFE\xFF\0\0\0a"s, E::utf32, "a"},
+      {"\xFF\xFE\0\0\x61\0\0\0"s, E::utf32, "a"},
+      {"\0\1\xF6\0"s, E::utf32BigEndian, "\U0001F600"},
+      {"\0\xF6\1\0"s, E::utf32LittleEndian, "\U0001F600"},
+      {"\0\x11\0\0"s, E::utf32BigEndian, {}},
+      {"\0\0\xD8\0"s, E::utf32BigEndian, {}},
+      {"\0\0\0"s, E::utf32BigEndian, {}},
+      {"\xE9"s, E::isoLatin1, "\u00E9"},
+      {"\xE9"s, E::utf8, {}},
+      {"\x80"s, E::ascii, {}},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(decodedText(c.bytes, c.encoding), c.text) << static_cast<int>(c.encoding);
+  }
+  for (int encoding = 0; encoding <= static_cast<int>(E::utf32LittleEndian); ++encoding) {
+    EXPECT_EQ(decodedText("", static_cast<E>(encoding)), "");
+  }
+}
+
+}  // namespace
+}  // namespace quorvelkit

@@ -1,0 +1,235 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <QuorvelKit/JSON/JSON.h>
+
+#include <gmock/gmock.h>
+
+#include <functional>
+
+namespace application {
+
+// Keys of an application's own, in the three ways there are.
+struct Member {
+  const char* name;
+  quorvelkit::JSONKey jsonKey() const { return quorvelkit::JSONKey::key(name); }
+};
+struct Position {
+  int index;
+};
+quorvelkit::JSONKey jsonKey(const Position& position) {
+  return quorvelkit::JSONKey::index(position.index);
+}
+enum class Field { a, list };
+constexpr quorvelkit::KeyView keyView(Field field) { return field == Field::a ? "a" : "list"; }
+
+}  // namespace application
+
+namespace quorvelkit {
+namespace {
+
+using application::Field;
+using application::Member;
+using application::Position;
+
+static_assert(JSONSubscriptType<int> && JSONSubscriptType<std::string> &&
+              JSONSubscriptType<Member> && JSONSubscriptType<Position> &&
+              JSONSubscriptType<Field> && JSONSubscriptType<JSONKey>);
+static_assert(!JSONSubscriptType<bool> && !JSONSubscriptType<char> && !JSONSubscriptType<double>);
+template <class T>
+concept SubscriptsJSON = requires(const JSON json, T t) {
+  json[t];
+};
+static_assert(SubscriptsJSON<unsigned char> && SubscriptsJSON<std::size_t>);
+static_assert(!SubscriptsJSON<bool> && !SubscriptsJSON<char> && !SubscriptsJSON<double>);
+
+JSON sample() {
+  return JSON::parse(R"({"a":{"b":[10,20,{"c":"deep"}]},"list":[1,2],"n":null,"s":"text"})");
+}
+// The same value, but none of its containers stands in a parsed document.
+JSON changedSample() {
+  JSON json = sample();
+  json.set({"a", "b", 2, "c"}, "other");
+  json.set({"a", "b", 2, "c"}, "deep");
+  json.set({"list", 0}, 1);
+  return json;
+}
+
+TEST(JSONSubscriptTest, ReadsOrSaysWhyNot) {
+  const std::string longKey(100, 'k');
+  const struct {
+    std::vector<JSONKey> path;
+    std::optional<JSON> value;
+    std::int64_t code = 0;
+    std::string message;
+  } cases[] = {
+      {{}, sample(), 0, ""},
+      {{"a", "b", 1}, 20, 0, ""},
+      {{"a", "b", 2, "c"}, "deep", 0, ""},
+      {{"n"}, nullptr, 0, ""},
+      {{"x"}, {}, 500, "Dictionary[\"x\"] does not exist"},
+      {{""}, {}, 500, "Dictionary[\"\"] does not exist"},
+      {{"twelve chars"}, {}, 500, "Dictionary[\"twelve chars\"] does not exist"},
+      {{"thirteen chrs"}, {}, 500, "Dictionary[\"thirteen chrs\"] does not exist"},
+      {{longKey}, {}, 500, "Dictionary[\"" + longKey + "\"] does not exist"},
+      {{0}, {}, 901, "Array[0] failure, It is not an array"},
+      {{"s", "k"}, {}, 901, "Dictionary[\"k\"] failure, It is not an dictionary"},
+      {{"n", 3}, {}, 901, "Array[3] failure, It is not an array"},
+      {{"list", 2}, {}, 900, "Array[2] is out of bounds"},
+      {{"list", -1}, {}, 900, "Array[-1] is out of bounds"},
+      {{"list", UINT64_MAX}, {}, 900, "Array[9223372036854775807] is out of bounds"},
+      {{"list", "k"}, {}, 901, "Dictionary[\"k\"] failure, It is not an dictionary"},
+      // The error of the first step that broke stays.
+      {{"x", 0, "y"}, {}, 500, "Dictionary[\"x\"] does not exist"},
+      {{"list", 5, longKey}, {}, 900, "Array[5] is out of bounds"},
+      {{"s", longKey, 1, "y"},
+       {},
+       901,
+       "Dictionary[\"" + longKey + "\"] failure, It is not an dictionary"},
+  };
+  for (const JSON& json : {sample(), changedSample()}) {
+    for (const auto& c : cases) {
+      SCOPED_TRACE(c.message);
+      const JSON whole = json[c.path];
+      JSON stepwise = json;
+      for (const JSONKey& step : c.path)
+        stepwise = stepwise[step];
+      for (const JSON& read : {whole, stepwise}) {
+        EXPECT_EQ(read, c.value.value_or(JSON()));
+        EXPECT_EQ(read.exists(), c.code != 500);
+        ASSERT_EQ(read.error().has_value(), c.code != 0);
+        if (c.code == 0) continue;
+        EXPECT_EQ(read.type(), JSON::Type::null);
+        EXPECT_EQ(*read.error(), Error::described(std::string(ErrorDomain), c.code, c.message));
+      }
+    }
+  }
+}
+
+TEST(JSONSubscriptTest, TakesEveryKindOfStep) {
+  const JSON json = sample();
+  const std::string key = "list";
+  EXPECT_EQ(json[key][0], 1);
+  EXPECT_EQ(json[std::string_view(key)][std::size_t{1}], 2);
+  EXPECT_EQ(json[Field::list][std::int64_t{0}], 1);
+  EXPECT_EQ(json[Member{"list"}][Position{1}], 2);
+  EXPECT_EQ((json[{Field::a, Member{"b"}, Position{1}}]), 20);
+  EXPECT_EQ((json[{"list", 2}].error()->code()), 900) << "not a text cut off after two letters";
+  EXPECT_EQ((json[{"list"}][0U]), 1);
+  JSON copy = json;
+  copy.set(Member{"list"}, JSON::makeArray({5}));
+  copy["list"];
+  EXPECT_EQ(copy[Field::list][0], 5);
+}
+
+TEST(JSONSubscriptTest, WritesWhereItFits) {
+  using Write = std::function<void(JSON&)>;
+  const JSON failed = sample()["x"];
+  const JSON unknown(Value::unsupported(1));
+  const struct {
+    const char* text;
+    Write write;
+    const char* result;
+  } cases[] = {
+      {"{}", [](JSON& j) { j.set("a", 1); }, R"({"a":1})"},
+      {R"({"a":1,"b":2})", [](JSON& j) { j.set("a", "x"); }, R"({"a":"x","b":2})"},
+      {"[1,2]", [](JSON& j) { j.set(1, true); }, "[1,true]"},
+      {"[1,2]", [](JSON& j) { j.set(2, 3); }, "[1,2]"},
+      {"[1,2]", [](JSON& j) { j.set("a", 3); }, "[1,2]"},
+      {R"({"a":1})", [](JSON& j) { j.set(0, 3); }, R"({"a":1})"},
+      {R"({"a":1})", [](JSON& j) { j.set(-1, 3); }, R"({"a":1})"},
+      // What carries an error is not stored, except at the end of a path, as null.
+      {R"({"a":1})", [&](JSON& j) { j.set("a", failed); }, R"({"a":1})"},
+      {R"({"a":1})", [&](JSON& j) { j.set("a", unknown); }, R"({"a":1})"},
+      {"[1]", [&](JSON& j) { j.set(0, failed); }, "[1]"},
+      {"[1]", [&](JSON& j) { j.set(-1, failed); }, "[1]"},
+      {R"({"a":1})", [&](JSON& j) { j.set({"a"}, failed); }, R"({"a":null})"},
+      {R"({"a":[1]})",
+       [&](JSON& j) {
+         j.set({"a", 0}, unknown);
+       },
+       R"({"a":[null]})"},
+      {R"({"a":{}})",
+       [](JSON& j) {
+         j.set({"a", "b"}, 1);
+       },
+       R"({"a":{"b":1}})"},
+      {"{}", [](JSON& j) { j.set({"a"}, 1); }, R"({"a":1})"},
+      {"{}",
+       [](JSON& j) {
+         j.set({"a", "b"}, 1);
+       },
+       "{}"},
+      {R"({"a":5})",
+       [](JSON& j) {
+         j.set({"a", "b"}, 1);
+       },
+       R"({"a":5})"},
+      {"[1,2]", [](JSON& j) { j.set({5}, 1); }, "[1,2]"},
+      {"[[1],2]",
+       [](JSON& j) {
+         j.set({0, 0}, 9);
+       },
+       "[[9],2]"},
+      {"[[1],2]",
+       [](JSON& j) {
+         j.set({-1, 0}, 9);
+       },
+       "[[1],2]"},
+      {"[[1],2]", [](JSON& j) { j.set(std::initializer_list<JSONKey>{}, 9); }, "[[1],2]"},
+      {"[{\"a\":[]}]",
+       [](JSON& j) {
+         j.set({0, "a", 0}, 9);
+       },
+       "[{\"a\":[]}]"},
+      {R"({"a":{"b":1}})",
+       [](JSON& j) {
+         j.set({"a", "b"}, j);
+       },
+       R"({"a":{"b":{"a":{"b":1}}}})"},
+      {"[1]", [](JSON& j) { j.set(0, j); }, "[[1]]"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.result);
+    JSON json = JSON::parse(c.text);
+    const JSON untouched = json;
+    c.write(json);
+    EXPECT_EQ(json.rawString(TextEncoding::utf8, JSONWritingOptions::none), c.result);
+    EXPECT_EQ(untouched, JSON::parse(c.text));
+    // The same once more, with the value written to already and shared again.
+    JSON again = JSON::parse(c.text);
+    if (again.type() == JSON::Type::array) again.set(0, again[0]);
+    if (again.type() == JSON::Type::dictionary) again.setDictionaryObject(again.dictionaryObject());
+    const JSON shared = again;
+    c.write(again);
+    EXPECT_EQ(again, json);
+    EXPECT_EQ(shared, untouched);
+  }
+  JSON array = JSON::parse("[1,[2]]");
+  EXPECT_DEATH(array.set(-1, 5), "Index out of range");
+  EXPECT_DEATH(array.set({-1}, 5), "Index out of range");
+  EXPECT_DEATH(array.set({1, -1}, 5), "Index out of range");
+}
+
+TEST(JSONSubscriptTest, FindsMembersOfLargeMaps) {
+  for (const int count : {1, 16, 17, 63, 64, 65, 1000, 20000}) {
+    std::string text = "{";
+    for (int i = 0; i < count; ++i) {
+      text += (i == 0 ? "\"key" : ",\"key") + std::to_string(i * 7919) + "\":" + std::to_string(i);
+    }
+    const JSON frozen = JSON::parse(text + "}");
+    JSON changed = frozen;
+    changed.set("added", -1);
+    ASSERT_EQ(frozen.size(), static_cast<std::size_t>(count));
+    ASSERT_EQ(changed.size(), frozen.size() + 1);
+    for (int i = 0; i < count; ++i) {
+      const std::string key = "key" + std::to_string(i * 7919);
+      ASSERT_EQ(frozen[key], i);
+      ASSERT_EQ(changed[key], i);
+      ASSERT_EQ(frozen[JSONIndex::dictionary(static_cast<std::size_t>(i))].first, key);
+      ASSERT_FALSE(frozen[key + "x"].exists());
+    }
+    EXPECT_FALSE(frozen["added"].exists());
+  }
+}
+
+}  // namespace
+}  // namespace quorvelkit

@@ -1,0 +1,231 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <QuorvelKit/JSON/JSON.h>
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <any>
+#include <limits>
+#include <ranges>
+
+namespace quorvelkit {
+namespace {
+
+using Type = JSON::Type;
+
+static_assert(sizeof(JSON) == 16);
+static_assert(std::ranges::forward_range<const JSON>);
+static_assert(!std::is_constructible_v<Value, char> && !std::is_convertible_v<Data, JSON>);
+
+JSON error900() { return JSON::makeArray({1})[7]; }
+
+TEST(JSONTest, TypesHaveTheirRawValues) {
+  const Type types[] = {Type::number,     Type::string, Type::bool_,  Type::array,
+                        Type::dictionary, Type::null,   Type::unknown};
+  for (int raw = 0; raw < 7; ++raw) {
+    EXPECT_EQ(JSON::typeFromRawValue(raw), types[raw]);
+    EXPECT_EQ(static_cast<int>(types[raw]), raw);
+  }
+  for (const std::int64_t raw : {std::int64_t{-1}, std::int64_t{7}, INT64_MAX, INT64_MIN}) {
+    EXPECT_EQ(JSON::typeFromRawValue(raw), std::nullopt);
+  }
+}
+
+TEST(JSONTest, IsMadeFromEveryKindOfObject) {
+  const std::string text = "text";
+  const struct {
+    JSON json;
+    Type type;
+    const char* description;
+  } cases[] = {
+      {JSON(), Type::null, "null"},
+      {nullptr, Type::null, "null"},
+      {Null(), Type::null, "null"},
+      {JSON::null(), Type::null, "null"},
+      {JSON::nullJSON(), Type::null, "null"},
+      {true, Type::bool_, "true"},
+      {Number(false), Type::bool_, "false"},
+      {1, Type::number, "1"},
+      {std::int8_t{-1}, Type::number, "-1"},
+      {std::numeric_limits<std::uint64_t>::max(), Type::number, "18446744073709551615"},
+      {1.5F, Type::number, "1.5"},
+      {2.0, Type::number, "2"},
+      {Decimal::parse("0.1"), Type::number, "0.1"},
+      {"literal", Type::string, "literal"},
+      {text, Type::string, "text"},
+      {std::string_view(text), Type::string, "text"},
+      {std::string("moved"), Type::string, "moved"},
+      {ValueArray{}, Type::array, "[]"},
+      {ValueMap{}, Type::dictionary, "{}"},
+      {std::vector<JSON>{1, "a"}, Type::array, "[\n  1,\n  \"a\"\n]"},
+      {JSONMap{{"k", 1}}, Type::dictionary, "{\n  \"k\": 1\n}"},
+      {JSON::makeArray({}), Type::array, "[]"},
+      {JSON::makeDictionary({{"a", 1}, {"b", 2}, {"a", JSON::makeArray({})}}), Type::dictionary,
+       "{\n  \"a\": [],\n  \"b\": 2\n}"},
+      {Value::unsupported(std::any(3)), Type::unknown, "unknown"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.description);
+    EXPECT_EQ(c.json.type(), c.type);
+    EXPECT_EQ(c.json.description(), c.description);
+    EXPECT_EQ(c.json.debugDescription(), c.description);
+    EXPECT_EQ(c.json.error().has_value(), c.type == Type::unknown);
+    EXPECT_TRUE(c.json.exists());
+    EXPECT_EQ(JSON::fromRawValue(c.json.rawValue()), std::optional(JSON(c.json.object())));
+  }
+}
+
+TEST(JSONTest, AnUnsupportedObjectMakesItUnknown) {
+  JSON json(Value::unsupported(std::string("thing")));
+  EXPECT_EQ(json.error()->code(), ErrorUnsupportedType);
+  EXPECT_EQ(json.error()->domain(), ErrorDomain);
+  EXPECT_EQ(json.error()->localizedDescription(), "It is a unsupported type");
+  EXPECT_TRUE(json.object().isNull());
+  EXPECT_EQ(JSON::fromRawValue(Value::unsupported(1)), std::nullopt);
+  // A read on it hands its error on; a value that was assigned anew has none.
+  EXPECT_EQ(json["key"].type(), Type::null);
+  EXPECT_EQ(json["key"].error()->code(), ErrorUnsupportedType);
+  EXPECT_EQ(json[0].error()->code(), ErrorUnsupportedType);
+  json.setObject(1);
+  EXPECT_EQ(json.error(), std::nullopt);
+
+  // Inside an array it is carried along and found out when it is read.
+  const JSON array = JSON::makeArray({1, Value::unsupported(7)});
+  EXPECT_EQ(array[1].type(), Type::unknown);
+  EXPECT_EQ((array[{1, "x"}].error()->code()), ErrorUnsupportedType);
+  const ValueArray elements = array.arrayObject().value();
+  EXPECT_EQ(std::any_cast<int>(*elements[1].unsupported()), 7);
+  EXPECT_EQ(array.rawData(), std::nullopt);
+  EXPECT_NE(array, array) << "an unsupported thing equals nothing";
+  // Wrapped elements give their objects, so an unknown one comes back as null.
+  EXPECT_TRUE(JSON(array.arrayValue())[1].object().isNull());
+  EXPECT_EQ(JSON(array.arrayValue())[1].type(), Type::null);
+}
+
+TEST(JSONTest, ParsingReportsThroughTheSlotOnly) {
+  const struct {
+    const char* text;
+    JSONReadingOptions options;
+    Type type;
+    bool fails;
+  } cases[] = {
+      {"\"abc\"", JSONReadingOptions::allowFragments, Type::string, false},
+      {" 12 ", JSONReadingOptions::allowFragments, Type::number, false},
+      {"true", JSONReadingOptions::allowFragments, Type::bool_, false},
+      {"null", JSONReadingOptions::allowFragments, Type::null, false},
+      {"null", JSONReadingOptions::none, Type::null, true},
+      {"12", JSONReadingOptions::none, Type::null, true},
+      {"\"abc\"", JSONReadingOptions::none, Type::null, true},
+      {"[]", JSONReadingOptions::none, Type::array, false},
+      {"{}", JSONReadingOptions::none, Type::dictionary, false},
+      {"", JSONReadingOptions::allowFragments, Type::null, true},
+      {"{\"a\":", JSONReadingOptions::allowFragments, Type::null, true},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.text);
+    std::optional<Error> error;
+    const JSON json(Data(std::string(c.text)), c.options, &error);
+    EXPECT_EQ(json.type(), c.type);
+    EXPECT_EQ(json.error(), std::nullopt);
+    EXPECT_TRUE(json.exists());
+    ASSERT_EQ(error.has_value(), c.fails);
+    if (!c.fails) continue;
+    EXPECT_EQ(error->domain(), ErrorDomain);
+    EXPECT_EQ(error->code(), ErrorInvalidJSON);
+  }
+  EXPECT_EQ(JSON(Data(std::string("[1]"))), JSON::parse("[1]"));
+  EXPECT_EQ(JSON::parse("\xFF").type(), Type::null);
+}
+
+TEST(JSONTest, KeepsTheDocumentAliveThatItWasReadFrom) {
+  JSON name;
+  {
+    const JSON document = JSON::parse(R"({"points":[{"name":"a long name on the heap"}]})");
+    name = document["points"][0]["name"];
+  }
+  EXPECT_EQ(name.stringValue(), "a long name on the heap");
+}
+
+TEST(JSONTest, IteratesOverPairs) {
+  using Pair = JSON::value_type;
+  const JSON array = JSON::parse("[5,\"x\"]");
+  JSON map = JSON::parse(R"({"b":1,"a":2})");
+  EXPECT_THAT(array, testing::ElementsAre(Pair("0", 5), Pair("1", "x")));
+  EXPECT_THAT(map, testing::ElementsAre(Pair("b", 1), Pair("a", 2)));
+  map.set("c", 3);
+  EXPECT_THAT(map, testing::ElementsAre(Pair("b", 1), Pair("a", 2), Pair("c", 3)));
+  EXPECT_EQ(std::count_if(map.begin(), map.end(),
+                          [](const Pair& pair) { return pair.second.intValue() > 1; }),
+            2);
+  EXPECT_EQ(array.startIndex(), JSONIndex::array(0));
+  EXPECT_EQ(array.endIndex(), JSONIndex::array(2));
+  EXPECT_EQ(map[map.startIndex().next()], Pair("a", 2));
+  for (const JSON& other :
+       {JSON(), JSON(1), JSON("text"), JSON(true), error900(), JSON(Value::unsupported(1))}) {
+    EXPECT_TRUE(other.empty());
+    EXPECT_EQ(other.size(), 0U);
+    EXPECT_EQ(other.startIndex(), JSONIndex::null());
+    EXPECT_EQ(other.endIndex(), JSONIndex::null());
+    EXPECT_TRUE(other.begin() == other.end());
+    EXPECT_EQ(other[JSONIndex::null()], Pair("", JSON()));
+  }
+  EXPECT_DEATH(array[array.endIndex()], "Index out of range");
+  EXPECT_DEATH(array[JSONIndex::dictionary(0)], "Index out of range");
+}
+
+TEST(JSONTest, IndexesCompareWithinTheirCase) {
+  const JSONIndex array1 = JSONIndex::array(1);
+  const JSONIndex array2 = JSONIndex::array(2);
+  EXPECT_TRUE(array1 < array2 && array2 > array1 && array1 != array2 && array1 == array1);
+  EXPECT_TRUE(JSONIndex::dictionary(1) <= JSONIndex::dictionary(1));
+  EXPECT_TRUE(JSONIndex::null() == JSONIndex::null() && !(JSONIndex::null() < JSONIndex::null()));
+  EXPECT_EQ(JSONIndex::null().next(), JSONIndex::null());
+  for (const JSONIndex other : {JSONIndex::dictionary(1), JSONIndex::null()}) {
+    EXPECT_FALSE(array1 == other || array1 < other || array1 > other || array1 <= other ||
+                 array1 >= other);
+  }
+}
+
+TEST(JSONTest, ViewsReadStrictly) {
+  const JSON json = JSON::parse(
+      R"({"i":3,"w":3.0,"f":3.5,"h":1e300,"u":18446744073709551615,"b":true,"t":"3","n":null,
+          "a":[1,"x"]})");
+  const auto view = [&](std::string_view key) { return json.view().member(key).value(); };
+  const struct {
+    const char* key;
+    ValueView::Kind kind;
+    std::optional<double> number;
+    std::optional<std::int64_t> integer;
+  } cases[] = {
+      {"i", ValueView::Kind::number, 3, 3},
+      {"w", ValueView::Kind::number, 3, 3},
+      {"f", ValueView::Kind::number, 3.5, {}},
+      {"h", ValueView::Kind::number, 1e300, {}},
+      {"u", ValueView::Kind::number, 18446744073709551615.0, {}},
+      {"b", ValueView::Kind::boolean, {}, {}},
+      {"t", ValueView::Kind::text, {}, {}},
+      {"n", ValueView::Kind::null, {}, {}},
+      {"a", ValueView::Kind::array, {}, {}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.key);
+    EXPECT_EQ(view(c.key).kind(), c.kind);
+    EXPECT_EQ(view(c.key).number(), c.number);
+    EXPECT_EQ(view(c.key).exactInt64(), c.integer);
+    EXPECT_EQ(view(c.key).boolean().has_value(), c.kind == ValueView::Kind::boolean);
+    EXPECT_EQ(view(c.key).text().has_value(), c.kind == ValueView::Kind::text);
+  }
+  EXPECT_EQ(json.view().member("none"), std::nullopt);
+  EXPECT_EQ(view("a").element(1).text(), "x");
+  EXPECT_TRUE(view("a").element(2).isNull());
+  EXPECT_TRUE(json.view().memberAt(99).second.isNull());
+  EXPECT_TRUE(view("i").element(0).isNull());
+  EXPECT_EQ(view("i").member("x"), std::nullopt);
+  EXPECT_EQ(Value(Decimal::parse("12e1")).exactInt64(), 120);
+  EXPECT_EQ(Value(Decimal::parse("1.2")).number(), 1.2);
+  EXPECT_EQ(Value(-9223372036854775808.0).exactInt64(), INT64_MIN);
+  EXPECT_EQ(Value(9223372036854775808.0).exactInt64(), std::nullopt);
+}
+
+}  // namespace
+}  // namespace quorvelkit

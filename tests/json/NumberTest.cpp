@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <QuorvelKit/JSON/Number.h>
+
+#include <gmock/gmock.h>
+
+#include <charconv>
+#include <limits>
+#include <random>
+
+namespace quorvelkit {
+namespace {
+
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
+Number decimal(std::string_view text) { return Decimal::parse(text); }
+
+TEST(NumberTest, KnowsWhatItWasMadeFrom) {
+  EXPECT_TRUE(Number(true).isBool() && trueNumber.isBool() && falseNumber.isBool());
+  EXPECT_EQ(trueNumber.storage(), trueObjCType);
+  EXPECT_EQ(falseNumber.storage(), falseObjCType);
+  for (const Number& number :
+       {Number(), Number(1), Number(1.0), Number(UINT64_MAX), decimal("1")}) {
+    EXPECT_FALSE(number.isBool());
+  }
+  EXPECT_EQ(Number(1U).storage(), Number::Storage::int64);
+  EXPECT_EQ(Number(UINT64_MAX).storage(), Number::Storage::uint64);
+}
+
+TEST(NumberTest, OrdersExactlyAcrossStorages) {
+  // Groups of equal numbers, each below the next.
+  const std::vector<std::vector<Number>> ascending = {
+      {nan, Decimal::notANumber()},
+      {-infinity},
+      {-1e300},
+      {-9223372036854777856.0},
+      {INT64_MIN, -9223372036854775808.0, decimal("-9223372036854775808")},
+      {-9007199254740993, decimal("-9007199254740993")},
+      {-9007199254740992, -9007199254740992.0},
+      {-1.5, decimal("-1.5")},
+      {-1, -1.0, decimal("-1e0")},
+      {decimal("-0.1")},
+      {-1e-310},
+      {0, -0.0, 0.0, decimal("0"), decimal("-0.0")},
+      {5e-324},
+      {decimal("1e-128")},
+      {decimal("0.1")},
+      {0.1},
+      {0.5, decimal("0.5")},
+      {1, 1.0, decimal("1.000")},
+      {9007199254740992, 9007199254740992.0},
+      {9007199254740993, decimal("9007199254740993")},
+      {9007199254740994.0},
+      {INT64_MAX},
+      {9223372036854775808U, 9223372036854775808.0, decimal("9223372036854775808")},
+      {18446744073709549568.0},
+      {UINT64_MAX},
+      {18446744073709551616.0, decimal("18446744073709551616")},
+      {decimal("12345678901234567890123456789012345677")},
+      {decimal("12345678901234567890123456789012345678")},
+      {decimal("1e127")},
+      {1e300},
+      {infinity},
+  };
+  for (std::size_t i = 0; i < ascending.size(); ++i) {
+    for (std::size_t j = 0; j < ascending.size(); ++j) {
+      for (const Number& a : ascending[i]) {
+        for (const Number& b : ascending[j]) {
+          EXPECT_EQ(Number::compare(a, b), i <=> j) << a.text() << " and " << b.text();
+          EXPECT_EQ(a == b, i == j);
+          EXPECT_EQ(a < b, i < j);
+          EXPECT_EQ(a >= b, i >= j);
+        }
+      }
+    }
+  }
+}
+
+TEST(NumberTest, BooleansCompareAmongThemselvesOnly) {
+  EXPECT_TRUE(Number(false) < Number(true) && Number(true) == trueNumber);
+  for (const Number& one : {Number(1), Number(1.0), decimal("1")}) {
+    EXPECT_EQ(Number::compare(Number(true), one), std::weak_ordering::equivalent);
+    EXPECT_FALSE(one == true || one < true || one > true || one <= true || one >= true);
+    EXPECT_TRUE(one != true);
+  }
+}
+
+TEST(NumberTest, WritesTheFewestDigits) {
+  const struct {
+    Number number;
+    const char* text;
+  } cases[] = {
+      {0, "0"},
+      {-0.0, "-0"},
+      {42, "42"},
+      {42.0, "42"},
+      {0.1, "0.1"},
+      {1.0 / 3, "0.3333333333333333"},
+      {100000.0, "100000"},
+      {1e-5, "0.00001"},
+      {9.5e-6, "9.5e-06"},
+      {12345678901234567.0, "12345678901234568"},
+      {9.9e16, "99000000000000000"},
+      {1e17, "1e+17"},
+      {-1.5e300, "-1.5e+300"},
+      {5e-324, "5e-324"},
+      {INT64_MIN, "-9223372036854775808"},
+      {UINT64_MAX, "18446744073709551615"},
+      {true, "1"},
+      {nan, "nan"},
+      {decimal("12.50"), "12.5"},
+      {decimal("-0.000012"), "-0.000012"},
+      {decimal("0.0000012"), "1.2e-06"},
+      {decimal("1e3"), "1000"},
+      {decimal("1e40"), "1e+40"},
+      {decimal("12345678901234567890123456789012345678"), "12345678901234567890123456789012345678"},
+      {Decimal::notANumber(), "nan"},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(c.number.text(), c.text);
+
+  std::mt19937_64 random(1);
+  for (int i = 0; i < 20000; ++i) {
+    const double value = std::bit_cast<double>(random());
+    if (!(value - value == 0)) continue;
+    const std::string text = Number(value).text();
+    double back = 0;
+    std::from_chars(text.data(), text.data() + text.size(), back);
+    ASSERT_EQ(back, value) << text;
+  }
+}
+
+TEST(NumberTest, ParsesDecimals) {
+  const std::string digits38 = "12345678901234567890123456789012345678";
+  const struct {
+    std::string text;
+    const char* result;  // null for not-a-number
+  } cases[] = {
+      {"12", "12"},
+      {" \t\n+12.5e1x", "125"},
+      {"12abc", "12"},
+      {"-.5", "-0.5"},
+      {"5.", "5"},
+      {"1.2.3", "1.2"},
+      {"1e", "1"},
+      {"1e+", "1"},
+      {"1E-2", "0.01"},
+      {"007", "7"},
+      {"0.000", "0"},
+      {"-0", "0"},
+      {digits38, "12345678901234567890123456789012345678"},
+      {digits38 + "4", "1.2345678901234567890123456789012345678e+38"},
+      {"0." + digits38 + "5", "0.12345678901234567890123456789012345679"},
+      {std::string(40, '9'), "1e+40"},
+      {"1" + std::string(120, '0'), "1e+120"},
+      {"1e127", "1e+127"},
+      {"1e128", "0"},
+      {"1e-128", "1e-128"},
+      {"1e-129", "0"},
+      {"1e99999999999999999999", "0"},
+      {"0e99999999999999999999", "0"},
+      {"", nullptr},
+      {" ", nullptr},
+      {"-", nullptr},
+      {".", nullptr},
+      {"e5", nullptr},
+      {"abc", nullptr},
+      {"nan", nullptr},
+      {"- 1", nullptr},
+  };
+  for (const auto& c : cases) {
+    const Decimal decimal = Decimal::parse(c.text);
+    EXPECT_EQ(decimal.isNotANumber(), c.result == nullptr) << c.text;
+    EXPECT_EQ(decimal.text(), c.result ? c.result : "nan") << c.text;
+  }
+}
+
+}  // namespace
+}  // namespace quorvelkit
