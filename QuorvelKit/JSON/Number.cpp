@@ -93,7 +93,8 @@ Digits digitsOf(double value) {
   int exponent = 0;
   const std::size_t sign = all[mark + 1] == '+' ? 1 : 0;
   std::from_chars(all.data() + mark + 1 + sign, end.ptr, exponent);
-  const std::string digits = std::string(1, all[0]) + std::string(all.substr(2, mark - 2));
+  std::string digits(1, all[0]);
+  digits += all.substr(2, mark - 2);
   return makeDigits(value < 0, digits, exponent - static_cast<std::int64_t>(digits.size()) + 1);
 }
 Digits digitsOf(std::int64_t value) {

@@ -45,10 +45,10 @@ void GzipTail::takeFraming(char c) {
 void GzipTail::takeContent(std::string_view content) {
   count_ += content.size();
   if (content.size() > last_.size()) content.remove_prefix(content.size() - last_.size());
-  std::rotate(last_.begin(), last_.begin() + static_cast<std::ptrdiff_t>(content.size()),
-              last_.end());
-  std::copy(content.begin(), content.end(),
-            last_.end() - static_cast<std::ptrdiff_t>(content.size()));
+  for (const char byte : content) {
+    std::copy(last_.begin() + 1, last_.end(), last_.begin());
+    last_.back() = static_cast<unsigned char>(byte);
+  }
 }
 
 bool GzipTail::isComplete(std::uint64_t decodedSize) const {
