@@ -72,6 +72,7 @@ EasyHandle::EasyHandle(const URLSessionConfiguration& configuration, CURLSH* sha
   curl_easy_setopt(easy_, CURLOPT_XFERINFOFUNCTION, onProgress);
   curl_easy_setopt(easy_, CURLOPT_DEBUGFUNCTION, onDebug);
   curl_easy_setopt(easy_, CURLOPT_SHARE, share);
+  curl_easy_setopt(easy_, CURLOPT_COOKIEFILE, "");  // Cookies, but no file.
   setFixedOptions(configuration);
 }
 

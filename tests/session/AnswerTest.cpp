@@ -260,7 +260,8 @@ TEST(AnswerTest, TheWholeTransferHasALimitToo) {
   const TestServer server([](Connection& connection) {
     connection.read();
     connection.send(okChunked + "\r\n");
-    while (connection.send("1\r\nx\r\n")) std::this_thread::sleep_for(10ms);
+    while (connection.send("1\r\nx\r\n"))
+      std::this_thread::sleep_for(10ms);
   });
   URLSessionConfiguration configuration;
   configuration.timeoutIntervalForResource = 200ms;

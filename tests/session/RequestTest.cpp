@@ -1,1 +1,205 @@
 // SPDX-License-Identifier: Apache-2.0
+// What servers see of requests: lines, bodies, connections, cookies, proxies.
+#include "tests/support/Call.h"
+#include "tests/support/TestServer.h"
+
+#include <QuorvelPlatform/HTTPURLResponse.h>
+#include <QuorvelPlatform/URLError.h>
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <latch>
+
+namespace quorvelkit {
+namespace {
+
+using namespace std::chrono_literals;
+using namespace quorvelkit::test;
+using testing::AllOf;
+using testing::Field;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+URLRequest request(const char* method, std::optional<std::string> body = std::nullopt,
+                   std::vector<HTTPHeaderFields::Field> fields = {}) {
+  URLRequest made = requestFor("http://127.0.0.1/");
+  made.setHTTPMethod(method);
+  if (body) made.setHTTPBody(Data(*std::move(body)));
+  for (const auto& [name, value] : fields)
+    made.setValue(value, name);
+  return made;
+}
+
+struct LineCase {
+  const char* name;
+  URLRequest request;
+  testing::Matcher<std::string> head;
+  std::string body;
+};
+
+TEST(RequestTest, RequestsAreSentAsTheyWereSet) {
+  const auto has = [](const char* text) { return HasSubstr(text); };
+  const auto lacks = [](const char* text) { return Not(HasSubstr(text)); };
+  const std::string large(2'000'000, 'x');
+  const LineCase cases[] = {
+      {"GET", request("get"),
+       AllOf(StartsWith("GET /a/../b%7e?c=d&e HTTP/1.1\r\n"), has("Accept: */*\r\n"),
+             has("Accept-Encoding: gzip, deflate, br\r\n"), has("User-Agent: QuorvelKit/"),
+             lacks("Content-"), lacks("#")),
+       ""},
+      {"HEAD", request("HEAD"), AllOf(StartsWith("HEAD /"), lacks("Content-")), ""},
+      {"POST", request("POST", "a=b"),
+       AllOf(StartsWith("POST /"), has("Content-Length: 3\r\n"),
+             has("Content-Type: application/x-www-form-urlencoded\r\n")),
+       "a=b"},
+      {"POST of a type", request("POST", "{}", {{"content-type", "application/json"}}),
+       AllOf(has("content-type: application/json\r\n"), lacks("form")), "{}"},
+      {"POST without a body", request("POST"),
+       AllOf(has("Content-Length: 0\r\n"), lacks("Content-Type")), ""},
+      {"POST of much", request("POST", large),
+       AllOf(lacks("Expect"), has("Content-Length: 2000000")), large},
+      {"PUT", request("put", "x"),
+       AllOf(StartsWith("PUT /"), has("Content-Length: 1\r\n"), lacks("Content-Type")), "x"},
+      {"PUT without a body", request("PUT"), has("Content-Length: 0\r\n"), ""},
+      {"DELETE", request("DELETE"), AllOf(StartsWith("DELETE /"), lacks("Content-")), ""},
+      {"DELETE with a body", request("DELETE", "x"), has("Content-Length: 1\r\n"), "x"},
+      {"a method of its own", request("pAtCh", "x"), StartsWith("pAtCh /"), "x"},
+      {"bytes that are no text", request("POST", std::string("\0\xff\r\n", 4)),
+       has("Content-Length: 4\r\n"), std::string("\0\xff\r\n", 4)},
+      {"own fields",
+       request("GET", {},
+               {{"x-oWn", "v"},
+                {"Empty", ""},
+                {"Accept", "a/b"},
+                {"User-Agent", "me"},
+                {"Accept-Encoding", "identity"},
+                {"Authorization", "secret"}}),
+       AllOf(has("x-oWn: v\r\n"), has("Empty:\r\n"), has("Accept: a/b\r\n"),
+             has("User-Agent: me\r\n"), has("Accept-Encoding: identity\r\n"),
+             has("Authorization: secret\r\n"), lacks("*/*"), lacks("QuorvelKit"), lacks("gzip")),
+       ""},
+      {"fields that are the session's business",
+       request("POST", "abc",
+               {{"Host", "evil"},
+                {"content-length", "1"},
+                {"Connection", "close"},
+                {"Transfer-Encoding", "chunked"},
+                {"Expect", "100-continue"},
+                {"Proxy-Authorization", "x"}}),
+       AllOf(lacks("evil"), has("Content-Length: 3\r\n"), lacks("close"), lacks("chunked"),
+             lacks("100-"), lacks("Proxy")),
+       "abc"},
+  };
+  const Awaited<ReceivedRequest> none;
+  for (const auto& [name, base, head, body] : cases) {
+    SCOPED_TRACE(name);
+    const Awaited<ReceivedRequest> seen;
+    const TestServer server(TestServer::answering([&](const auto& received, auto& connection) {
+      seen.set(received);
+      connection.answer(200);
+    }));
+    URLRequest sent = base;
+    sent.setURL(*URL::parse(server.url("/a/../b%7e?c=d&e#f")));
+    EXPECT_EQ(send(sent).code(), 0);
+    EXPECT_THAT(seen.get().head, head);
+    EXPECT_EQ(seen.get().body, body);
+    EXPECT_EQ(seen.get().value("Host"), "127.0.0.1:" + std::to_string(server.port()));
+  }
+}
+
+TEST(RequestTest, ConnectionsAreKeptAndAtMostSix) {
+  std::latch six(6);
+  const TestServer server(TestServer::answering([&](const auto& received, auto& connection) {
+    if (received.target == "/together") six.arrive_and_wait();
+    connection.answer(200, received.target);
+  }));
+  const auto session = URLSession::make();
+  for (int i = 0; i < 5; ++i)
+    EXPECT_EQ(send(requestFor(server.url()), session).code(), 0);
+  EXPECT_EQ(server.connectionCount(), 1);
+  // The latch opens only when six answer at a time.
+  std::list<Call> calls;
+  for (int i = 0; i < 6; ++i)
+    calls.emplace_back(requestFor(server.url("/together")), session);
+  for (int i = 0; i < 30; ++i)
+    calls.emplace_back(requestFor(server.url("/more")), session);
+  for (const Call& call : calls)
+    call.task->resume();
+  for (const Call& call : calls)
+    EXPECT_EQ(call.result().code(), 0);
+  EXPECT_EQ(server.peakCount(), 6);
+  EXPECT_EQ(server.connectionCount(), 6);
+}
+
+// The server takes a second request on a kept connection and closes without an answer.
+TEST(RequestTest, OnlyAnIdempotentRequestIsSentAgainOnADeadConnection) {
+  for (const char* method : {"GET", "PUT", "POST", "PATCH", "own"}) {
+    SCOPED_TRACE(method);
+    std::atomic<int> seen = 0;
+    const TestServer server([&](Connection& connection) {
+      while (const auto received = connection.read()) {
+        if (received->target == "/second" && ++seen == 1) return;
+        connection.answer(200);
+      }
+    });
+    const auto session = URLSession::make();
+    ASSERT_EQ(send(requestFor(server.url("/first")), session).code(), 0);
+    URLRequest second = requestFor(server.url("/second"));
+    second.setHTTPMethod(method);
+    const Result result = send(second, session);
+    const bool idempotent = second.httpMethod() == "GET" || second.httpMethod() == "PUT";
+    EXPECT_EQ(result.code(), idempotent ? 0 : URLError::networkConnectionLost);
+    EXPECT_EQ(seen, idempotent ? 2 : 1);
+  }
+}
+
+TEST(RequestTest, CookiesLiveInTheirSessionAndGoInOneLine) {
+  std::string lastCookie;
+  const TestServer server(TestServer::answering([&](const auto& received, auto& connection) {
+    lastCookie = received.value("Cookie");
+    connection.answer(200, "",
+                      received.target == "/set"
+                          ? "Set-Cookie: a=1\r\nSet-Cookie: gone=2; Max-Age=0\r\n"
+                            "Set-Cookie: deep=3; Path=/deep\r\n"
+                            "Set-Cookie: else=5; Domain=other.invalid\r\n"
+                          : "");
+  }));
+  const auto session = URLSession::make();
+  const auto cookieSeen = [&](const char* path, const std::shared_ptr<URLSession>& by,
+                              std::optional<std::string_view> own = std::nullopt) {
+    URLRequest sent = requestFor(server.url(path));
+    sent.setValue(own, "Cookie");
+    EXPECT_EQ(send(sent, by).code(), 0);
+    return lastCookie;
+  };
+  EXPECT_EQ(cookieSeen("/set", session), "(none)");
+  EXPECT_EQ(cookieSeen("/", session), "a=1");
+  EXPECT_EQ(cookieSeen("/deep/", session), "deep=3; a=1");
+  EXPECT_EQ(cookieSeen("/", session, "own=6"), "a=1; own=6");
+  EXPECT_EQ(cookieSeen("/", session), "a=1");
+  EXPECT_EQ(cookieSeen("/", URLSession::make()), "(none)");
+  EXPECT_EQ(cookieSeen("/", URLSession::make(), "own=6"), "own=6");
+}
+
+TEST(RequestTest, TheProxyComesFromTheConfigurationNeverFromTheEnvironment) {
+  const std::string dead = "http://127.0.0.1:" + std::to_string(unusedPort());
+  for (const char* name : {"http_proxy", "HTTP_PROXY", "all_proxy", "ALL_PROXY"}) {
+    setenv(name, dead.c_str(), 1);
+  }
+  setenv("no_proxy", "*", 1);
+  const TestServer server(TestServer::answering(
+      [](const auto& received, auto& connection) { connection.answer(200, received.target); }));
+  EXPECT_EQ(send(requestFor(server.url("/direct"))).body(), "/direct");
+  URLSessionConfiguration configuration;
+  configuration.proxy = server.url("");
+  const auto proxied = URLSession::make(configuration);
+  EXPECT_EQ(send(requestFor("http://far.invalid/away"), proxied).body(), "http://far.invalid/away");
+  configuration.proxy = dead;
+  EXPECT_EQ(send(requestFor(server.url()), URLSession::make(configuration)).code(),
+            URLError::cannotConnectToHost);
+}
+
+}  // namespace
+}  // namespace quorvelkit

@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: Apache-2.0
+// Cancellation, destruction, process exit and fork while requests are in flight.
+#include "tests/support/Call.h"
+#include "tests/support/Certificates.h"
+#include "tests/support/TestServer.h"
+
+#include <QuorvelPlatform/URLError.h>
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <random>
+
+namespace quorvelkit {
+namespace {
+
+using namespace quorvelkit::test;
+
+// Answers "/quick", keeps silent on "/stall", resets on "/reset".
+TestServer::Script script() {
+  return TestServer::answering([](const ReceivedRequest& received, Connection& connection) {
+    if (received.target == "/stall") return connection.stall();
+    if (received.target == "/reset") return connection.reset();
+    connection.answer(200, "quick");
+  });
+}
+
+TEST(LifetimeTest, TasksGoOnWithoutTheirSession) {
+  const TestServer server(script());
+  auto session = URLSession::make();
+  const Call call(requestFor(server.url("/quick")), session),
+      stalled(requestFor(server.url("/stall")), session);
+  call.task->resume();
+  stalled.task->resume();
+  session.reset();
+  EXPECT_EQ(call.result().body(), "quick");
+  EXPECT_FALSE(stalled.isDone());
+  stalled.task->cancel();
+  EXPECT_EQ(stalled.result().code(), URLError::cancelled);
+}
+
+TEST(LifetimeTest, AHandlerMayCancelAndStartOthersAndDropEverything) {
+  const TestServer server(script());
+  auto session = URLSession::make();
+  auto stalled = std::make_unique<Call>(requestFor(server.url("/stall")), session);
+  auto next = std::make_unique<Call>(requestFor(server.url("/quick")), session);
+  const Awaited<bool> dropped;
+  const auto nextTask = next->task;
+  auto first = std::make_unique<Call>(requestFor(server.url("/quick")), session, [&] {
+    stalled->task->cancel();
+    nextTask->resume();
+    stalled.reset();
+    session.reset();
+    dropped.set(true);
+  });
+  stalled->task->resume();
+  first->task->resume();
+  EXPECT_EQ(first->result().code(), 0);
+  EXPECT_TRUE(dropped.get());
+  EXPECT_EQ(next->result().body(), "quick");
+}
+
+TEST(LifetimeTest, AThousandCancellationsAtRandomMomentsCompleteOnceEach) {
+  const TestServer server(script());
+  const auto session = URLSession::make();
+  std::minstd_rand random(7);
+  const char* const paths[] = {"/quick", "/stall", "/reset"};
+  std::list<Call> calls;
+  for (int i = 0; i < 1000; ++i) {
+    calls.emplace_back(requestFor(server.url(paths[random() % 3])), session);
+    calls.back().task->resume();
+    if (random() % 4 == 0) std::this_thread::yield();
+    auto victim = std::prev(
+        calls.end(), 1 + static_cast<long>(random() % std::min<std::size_t>(calls.size(), 20)));
+    victim->task->cancel();
+  }
+  for (const Call& call : calls)
+    call.task->cancel();
+  for (const Call& call : calls) {
+    const Result result = call.result();
+    EXPECT_TRUE(result.code() == 0 || result.code() == URLError::cancelled ||
+                result.code() == URLError::networkConnectionLost)
+        << result.code();
+    EXPECT_EQ(result.data.has_value(), result.code() == 0);
+  }
+  // The session is as good as before, and nobody was called twice.
+  EXPECT_EQ(send(requestFor(server.url("/quick")), session).body(), "quick");
+  for (const Call& call : calls)
+    EXPECT_EQ(call.completions(), 1);
+}
+
+TEST(LifetimeTest, ProcessesEndInPeaceWithRequestsInFlight) {
+  const Certificates certificates;
+  const TestServer plain(script()), secure(script(), certificates.tls("good"));
+  for (const char* way : {"main", "handler", "protocol", "late", "fork"}) {
+    for (const TestServer* server : {&plain, &secure}) {
+      for (int round = 0; round < 5; ++round) {
+        SCOPED_TRACE(std::string(way) + ' ' + server->url());
+        const std::string command = std::string("exec '" QUORVELKIT_EXIT_PROGRAM "' ") + way + ' ' +
+                                    server->url() + ' ' + certificates.caFile();
+        const int status = std::system(command.c_str());
+        ASSERT_TRUE(WIFEXITED(status));
+        ASSERT_EQ(WEXITSTATUS(status), 0);
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace quorvelkit

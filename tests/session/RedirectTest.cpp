@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/support/Call.h"
+#include "tests/support/TestServer.h"
+
+#include <QuorvelPlatform/HTTPURLResponse.h>
+#include <QuorvelPlatform/URLError.h>
+
+#include <gmock/gmock.h>
+
+namespace quorvelkit {
+namespace {
+
+using namespace quorvelkit::test;
+
+// Answers "/STATUS?LOCATION" with a redirect there and everything else with what it saw.
+TestServer::Script redirecting() {
+  return TestServer::answering([](const ReceivedRequest& received, Connection& connection) {
+    const std::size_t question = received.target.find('?');
+    if (question != std::string::npos) {
+      connection.answer(std::stoi(received.target.substr(1)), "thrown away",
+                        "Location: " + received.target.substr(question + 1) + "\r\n");
+    } else {
+      connection.answer(200, received.method + ' ' + received.target + ' ' + received.body,
+                        "Seen: " + received.value("Authorization") + ',' +
+                            received.value("Accept") + ',' + received.value("Content-Type") + ',' +
+                            received.value("Cookie") + "\r\n");
+    }
+  });
+}
+
+struct MethodCase {
+  int status;
+  const char* method;
+  const char* body;
+  const char* seen;
+};
+
+TEST(RedirectTest, TheMethodFollowsTheStatus) {
+  const TestServer server(redirecting());
+  const MethodCase cases[] = {
+      {301, "GET", "", "GET /to "},       {301, "POST", "b", "GET /to "},
+      {301, "PUT", "b", "PUT /to b"},     {302, "POST", "b", "GET /to "},
+      {302, "DELETE", "", "DELETE /to "}, {303, "POST", "b", "GET /to "},
+      {303, "PUT", "b", "GET /to "},      {303, "DELETE", "", "GET /to "},
+      {305, "POST", "b", "POST /to b"},   {306, "GET", "", "GET /to "},
+      {307, "POST", "b", "POST /to b"},   {308, "PUT", "b", "PUT /to b"},
+      {308, "POST", "", "POST /to "},
+  };
+  for (const auto& [status, method, body, seen] : cases) {
+    SCOPED_TRACE(std::to_string(status) + ' ' + method);
+    URLRequest request = requestFor(server.url("/" + std::to_string(status) + "?/to"));
+    request.setHTTPMethod(method);
+    if (*body != '\0') request.setHTTPBody(Data(body));
+    const Result result = send(request);
+    EXPECT_EQ(result.status(), 200);
+    EXPECT_EQ(result.body(), seen);
+  }
+}
+
+TEST(RedirectTest, LocationsAreResolvedOrDelivered) {
+  const TestServer server(redirecting());
+  const struct {
+    const char* location;
+    int status;
+    const char* path;
+  } cases[] = {
+      {"to", 200, "/to"},
+      {"./a/../to#own", 200, "/to#own"},
+      {"/to#", 200, "/to#"},
+      {"//127.0.0.1:PORT/to", 200, "/to"},
+      {"HTTP://127.0.0.1:PORT/to", 200, "/to"},
+      {"", 302, nullptr},
+      {"a%20b%zz", 302, nullptr},
+      {"a|b", 302, nullptr},
+      {"ftp://127.0.0.1/to", 302, nullptr},
+      {"file:///etc/hosts", 302, nullptr},
+      {"javascript:alert(1)", 302, nullptr},
+      {"http:///to", 302, nullptr},
+      {"http://127.0.0.1:99999/to", 302, nullptr},
+  };
+  for (auto [location, status, path] : cases) {
+    SCOPED_TRACE(location);
+    // The location is the answer's alone: as a query it could not always be sent.
+    const TestServer other([&server, text = std::string(location)](Connection& connection) {
+      while (const auto received = connection.read()) {
+        std::string there = text;
+        const std::size_t port = there.find("PORT");
+        if (port != there.npos) there.replace(port, 4, std::to_string(server.port()));
+        if (received->target != "/dir/from") {
+          connection.answer(200);
+        } else {
+          connection.answer(302, "delivered", "Location: " + there + "\r\n");
+        }
+      }
+    });
+    const Result result = send(requestFor(other.url("/dir/from#kept")));
+    EXPECT_EQ(result.status(), status);
+    const std::string answered = result.response->url().absoluteString();
+    if (path == nullptr) {
+      EXPECT_EQ(result.body(), "delivered");
+      EXPECT_EQ(answered, other.url("/dir/from#kept"));
+    } else {
+      const std::string expected = *path == '/' && std::string(path).find('#') != std::string::npos
+                                       ? path
+                                       : std::string(path) + "#kept";
+      EXPECT_THAT(answered,
+                  testing::EndsWith(std::string(location) == "to" || std::string(location)[0] == '.'
+                                        ? "/dir" + expected
+                                        : expected));
+    }
+  }
+}
+
+TEST(RedirectTest, TwentyAreFollowedAndNoMore) {
+  const TestServer server(TestServer::answering([](const auto& received, auto& connection) {
+    const int left = std::stoi(received.target.substr(1));
+    if (left == 0) return connection.answer(200, "end");
+    connection.answer(302, "", "Location: /" + std::to_string(left - 1) + "\r\n");
+  }));
+  EXPECT_EQ(send(requestFor(server.url("/20"))).body(), "end");
+  EXPECT_EQ(send(requestFor(server.url("/21"))).code(), URLError::httpTooManyRedirects);
+}
+
+TEST(RedirectTest, NothingSecretAndNoBodyGoesToAnotherOrigin) {
+  const TestServer target(redirecting()), server(redirecting());
+  const auto seen = [&](const TestServer& to, const char* method, const char* body) {
+    URLRequest request = requestFor(server.url("/307?" + to.url("/to")));
+    request.setHTTPMethod(method);
+    request.setValue("secret", "Authorization");
+    request.setValue("a/b", "Accept");
+    request.setValue("c/d", "Content-Type");
+    request.setValue("own=1", "Cookie");
+    if (*body != '\0') request.setHTTPBody(Data(body));
+    const Result result = send(request);
+    if (result.status() != 200) return std::to_string(result.status());
+    return std::string(
+        dynamic_cast<const HTTPURLResponse&>(*result.response).value("Seen").value());
+  };
+  EXPECT_EQ(seen(server, "POST", "body"), "secret,a/b,c/d,own=1");
+  EXPECT_EQ(seen(target, "GET", ""), "(none),a/b,c/d,(none)");
+  EXPECT_EQ(seen(target, "POST", ""), "(none),a/b,c/d,(none)");
+  EXPECT_EQ(seen(target, "POST", "body"), "307");
+  // What was dropped stays dropped on the way back.
+  URLRequest request = requestFor(server.url("/302?" + target.url("/302?" + server.url("/to"))));
+  request.setValue("secret", "Authorization");
+  const Result result = send(request);
+  EXPECT_EQ(dynamic_cast<const HTTPURLResponse&>(*result.response).value("Seen"),
+            "(none),*/*,(none),(none)");
+}
+
+}  // namespace
+}  // namespace quorvelkit

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: Apache-2.0
+// Leaves a process while requests are in flight, in one of several ways; ends with 0 when nothing
+// was delivered or destroyed that must not be.
+//   exit_program WAY URL CA_FILE
+// The server must answer URL + "quick" and keep silent on URL + "stall".
+#include "tests/support/Call.h"
+
+#include <QuorvelPlatform/URLProtocol.h>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+using namespace quorvelkit;
+using namespace quorvelkit::test;
+
+namespace {
+
+// The captures of a handler that must neither run nor be destroyed.
+struct Forbidden {
+  ~Forbidden() { _exit(10); }
+};
+
+void stallSome(URLSession& session, const std::string& url) {
+  for (int i = 0; i < 5; ++i) {
+    const auto forbidden = std::make_shared<Forbidden>();
+    session.dataTask(requestFor(url + "stall"), [forbidden](auto, auto, auto) { _exit(11); })
+        ->resume();
+  }
+}
+
+struct ExitInProtocol : URLProtocol {
+  void startLoading(const URLRequest&, std::shared_ptr<URLProtocolClient>) override { exit(0); }
+  void stopLoading() override {}
+};
+
+// Starts a request when the session's threads have stopped already.
+struct LateComer {
+  std::shared_ptr<URLSession> session;
+  std::string url;
+  ~LateComer() {
+    if (session) stallSome(*session, url);
+  }
+};
+
+int forkInFlight(const std::shared_ptr<URLSession>& session, const std::string& url) {
+  const Call call(requestFor(url + "stall"), session);
+  const Call suspended(requestFor(url + "quick"), session);
+  call.task->resume();
+  const pid_t child = fork();
+  if (child == 0) {
+    call.task->cancel();
+    suspended.task->resume();
+    const bool works = suspended.result().status() == 200 &&
+                       send(requestFor(url + "quick"), session).status() == 200;
+    exit(works && !call.isDone() ? 0 : 12);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  if (call.isDone() || send(requestFor(url + "quick"), session).status() != 200) return 13;
+  call.task->cancel();
+  if (call.result().code() != -999) return 14;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 15;
+}
+
+}  // namespace
+
+// A child that starts threads after a fork with threads is what is under test here.
+extern "C" const char* __tsan_default_options();
+extern "C" const char* __tsan_default_options() { return "die_after_fork=0"; }
+
+int main(int, char** arguments) {
+  const std::string way = arguments[1], url = arguments[2];
+  static LateComer lateComer;
+  URLSessionConfiguration configuration;
+  configuration.caFile = arguments[3];
+  const auto session = URLSession::make(configuration);
+  if (way == "fork") return forkInFlight(session, url);
+  stallSome(*session, url);
+  if (way == "protocol") {
+    URLProtocol::registerFactory([](const URLRequest& request) {
+      return request.url().scheme() == "leave" ? std::make_unique<ExitInProtocol>() : nullptr;
+    });
+    send(requestFor("leave:now"), session);
+  }
+  if (send(requestFor(url + "quick"), session).status() != 200) return 16;
+  if (way == "handler") {
+    Call(requestFor(url + "quick"), session, [] { exit(0); }).task->resume();
+    pause();
+  }
+  if (way == "late") {
+    lateComer.session = session;
+    lateComer.url = url;
+  }
+  return 0;
+}
