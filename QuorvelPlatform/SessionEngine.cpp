@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelPlatform/FatalError.h>
+#include <QuorvelPlatform/NeverDestroyed.h>
 #include <QuorvelPlatform/ProtocolRegistry_p.h>
 #include <QuorvelPlatform/SessionEngine_p.h>
 #include <QuorvelPlatform/URLError.h>
@@ -10,6 +11,7 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
+#include <list>
 #include <utility>
 
 namespace quorvelkit {
@@ -45,7 +47,8 @@ SessionEngine& SessionEngine::shared() {
   const std::lock_guard lock(engineMutex);
   SessionEngine* engine = currentEngine.load(std::memory_order_relaxed);
   if (engine == nullptr) {
-    engine = new SessionEngine;
+    static const NeverDestroyed<std::list<SessionEngine>> ofAllGenerations;
+    engine = &ofAllGenerations->emplace_back();
     currentEngine.store(engine, std::memory_order_release);
   }
   return *engine;

@@ -24,6 +24,8 @@ class SessionEngine {
   /// Counts the forks that led to this process: what another process made has another number.
   static int processGeneration();
 
+  /// For shared() alone.
+  SessionEngine();
   SessionEngine(const SessionEngine&) = delete;
   SessionEngine& operator=(const SessionEngine&) = delete;
 
@@ -46,9 +48,6 @@ class SessionEngine {
     std::shared_ptr<DataTask> task;
     std::shared_ptr<Load> load;
   };
-
-  SessionEngine();
-  ~SessionEngine() = delete;
 
   static void registerProcessHandlers();
   void stop();

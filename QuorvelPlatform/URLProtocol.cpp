@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelPlatform/FatalError.h>
+#include <QuorvelPlatform/NeverDestroyed.h>
 #include <QuorvelPlatform/ProtocolRegistry_p.h>
 #include <QuorvelPlatform/URLProtocol.h>
 
@@ -19,7 +20,7 @@ struct Registry {
 };
 
 Registry& registry() {
-  static auto* const instance = new Registry;
+  static const NeverDestroyed<Registry> instance;
   return *instance;
 }
 

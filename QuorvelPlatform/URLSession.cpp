@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelPlatform/DataTask_p.h>
 #include <QuorvelPlatform/FatalError.h>
+#include <QuorvelPlatform/NeverDestroyed.h>
 #include <QuorvelPlatform/SessionEngine_p.h>
 #include <QuorvelPlatform/SessionState_p.h>
 #include <QuorvelPlatform/URLSession.h>
@@ -15,7 +16,7 @@ SessionState::~SessionState() {
 
 // The IO thread of the other process may have been at work on it: it is leaked.
 void SessionState::leaveNetwork() {
-  if (network) new std::shared_ptr<NetworkState>(std::move(network));
+  if (network) const NeverDestroyed<std::shared_ptr<NetworkState>> left(std::move(network));
 }
 
 URLSession::URLSession(std::shared_ptr<SessionState> state) : state_(std::move(state)) {}

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <QuorvelPlatform/NeverDestroyed.h>
 #include <QuorvelPlatform/URLSessionConfiguration.h>
 
 #include <pthread.h>
@@ -16,13 +17,13 @@ struct Default {
   URLSessionConfiguration configuration;
 };
 
-// The lock is held across a fork, so that the child finds the value whole.
 Default& currentDefault() {
-  static Default* const instance = [] {
-    pthread_atfork([] { currentDefault().mutex.lock(); }, [] { currentDefault().mutex.unlock(); },
-                   [] { currentDefault().mutex.unlock(); });
-    return new Default;
-  }();
+  static const NeverDestroyed<Default> instance;
+  // The lock is held across a fork, so that the child finds the value whole.
+  static const int registered =
+      pthread_atfork([] { currentDefault().mutex.lock(); }, [] { currentDefault().mutex.unlock(); },
+                     [] { currentDefault().mutex.unlock(); });
+  static_cast<void>(registered);
   return *instance;
 }
 

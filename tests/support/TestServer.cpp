@@ -49,20 +49,19 @@ TestServer::TestServer(Script script, std::optional<TLS> tls)
   if (tls) context_ = makeContext(*tls);
   std::tie(socket_, port_) = boundSocket();
   ::listen(socket_, 128);
-  threads_.emplace_back([this] { accept(); });
+  acceptor_ = std::thread([this] { accept(); });
 }
 
 TestServer::~TestServer() {
   ::shutdown(socket_, SHUT_RDWR);
-  threads_.front().join();
+  acceptor_.join();
   {
     const std::lock_guard lock(mutex_);
-    stopping_ = true;
     for (const auto& connection : connections_)
       connection->interrupt();
   }
-  for (std::size_t i = 1; i < threads_.size(); ++i)
-    threads_[i].join();
+  for (std::thread& thread : threads_)
+    thread.join();
   ::close(socket_);
   SSL_CTX_free(context_);
 }

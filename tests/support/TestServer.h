@@ -108,9 +108,9 @@ class TestServer {
   int port_ = 0;
   std::atomic<int> connectionCount_ = 0, openCount_ = 0, peakCount_ = 0;
   std::mutex mutex_;
-  bool stopping_ = false;
   std::list<std::shared_ptr<Connection>> connections_;
   std::vector<std::thread> threads_;
+  std::thread acceptor_;
 };
 
 /// A port of the loopback interface on which nothing listens.
