@@ -14,7 +14,6 @@ namespace {
 // A parsed text in uriparser's own shape.
 class ParsedURI {
  public:
-  ParsedURI() = default;
   explicit ParsedURI(std::string_view text)
       : valid_(uriParseSingleUriExA(&uri_, text.data(), text.data() + text.size(), nullptr) ==
                URI_SUCCESS) {}
@@ -24,11 +23,10 @@ class ParsedURI {
 
   bool isValid() const { return valid_; }
   const UriUriA& get() const { return uri_; }
-  UriUriA* out() { return &uri_; }
 
  private:
   UriUriA uri_{};
-  bool valid_ = true;
+  const bool valid_;
 };
 
 std::optional<std::uint16_t> portNumber(std::string_view digits) {
@@ -36,6 +34,32 @@ std::optional<std::uint16_t> portNumber(std::string_view digits) {
   const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), port);
   if (error != std::errc()) return std::nullopt;
   return port;
+}
+
+// RFC 3986, section 5.2.4.
+std::string withoutDotSegments(std::string_view path) {
+  std::string kept;
+  const auto dropLast = [&] { kept.resize(std::min(kept.rfind('/'), kept.size())); };
+  while (!path.empty()) {
+    if (path.starts_with("../")) {
+      path.remove_prefix(3);
+    } else if (path.starts_with("./") || path.starts_with("/./")) {
+      path.remove_prefix(2);
+    } else if (path.starts_with("/../")) {
+      path.remove_prefix(3);
+      dropLast();
+    } else if (path == "/." || path == "/..") {
+      if (path == "/..") dropLast();
+      path = "/";
+    } else if (path == "." || path == "..") {
+      path = {};
+    } else {
+      const std::string_view segment = path.substr(0, path.find('/', 1));
+      kept += segment;
+      path.remove_prefix(segment.size());
+    }
+  }
+  return kept;
 }
 
 }  // namespace
@@ -79,21 +103,33 @@ std::optional<URL> URL::parse(std::string_view text) {
   return url;
 }
 
+// RFC 3986, section 5.2.2; the text of what is taken over stays as it is.
 std::optional<URL> URL::resolving(const URL& reference) const {
-  const ParsedURI base(text_);
-  const ParsedURI relative(reference.text_);
-  ParsedURI absolute;
-  if (uriAddBaseUriA(absolute.out(), &relative.get(), &base.get()) != URI_SUCCESS) {
-    return std::nullopt;
+  if (!scheme()) return std::nullopt;
+  const auto upToPath = [](const URL& url) { return url.text_.substr(0, url.path_.begin); };
+  const bool hasAuthority = reference.text_.starts_with("//");
+  std::string target;
+  std::string path(reference.path());
+  auto query = reference.query();
+  if (reference.scheme()) {
+    target = upToPath(reference);
+  } else if (hasAuthority) {
+    target = text_.substr(0, scheme_.length + 1) + upToPath(reference);
+  } else {
+    target = upToPath(*this);
+    if (path.empty()) {
+      path = this->path();
+      if (!query) query = this->query();
+    } else if (path.front() != '/') {
+      const std::string_view own = this->path();
+      const bool isRoot = own.empty() && host_.begin != std::string::npos;
+      path.insert(0, isRoot ? "/" : own.substr(0, own.rfind('/') + 1));
+    }
   }
-  int length = 0;
-  if (uriToStringCharsRequiredA(&absolute.get(), &length) != URI_SUCCESS) return std::nullopt;
-  std::string text(static_cast<std::size_t>(length) + 1, '\0');
-  if (uriToStringA(text.data(), &absolute.get(), length + 1, nullptr) != URI_SUCCESS) {
-    return std::nullopt;
-  }
-  text.pop_back();
-  return parse(text);
+  target += withoutDotSegments(path);
+  if (query) target.append("?").append(*query);
+  if (const auto fragment = reference.fragment()) target.append("#").append(*fragment);
+  return parse(target);
 }
 
 std::ostream& operator<<(std::ostream& out, const URL& url) {

@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: Apache-2.0
+// Numbers, dates and encodings as text, whatever locale and time zone the process has.
+#include <QuorvelPlatform/ASCII.h>
+#include <QuorvelPlatform/DateFormatter.h>
+#include <QuorvelPlatform/DoubleText.h>
+#include <QuorvelPlatform/FatalError.h>
+#include <QuorvelPlatform/PercentEncoding.h>
+#include <QuorvelPlatform/UTF8.h>
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cmath>
+#include <cstdlib>
+#include <ctime>
+#include <limits>
+#include <locale>
+
+namespace quorvelkit {
+namespace {
+
+using namespace std::chrono_literals;
+
+// A locale whose decimal point is a comma and whose groups are dots, on systems that have none.
+struct Commas : std::numpunct<char> {
+  char do_decimal_point() const override { return ','; }
+  char do_thousands_sep() const override { return '.'; }
+  std::string do_grouping() const override { return "\3"; }
+};
+
+class TextTest : public testing::TestWithParam<bool> {
+ protected:
+  TextTest() {
+    if (!GetParam()) return;
+    for (const char* name : {"de_DE.UTF-8", "fr_FR.UTF-8", "tr_TR.UTF-8"}) {
+      if (std::setlocale(LC_ALL, name) != nullptr) break;
+    }
+    std::locale::global(std::locale(std::locale::classic(), new Commas));
+    setenv("TZ", "Pacific/Chatham", 1);
+    tzset();
+  }
+};
+
+INSTANTIATE_TEST_SUITE_P(OfTheProcess, TextTest, testing::Bool(), [](const auto& kind) {
+  return kind.param ? "ForeignLocaleAndZone" : "PlainLocale";
+});
+
+TEST_P(TextTest, DoublesHaveTheirDefaultText) {
+  const std::pair<double, const char*> cases[] = {
+      {0, "0.0"},
+      {-0.0, "-0.0"},
+      {34, "34.0"},
+      {-1, "-1.0"},
+      {1.5, "1.5"},
+      {0.1, "0.1"},
+      {0.1 + 0.2, "0.3"},
+      {39.2904, "39.2904"},
+      {-76.6122, "-76.6122"},
+      {1.0 / 3, "0.333333333333333"},
+      {2.0 / 3, "0.666666666666667"},
+      {1e-4, "0.0001"},
+      {1e-5, "1e-05"},
+      {123456.789, "123456.789"},
+      {1e14, "100000000000000.0"},
+      {1e15, "1e+15"},
+      {123456789012345678, "1.23456789012346e+17"},
+      {1e300, "1e+300"},
+      {5e-324, "4.94065645841247e-324"},
+      {std::nan(""), "nan"},
+      {-std::nan(""), "nan"},
+      {std::numeric_limits<double>::infinity(), "inf"},
+      {-std::numeric_limits<double>::infinity(), "-inf"}};
+  for (const auto& [value, text] : cases)
+    EXPECT_EQ(defaultText(value), text);
+}
+
+TEST_P(TextTest, InstantsAreWrittenInUTC) {
+  using std::chrono::sys_days;
+  using std::chrono::year;
+  const auto instant = [](int y, unsigned m, unsigned d, auto time) {
+    return std::chrono::system_clock::time_point(
+        sys_days(year(y) / static_cast<int>(m) / static_cast<int>(d)) + time);
+  };
+  const std::pair<std::chrono::system_clock::time_point, const char*> cases[] = {
+      {instant(2017, 3, 1, 14h + 5min), "2017-03-01T14:05:00Z"},
+      {instant(1970, 1, 1, 0s), "1970-01-01T00:00:00Z"},
+      {instant(1969, 12, 31, 23h + 59min + 59s + 999ms), "1969-12-31T23:59:59Z"},
+      {instant(2016, 2, 29, 23h + 59min + 59s + 999ms), "2016-02-29T23:59:59Z"},
+      {instant(2000, 12, 31, 9h + 8min + 7s), "2000-12-31T09:08:07Z"},
+      {instant(1800, 6, 15, 12h), "1800-06-15T12:00:00Z"}};
+  for (const auto& [when, text] : cases) {
+    EXPECT_EQ(DateFormatter::RFC3339DateFormatter().string(when), text);
+  }
+}
+
+TEST_P(TextTest, QueriesArePercentEncoded) {
+  std::string allowed;
+  for (int c = 0; c < 128; ++c) {
+    const std::string one(1, static_cast<char>(c));
+    const auto encoded = percentEncodedForQuery(one);
+    ASSERT_TRUE(encoded);
+    if (*encoded == one) allowed += one;
+  }
+  EXPECT_EQ(allowed,
+            "!$&'()*+,-./0123456789:;=?@ABCDEFGHIJKLMNOPQRSTUVWXYZ_abcdefghijklmnopqrstuvwxyz~");
+  const std::pair<std::string_view, std::string_view> cases[] = {
+      {"", ""},
+      {"a b", "a%20b"},
+      {"%20", "%2520"},
+      {"#[]", "%23%5B%5D"},
+      {"\xC3\xA9\xE2\x82\xAC", "%C3%A9%E2%82%AC"},
+      {"\xF0\x9F\x98\x80", "%F0%9F%98%80"},
+      {std::string_view("\0\x7F", 2), "%00%7F"}};
+  for (const auto& [text, encoded] : cases) {
+    EXPECT_EQ(percentEncodedForQuery(text), encoded);
+    EXPECT_EQ(urlEncode(text), encoded);
+  }
+  EXPECT_FALSE(percentEncodedForQuery("\xFF"));
+}
+
+TEST(UTF8Test, TellsWellFormedFromIllFormed) {
+  const struct {
+    std::string_view bytes;
+    bool good;
+    std::size_t characters;
+  } cases[] = {{"", true, 0},
+               {"abc", true, 3},
+               {std::string_view("\0", 1), true, 1},
+               {"\xC2\x80\xDF\xBF", true, 2},
+               {"\xE0\xA0\x80\xEF\xBF\xBF", true, 2},
+               {"\xED\x9F\xBF\xEE\x80\x80", true, 2},
+               {"\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", true, 2},
+               {"\xC0\x80", false, 0},
+               {"\xC1\xBF", false, 0},
+               {"\xE0\x9F\xBF", false, 0},
+               {"\xED\xA0\x80", false, 0},
+               {"\xED\xBF\xBF", false, 0},
+               {"\xF0\x8F\xBF\xBF", false, 0},
+               {"\xF4\x90\x80\x80", false, 0},
+               {"\xF5\x80\x80\x80", false, 0},
+               {"\x80", false, 0},
+               {"a\xC3", false, 0},
+               {"\xE2\x82", false, 0},
+               {"\xF0\x9F\x98", false, 0},
+               {"\xC3\x28", false, 0},
+               {"\xE2\x28\xA1", false, 0},
+               {"\xFF", false, 0}};
+  for (const auto& [bytes, good, characters] : cases) {
+    EXPECT_EQ(isUTF8(bytes), good) << testing::PrintToString(bytes);
+    if (!good) continue;
+    EXPECT_EQ(characterCount(bytes), characters);
+  }
+}
+
+TEST(ASCIITest, IgnoresTheCaseOfASCIIAlone) {
+  EXPECT_TRUE(equalsIgnoringASCIICase("Content-TYPE", "content-type"));
+  EXPECT_FALSE(equalsIgnoringASCIICase("a", "ab"));
+  EXPECT_FALSE(equalsIgnoringASCIICase("@[", "`{"));
+  EXPECT_FALSE(equalsIgnoringASCIICase("\xC3\x89", "\xC3\xA9"));
+}
+
+TEST(FatalErrorDeathTest, SaysWhyAndAborts) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(fatalError("some reason"), testing::KilledBySignal(SIGABRT), "^some reason\n");
+  EXPECT_DEATH(urlEncode("\xFF"), "unexpectedly found nil while unwrapping an Optional value");
+}
+
+}  // namespace
+}  // namespace quorvelkit
