@@ -11,17 +11,19 @@ QVBaseObject::~QVBaseObject() = default;
 const std::optional<JSON>& QVBaseObject::json() const { return json_; }
 void QVBaseObject::setJSON(std::optional<JSON> json) { json_ = std::move(json); }
 
-std::optional<Value> QVBaseObject::getValue(KeyView key) const {
+std::optional<Value> QVBaseObject::getValue(const KeyView& key) const {
   const auto& own = json();
   if (!own) return std::nullopt;
-  return (*own)[key].object();
+  // The same as (*own)[key].object(), without making the error of a missing member.
+  const auto member = own->view().member(key);
+  if (!member || member->kind() == ValueView::Kind::unsupported) return Value();
+  return Value(*member);
 }
 
-std::optional<JSON> QVBaseObject::child(KeyView key) const {
-  if (!json_) return std::nullopt;
-  JSON member = (*json_)[key];
-  if (member.type() == JSON::Type::null) return std::nullopt;
-  return member;
+std::optional<JSON> QVBaseObject::child(const KeyView& key) const {
+  const auto member = json_ ? json_->view().member(key) : std::nullopt;
+  if (!member || member->isNull()) return std::nullopt;
+  return JSON(Value(*member));
 }
 
 }  // namespace quorvelkit

@@ -28,7 +28,7 @@ class QUORVELKIT_EXPORT QVBaseObject {
 
   /// The untyped value of a member: the null marker when there is no such member, absent when the
   /// object has no JSON. Every property that is read from the JSON is read through this.
-  virtual std::optional<Value> getValue(KeyView key) const;
+  virtual std::optional<Value> getValue(const KeyView& key) const;
 
  protected:
   // Copying is for whole models: a QVBaseObject by itself would be a slice of one.
@@ -39,30 +39,29 @@ class QUORVELKIT_EXPORT QVBaseObject {
 
   /// The member as a T; absent when it is missing or no T (see strictRead).
   template <class T>
-  std::optional<T> read(KeyView key) const {
+  std::optional<T> read(const KeyView& key) const {
     const auto value = getValue(key);
     return value ? strictRead<T>(*value) : std::nullopt;
   }
   /// The case that the member's text names; E::unknown in every other event.
   template <RawRepresentable E>
-  E readCase(KeyView key) const {
+  E readCase(const KeyView& key) const {
     const auto value = getValue(key);
     const auto text = value ? value->text() : std::nullopt;
     return text ? fromRawValue<E>(*text).value_or(E::unknown) : E::unknown;
   }
   /// What a child object is made of: the member, unless it is missing or null.
-  std::optional<JSON> child(KeyView key) const;
+  std::optional<JSON> child(const KeyView& key) const;
   /// A model of each element of the member, in their order; none when it is no list.
   template <class Model>
-  std::vector<Model> children(KeyView key) const {
+  std::vector<Model> children(const KeyView& key) const {
     std::vector<Model> models;
-    if (!json_) return models;
-    const JSON list = (*json_)[key];
-    if (list.type() != JSON::Type::array) return models;
-    const std::size_t count = list.size();
+    const auto list = json_ ? json_->view().member(key) : std::nullopt;
+    if (!list || list->kind() != ValueView::Kind::array) return models;
+    const std::size_t count = list->size();
     models.reserve(count);
     for (std::size_t i = 0; i < count; ++i)
-      models.emplace_back(list[i]);
+      models.emplace_back(JSON(Value(list->element(i))));
     return models;
   }
 

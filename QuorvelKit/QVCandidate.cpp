@@ -10,7 +10,7 @@ QVCandidate::QVCandidate(std::optional<JSON> json) : QVBaseObject(std::move(json
   if (const auto& own = QVBaseObject::json()) location_ = locationIn(*own);
 }
 
-std::optional<std::string> QVCandidate::attribute(KeyView key) const {
+std::optional<std::string> QVCandidate::attribute(const KeyView& key) const {
   const auto all = getValue(QVResponseKey::attributes);
   const auto value = all ? all->member(key) : std::nullopt;
   return value ? strictRead<std::string>(*value) : std::nullopt;

@@ -42,7 +42,7 @@ class QUORVELKIT_EXPORT QVCandidate : public QVBaseObject {
   std::vector<std::string> categories() const;
 
  private:
-  std::optional<std::string> attribute(KeyView key) const;
+  std::optional<std::string> attribute(const KeyView& key) const;
 
   std::optional<Coordinate> location_;
 };

@@ -32,7 +32,12 @@ std::shared_ptr<URLSessionDataTask> QVConfiguration::get(
     if (made) made->setValue(QVBackendless::userToken(), "user-token");
     return made;
   };
-  differences.after = &setCachedResponse;
+  // A response that was cached before may hold an application's request: it dies on the main queue.
+  differences.after = [](const auto& response) {
+    if (auto former = storedResponse().set(response)) {
+      MainQueue::main().async([former = std::move(former)] {});
+    }
+  };
   return call(std::move(request), std::move(completionHandler), std::move(differences));
 }
 

@@ -22,10 +22,12 @@ class ProcessValue {
     const std::lock_guard lock(processValueMutex());
     return value_;
   }
-  /// The old value is destroyed outside the lock: its destructor may come back here.
-  void set(T value) {
+  /// Gives the old value, so that it is destroyed outside the lock: its destructor may come back
+  /// here.
+  T set(T value) {
     const std::lock_guard lock(processValueMutex());
     std::swap(value_, value);
+    return value;
   }
 
  private:
