@@ -99,7 +99,7 @@ TEST(QVRouteTest, keepsAllPointsInOrderWhateverTheyAre) {
 class HalvedPoint : public QVPoint {
  public:
   using QVPoint::QVPoint;
-  std::optional<Value> getValue(KeyView key) const override {
+  std::optional<Value> getValue(const KeyView& key) const override {
     if (key == KeyView("lat")) return Value(*QVPoint::getValue(key)->number() / 2);
     return QVPoint::getValue(key);
   }

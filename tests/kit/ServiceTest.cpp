@@ -333,6 +333,23 @@ TEST_F(ServiceTest, everythingOfTheApplicationDiesOnTheMainThread) {
   EXPECT_TRUE(runMainQueueUntil([&] { return deaths == 2 * calls; }));
 }
 
+// Also in a child made by fork, as this is one: it has a session of its own.
+TEST_F(ServiceTest, processMayEndWithCallsUnderWay) {
+  EXPECT_EXIT(
+      {
+        static std::atomic<int> deaths{0};
+        server.set(routePath, {200, "{}", true});
+        loadConfiguration();
+        for (int i = 0; i < 20; ++i) {
+          QVNavigation::route(routeRequest(), [w = std::make_shared<Witness>(deaths)](auto&&) {});
+          Weather::report(std::make_shared<WeatherRequest>(deaths), [](auto&&) {});
+        }
+        server.requests(12);
+        std::exit(deaths);
+      },
+      testing::ExitedWithCode(0), "");
+}
+
 TEST_F(ServiceTest, processWideValuesStandUpToManyThreads) {
   std::vector<std::thread> threads;
   std::atomic<int> delivered{0};
