@@ -58,8 +58,8 @@ Tags readTags(const ValueView& properties) {
     if (key.starts_with('@')) continue;  // Where exporters put what is no tag.
     if (const auto text = value.text()) {
       pairs.emplace_back(key, *text);
-    } else if (const auto number = value.storedNumber()) {
-      pairs.emplace_back(key, number->text());
+    } else if (value.kind() == ValueView::Kind::number) {
+      pairs.emplace_back(key, value.storedNumber()->text());
     }
   }
   return Tags(std::move(pairs));

@@ -46,6 +46,11 @@ HTTPServer::HTTPServer(HTTPHandler handler, Log log) : state_(std::make_unique<S
   httplib::Server& server = state_->server;
   server.new_task_queue = [] { return new httplib::ThreadPool(threads); };
   server.set_tcp_nodelay(true);
+  // Left to itself the library lets two servers share a port.
+  server.set_socket_options([](socket_t socket) {
+    const int yes = 1;
+    setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+  });
   server.set_keep_alive_max_count(10'000);
   server.set_keep_alive_timeout(1);
   server.set_payload_max_length(largestBody);

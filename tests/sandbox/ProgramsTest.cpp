@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "sandbox/Sandbox.h"
+
+#include <gmock/gmock.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <fstream>
+
+namespace quorvelkit::sandbox {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+const std::string quorvel = QUORVEL;
+const std::string sandboxProgram = QUORVEL_SANDBOX;
+const std::string demo = " --from 40.4523,-38.2804 --to 40.4469,-38.1872";
+
+struct Output {
+  int exitCode = -1;
+  std::string out;
+  std::string err;
+};
+
+/// Runs a command in the shell until it ends.
+Output run(const std::string& command) {
+  Output output;
+  const std::string errFile = testing::TempDir() + "/err-" + std::to_string(getpid());
+  FILE* pipe = popen((command + " 2>" + errFile).c_str(), "r");
+  std::array<char, 4096> chunk;
+  while (const std::size_t size = fread(chunk.data(), 1, chunk.size(), pipe)) {
+    output.out.append(chunk.data(), size);
+  }
+  const int status = pclose(pipe);
+  output.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  std::ifstream file(errFile);
+  output.err.assign(std::istreambuf_iterator<char>(file), {});
+  unlink(errFile.c_str());
+  return output;
+}
+
+class QuorvelTest : public testing::Test {
+ protected:
+  Sandbox sandbox{MapData::builtInTown()};
+
+  QuorvelTest() { EXPECT_TRUE(sandbox.start(0)); }
+
+  Output route(const std::string& arguments) const {
+    return run(quorvel + " route --backend " + sandbox.url() + arguments);
+  }
+};
+
+TEST_F(QuorvelTest, printsDirections) {
+  const Output output = route(demo + " --trace");
+  EXPECT_EQ(output.exitCode, 0) << output.err;
+  EXPECT_THAT(output.out, StartsWith("POST " + sandbox.url() + "/v1/users/login\n  200 "));
+  EXPECT_THAT(output.out, HasSubstr("/configuration.json\n  200 "));
+  EXPECT_THAT(output.out, HasSubstr("/v4/route?startLat=40.4523&"));
+  EXPECT_THAT(output.out, HasSubstr(" mi, "));
+  EXPECT_THAT(output.out,
+              testing::ContainsRegex("[0-9.]+ mi  Merge onto I 46 +Bay Freeway +I 46\n"));
+  EXPECT_THAT(output.out, HasSubstr("Arrive at your destination"));
+}
+
+TEST_F(QuorvelTest, printsForOtherPrograms) {
+  const JSON body = JSON::parse(route(demo + " --json --trace").out);
+  EXPECT_GT(body["points"].size(), 100U);
+  const JSON feature = JSON::parse(route(demo + " --geojson").out);
+  EXPECT_EQ(feature["type"].stringValue(), "Feature");
+  const JSON line = feature["geometry"]["coordinates"];
+  EXPECT_EQ(line.size(), body["points"].size());
+  EXPECT_EQ(line[0][0].number(), body["points"][0]["lon"].number());
+  EXPECT_EQ(line[0][1].number(), body["points"][0]["lat"].number());
+  EXPECT_EQ(feature["properties"]["miles"].number(), body["distance"].number());
+}
+
+TEST_F(QuorvelTest, tellsWhenToLeave) {
+  const Output output = route(demo + " --trace --arrive 2027-01-01T09:00:00+01:00");
+  EXPECT_EQ(output.exitCode, 0);
+  EXPECT_THAT(output.out, HasSubstr("time=2027-01-01T08:00:00Z&requestType=ArrivalTime"));
+  EXPECT_THAT(output.out, HasSubstr("Leave at 2027-01-01T07:4"));
+}
+
+TEST_F(QuorvelTest, failsWithAnExplanation) {
+  const std::string dead = [] {
+    Sandbox gone(MapData::builtInTown());
+    gone.start(0);
+    return gone.url();
+  }();
+  struct Case {
+    std::string arguments;
+    int exitCode;
+    const char* says;
+  };
+  const std::vector<Case> cases = {
+      {" route --backend " + sandbox.url() + " --from 1,1 --to 2,2", 1, "no road within"},
+      {" route --backend " + dead + demo, 1, "with --backend"},
+      {" route --trace --backend " + dead + demo, 1, "Login failed"},
+      {" route --backend " + sandbox.url() + "/elsewhere" + demo, 1, "status 404"},
+      {" route --backend 'no url'" + demo, 1, "is no URL"},
+      {" route --from 1,1", 2, "--to is required"},
+      {" route --from '1;2' --to 1,2", 2, "is no LAT,LON"},
+      {" route --from 91,0 --to 1,2", 2, "is no LAT,LON"},
+      {" route --from 1 --to 1,2", 2, "is no LAT,LON"},
+      {" route --arrive noon" + demo, 2, "is no RFC 3339 time"},
+      {" route --json --geojson" + demo, 2, "excludes"},
+      {" fly", 2, "required"},
+      {"", 2, "required"},
+  };
+  for (const Case& c : cases) {
+    const Output output = run(quorvel + c.arguments);
+    EXPECT_EQ(output.exitCode, c.exitCode) << c.arguments;
+    EXPECT_THAT(output.err, HasSubstr(c.says)) << c.arguments;
+  }
+  EXPECT_EQ(run(quorvel + " route --help").exitCode, 0);
+}
+
+TEST(QuorvelSandboxTest, printsItsAddressAndStopsWhenTold) {
+  for (const int signal : {SIGTERM, SIGINT}) {
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe(ends.data()), 0);
+    const pid_t process = fork();
+    if (process == 0) {
+      dup2(ends[1], STDOUT_FILENO);
+      execl(sandboxProgram.c_str(), sandboxProgram.c_str(), "--port", "0", nullptr);
+      _exit(127);
+    }
+    close(ends[1]);
+    FILE* output = fdopen(ends[0], "r");
+    std::array<char, 256> line{};
+    ASSERT_NE(fgets(line.data(), line.size(), output), nullptr);
+    const std::string greeting(line.data());
+    ASSERT_THAT(greeting, StartsWith("listening on http://127.0.0.1:"));
+    const Output answer =
+        run(quorvel + " route --backend " + greeting.substr(13, greeting.size() - 14) + demo);
+    EXPECT_EQ(answer.exitCode, 0) << answer.err;
+    kill(process, signal);
+    int status = 0;
+    ASSERT_EQ(waitpid(process, &status, 0), process);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    (void)fclose(output);
+  }
+}
+
+TEST(QuorvelSandboxTest, refusesWhatItCannotUse) {
+  const std::string empty = testing::TempDir() + "/empty-" + std::to_string(getpid()) + ".geojson";
+  std::ofstream(empty) << R"({"type":"FeatureCollection","features":[]})";
+  const std::vector<std::tuple<std::string, int, std::string>> cases = {
+      {" --map /nowhere.geojson", 1, "cannot be read"},
+      {" --map " + sandboxProgram, 1, "no JSON"},
+      {" --map " + empty, 1, "holds no roads"},
+      {" --port 70000", 2, "--port"},
+      {" --prot 1", 2, "--prot"}};
+  for (const auto& [arguments, exitCode, says] : cases) {
+    const Output output = run(sandboxProgram + arguments);
+    EXPECT_EQ(output.exitCode, exitCode) << arguments;
+    EXPECT_THAT(output.err, HasSubstr(says)) << arguments;
+  }
+  unlink(empty.c_str());
+}
+
+}  // namespace
+}  // namespace quorvelkit::sandbox
