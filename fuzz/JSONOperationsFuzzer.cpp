@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <fuzzer/FuzzedDataProvider.h>
+#include <tests/support/JSONOracle.h>
+
+#include <cstdlib>
+#include <vector>
+
+using namespace quorvelkit;
+
+namespace {
+
+// The child at a step, null when there is none.
+Oracle* child(Oracle& value, const JSONKey& step) {
+  if (step.kind() == JSONKey::Case::key) {
+    return value.is_object() && value.contains(step.key()) ? &value[step.key()] : nullptr;
+  }
+  const auto index = static_cast<std::size_t>(step.index());
+  return value.is_array() && index < value.size() ? &value[index] : nullptr;
+}
+
+void write(Oracle& value, const std::vector<JSONKey>& path, const Oracle& object) {
+  Oracle* container = &value;
+  for (std::size_t i = 0; i + 1 < path.size() && container; ++i) {
+    container = child(*container, path[i]);
+  }
+  if (!container || path.empty()) return;
+  if (container->is_object() && path.back().kind() == JSONKey::Case::key) {
+    (*container)[path.back().key()] = object;
+  } else if (Oracle* place = child(*container, path.back())) {
+    *place = object;
+  }
+}
+
+}  // namespace
+
+// A program of reads and writes on values that share parts, beside a model that shares nothing.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+  FuzzedDataProvider input(bytes, size);
+  const std::string start = R"({"a":{"b":[1,2,{"a":3}],"c":"x"},"b":[[],{},[4]],"c":null})";
+  std::vector<JSON> values(3, JSON::parse(start));
+  std::vector<Oracle> models(3, Oracle::parse(start));
+  while (input.remaining_bytes() > 0) {
+    const std::size_t target = input.ConsumeIntegralInRange<std::size_t>(0, 2);
+    const std::size_t source = input.ConsumeIntegralInRange<std::size_t>(0, 2);
+    std::vector<JSONKey> path;
+    for (int i = input.ConsumeIntegralInRange(0, 4); i > 0; --i) {
+      const int step = input.ConsumeIntegralInRange(0, 6);
+      path.push_back(step < 3 ? JSONKey(step)
+                              : JSONKey(std::string(1, static_cast<char>('a' + step - 3))));
+    }
+    JSON read = values[source];
+    Oracle* modelRead = &models[source];
+    for (const JSONKey& step : path) {
+      read = read[step];
+      modelRead = modelRead ? child(*modelRead, step) : nullptr;
+    }
+    if (read.error().has_value() != (modelRead == nullptr)) std::abort();
+    const Oracle object = modelRead ? *modelRead : Oracle();
+    if (read != fromOracle(object) || values[source][path] != read) std::abort();
+    if (object.dump().size() > 2000) return 0;
+    switch (input.ConsumeIntegralInRange(0, 3)) {
+      case 0:
+        values[target] = read.object();
+        models[target] = object;
+        break;
+      case 1:
+        values[target].set(path, 7);
+        write(models[target], path, 7);
+        break;
+      default:
+        std::vector<JSONKey> place(path.begin(),
+                                   path.begin() + static_cast<std::ptrdiff_t>(path.size() / 2));
+        place.emplace_back("d");
+        values[target].set(place, read);
+        write(models[target], place, object);
+    }
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      if (values[i] != fromOracle(models[i])) std::abort();
+      if (models[i].dump().size() > 4000) return 0;
+    }
+  }
+  return 0;
+}
