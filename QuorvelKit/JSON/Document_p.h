@@ -85,7 +85,7 @@ class Run {
 };
 
 // A parsed document, never changed. Children of a container are contiguous; behind the members of
-// a map of indexedMembers or more stand their places in the order of hash and text, four to a node.
+// a map of indexedMembers or more stands one node more, with the place of its index.
 struct Document : Counted {
   struct Key {
     std::uint64_t front;  // as that of a KeyView
@@ -108,8 +108,9 @@ struct Document : Counted {
     return n.count() == 0 ? std::string_view()
                           : std::string_view(text.data() + n.first(), n.count());
   }
+  // The places of a large map's members among them, in the order of hash and text.
   const std::uint32_t* index(const Node& map) const noexcept {
-    return reinterpret_cast<const std::uint32_t*>(nodes.data() + map.first() + map.count());
+    return order.data() + nodes[map.first() + map.count()].first();
   }
   ValueBits bits(std::uint32_t node) const noexcept {
     const Node& n = nodes[node];
@@ -126,6 +127,7 @@ struct Document : Counted {
   Run<Node> nodes;
   Run<char> text;
   Run<Key> keys;
+  Run<std::uint32_t> order;
   std::uint32_t root = 0;
 };
 

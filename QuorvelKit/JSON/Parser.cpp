@@ -78,6 +78,7 @@ std::optional<Value> Parser::run(std::string& problem) {
     document_->nodes.fit();
     document_->text.fit();
     document_->keys.fit();
+    document_->order.fit();
     return ValueCore::take(document_.release());
   }
   problem = std::string(problem_) + " at byte " + std::to_string(p_ - begin_);
@@ -254,19 +255,19 @@ void Parser::dropRepeatedKeys(std::size_t first) {
 }
 
 void Parser::appendIndex(std::uint32_t first, std::uint32_t count) {
-  Run<Node>& nodes = document_->nodes;
-  const std::size_t room = (count + 3U) / 4U;
-  nodes.reserveMore(room);
-  for (std::size_t i = 0; i < room; ++i)
-    nodes.push({});
-  auto* const index = reinterpret_cast<std::uint32_t*>(nodes.data() + first + count);
+  Run<std::uint32_t>& order = document_->order;
+  const std::size_t start = order.size();
+  order.reserveMore(count);
   for (std::uint32_t i = 0; i < count; ++i)
-    index[i] = i;
-  const Node* const members = nodes.data() + first;
-  std::sort(index, index + count, [&](std::uint32_t a, std::uint32_t b) {
-    if (members[a].hash() != members[b].hash()) return members[a].hash() < members[b].hash();
-    return document_->keyText(members[a].key) < document_->keyText(members[b].key);
-  });
+    order.push(i);
+  const Node* const members = document_->nodes.data() + first;
+  std::sort(order.data() + start, order.data() + start + count,
+            [&](std::uint32_t a, std::uint32_t b) {
+              if (members[a].hash() != members[b].hash())
+                return members[a].hash() < members[b].hash();
+              return document_->keyText(members[a].key) < document_->keyText(members[b].key);
+            });
+  document_->nodes.push({Node::range(start, count), 0, 0});
 }
 
 }  // namespace
