@@ -15,11 +15,11 @@ DataTask::DataTask(std::shared_ptr<SessionState> session, URLRequest request,
 DataTask::~DataTask() = default;
 
 void DataTask::resume() {
-  SessionEngine& engine = SessionEngine::shared();
-  generation_ = SessionEngine::processGeneration();
   State expected = State::suspended;
   if (!state_.compare_exchange_strong(expected, State::running)) return;
-  engine.start(shared_from_this());
+  // A cancel() that comes before this line is seen when the task starts.
+  generation_ = SessionEngine::processGeneration();
+  SessionEngine::shared().start(shared_from_this());
 }
 
 void DataTask::cancel() {

@@ -39,7 +39,9 @@ class QUORVELKIT_EXPORT URLRequest {
   void setHTTPMethod(std::string_view method);
 
   /// Header fields. Host, Content-Length, Transfer-Encoding and Connection may be set and read
-  /// back, but the session sends its own. HTTPHeaderFields tells what set and add refuse.
+  /// back, but the session sends its own; Expect and Proxy-* are not sent either. A Cookie field
+  /// goes in one line behind the cookies that the session holds for the URL. HTTPHeaderFields tells
+  /// what set and add refuse.
   const HTTPHeaderFields& headerFields() const noexcept { return headerFields_; }
   std::optional<std::string_view> value(std::string_view headerField) const {
     return headerFields_.value(headerField);
@@ -52,6 +54,8 @@ class QUORVELKIT_EXPORT URLRequest {
     headerFields_.add(headerField, value);
   }
 
+  /// A GET or HEAD request with a body that is not empty fails with
+  /// URLError::dataLengthExceedsMaximum. A POST body without a Content-Type is sent as a form.
   const std::optional<Data>& httpBody() const noexcept { return httpBody_; }
   void setHTTPBody(std::optional<Data> body) { httpBody_ = std::move(body); }
 
@@ -59,7 +63,8 @@ class QUORVELKIT_EXPORT URLRequest {
   void setCachePolicy(CachePolicy policy) noexcept { cachePolicy_ = policy; }
 
   /// How long the transfer may stand still before it fails: connecting and waiting for the first
-  /// byte count, every byte in either direction starts the time anew. 60 seconds unless set.
+  /// byte count, every byte in either direction starts the time anew. 60 seconds unless set; an
+  /// interval that is not above zero stands for the session's own.
   TimeInterval timeoutInterval() const noexcept {
     return ownTimeoutInterval_.value_or(std::chrono::seconds(60));
   }

@@ -135,7 +135,7 @@ std::int64_t Transfer::errorCode(CURLcode code) const {
   if (ownError_ != 0) return ownError_;
   if (code == CURLE_WRITE_ERROR && isEncoded_) return URLError::cannotDecodeContentData;
   if (code != CURLE_OK) return urlErrorCode(code, easy());
-  if (!headIsWhole_ || statusCode_ < 100) return URLError::networkConnectionLost;
+  if (!headIsWhole_ || statusCode_ < 200) return URLError::networkConnectionLost;
   if (isGzip_ && !gzipTail_.isComplete(bodySize_)) return URLError::cannotDecodeContentData;
   return 0;
 }

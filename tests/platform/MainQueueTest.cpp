@@ -144,13 +144,14 @@ TEST(MainQueueTest, TheHookIsCalledWheneverTheQueueStopsBeingEmpty) {
 
 TEST(MainQueueTest, ABlockIsDestroyedWhereItRan) {
   struct Tracker {
-    std::thread::id* destroyedOn;
+    std::thread::id* destroyedOn = nullptr;
     ~Tracker() { *destroyedOn = std::this_thread::get_id(); }
   };
   std::thread::id destroyedOn;
   bool nextSawIt = false;
   std::jthread([&] {
-    auto tracker = std::make_shared<Tracker>(&destroyedOn);
+    auto tracker = std::make_shared<Tracker>();
+    tracker->destroyedOn = &destroyedOn;
     queue().async([tracker = std::move(tracker)] {});
     queue().async([&] { nextSawIt = destroyedOn == std::this_thread::get_id(); });
   }).join();

@@ -4,6 +4,7 @@
 #include "tests/support/Call.h"
 #include "tests/support/TestServer.h"
 
+#include <QuorvelPlatform/NeverDestroyed.h>
 #include <QuorvelPlatform/URLError.h>
 
 #include <gtest/gtest.h>
@@ -18,14 +19,15 @@
 namespace {
 
 std::atomic<bool> online = true;
-const quorvelkit::test::Awaited<bool> asked, mayAnswer;
+// The resolver's thread may outlive the test.
+const quorvelkit::NeverDestroyed<quorvelkit::test::Awaited<bool>> asked, mayAnswer;
 
 }  // namespace
 
 extern "C" int getaddrinfo(const char* host, const char*, const addrinfo*, addrinfo**) {
   if (std::strcmp(host, "slow.test") == 0) {
-    asked.set(true);
-    mayAnswer.get();
+    asked->set(true);
+    mayAnswer->get();
   }
   return EAI_NONAME;
 }
@@ -61,12 +63,12 @@ TEST(ResolverTest, AnUnknownNameIsNotAMissingNetwork) {
 TEST(ResolverTest, ACancelledTaskDoesNotWaitForItsName) {
   const Call call(requestFor("http://slow.test/"));
   call.task->resume();
-  asked.get();
+  asked->get();
   call.task->cancel();
   EXPECT_EQ(call.result().code(), URLError::cancelled);
   const TestServer server(TestServer::answeringOnce("HTTP/1.1 200 OK\r\n\r\nok"));
   EXPECT_EQ(send(requestFor(server.url())).body(), "ok");
-  mayAnswer.set(true);
+  mayAnswer->set(true);
 }
 
 }  // namespace
