@@ -9,6 +9,7 @@
 #include <QuorvelMap/StyleLoader_p.h>
 
 #include <QEvent>
+#include <QLabel>
 #include <QPalette>
 #include <QTimer>
 #include <algorithm>
@@ -26,7 +27,13 @@ QUrl defaultStyleURL() { return QUrl(QStringLiteral("qrc:/quorvelmap/style.json"
 }  // namespace
 
 struct MGLMapView::Private {
-  explicit Private(MGLMapView* mapView) : view(mapView) {}
+  explicit Private(MGLMapView* mapView) : view(mapView), notice(new QLabel(mapView)) {
+    notice->setStyleSheet(
+        QStringLiteral("background: rgba(255, 255, 255, 200); color: #303030; padding: 1px 4px;"));
+    notice->setTextFormat(Qt::RichText);
+    notice->setOpenExternalLinks(true);
+    notice->hide();
+  }
 
   // An annotation with its looks, as they were when it was added.
   struct Drawn {
@@ -38,6 +45,7 @@ struct MGLMapView::Private {
   };
 
   MGLMapView* const view;
+  QLabel* const notice;
   QColor tintColor;
   std::weak_ptr<MGLMapViewDelegate> delegate;
   Annotations annotations;
@@ -45,7 +53,7 @@ struct MGLMapView::Private {
   MapCamera camera;
   QUrl styleURL;
   QUrl soundStyleURL;
-  QString styleFlaw;
+  CheckedStyle style;
   QUrl tileHost;
   QString note = QStringLiteral("Nothing is drawn yet.");
   StyleLoader styleLoader;
@@ -117,7 +125,7 @@ struct MGLMapView::Private {
       obstacles += QStringLiteral(" %1: %2.").arg(engine, obstacle);
     }
     if (!canvas) {
-      canvas = makePlainMapCanvas(view);
+      startPlain();
       note = QStringLiteral("Drawn without a map, on a plain background.");
     }
     note += obstacles;
@@ -129,25 +137,46 @@ struct MGLMapView::Private {
     setup.engine = engine;
     setup.styleURL = soundStyleURL.isEmpty() ? defaultStyleURL() : soundStyleURL;
     setup.tileHost = tileHost;
+    notice->setText(engine == QLatin1String("mapboxgl") ? style.attribution : QString());
     setup.failed = [this](const QString& reason) {
       QTimer::singleShot(0, view, [this, reason] { fallBack(reason); });
     };
     return makeQuickMapCanvas(view, setup, obstacle);
   }
 
+  void startPlain() {
+    canvas = makePlainMapCanvas(view);
+    notice->clear();
+  }
+
   void fallBack(const QString& reason) {
     stop();
-    canvas = makePlainMapCanvas(view);
+    startPlain();
     note = QStringLiteral("Drawn without a map, on a plain background. Qt Quick: %1.").arg(reason);
     show();
   }
 
   void show() {
-    canvas->widget()->setGeometry(view->rect());
+    layOut();
     canvas->setCamera(camera);
     for (const Drawn& looks : drawn)
       draw(looks);
     canvas->widget()->show();
+    notice->setVisible(!notice->text().isEmpty());
+    notice->raise();
+  }
+
+  // The canvas fills the view; the notice stands in its lower right corner.
+  void layOut() {
+    if (canvas) canvas->widget()->setGeometry(view->rect());
+    notice->setWordWrap(false);
+    QSize size = notice->sizeHint();
+    if (size.width() > view->width()) {
+      notice->setWordWrap(true);
+      size = QSize(view->width(), notice->heightForWidth(view->width()));
+    }
+    notice->resize(size);
+    notice->move(view->width() - notice->width(), view->height() - notice->height());
   }
 
   void stop() {
@@ -186,9 +215,9 @@ QUrl MGLMapView::styleURL() const { return d_->styleURL; }
 void MGLMapView::setStyleURL(const QUrl& url) {
   d_->styleURL = url;
   const QUrl checked = url.isEmpty() ? defaultStyleURL() : url;
-  d_->styleLoader.check(checked, [this, checked](const QString& reason) {
-    d_->styleFlaw = reason;
-    d_->soundStyleURL = reason.isEmpty() ? checked : QUrl();
+  d_->styleLoader.check(checked, [this, checked](const CheckedStyle& style) {
+    d_->style = style;
+    d_->soundStyleURL = style.flaw.isEmpty() ? checked : QUrl();
     d_->restart();
   });
 }
@@ -250,9 +279,9 @@ void MGLMapView::removeAnnotations(const Annotations& annotations) {
 }
 
 QString MGLMapView::engineNote() const {
-  if (d_->styleFlaw.isEmpty()) return d_->note;
+  if (d_->style.flaw.isEmpty()) return d_->note;
   return d_->note + QStringLiteral(" The style %1 could not be read: %2.")
-                        .arg(d_->styleURL.toDisplayString(), d_->styleFlaw);
+                        .arg(d_->styleURL.toDisplayString(), d_->style.flaw);
 }
 
 bool MGLMapView::event(QEvent* event) {
@@ -263,7 +292,7 @@ bool MGLMapView::event(QEvent* event) {
 
 void MGLMapView::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
-  if (d_->canvas) d_->canvas->widget()->setGeometry(rect());
+  d_->layOut();
 }
 
 void MGLMapView::showEvent(QShowEvent* event) {

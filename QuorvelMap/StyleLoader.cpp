@@ -7,6 +7,7 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
+#include <QStringList>
 #include <utility>
 
 namespace quorvelkit {
@@ -15,16 +16,27 @@ namespace {
 
 constexpr int timeoutInMilliseconds = 15000;
 
-QString flawOf(const QByteArray& text) {
+CheckedStyle checked(const QByteArray& text) {
   QJsonParseError error;
   const QJsonObject style = QJsonDocument::fromJson(text, &error).object();
-  if (error.error != QJsonParseError::NoError) return error.errorString();
+  if (error.error != QJsonParseError::NoError) return {error.errorString(), QString()};
   if (style.value(QStringLiteral("version")).toInt() != 8 ||
       !style.value(QStringLiteral("layers")).isArray()) {
-    return QStringLiteral("it is not a Mapbox style of version 8");
+    return {QStringLiteral("it is not a Mapbox style of version 8"), QString()};
   }
-  return QString();
+  QStringList notices;
+  for (const QJsonValue& value : style.value(QStringLiteral("sources")).toObject()) {
+    const QJsonObject source = value.toObject();
+    const QString notice = source.value(QStringLiteral("attribution")).toString();
+    if (source.value(QStringLiteral("type")).toString() == QLatin1String("geojson") &&
+        !notice.isEmpty() && !notices.contains(notice)) {
+      notices += notice;
+    }
+  }
+  return {QString(), notices.join(u' ')};
 }
+
+CheckedStyle flawed(const QString& flaw) { return {flaw, QString()}; }
 
 }  // namespace
 
@@ -36,11 +48,11 @@ void StyleLoader::check(const QUrl& url, Handler handler) {
   const QString scheme = url.scheme();
   if (scheme == QLatin1String("file") || scheme == QLatin1String("qrc")) {
     QFile file(scheme == QLatin1String("qrc") ? u':' + url.path() : url.toLocalFile());
-    handler(file.open(QIODevice::ReadOnly) ? flawOf(file.readAll()) : file.errorString());
+    handler(file.open(QIODevice::ReadOnly) ? checked(file.readAll()) : flawed(file.errorString()));
     return;
   }
   if (scheme != QLatin1String("http") && scheme != QLatin1String("https")) {
-    handler(QStringLiteral("styles are read from http, https, file and qrc URLs"));
+    handler(flawed(QStringLiteral("styles are read from http, https, file and qrc URLs")));
     return;
   }
   if (!network_) network_ = std::make_unique<QNetworkAccessManager>();
@@ -50,13 +62,13 @@ void StyleLoader::check(const QUrl& url, Handler handler) {
                        QNetworkRequest::NoLessSafeRedirectPolicy);
   QNetworkReply* const reply = network_->get(request);
   reply_ = reply;
-  QObject::connect(reply, &QNetworkReply::finished, reply,
-                   [this, reply, handler = std::move(handler)] {
-                     reply_ = nullptr;
-                     reply->deleteLater();
-                     handler(reply->error() == QNetworkReply::NoError ? flawOf(reply->readAll())
-                                                                      : reply->errorString());
-                   });
+  QObject::connect(
+      reply, &QNetworkReply::finished, reply, [this, reply, handler = std::move(handler)] {
+        reply_ = nullptr;
+        reply->deleteLater();
+        handler(reply->error() == QNetworkReply::NoError ? checked(reply->readAll())
+                                                         : flawed(reply->errorString()));
+      });
 }
 
 void StyleLoader::cancel() {

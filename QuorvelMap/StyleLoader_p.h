@@ -12,12 +12,19 @@ class QNetworkReply;
 
 namespace quorvelkit {
 
+struct CheckedStyle {
+  /// Why the style cannot be used; empty when it can.
+  QString flaw;
+  /// What the style's GeoJSON sources want said about their data, as HTML: the engine shows such
+  /// notices of other sources only.
+  QString attribution;
+};
+
 /// Finds out whether a style can be read before the engine is given its URL: the engine itself
 /// draws nothing at all, not even lines, when it cannot read its style, and does not tell.
 class StyleLoader {
  public:
-  /// With an empty reason the style is sound.
-  using Handler = std::function<void(const QString& reason)>;
+  using Handler = std::function<void(const CheckedStyle& style)>;
 
   StyleLoader();
   ~StyleLoader();

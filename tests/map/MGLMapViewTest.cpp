@@ -10,7 +10,7 @@
 #include <fstream>
 #include <iostream>
 
-namespace quorvelkit::testing {
+namespace quorvelkit::test {
 
 namespace {
 
@@ -306,4 +306,4 @@ TEST(MGLMapViewTest, VisibleCoordinatesAreInsideTheMarginsAndFillTheView) {
 
 }  // namespace
 
-}  // namespace quorvelkit::testing
+}  // namespace quorvelkit::test

@@ -9,9 +9,10 @@
 #include <QtNetwork/QTcpServer>
 #include <QtNetwork/QTcpSocket>
 
+#include <QLabel>
 #include <thread>
 
-namespace quorvelkit::testing {
+namespace quorvelkit::test {
 
 namespace {
 
@@ -79,7 +80,7 @@ struct Missing {
 };
 
 // What Qt has loaded once stays loaded: each case has a process of its own.
-class MapFallbackTest : public ::testing::TestWithParam<Missing> {};
+class MapFallbackTest : public testing::TestWithParam<Missing> {};
 
 TEST_P(MapFallbackTest, TheRouteIsSeenAndTheNoteTellsWhatIsMissing) {
   TestApplication application(GetParam().screen);
@@ -93,14 +94,14 @@ TEST_P(MapFallbackTest, TheRouteIsSeenAndTheNoteTellsWhatIsMissing) {
 
 INSTANTIATE_TEST_SUITE_P(
     All, MapFallbackTest,
-    ::testing::Values(Missing{"Nothing", "", Screen::x11, "Drawn by Qt Location's engine mapboxgl.",
-                              ""},
-                      Missing{"SQLite", "sqldrivers/libqsqlite.so", Screen::x11,
-                              "Drawn without a map", "mapboxgl: Qt's SQLite driver is missing"},
-                      Missing{"Mapboxgl", "geoservices/libqtgeoservices_mapboxgl.so", Screen::x11,
-                              "Drawn without a map", "mapboxgl: Qt Location has no plugin"},
-                      Missing{"OpenGL", "", Screen::none, "Drawn without a map",
-                              "mapboxgl: OpenGL cannot be used here"}),
+    testing::Values(Missing{"Nothing", "", Screen::x11, "Drawn by Qt Location's engine mapboxgl.",
+                            ""},
+                    Missing{"SQLite", "sqldrivers/libqsqlite.so", Screen::x11,
+                            "Drawn without a map", "mapboxgl: Qt's SQLite driver is missing"},
+                    Missing{"Mapboxgl", "geoservices/libqtgeoservices_mapboxgl.so", Screen::x11,
+                            "Drawn without a map", "mapboxgl: Qt Location has no plugin"},
+                    Missing{"OpenGL", "", Screen::none, "Drawn without a map",
+                            "mapboxgl: OpenGL cannot be used here"}),
     [](const auto& test) { return test.param.name; });
 
 TEST(MapTilesTest, TilesOfTheHostAreDrawnWithoutTheFirstEngine) {
@@ -166,6 +167,27 @@ TEST(MapStyleTest, StylesAreReadFromEachKindOfURLAndBadOnesLeaveTheRouteOnTheDef
   MGLMapView(QRect(0, 0, 10, 10)).setStyleURL(good.url("/late"));
 }
 
+TEST(MapStyleTest, NoticesAboutGeoJSONAreShownInsideTheView) {
+  const TestApplication application;
+  OneAnswerServer server("200 OK",
+                         R"({"version":8,"layers":[],"sources":{
+      "a":{"type":"geojson","data":{"type":"FeatureCollection","features":[]},
+           "attribution":"&copy; Somebody with a long name"},
+      "b":{"type":"geojson","data":{"type":"FeatureCollection","features":[]},
+           "attribution":"&copy; Somebody with a long name"}}})");
+  MGLMapView view(QRect(0, 0, 120, 200));
+  const auto* const notice = view.findChild<QLabel*>();
+  view.show();
+  EXPECT_FALSE(notice->isVisible());
+  view.setStyleURL(server.url("/"));
+  EXPECT_TRUE(waitUntil([&] { return notice->isVisible(); }));
+  EXPECT_EQ(notice->text(), "&copy; Somebody with a long name");
+  EXPECT_TRUE(view.rect().contains(notice->geometry()));
+  EXPECT_GE(notice->height(), notice->heightForWidth(notice->width()));
+  view.setStyleURL(QUrl());
+  EXPECT_FALSE(notice->isVisible());
+}
+
 TEST(MainQueueHookTest, BlocksRunInTheLoopOfTheApplicationThatIsThere) {
   int late = 0;
   for (int round = 0; round < 2; ++round) {
@@ -202,4 +224,4 @@ TEST(MainQueueHookTest, AnApplicationsOwnHookStays) {
 
 }  // namespace
 
-}  // namespace quorvelkit::testing
+}  // namespace quorvelkit::test

@@ -22,7 +22,7 @@ extern "C" const char* __tsan_default_options() { return "ignore_noninstrumented
 #endif
 #endif
 
-namespace quorvelkit::testing {
+namespace quorvelkit::test {
 
 namespace {
 
@@ -115,17 +115,17 @@ bool isAlike(const QColor& a, const QColor& b) {
          std::abs(a.blue() - b.blue()) <= 4;
 }
 
-::testing::AssertionResult shows(MGLMapView& view, Coordinate position, const QColor& color,
-                                 QPointF offset) {
+testing::AssertionResult shows(MGLMapView& view, Coordinate position, const QColor& color,
+                               QPointF offset) {
   QColor seen;
   if (waitUntil([&] {
         seen = colorAt(view, view.convertCoordinate(position) + offset);
         return isAlike(seen, color);
       })) {
-    return ::testing::AssertionSuccess();
+    return testing::AssertionSuccess();
   }
   view.grab().save(QStringLiteral("MapTests-failure.png"));
-  return ::testing::AssertionFailure()
+  return testing::AssertionFailure()
          << "(" << position.latitude << ", " << position.longitude << ") is "
          << seen.name().toStdString() << " and not " << color.name().toStdString() << "; "
          << view.engineNote().toStdString() << " See MapTests-failure.png.";
@@ -142,4 +142,4 @@ std::shared_ptr<MGLPointAnnotation> makeMarker(Coordinate coordinate, const char
   return marker;
 }
 
-}  // namespace quorvelkit::testing
+}  // namespace quorvelkit::test

@@ -13,7 +13,7 @@
 #include <memory>
 #include <vector>
 
-namespace quorvelkit::testing {
+namespace quorvelkit::test {
 
 /// The application object of one test. With a screen it runs on an X server with software OpenGL,
 /// started for it alone where DISPLAY names none; without one Qt draws in memory and has no OpenGL.
@@ -46,12 +46,12 @@ bool isAlike(const QColor& a, const QColor& b);
 
 /// Waits until the view shows the colour at the position, moved by an offset in pixels; on a
 /// time-out says what is there and leaves the picture in a file.
-::testing::AssertionResult shows(MGLMapView& view, Coordinate position, const QColor& color,
-                                 QPointF offset = {});
+testing::AssertionResult shows(MGLMapView& view, Coordinate position, const QColor& color,
+                               QPointF offset = {});
 
 std::shared_ptr<MGLPolyline> makeLine(std::vector<Coordinate> coordinates);
 std::shared_ptr<MGLPointAnnotation> makeMarker(Coordinate coordinate, const char* title);
 
 inline const QColor plainGround(0xec, 0xe9, 0xe2);
 
-}  // namespace quorvelkit::testing
+}  // namespace quorvelkit::test

@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <QuorvelKit/QVNavigation.h>
+#include <QuorvelKit/QVRouteRequest.h>
+#include <QuorvelKit/QVViewController.h>
+#include <QuorvelMap/MGLPointAnnotation.h>
+#include <QuorvelMap/MGLPolyline.h>
+#include <QuorvelPlatform/FatalError.h>
+
+#include <QApplication>
+#include <QScreen>
+#include <QWidget>
+#include <vector>
+
+namespace quorvelkit {
+
+namespace {
+
+template <class T>
+const T& unwrapped(const std::optional<T>& value) {
+  if (!value) fatalError(unwrappedAbsentValue);
+  return *value;
+}
+
+std::shared_ptr<const MGLAnnotation> makeMarker(const char* title, const QVPoint& point) {
+  auto marker = std::make_shared<MGLPointAnnotation>();
+  marker->setTitle(title);
+  marker->setCoordinate(point.location());
+  return marker;
+}
+
+}  // namespace
+
+// The root widget. Whoever destroys it, the map outlives it.
+class QVViewController::View : public QWidget {
+ public:
+  explicit View(QVViewController* controller) : controller_(controller) {}
+  View(const View&) = delete;
+  View& operator=(const View&) = delete;
+  ~View() override {
+    MGLMapView* const map = controller_->mapview_;
+    if (map != nullptr && map->parentWidget() == this) map->setParent(nullptr);
+  }
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override {
+    QWidget::resizeEvent(event);
+    controller_->viewDidLayoutSubviews();
+  }
+
+ private:
+  QVViewController* const controller_;
+};
+
+QVViewController::QVViewController(Construction)
+    : mapview_(new MGLMapView(QRect(QPoint(), QGuiApplication::primaryScreen()->size()))) {}
+
+QVViewController::~QVViewController() {
+  delete view_;
+  delete mapview_;
+}
+
+bool QVViewController::canMake() {
+  return qobject_cast<QApplication*>(QCoreApplication::instance()) != nullptr &&
+         QGuiApplication::primaryScreen() != nullptr;
+}
+
+Coordinate QVViewController::origin() const { return unwrapped(origin_); }
+Coordinate QVViewController::destination() const { return unwrapped(destination_); }
+
+QWidget* QVViewController::view() {
+  if (!view_) {
+    view_ = new View(this);
+    viewDidLoad();
+  }
+  return view_;
+}
+
+void QVViewController::viewDidLoad() {
+#ifndef NDEBUG
+  if (!origin_) fatalError("Origin must be set.");
+  if (!destination_) fatalError("Destination must be set.");
+#endif
+  if (mapview_) {
+    mapview_->setParent(view_);
+    mapview_->show();
+  }
+  QVNavigation::route(std::make_shared<QVRouteRequest>(origin(), destination()),
+                      [self = shared_from_this()](const auto& response) {
+                        self->route_ = response->route();
+                        self->drawRoute();
+                      });
+}
+
+void QVViewController::viewDidLayoutSubviews() {
+  if (mapview_ && view_) mapview_->setFrame(view_->rect());
+}
+
+void QVViewController::drawRoute() {
+  if (!route_ || !mapview_) return;
+  const auto& points = route_->points();
+  MGLMapView::Annotations annotations;
+  if (!points.empty()) {
+    annotations.push_back(makeMarker("origin", points.front()));
+    annotations.push_back(makeMarker("destination", points.back()));
+  }
+  std::vector<Coordinate> locations;
+  locations.reserve(points.size());
+  for (const QVPoint& point : points)
+    locations.push_back(point.location());
+  annotations.push_back(std::make_shared<MGLPolyline>(std::move(locations)));
+  mapview_->addAnnotations(annotations);
+}
+
+std::optional<MGLAnnotationImage> QVViewController::imageForAnnotation(
+    MGLMapView&, const MGLAnnotation& annotation) {
+  const auto asked = delegate();
+  return asked ? asked->imageForAnnotation(*mapview_, annotation) : std::nullopt;
+}
+
+std::optional<double> QVViewController::lineWidthForPolylineAnnotation(
+    MGLMapView&, const MGLPolyline& annotation) {
+  const auto asked = delegate();
+  const auto width =
+      asked ? asked->lineWidthForPolylineAnnotation(*mapview_, annotation) : std::nullopt;
+  return width.value_or(3.0);
+}
+
+std::optional<QColor> QVViewController::strokeColorForShapeAnnotation(
+    MGLMapView&, const MGLAnnotation& annotation) {
+  const auto asked = delegate();
+  const auto color =
+      asked ? asked->strokeColorForShapeAnnotation(*mapview_, annotation) : std::nullopt;
+  if (color) return color;
+  const QColor tint = mapview_->tintColor();
+  if (!tint.isValid()) fatalError(unwrappedAbsentValue);
+  return tint;
+}
+
+std::optional<double> QVViewController::alphaForShapeAnnotation(MGLMapView&,
+                                                                const MGLAnnotation& annotation) {
+  const auto asked = delegate();
+  const auto alpha = asked ? asked->alphaForShapeAnnotation(*mapview_, annotation) : std::nullopt;
+  return alpha.value_or(1.0);
+}
+
+}  // namespace quorvelkit
