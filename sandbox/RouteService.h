@@ -5,6 +5,7 @@
 #include "sandbox/MapData.h"
 #include "sandbox/RoadIndex.h"
 #include "sandbox/RoadNetwork.h"
+#include "sandbox/SampleTrip.h"
 
 #include <memory>
 #include <optional>
@@ -21,6 +22,7 @@ class RouteService {
   std::optional<HTTPAnswer> answer(const HTTPRequest& request) const;
 
   const RoadNetwork& network() const { return network_; }
+  std::optional<Trip> sampleTrip() const { return sandbox::sampleTrip(network_, index_); }
 
  private:
   HTTPAnswer route(const RouteQuery& query) const;

@@ -1,14 +1,29 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "sandbox/Sandbox.h"
 
+#include <QuorvelPlatform/DoubleText.h>
+
 #include <CLI/CLI.hpp>
 #include <signal.h>
 
 #include <iostream>
 #include <mutex>
+#include <optional>
 #include <string>
 
+using namespace quorvelkit;
 using namespace quorvelkit::sandbox;
+
+namespace {
+
+// From the hills in the west of the built-in town over its freeway to the harbor in the east.
+constexpr std::optional<Trip> townTrip = Trip{{40.4523, -38.2804}, {40.4469, -38.1872}};
+
+std::string text(const Coordinate& coordinate) {
+  return defaultText(coordinate.latitude) + ',' + defaultText(coordinate.longitude);
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
   CLI::App app("A local backend: login, configuration and routes on the streets of one map.");
@@ -59,11 +74,13 @@ int main(int argc, char** argv) {
               << " is taken; choose another with --port, or --port 0 for any free one\n";
     return 1;
   }
-  // Programs read this line to learn the address.
+  // Programs read these two lines to learn the address and a trip.
   std::cout << "listening on " << sandbox.url() << std::endl;
-  if (mapFile.empty()) {
-    std::cout << "try: quorvel route --backend " << sandbox.url()
-              << " --from 40.4523,-38.2804 --to 40.4469,-38.1872" << std::endl;
+  if (const auto trip = mapFile.empty() ? townTrip : sandbox.routes().sampleTrip()) {
+    std::cout << "try: quorvel route --backend " << sandbox.url() << " --from " << text(trip->from)
+              << " --to " << text(trip->to) << std::endl;
+  } else {
+    std::cout << "no two streets of this map are joined" << std::endl;
   }
   int received = 0;
   sigwait(&signals, &received);
