@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "ValueCore_p.h"
+#include <QuorvelKit/JSON/ValueCore_p.h>
 
 #include <vector>
 

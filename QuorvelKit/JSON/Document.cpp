@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Document_p.h"
+#include <QuorvelKit/JSON/Document_p.h>
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Failure_p.h"
-#include "ValueCore_p.h"
+#include <QuorvelKit/JSON/Failure_p.h>
+#include <QuorvelKit/JSON/ValueCore_p.h>
 
 #include <algorithm>
 #include <cstring>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "ValueCore_p.h"
 #include <QuorvelKit/JSON/JSON.h>
+#include <QuorvelKit/JSON/ValueCore_p.h>
 #include <QuorvelPlatform/FatalError.h>
 
 namespace quorvelkit {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Failure_p.h"
-#include "Parser_p.h"
-#include "ValueCore_p.h"
+#include <QuorvelKit/JSON/Failure_p.h>
 #include <QuorvelKit/JSON/JSON.h>
+#include <QuorvelKit/JSON/Parser_p.h>
+#include <QuorvelKit/JSON/ValueCore_p.h>
 
 namespace quorvelkit {
 

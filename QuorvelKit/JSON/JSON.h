@@ -56,14 +56,14 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   static JSON parse(std::string_view text);
 
   /// From an untyped value, and from everything that makes one: texts, numbers, booleans, null.
-  JSON(Value object) { setObject(std::move(object)); }  // NOLINT(google-explicit-constructor)
+  JSON(Value object) { setObject(std::move(object)); }
   template <class T>
   requires(!std::same_as<std::remove_cvref_t<T>, JSON> &&
            !std::same_as<std::remove_cvref_t<T>, Value> && std::is_convertible_v<T, Value>)
       JSON(T&& object)
-      : JSON(Value(std::forward<T>(object))) {}  // NOLINT
-  JSON(const std::vector<JSON>& elements);       // NOLINT(google-explicit-constructor)
-  JSON(const JSONMap& members);                  // NOLINT(google-explicit-constructor)
+      : JSON(Value(std::forward<T>(object))) {}
+  JSON(const std::vector<JSON>& elements);
+  JSON(const JSONMap& members);
   /// The literal forms; of pairs with the same key the last wins.
   static JSON makeArray(std::initializer_list<Value> elements);
   static JSON makeDictionary(std::initializer_list<std::pair<std::string, Value>> members);

@@ -52,8 +52,7 @@ class JSONKey {
   static JSONKey key(std::string key) { return JSONKey(Case::key, 0, std::move(key)); }
 
   template <class T>
-  requires(JSONSubscriptType<T> && !std::same_as<T, JSONKey>)
-      JSONKey(const T& element)  // NOLINT(google-explicit-constructor)
+  requires(JSONSubscriptType<T> && !std::same_as<T, JSONKey>) JSONKey(const T& element)
       : JSONKey(make(element)) {}
 
   Case kind() const noexcept { return case_; }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "KeyTable_p.h"
+#include <QuorvelKit/JSON/KeyTable_p.h>
 
 #include <algorithm>
 #include <cstring>

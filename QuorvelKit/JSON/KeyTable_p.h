@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "Document_p.h"
+#include <QuorvelKit/JSON/Document_p.h>
 
 #include <cstdint>
 #include <string_view>

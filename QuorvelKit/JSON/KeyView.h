@@ -17,14 +17,14 @@ class KeyView {
  public:
   template <class T>
   requires std::convertible_to<const T&, std::string_view>
-  constexpr KeyView(const T& text) noexcept  // NOLINT(google-explicit-constructor)
+  constexpr KeyView(const T& text) noexcept
       : text_(text), front_(frontOf(text_)), hash_(hashOf(text_)) {}
 
   template <class T>
   requires(!std::convertible_to<const T&, std::string_view> && !std::same_as<T, KeyView> &&
            requires(const T& key) {
              { keyView(key) } -> std::same_as<KeyView>;
-           }) constexpr KeyView(const T& key) noexcept  // NOLINT(google-explicit-constructor)
+           }) constexpr KeyView(const T& key) noexcept
       : KeyView(keyView(key)) {}
 
   constexpr std::string_view text() const noexcept { return text_; }

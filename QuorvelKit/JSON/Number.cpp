@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "NumberText_p.h"
 #include <QuorvelKit/JSON/Number.h>
+#include <QuorvelKit/JSON/NumberText_p.h>
 
 #include <charconv>
 #include <cmath>

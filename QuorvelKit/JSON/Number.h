@@ -28,11 +28,9 @@ class QUORVELKIT_EXPORT Number {
 
   constexpr Number() noexcept : value_(std::int64_t{0}) {}
   template <std::same_as<bool> B>
-  constexpr Number(B value) noexcept : value_(value) {}  // NOLINT(google-explicit-constructor)
+  constexpr Number(B value) noexcept : value_(value) {}
   template <std::integral I>
-  requires(!std::same_as<I, bool>) constexpr Number(
-      I value) noexcept  // NOLINT(google-explicit-constructor)
-      : value_(std::int64_t{0}) {
+  requires(!std::same_as<I, bool>) constexpr Number(I value) noexcept : value_(std::int64_t{0}) {
     if constexpr (std::signed_integral<I>) {
       value_ = std::int64_t{value};
     } else if (value <= std::uint64_t{INT64_MAX}) {
@@ -42,9 +40,8 @@ class QUORVELKIT_EXPORT Number {
     }
   }
   template <std::floating_point F>
-  constexpr Number(F value) noexcept  // NOLINT(google-explicit-constructor)
-      : value_(static_cast<double>(value)) {}
-  constexpr Number(Decimal value) noexcept : value_(value) {}  // NOLINT
+  constexpr Number(F value) noexcept : value_(static_cast<double>(value)) {}
+  constexpr Number(Decimal value) noexcept : value_(value) {}
 
   Storage storage() const noexcept;
   bool isBool() const noexcept { return std::holds_alternative<bool>(value_); }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "NumberParser_p.h"
+#include <QuorvelKit/JSON/NumberParser_p.h>
 
 #include <charconv>
 #include <limits>

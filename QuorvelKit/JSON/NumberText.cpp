@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "NumberText_p.h"
+#include <QuorvelKit/JSON/NumberText_p.h>
 
 #include <charconv>
 #include <cmath>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "KeyTable_p.h"
-#include "NumberParser_p.h"
-#include "Parser_p.h"
-#include "StringParser_p.h"
-#include "ValueCore_p.h"
+#include <QuorvelKit/JSON/KeyTable_p.h>
+#include <QuorvelKit/JSON/NumberParser_p.h>
+#include <QuorvelKit/JSON/Parser_p.h>
+#include <QuorvelKit/JSON/StringParser_p.h>
+#include <QuorvelKit/JSON/ValueCore_p.h>
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Failure_p.h"
-#include "ValueCore_p.h"
+#include <QuorvelKit/JSON/Failure_p.h>
 #include <QuorvelKit/JSON/JSON.h>
+#include <QuorvelKit/JSON/ValueCore_p.h>
 #include <QuorvelPlatform/FatalError.h>
 
 namespace quorvelkit {

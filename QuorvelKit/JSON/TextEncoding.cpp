@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "UTF8Writer_p.h"
 #include <QuorvelKit/JSON/TextEncoding.h>
+#include <QuorvelKit/JSON/UTF8Writer_p.h>
 #include <QuorvelPlatform/UTF8.h>
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "ValueCore_p.h"
 #include <QuorvelKit/JSON/Value.h>
+#include <QuorvelKit/JSON/ValueCore_p.h>
 
 namespace quorvelkit {
 

@@ -43,42 +43,41 @@ class QUORVELKIT_EXPORT Value : public ValueView {
  public:
   /// Null.
   Value() noexcept = default;
-  Value(Null) noexcept {}            // NOLINT(google-explicit-constructor)
-  Value(std::nullptr_t) noexcept {}  // NOLINT(google-explicit-constructor)
+  Value(Null) noexcept {}
+  Value(std::nullptr_t) noexcept {}
 
   template <std::same_as<bool> B>
-  Value(B value) noexcept {  // NOLINT(google-explicit-constructor)
+  Value(B value) noexcept {
     bits_ = detail::ValueBits::make(0, value ? detail::ValueTag::true_ : detail::ValueTag::false_);
   }
   template <JSONIndexInteger I>
-  Value(I value) noexcept {  // NOLINT(google-explicit-constructor)
+  Value(I value) noexcept {
     bits_ = detail::ValueBits::make(
         static_cast<std::uint64_t>(value),
         std::cmp_greater(value, INT64_MAX) ? detail::ValueTag::uint64 : detail::ValueTag::int64);
   }
   template <std::floating_point F>
-  Value(F value) noexcept {  // NOLINT(google-explicit-constructor)
+  Value(F value) noexcept {
     bits_ = detail::ValueBits::make(std::bit_cast<std::uint64_t>(static_cast<double>(value)),
                                     detail::ValueTag::float64);
   }
   template <class N>
-  requires(std::same_as<N, Number> || std::same_as<N, Decimal>)
-      Value(const N& number) {  // NOLINT(google-explicit-constructor)
+  requires(std::same_as<N, Number> || std::same_as<N, Decimal>) Value(const N& number) {
     setNumber(number);
   }
 
   /// A text, which should be UTF-8: any other can be held but not written as JSON.
   template <class T>
   requires(std::is_convertible_v<const T&, std::string_view> && !std::same_as<T, std::nullptr_t>)
-      Value(const T& text)  // NOLINT(google-explicit-constructor)
+      Value(const T& text)
       : Value(std::string(std::string_view(text))) {}
-  Value(std::string text);  // NOLINT(google-explicit-constructor)
+  Value(std::string text);
 
-  Value(ValueArray elements);  // NOLINT(google-explicit-constructor)
-  Value(ValueMap members);     // NOLINT(google-explicit-constructor)
+  Value(ValueArray elements);
+  Value(ValueMap members);
   /// The object of a JSON value.
   template <std::same_as<JSON> J>
-  Value(const J& json) : Value(json.object()) {}  // NOLINT(google-explicit-constructor)
+  Value(const J& json) : Value(json.object()) {}
   /// A thing of no JSON kind: it travels inside arrays and maps, cannot be written, and makes a
   /// JSON value unknown.
   static Value unsupported(std::any thing);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "NumberText_p.h"
-#include "ValueCore_p.h"
-#include "Writer_p.h"
+#include <QuorvelKit/JSON/NumberText_p.h>
+#include <QuorvelKit/JSON/ValueCore_p.h>
+#include <QuorvelKit/JSON/Writer_p.h>
 #include <QuorvelPlatform/UTF8.h>
 
 #include <algorithm>
