@@ -77,6 +77,15 @@ class Merger {
         }
         continue;
       }
+      // The street parts around an island where it meets a roundabout.
+      if (next.manner == Manner::roundabout && isTurn(last) &&
+          road(last.before).isSameStreet(road(last.after)) &&
+          metersBetween(last, next) < widestMedian) {
+        candidate.angle += last.angle;
+        candidate.direction = directionWord(candidate.angle);
+        kept_.pop_back();
+        continue;
+      }
       if (!isTurn(last) || !isTurn(candidate) || !belongTogether(last, candidate)) break;
       const auto joined = join(last, candidate);
       kept_.pop_back();
@@ -92,6 +101,8 @@ class Merger {
         allBetween(first, second, [](const Road& r) { return r.link && !r.isHighway(); })) {
       return true;
     }
+    // A turn onto a street that has another name some meters on is a turn onto that one.
+    if (second.manner == Manner::proceed && meters < shortestStretchWorthTelling) return true;
     if (meters > widestMedian || first.manner == Manner::fork || second.manner == Manner::fork) {
       return false;
     }

@@ -68,9 +68,11 @@ std::optional<Road> Road::fromWay(const MapWay& way) {
   road.roadClass = kind->roadClass;
   road.link = kind->link;
   road.roundabout = tags.is("junction", "roundabout") || tags.is("junction", "circular");
-  road.name = tags["name"];
-  road.ref = tags["ref"].substr(0, tags["ref"].find(';'));
-  road.destination = tags["destination"].substr(0, tags["destination"].find(';'));
+  // Of several values, which are set apart by semicolons, the first is the most important one.
+  const auto first = [&](std::string_view key) { return tags[key].substr(0, tags[key].find(';')); };
+  road.name = first("name");
+  road.ref = first("ref");
+  road.destination = first("destination");
   road.number = RoadNumber::fromRef(tags["ref"]);
 
   double kilometersPerHour = kind->kilometersPerHour;

@@ -149,6 +149,26 @@ TEST(DirectionsTest, joinWhatTheMapSplits) {
        {0, .5},
        {-.2, .5},
        {"uturnleft: Make a U-turn on Main Street"}},
+      {"another name right after the turn",
+       SketchedMap()
+           .street("Main Street", {{0, 0}, {0, 2}, {0, 4}})
+           .street("Stub;Other", {{0, 2}, {.2, 2}})
+           .street("Elm Street", {{.2, 2}, {2, 2}}),
+       {0, .5},
+       {1.5, 2},
+       {"right: Turn right onto Elm Street"}},
+      {"the island before a roundabout",
+       SketchedMap()
+           .street("Main Street", {{0, 0}, {0, 2}})
+           .street("Main Street", {{0, 2}, {.1, 2.2}}, {"oneway=yes"})
+           .street("", {{.1, 2.2}, {.3, 2.5}, {0, 2.8}, {-.3, 2.5}, {.1, 2.2}},
+                   {"junction=roundabout"})
+           .street("Main Street", {{-.1, 2.2}, {0, 2}}, {"oneway=yes"})
+           .street("Elm Street", {{0, 2}, {-.35, 3}})
+           .street("Oak Street", {{0, 2.8}, {0, 4}}),
+       {0, .5},
+       {0, 3.5},
+       {"forward: At the roundabout, take the first exit onto Oak Street"}},
       {"two turns around a named block",
        SketchedMap()
            .street("Main Street", {{0, 0}, {0, 2}, {0, 4}})
