@@ -32,15 +32,15 @@ class FakeServer {
     bool isHeld = false;  // nothing comes until release()
   };
 
-  FakeServer()
-      : registration_(URLProtocol::registerFactory(
-            [state = state_](const URLRequest&) { return std::make_unique<Loader>(state); })) {
+  /// Stays registered for good: a call that outlives its test must not reach the network.
+  FakeServer() {
+    URLProtocol::registerFactory(
+        [state = state_](const URLRequest&) { return std::make_unique<Loader>(state); });
     QVBackendless::setBaseURL("http://backend.test");
     set(loginPath, {200, R"({"objectId":"A","user-token":")" + token36 + "\"}"});
     set(configurationPath, {200, R"({"quorvel-navigation-root-url":"http://nav.test",
                                      "quorvel-find-root-url":"http://find.test"})"});
   }
-  ~FakeServer() { URLProtocol::unregister(registration_); }
   FakeServer(const FakeServer&) = delete;
   FakeServer& operator=(const FakeServer&) = delete;
 
@@ -114,7 +114,6 @@ class FakeServer {
   };
 
   std::shared_ptr<State> state_ = std::make_shared<State>();
-  URLProtocol::Registration registration_;
 };
 
 /// Runs the main queue until the condition holds; false when nothing came for too long.
