@@ -6,11 +6,9 @@
 namespace quorvelkit {
 
 std::mutex& processValueMutex() {
-  static std::mutex& mutex = []() -> std::mutex& {
-    static auto* const made = new std::mutex;
-    pthread_atfork([] { made->lock(); }, [] { made->unlock(); }, [] { made->unlock(); });
-    return *made;
-  }();
+  static auto& mutex = *new std::mutex;
+  [[maybe_unused]] static const int heldAcrossForks =
+      pthread_atfork([] { mutex.lock(); }, [] { mutex.unlock(); }, [] { mutex.unlock(); });
   return mutex;
 }
 
