@@ -26,10 +26,8 @@ CheckedStyle checked(const QByteArray& text) {
   }
   QStringList notices;
   for (const QJsonValue& value : style.value(QStringLiteral("sources")).toObject()) {
-    const QJsonObject source = value.toObject();
-    const QString notice = source.value(QStringLiteral("attribution")).toString();
-    if (source.value(QStringLiteral("type")).toString() == QLatin1String("geojson") &&
-        !notice.isEmpty() && !notices.contains(notice)) {
+    const QString notice = value.toObject().value(QStringLiteral("attribution")).toString();
+    if (!notice.isEmpty() && !notices.contains(notice)) {
       notices += notice;
     }
   }

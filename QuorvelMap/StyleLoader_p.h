@@ -15,8 +15,7 @@ namespace quorvelkit {
 struct CheckedStyle {
   /// Why the style cannot be used; empty when it can.
   QString flaw;
-  /// What the style's GeoJSON sources want said about their data, as HTML: the engine shows such
-  /// notices of other sources only.
+  /// What the style's sources want said about their data, as HTML: the engine leaves it out.
   QString attribution;
 };
 

@@ -5,7 +5,8 @@ namespace quorvelkit::sandbox {
 
 Sandbox::Sandbox(std::shared_ptr<const MapData> map, HTTPServer::Log log)
     : routes_(map),
-      find_(std::move(map)),
+      find_(map),
+      maps_(std::move(map)),
       server_([this](const HTTPRequest& request) { return answer(request); }, std::move(log)) {}
 
 bool Sandbox::start(int port) {
@@ -21,6 +22,7 @@ HTTPAnswer Sandbox::answer(const HTTPRequest& request) {
   if (auto answer = backend_.answer(request, url_)) return *std::move(answer);
   if (auto answer = routes_.answer(request)) return *std::move(answer);
   if (auto answer = find_.answer(request)) return *std::move(answer);
+  if (auto answer = maps_.answer(request, url_)) return *std::move(answer);
   return HTTPAnswer::failure(404, 404, "There is nothing here.");
 }
 

@@ -4,6 +4,7 @@
 #include "sandbox/BackendService.h"
 #include "sandbox/HTTPServer.h"
 #include "sandbox/MapData.h"
+#include "sandbox/MapService.h"
 #include "sandbox/RouteService.h"
 #include "sandbox/find/FindService.h"
 
@@ -37,6 +38,7 @@ class Sandbox {
   BackendService backend_;
   RouteService routes_;
   FindService find_;
+  MapService maps_;
   HTTPServer server_;
 };
 

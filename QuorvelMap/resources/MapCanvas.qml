@@ -39,7 +39,7 @@ Item {
             property alias source: picture.source
             property alias pictureWidth: picture.width
             property alias pictureHeight: picture.height
-            sourceItem: Image { id: picture }
+            sourceItem: Image { id: picture; smooth: false }
         }
     }
 

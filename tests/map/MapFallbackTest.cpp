@@ -167,14 +167,13 @@ TEST(MapStyleTest, StylesAreReadFromEachKindOfURLAndBadOnesLeaveTheRouteOnTheDef
   MGLMapView(QRect(0, 0, 10, 10)).setStyleURL(good.url("/late"));
 }
 
-TEST(MapStyleTest, NoticesAboutGeoJSONAreShownInsideTheView) {
+TEST(MapStyleTest, NoticesOfTheSourcesAreShownInsideTheView) {
   const TestApplication application;
   OneAnswerServer server("200 OK",
                          R"({"version":8,"layers":[],"sources":{
       "a":{"type":"geojson","data":{"type":"FeatureCollection","features":[]},
            "attribution":"&copy; Somebody with a long name"},
-      "b":{"type":"geojson","data":{"type":"FeatureCollection","features":[]},
-           "attribution":"&copy; Somebody with a long name"}}})");
+      "b":{"type":"raster","tiles":[],"attribution":"&copy; Somebody with a long name"}}})");
   MGLMapView view(QRect(0, 0, 120, 200));
   const auto* const notice = view.findChild<QLabel*>();
   view.show();

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "MapTestSupport.h"
+#include "examples/map/RouteWindow.h"
 #include "tests/kit/FakeServer.h"
 
 #include <QuorvelKit/QVRouteWidget.h>
 #include <QuorvelKit/QVViewController.h>
 #include <QuorvelMap/MGLMapViewDelegate.h>
 
+#include <QFile>
 #include <QScreen>
 
 namespace quorvelkit::test {
@@ -301,6 +303,22 @@ TEST_F(QVViewControllerTest, FillsTheWidgetForForms) {
   EXPECT_TRUE(controller->mapview()->isVisible());
   delete widget;
   EXPECT_FALSE(controller->isViewLoaded());
+}
+
+TEST_F(QVViewControllerTest, TheCodeInTheDocumentOpensAWindow) {
+  const auto contents = [](const char* path) {
+    QFile file(QStringLiteral(QUORVELKIT_SOURCE_DIR "/") + path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    return file.readAll();
+  };
+  const QByteArray code = contents("examples/map/RouteWindow.h");
+  EXPECT_TRUE(contents("docs/map.md")
+                  .contains("```cpp examples/map/RouteWindow.h\n" +
+                            code.mid(code.indexOf("#include")) + "```\n"));
+  server_.set(routePath, {200, twoPoints});
+  const auto screen = openRouteWindow({1, 2}, {3, 4}, QUrl());
+  EXPECT_TRUE(screen->view()->isVisible());
+  EXPECT_TRUE(waitUntil([&] { return screen->route().has_value(); }));
 }
 
 TEST(QVViewControllerScreenTest, TheRouteIsSeenOnTheMap) {

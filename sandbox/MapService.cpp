@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "sandbox/MapService.h"
+
+#include "sandbox/MapStyle.h"
+
+#include <utility>
+#include <vector>
+
+namespace quorvelkit::sandbox {
+
+namespace {
+
+Value position(const Coordinate& coordinate) {
+  ValueArray pair;
+  pair.emplace_back(coordinate.longitude);
+  pair.emplace_back(coordinate.latitude);
+  return pair;
+}
+
+Value positions(const std::vector<Coordinate>& line) {
+  ValueArray list;
+  list.reserve(line.size());
+  for (const Coordinate& coordinate : line)
+    list.push_back(position(coordinate));
+  return list;
+}
+
+void addFeature(ValueArray& features, const char* type, Value coordinates, ValueMap properties) {
+  features.push_back(
+      ValueMap{{"type", "Feature"},
+               {"properties", std::move(properties)},
+               {"geometry", ValueMap{{"type", type}, {"coordinates", std::move(coordinates)}}}});
+}
+
+void addAreas(ValueArray& features, const MapData& map, bool (*isWanted)(const Tags&)) {
+  for (const MapArea& area : map.areas) {
+    if (!isWanted(area.tags)) continue;
+    for (const MapArea::Polygon& polygon : area.polygons) {
+      ValueArray rings;
+      for (const MapArea::Ring& ring : polygon)
+        rings.push_back(positions(ring));
+      addFeature(features, "Polygon", std::move(rings), {});
+    }
+  }
+}
+
+HTTPAnswer collection(ValueArray features) {
+  return HTTPAnswer::json(
+      ValueMap{{"type", "FeatureCollection"}, {"features", std::move(features)}});
+}
+
+// The notice about the map's data, as HTML.
+std::string attribution(const MapSource& source) {
+  if (source.origin != "OSM") return source.provider + ", an invented town";
+  return "&copy; <a href=\"https://www.openstreetmap.org/copyright\">OpenStreetMap</a> "
+         "contributors";
+}
+
+}  // namespace
+
+std::optional<HTTPAnswer> MapService::answer(const HTTPRequest& request,
+                                             const std::string& rootURL) const {
+  if (request.method != "GET") return std::nullopt;
+  ValueArray features;
+  if (request.path == "/style.json") {
+    return HTTPAnswer::json(mapStyle(rootURL, attribution(map_->source)));
+  }
+  if (request.path == "/parks.geojson") {
+    addAreas(features, *map_, isPark);
+    return collection(std::move(features));
+  }
+  if (request.path == "/water.geojson") {
+    addAreas(features, *map_, isWater);
+    for (const MapWay& way : map_->ways) {
+      if (isWater(way.tags)) addFeature(features, "LineString", positions(way.line), {});
+    }
+    return collection(std::move(features));
+  }
+  if (request.path == "/streets.geojson") {
+    for (const MapWay& way : map_->ways) {
+      const std::string_view name = streetClass(way.tags);
+      if (name.empty()) continue;
+      addFeature(features, "LineString", positions(way.line), {{"class", name}});
+    }
+    return collection(std::move(features));
+  }
+  return std::nullopt;
+}
+
+}  // namespace quorvelkit::sandbox

@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "sandbox/MapStyle.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <initializer_list>
+#include <utility>
+
+namespace quorvelkit::sandbox {
+
+namespace {
+
+constexpr std::array<double, 3> zoomLevels = {11, 14, 17};
+// How much wider than itself a street's casing is.
+constexpr std::array<double, 3> rim = {0.8, 1.6, 2.4};
+
+struct StreetLook {
+  std::string_view name;
+  std::string_view color;
+  std::string_view casing;
+  // In pixels at the zoom levels above.
+  std::array<double, 3> widths;
+};
+
+// Later ones are drawn above earlier ones.
+constexpr auto streetLooks = std::to_array<StreetLook>({
+    {"service", "#ffffff", "#d8d2c6", {0.3, 1.4, 6}},
+    {"minor", "#ffffff", "#c2baaa", {0.8, 3.2, 10}},
+    {"secondary", "#fff3bf", "#d6c27f", {1.5, 4.6, 13}},
+    {"primary", "#ffdc87", "#d9a93f", {2, 5.6, 15}},
+    {"motorway", "#f6a96b", "#cf7a33", {2.6, 7, 18}},
+});
+
+bool isOneOf(std::string_view value, std::initializer_list<std::string_view> values) {
+  return std::find(values.begin(), values.end(), value) != values.end();
+}
+
+template <class... Elements>
+Value arrayOf(Elements&&... elements) {
+  ValueArray array;
+  (array.emplace_back(std::forward<Elements>(elements)), ...);
+  return Value(std::move(array));
+}
+
+// A width that grows with the zoom level.
+Value growing(const std::array<double, 3>& widths, const std::array<double, 3>& more = {}) {
+  ValueArray stops;
+  for (std::size_t i = 0; i < zoomLevels.size(); ++i)
+    stops.push_back(arrayOf(zoomLevels[i], widths[i] + more[i]));
+  return ValueMap{{"base", 1.4}, {"stops", std::move(stops)}};
+}
+
+Value fill(std::string_view source, std::string_view color) {
+  return ValueMap{{"id", source},
+                  {"type", "fill"},
+                  {"source", source},
+                  {"filter", arrayOf("==", "$type", "Polygon")},
+                  {"paint", ValueMap{{"fill-color", color}}}};
+}
+
+Value line(std::string_view id, std::string_view source, Value filter, ValueMap paint) {
+  return ValueMap{{"id", id},
+                  {"type", "line"},
+                  {"source", source},
+                  {"filter", std::move(filter)},
+                  {"layout", ValueMap{{"line-cap", "round"}, {"line-join", "round"}}},
+                  {"paint", std::move(paint)}};
+}
+
+Value isOfClass(std::string_view name) { return arrayOf("==", "class", name); }
+
+}  // namespace
+
+std::string_view streetClass(const Tags& tags) {
+  std::string_view kind = tags["highway"];
+  constexpr std::string_view link = "_link";
+  if (kind.ends_with(link)) kind.remove_suffix(link.size());
+  if (isOneOf(kind, {"motorway", "trunk"})) return "motorway";
+  if (kind == "primary") return "primary";
+  if (isOneOf(kind, {"secondary", "tertiary"})) return "secondary";
+  if (isOneOf(kind, {"residential", "unclassified", "living_street", "road"})) return "minor";
+  if (kind == "service") return "service";
+  if (isOneOf(kind, {"footway", "path", "pedestrian", "cycleway", "steps", "track", "bridleway"}))
+    return "path";
+  return {};
+}
+
+bool isPark(const Tags& tags) {
+  return isOneOf(tags["leisure"], {"park", "garden", "golf_course", "nature_reserve", "pitch"}) ||
+         isOneOf(tags["landuse"], {"forest", "grass", "meadow", "cemetery", "recreation_ground"}) ||
+         isOneOf(tags["natural"], {"wood", "scrub", "heath"});
+}
+
+bool isWater(const Tags& tags) {
+  return tags.is("natural", "water") || tags.is("landuse", "reservoir") ||
+         isOneOf(tags["waterway"], {"river", "stream", "canal", "riverbank", "dock"});
+}
+
+JSON mapStyle(const std::string& rootURL, const std::string& attribution) {
+  ValueMap sources;
+  for (const char* const name : {"parks", "water", "streets"}) {
+    sources.set(name, ValueMap{{"type", "geojson"},
+                               {"data", rootURL + '/' + name + ".geojson"},
+                               {"attribution", attribution}});
+  }
+  ValueArray layers;
+  layers.push_back(ValueMap{{"id", "ground"},
+                            {"type", "background"},
+                            {"paint", ValueMap{{"background-color", "#eeeae1"}}}});
+  layers.push_back(fill("parks", "#cfe5b9"));
+  layers.push_back(fill("water", "#a7d2ec"));
+  layers.push_back(line("streams", "water", arrayOf("==", "$type", "LineString"),
+                        {{"line-color", "#a7d2ec"}, {"line-width", growing({1, 3, 9})}}));
+  layers.push_back(line("path", "streets", isOfClass("path"),
+                        {{"line-color", "#b5967a"},
+                         {"line-width", growing({0.5, 1.2, 2.5})},
+                         {"line-dasharray", arrayOf(2, 2)}}));
+  for (const StreetLook& look : streetLooks) {
+    layers.push_back(
+        line(std::string(look.name) + "-casing", "streets", isOfClass(look.name),
+             {{"line-color", look.casing}, {"line-width", growing(look.widths, rim)}}));
+  }
+  for (const StreetLook& look : streetLooks) {
+    layers.push_back(line(look.name, "streets", isOfClass(look.name),
+                          {{"line-color", look.color}, {"line-width", growing(look.widths)}}));
+  }
+  return ValueMap{{"version", 8},
+                  {"name", "Sandbox"},
+                  {"sources", std::move(sources)},
+                  {"layers", std::move(layers)}};
+}
+
+}  // namespace quorvelkit::sandbox
