@@ -6,6 +6,7 @@
 #include <curl/curl.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace quorvelkit {
 
@@ -41,10 +42,14 @@ void MultiLoop::perform() {
     curl_easy_getinfo(easy, CURLINFO_PRIVATE, &transfer);
     remove(*transfer);
     transfer->owner().didEnd(code);
+    someEnded_ = true;
   }
 }
 
 void MultiLoop::wait(std::chrono::nanoseconds longest) {
+  // Transfers that waited for the connection of one that ended are to go on at once, but libcurl
+  // (7.88) may leave the last of them without a timer that says so: it would wait for ever.
+  if (std::exchange(someEnded_, false)) return;
   using std::chrono::milliseconds;
   const auto rounded = std::chrono::ceil<milliseconds>(
       std::min<std::chrono::nanoseconds>(longest, std::chrono::hours(1)));

@@ -27,6 +27,7 @@ class MultiLoop {
 
  private:
   void* const multi_;
+  bool someEnded_ = false;  // Since the last wait().
 };
 
 }  // namespace quorvelkit

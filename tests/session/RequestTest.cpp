@@ -133,6 +133,23 @@ TEST(RequestTest, ConnectionsAreKeptAndAtMostSix) {
   EXPECT_EQ(server.connectionCount(), 6);
 }
 
+// Those that wait for a connection must go on when one gets free, also when nothing else is left to
+// happen: the last ones of each round.
+TEST(RequestTest, ManyMoreRequestsThanConnectionsAllGoThrough) {
+  const TestServer server(TestServer::answering(
+      [](const auto& /*received*/, auto& connection) { connection.answer(200, "x"); }));
+  const auto session = URLSession::make();
+  for (int round = 0; round < 100; ++round) {
+    std::list<Call> calls;
+    for (int i = 0; i < 64; ++i) {
+      calls.emplace_back(requestFor(server.url()), session);
+      calls.back().task->resume();
+    }
+    for (const Call& call : calls)
+      ASSERT_EQ(call.result().code(), 0);
+  }
+}
+
 // The server takes a second request on a kept connection and closes without an answer.
 TEST(RequestTest, OnlyAnIdempotentRequestIsSentAgainOnADeadConnection) {
   for (const char* method : {"GET", "PUT", "POST", "PATCH", "own"}) {
