@@ -6,6 +6,7 @@
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
 #include <QPointer>
+#include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQmlError>
 #include <QQmlProperty>
@@ -53,9 +54,13 @@ class QuickMapCanvas : public MapCanvas {
                      [failed = setup.failed](auto, const QString& message) { failed(message); });
     widget_->setResizeMode(QQuickWidget::SizeRootObjectToView);
     widget_->resize(parent->size());
-    widget_->setSource(QUrl(QStringLiteral("qrc:/quorvelmap/MapCanvas.qml")));
-    QObject* const root = widget_->rootObject();
+    // Made here and not by the widget, which would print what is wrong with it.
+    widget_->engine()->setOutputWarningsToStandardError(false);
+    const QUrl scene(QStringLiteral("qrc:/quorvelmap/MapCanvas.qml"));
+    component_ = new QQmlComponent(widget_->engine(), scene, widget_);
+    QObject* const root = component_->isReady() ? component_->create() : nullptr;
     if (root == nullptr) return;
+    widget_->setContent(scene, component_, root);
     root->setProperty("styleUrls", setup.styleURL.toString(QUrl::FullyEncoded));
     // The engine puts its paths right behind the host's text.
     QString tileHost = setup.tileHost.toString(QUrl::FullyEncoded);
@@ -72,7 +77,7 @@ class QuickMapCanvas : public MapCanvas {
   // Why the engine did not start; empty when it did.
   QString obstacle() const {
     if (map_ == nullptr) {
-      const auto errors = widget_->errors();
+      const auto errors = component_->errors();
       return errors.isEmpty() ? QStringLiteral("the scene has no map") : errors.front().toString();
     }
     return map_->property("errorString").toString();
@@ -139,6 +144,7 @@ class QuickMapCanvas : public MapCanvas {
 
   QPointer<QQuickWidget> widget_;
   PictureProvider* const provider_;
+  QQmlComponent* component_ = nullptr;
   QObject* map_ = nullptr;
   int nextPicture_ = 0;
 };
