@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <vector>
+
+namespace quorvelkit::bench {
+
+/// What a benchmark has read, added up. All who are compared must come to the same sum: nobody can
+/// leave a field out, and no compiler can leave a read out.
+struct Sum {
+  double numbers = 0;
+  std::uint64_t integers = 0;
+  std::uint64_t texts = 0;
+
+  void add(double value) noexcept { numbers += value; }
+  void add(std::int64_t value) noexcept { integers += static_cast<std::uint64_t>(value); }
+  void add(bool value) noexcept { integers += value ? 1 : 0; }
+  void add(std::string_view text) noexcept {
+    texts += text.size() * 256;
+    if (!text.empty()) texts += static_cast<unsigned char>(text.back());
+  }
+  void add(const std::string& text) noexcept { add(std::string_view(text)); }
+  void add(const std::vector<std::string>& list) noexcept {
+    for (const std::string& text : list)
+      add(text);
+  }
+  template <class E>
+  requires std::is_enum_v<E>
+  void add(E value) noexcept { integers += static_cast<std::uint64_t>(value); }
+  template <class T>
+  void add(const std::optional<T>& value) noexcept {
+    if (value) add(*value);
+  }
+
+  friend bool operator==(const Sum&, const Sum&) = default;
+};
+
+}  // namespace quorvelkit::bench

@@ -1,0 +1,169 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
+"""Makes the table of scripts/bench from the JSON files of the benchmark programs.
+
+    table.py FILE...                   prints the table; fails when a figure is missed
+    table.py --smoke FILE...           only looks for errors
+    table.py --merge OUTPUT FILE...    writes all results into one file
+"""
+import json
+import sys
+
+# Ours, the peer, what is compared, and the figure to reach. "time" is ours divided by the peer's,
+# at most the figure; "rate" the requests a second likewise, at least the figure; "faster" how many
+# times as long the peer takes. Without a figure a row only informs.
+PEERS = [
+    (f"route/quorvelkit/{n}", f"route/{peer}/{n}", kind, figure)
+    for n, on_demand, nlohmann in ((1000, 2.0, 9), (100000, 1.5, 12), (1000000, 1.5, 12))
+    for peer, kind, figure in (
+        ("ondemand_structs", "time", on_demand),
+        ("nlohmann", "faster", nlohmann),
+        ("rapidjson", "time", None),
+    )
+] + [
+    (f"{what}/quorvelkit/{n}", f"{what}/{peer}/{n}", "time", None)
+    for what in ("candidates", "suggestions")
+    for n in (50, 5000)
+    for peer in ("ondemand_structs", "nlohmann", "rapidjson")
+] + [
+    (f"{ours}", f"{what}/{peer}{size}", "time", None)
+    for ours, what, size, peers in (
+        ("member/quorvelkit_view/9", "member", "/9", ("rapidjson", "nlohmann")),
+        ("member/quorvelkit/9", "member", "/9", ("rapidjson", "nlohmann")),
+        ("member/quorvelkit_getValue/9", "member", "/9", ("rapidjson",)),
+        ("member/quorvelkit/1000", "member", "/1000", ("nlohmann", "rapidjson")),
+        ("index/quorvelkit/1000", "index", "/1000", ("rapidjson", "nlohmann")),
+        ("path_read/quorvelkit", "path_read", "", ("rapidjson", "nlohmann")),
+        ("path_write_parsed/quorvelkit", "path_write_parsed", "", ("rapidjson", "nlohmann")),
+        ("path_write_changed/quorvelkit", "path_write_changed", "", ("rapidjson", "nlohmann")),
+        ("iterate/quorvelkit_view/1000", "iterate", "/1000", ("rapidjson", "nlohmann")),
+        ("iterate/quorvelkit/1000", "iterate", "/1000", ("rapidjson", "nlohmann")),
+        ("serialise/quorvelkit/1000", "serialise", "/1000", ("rapidjson", "nlohmann")),
+        ("parse_numbers/quorvelkit/1000", "parse_numbers", "/1000", ("from_chars",)),
+        ("number_text/quorvelkit/1000", "number_text", "/1000", ("to_chars",)),
+    )
+    for peer in peers
+] + [
+    ("fetch_1kB/quorvelkit/64", "fetch_1kB/multi/64", "rate", 0.85),
+    ("fetch_1kB/quorvelkit/64", "fetch_1kB/qt/64", "rate", 5),
+    ("fetch_1kB/quorvelkit/1", "fetch_1kB/easy/1", "rate", 0.6),
+    ("fetch_1kB/quorvelkit/1", "fetch_1kB/qt/1", "rate", None),
+    ("fetch_1MB/quorvelkit/64", "fetch_1MB/multi/64", "rate", None),
+    ("fetch_1MB/quorvelkit/64", "fetch_1MB/qt/64", "rate", None),
+    ("fetch_1MB/quorvelkit/1", "fetch_1MB/easy/1", "rate", None),
+    ("load/quorvelkit", "load/libcurl", "time", None),
+]
+
+# What is measured of the library alone: name, counter (None: the time), unit, factor, figure (at
+# most; a text names the counter that it is 1.2 times of).
+OWN = [
+    row
+    for n in (1000, 100000, 1000000)
+    for row in (
+        (f"route/quorvelkit/{n}", "alive/point", "bytes alive a point", 1, 210),
+        (f"route/quorvelkit/{n}", "peak/point", "bytes at peak a point", 1, "alive/point"),
+    )
+] + [
+    ("member/quorvelkit_view/9", "per item", "ns a look-up", 1, 8),
+    ("fetch_1kB/quorvelkit/64", "cpu_us/request", "us processor a request", 1, None),
+    ("fetch_1kB/multi/64", "cpu_us/request", "us processor a request", 1, None),
+    ("fetch_1kB/qt/64", "cpu_us/request", "us processor a request", 1, None),
+    ("fetch_1MB/quorvelkit/64", "cpu_us/request", "us processor a request", 1, None),
+    ("road/quorvelkit/1000", None, "us a route", 1e-3, None),
+    ("url/route", None, "ns", 1, None),
+    ("url/route", "allocations", "allocations", 1, None),
+    ("url/candidates", None, "ns", 1, None),
+    ("url/suggest", None, "ns", 1, None),
+    ("url/reverse_geocode", None, "ns", 1, None),
+    ("call/first", None, "us", 1e-3, None),
+    ("call/second", None, "us", 1e-3, None),
+    ("size/stripped", "bytes", "kB stripped", 1e-3, 700),
+]
+
+NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
+
+
+def load(files):
+    runs = []
+    for name in files:
+        with open(name, encoding="utf-8") as file:
+            runs += json.load(file)["benchmarks"]
+    return runs
+
+
+def medians(runs):
+    """The median run of each benchmark under its plain name, its time in nanoseconds."""
+    found = {}
+    for run in runs:
+        if run.get("run_type") == "aggregate" and run.get("aggregate_name") != "median":
+            continue
+        name = run["run_name"]
+        real = False
+        for suffix in ("/real_time", "/manual_time", "/iterations:1"):
+            if name.endswith(suffix):
+                name, real = name.removesuffix(suffix), True
+        # Processor time where one thread computes: it does not count what others do meanwhile.
+        time = run["real_time" if real else "cpu_time"] * NANOSECONDS[run["time_unit"]]
+        found[name] = {**run, "time": time}
+        if run.get("items_per_second"):
+            found[name]["per item"] = 1e9 / run["items_per_second"]
+    return found
+
+
+def human(nanoseconds):
+    for unit, factor in (("s", 1e9), ("ms", 1e6), ("us", 1e3)):
+        if nanoseconds >= factor:
+            return f"{nanoseconds / factor:.3g} {unit}"
+    return f"{nanoseconds:.3g} ns"
+
+
+def peer_row(found, ours, peer, kind, figure):
+    mine, other = found[ours]["time"], found[peer]["time"]
+    if kind == "rate":
+        mine, other = (found[name]["items_per_second"] for name in (ours, peer))
+        shown = [f"{mine:,.0f}/s", f"{other:,.0f}/s"]
+    else:
+        shown = [human(mine), human(other)]
+    ratio = other / mine if kind == "faster" else mine / other
+    sign = "<=" if kind == "time" else ">="
+    met = None if figure is None else (ratio <= figure if kind == "time" else ratio >= figure)
+    target = "" if figure is None else f"{sign} {figure} x"
+    return [ours, *shown, peer, f"{ratio:.2f} x", target, met]
+
+
+def own_row(found, name, counter, unit, factor, figure):
+    value = found[name]["time" if counter is None else counter] * factor
+    if isinstance(figure, str):
+        figure = round(1.2 * found[name][figure], 1)
+    met = None if figure is None else value <= figure
+    return [name, f"{value:.4g}", "", unit, "", "" if figure is None else f"<= {figure}", met]
+
+
+def main(arguments):
+    smoke = arguments[:1] == ["--smoke"]
+    if arguments[:1] == ["--merge"]:
+        with open(arguments[1], "w", encoding="utf-8") as file:
+            json.dump({"benchmarks": load(arguments[2:])}, file, indent=1)
+        return 0
+    runs = load(arguments[1:] if smoke else arguments)
+    errors = [f"{run['name']}: {run['error_message']}" for run in runs if run.get("error_occurred")]
+    if errors or not runs:
+        print("\n".join(errors) or "nothing was measured", file=sys.stderr)
+        return 1
+    if smoke:
+        print(f"{len(runs)} benchmarks ran and read what they should")
+        return 0
+    found = medians(runs)
+    rows = [peer_row(found, *row) for row in PEERS] + [own_row(found, *row) for row in OWN]
+    table = [["benchmark", "ours", "peer's", "peer, or unit", "ratio", "target", "met"]]
+    table += [row[:-1] + [{None: "", True: "yes", False: "NO"}[row[-1]]] for row in rows]
+    widths = [max(len(row[i]) for row in table) for i in range(len(table[0]))]
+    for row in table:
+        print("  ".join(cell.ljust(width) for cell, width in zip(row, widths)).rstrip())
+    missed = sum(row[-1] is False for row in rows)
+    print(f"{missed} figures missed" if missed else "every figure is met")
+    return 1 if missed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))
