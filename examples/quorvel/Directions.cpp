@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Directions.h"
 
+#include "Table.h"
+
 #include <QuorvelKit/JSON/JSON.h>
 #include <QuorvelPlatform/DateFormatter.h>
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -14,9 +15,6 @@
 using namespace quorvelkit;
 
 namespace {
-
-/// One line of the table; the first column is known once the next turn is.
-using Row = std::array<std::string, 4>;
 
 std::string distance(double miles) {
   if (miles < 0.095) return std::to_string(std::lround(miles * 5280 / 50) * 50) + " ft";
@@ -35,43 +33,20 @@ std::string streetName(const QVStreet* street) {
   return street != nullptr ? street->name().value_or("") : std::string();
 }
 
-std::vector<Row> rowsOf(const QVRoute& route) {
-  std::vector<Row> rows;
+std::vector<TableRow> rowsOf(const QVRoute& route) {
+  std::vector<TableRow> rows;
   double previousTurn = 0;
   for (const QVPoint& point : route.points()) {
     const QVTurn* turn = point.turn();
     if (turn == nullptr) continue;
     const double here = point.distanceInMiles().value_or(previousTurn);
+    // The first column is known once the next turn is.
     if (!rows.empty()) rows.back()[0] = distance(here - previousTurn);
     previousTurn = here;
     rows.push_back({"", turn->instruction().value_or(std::string(rawValue(turn->direction()))),
                     streetName(turn->street()), shield(turn->street())});
   }
   return rows;
-}
-
-/// Characters, not bytes.
-std::size_t widthOf(const std::string& text) {
-  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
-    return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
-  }));
-}
-
-void printTable(std::ostream& out, const std::vector<Row>& rows) {
-  std::array<std::size_t, 4> widths{};
-  for (const Row& row : rows) {
-    for (std::size_t at = 0; at < row.size(); ++at) {
-      widths[at] = std::max(widths[at], widthOf(row[at]));
-    }
-  }
-  for (const Row& row : rows) {
-    std::string line = std::string(widths[0] - widthOf(row[0]), ' ') + row[0];
-    for (std::size_t at = 1; at < row.size(); ++at) {
-      line += "  " + row[at] + std::string(widths[at] - widthOf(row[at]), ' ');
-    }
-    line.erase(line.find_last_not_of(' ') + 1);
-    out << line << '\n';
-  }
 }
 
 }  // namespace
@@ -86,7 +61,7 @@ void printDirections(std::ostream& out, const QVRouteRequest& request, const QVR
     out << "Leave at " << DateFormatter::RFC3339DateFormatter().string(leave) << '\n';
   }
   out << '\n';
-  std::vector<Row> table{{"to next", "direction", "street", "road"}};
+  std::vector<TableRow> table{{"to next", "direction", "street", "road"}};
   table.insert(table.end(), rows.begin(), rows.end());
   printTable(out, table);
 }

@@ -4,6 +4,7 @@
 #include "Arguments.h"
 #include "Await.h"
 #include "Directions.h"
+#include "FindCall.h"
 
 #include <QuorvelKit/QVNavigation.h>
 
@@ -11,30 +12,19 @@
 
 using namespace quorvelkit;
 
-namespace {
-
-std::string checkCoordinate(const std::string& text) {
-  return parseCoordinate(text) ? std::string()
-                               : "'" + text + "' is no LAT,LON in degrees such as 39.3,-76.54";
-}
-
-std::string checkTime(const std::string& text) {
-  return parseTime(text) ? std::string()
-                         : "'" + text + "' is no RFC 3339 time such as 2017-03-01T14:05:00Z";
-}
-
-int fail(const std::string& problem) {
-  std::cerr << "quorvel: " << problem << '\n';
-  return 1;
-}
-
-}  // namespace
-
 RouteCommand::RouteCommand(CLI::App& program, Backend& backend)
     : command_(program.add_subcommand("route", "Directions from one place to another")),
       backend_(backend) {
-  command_->add_option("--from", from_, "Start as LAT,LON")->required()->check(checkCoordinate);
-  command_->add_option("--to", to_, "Destination as LAT,LON")->required()->check(checkCoordinate);
+  command_->add_option("--from", from_, "Start as LAT,LON, or an address")
+      ->required()
+      ->check(checkPlace);
+  command_->add_option("--to", to_, "Destination as LAT,LON, or an address")
+      ->required()
+      ->check(checkPlace);
+  command_
+      ->add_option("--near", near_,
+                   "Where to look for addresses, as LAT,LON; else near the other end of the route")
+      ->check(checkCoordinate);
   command_->add_option("--arrive", arrive_, "When to be there, instead of leaving now")
       ->check(checkTime);
   auto* json = command_->add_flag("--json", json_, "Print the answer as the server sent it");
@@ -42,8 +32,24 @@ RouteCommand::RouteCommand(CLI::App& program, Backend& backend)
   backend_.addOptions(*command_);
 }
 
-std::shared_ptr<QVRouteRequest> RouteCommand::makeRequest() const {
-  auto request = std::make_shared<QVRouteRequest>(*parseCoordinate(from_), *parseCoordinate(to_));
+std::optional<Coordinate> RouteCommand::positionOf(const std::string& place,
+                                                   const std::string& otherPlace,
+                                                   std::ostream& trace) const {
+  if (const auto position = parseCoordinate(place)) return position;
+  const auto near = parseCoordinate(near_.empty() ? otherPlace : near_);
+  if (!near) {
+    fail("Say with --near LAT,LON in which area to look for '" + place + "'.");
+    return std::nullopt;
+  }
+  const auto found = findPlace(backend_, trace, place, *near);
+  if (!found) return std::nullopt;
+  if (!json_ && !geoJSON_) std::cout << place << ": " << found->address().value_or("") << '\n';
+  return found->location();
+}
+
+std::shared_ptr<QVRouteRequest> RouteCommand::makeRequest(const Coordinate& from,
+                                                          const Coordinate& to) const {
+  auto request = std::make_shared<QVRouteRequest>(from, to);
   if (!arrive_.empty()) {
     request->setTime(*parseTime(arrive_));
     request->setRequestType(QVRouteRequestType::ArrivalTime);
@@ -55,7 +61,11 @@ int RouteCommand::run() const {
   // Standard output is for the answer alone when another program reads it.
   std::ostream& trace = json_ || geoJSON_ ? std::cerr : std::cout;
   if (const auto problem = backend_.load(trace)) return fail(*problem);
-  const auto request = makeRequest();
+  const auto from = positionOf(from_, to_, trace);
+  if (!from) return 1;
+  const auto to = positionOf(to_, from_, trace);
+  if (!to) return 1;
+  const auto request = makeRequest(*from, *to);
   if (!request->url()) {
     return fail(
         "The backend's configuration names no navigation server, so there is nobody to ask. "

@@ -8,7 +8,9 @@
 
 #include <CLI/CLI.hpp>
 
+#include <iosfwd>
 #include <memory>
+#include <optional>
 #include <string>
 
 /// `quorvel route`: asks for a route and prints its directions.
@@ -21,7 +23,13 @@ class RouteCommand {
   int run() const;
 
  private:
-  std::shared_ptr<quorvelkit::QVRouteRequest> makeRequest() const;
+  /// The position that an end of the route gives itself or that its address has. Absent after
+  /// telling why.
+  std::optional<quorvelkit::Coordinate> positionOf(const std::string& place,
+                                                   const std::string& otherPlace,
+                                                   std::ostream& trace) const;
+  std::shared_ptr<quorvelkit::QVRouteRequest> makeRequest(const quorvelkit::Coordinate& from,
+                                                          const quorvelkit::Coordinate& to) const;
   void print(const quorvelkit::QVRouteRequest& request,
              const quorvelkit::QVRouteResponse& response) const;
 
@@ -29,6 +37,7 @@ class RouteCommand {
   Backend& backend_;
   std::string from_;
   std::string to_;
+  std::string near_;
   std::string arrive_;
   bool json_ = false;
   bool geoJSON_ = false;

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "Backend.h"
+
+#include <CLI/CLI.hpp>
+
+#include <string>
+
+/// `quorvel reverse`: prints the address of a position.
+class ReverseCommand {
+ public:
+  ReverseCommand(CLI::App& program, Backend& backend);
+
+  bool chosen() const { return command_->parsed(); }
+  /// Returns the exit code: 0, or 1 after telling why on standard error.
+  int run() const;
+
+ private:
+  CLI::App* command_;
+  Backend& backend_;
+  std::string at_;
+  bool json_ = false;
+};
