@@ -7,7 +7,7 @@ QVRouteResponse::~QVRouteResponse() = default;
 
 void QVRouteResponse::buildModel() {
   QVBaseResponse::buildModel();
-  if (json()) route_.emplace(*json());
+  if (json() && json()->type() != JSON::Type::null) route_.emplace(*json());
 }
 
 }  // namespace quorvelkit

@@ -15,8 +15,8 @@ class QUORVELKIT_EXPORT QVRouteResponse : public QVBaseResponse {
   using QVBaseResponse::QVBaseResponse;
   ~QVRouteResponse() override;
 
-  /// The whole body as a route; absent when there was no body. An answer that is no route, an
-  /// error's body say, gives one without points: look at error() first.
+  /// The whole body as a route; absent when there was no body or one that is no JSON. JSON that is
+  /// no route, an error's document say, gives one without points: look at error() first.
   const std::optional<QVRoute>& route() const { return route_; }
 
  protected:

@@ -64,7 +64,7 @@ TEST(QVBaseResponseTest, makesOneErrorOfWhatWentWrong) {
                                       code ? status(*code) : nullptr, error);
     EXPECT_EQ(response->error(), expected) << "row " << i;
     EXPECT_EQ(response->json().has_value(), body.has_value()) << "row " << i;
-    EXPECT_EQ(response->route().has_value(), body.has_value()) << "row " << i;
+    EXPECT_EQ(response->route().has_value(), body && body->starts_with('{')) << "row " << i;
     EXPECT_EQ(response->isCancelled(), expected && expected->code() == URLError::cancelled);
     EXPECT_EQ(response->request(), request);
   }
