@@ -6,6 +6,8 @@
 #include <CLI/CLI.hpp>
 #include <signal.h>
 
+#include <cstdio>
+#include <exception>
 #include <iostream>
 #include <mutex>
 #include <optional>
@@ -23,9 +25,7 @@ std::string text(const Coordinate& coordinate) {
   return defaultText(coordinate.latitude) + ',' + defaultText(coordinate.longitude);
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
   CLI::App app("A local backend: login, configuration and routes on the streets of one map.");
   int port = 8080;
   std::string mapFile;
@@ -86,4 +86,15 @@ int main(int argc, char** argv) {
   sigwait(&signals, &received);
   sandbox.stop();
   return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return run(argc, argv);
+  } catch (const std::exception& error) {
+    (void)std::fprintf(stderr, "quorvel-sandbox: %s\n", error.what());
+    return 1;
+  }
 }

@@ -7,13 +7,14 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cstdio>
+#include <exception>
+
 namespace {
 
 constexpr int usageError = 2;
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
   CLI::App program("Routes and place search on the command line, by QuorvelKit.");
   program.require_subcommand(1);
   Backend backend;
@@ -30,4 +31,15 @@ int main(int argc, char** argv) {
   if (suggest.chosen()) return suggest.run();
   if (reverse.chosen()) return reverse.run();
   return route.run();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return run(argc, argv);
+  } catch (const std::exception& error) {
+    (void)std::fprintf(stderr, "quorvel: %s\n", error.what());
+    return 1;
+  }
 }
