@@ -63,6 +63,8 @@ class Run {
   }
 
  private:
+  // Memory of large blocks moves page by page in realloc, where new would copy it.
+  // NOLINTBEGIN(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory)
   struct Free {
     void operator()(T* data) const noexcept { std::free(data); }
   };
@@ -78,6 +80,7 @@ class Run {
     }
     capacity_ = capacity;
   }
+  // NOLINTEND(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory)
 
   std::unique_ptr<T[], Free> data_;
   std::size_t size_ = 0;

@@ -53,7 +53,7 @@ ValueBits failureBits(FailureReason reason, std::int64_t index) noexcept {
 ValueBits failureBits(FailureReason reason, std::string_view key) {
   const auto detail = static_cast<std::uint32_t>(reason);
   if (key.size() > longestInlineKey) {
-    return ValueBits::make(ValueCore::payload(new TextCell(std::string(key))),
+    return ValueBits::make(ValueCore::payload(makeCell<TextCell>(std::string(key))),
                            ValueTag::longFailure, 0, detail);
   }
   char inlined[longestInlineKey] = {};

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <variant>
 
 namespace quorvelkit {
@@ -30,15 +31,7 @@ class QUORVELKIT_EXPORT Number {
   template <std::same_as<bool> B>
   constexpr Number(B value) noexcept : value_(value) {}
   template <std::integral I>
-  requires(!std::same_as<I, bool>) constexpr Number(I value) noexcept : value_(std::int64_t{0}) {
-    if constexpr (std::signed_integral<I>) {
-      value_ = std::int64_t{value};
-    } else if (value <= std::uint64_t{INT64_MAX}) {
-      value_ = static_cast<std::int64_t>(value);
-    } else {
-      value_ = std::uint64_t{value};
-    }
-  }
+  requires(!std::same_as<I, bool>) constexpr Number(I value) noexcept : value_(stored(value)) {}
   template <std::floating_point F>
   constexpr Number(F value) noexcept : value_(static_cast<double>(value)) {}
   constexpr Number(Decimal value) noexcept : value_(value) {}
@@ -88,7 +81,16 @@ class QUORVELKIT_EXPORT Number {
   friend bool operator==(const Number& a, const Number& b) { return (a <=> b) == 0; }
 
  private:
-  std::variant<bool, std::int64_t, std::uint64_t, double, Decimal> value_;
+  using Stored = std::variant<bool, std::int64_t, std::uint64_t, double, Decimal>;
+
+  // An integer is unsigned only where it has to be.
+  template <class I>
+  static constexpr Stored stored(I value) noexcept {
+    if (std::cmp_greater(value, INT64_MAX)) return static_cast<std::uint64_t>(value);
+    return static_cast<std::int64_t>(value);
+  }
+
+  Stored value_;
 };
 
 /// The numbers made from the booleans, and the storage that tells them from 1 and 0.

@@ -8,7 +8,9 @@ using detail::ArrayCell;
 using detail::ContainerCell;
 using detail::Counted;
 using detail::DecimalCell;
+using detail::destroyCell;
 using detail::Document;
+using detail::makeCell;
 using detail::MapCell;
 using detail::TextCell;
 using detail::UnsupportedCell;
@@ -19,7 +21,7 @@ void Value::setNumber(const Number& number) {
   std::visit(
       [&](const auto& stored) {
         if constexpr (std::is_same_v<decltype(stored), const Decimal&>) {
-          ValueCore::hold(*this, new DecimalCell(stored), ValueTag::decimal);
+          ValueCore::hold(*this, makeCell<DecimalCell>(stored), ValueTag::decimal);
         } else {
           *this = Value(stored);
         }
@@ -28,20 +30,20 @@ void Value::setNumber(const Number& number) {
 }
 
 Value::Value(std::string text) {
-  ValueCore::hold(*this, new TextCell(std::move(text)), ValueTag::text);
+  ValueCore::hold(*this, makeCell<TextCell>(std::move(text)), ValueTag::text);
 }
 
 Value::Value(ValueArray elements) {
-  ValueCore::hold(*this, new ArrayCell(std::move(elements)), ValueTag::array);
+  ValueCore::hold(*this, makeCell<ArrayCell>(std::move(elements)), ValueTag::array);
 }
 
 Value::Value(ValueMap members) {
-  ValueCore::hold(*this, new MapCell(std::move(members)), ValueTag::map);
+  ValueCore::hold(*this, makeCell<MapCell>(std::move(members)), ValueTag::map);
 }
 
 Value Value::unsupported(std::any thing) {
   Value value;
-  ValueCore::hold(value, new UnsupportedCell(std::move(thing)), ValueTag::unsupported);
+  ValueCore::hold(value, makeCell<UnsupportedCell>(std::move(thing)), ValueTag::unsupported);
   return value;
 }
 
@@ -83,13 +85,13 @@ void Value::release() noexcept {
   bits_ = {};
   if (!dropsLast(cell)) return;
   switch (tag) {
-    case ValueTag::decimal: delete static_cast<DecimalCell*>(cell); return;
+    case ValueTag::decimal: destroyCell<DecimalCell>(cell); return;
     case ValueTag::longFailure:
-    case ValueTag::text: delete static_cast<TextCell*>(cell); return;
-    case ValueTag::unsupported: delete static_cast<UnsupportedCell*>(cell); return;
+    case ValueTag::text: destroyCell<TextCell>(cell); return;
+    case ValueTag::unsupported: destroyCell<UnsupportedCell>(cell); return;
     case ValueTag::array:
     case ValueTag::map: ValueCore::destroy(static_cast<ContainerCell*>(cell), tag); return;
-    default: delete static_cast<Document*>(cell); return;
+    default: destroyCell<Document>(cell); return;
   }
 }
 
@@ -116,12 +118,12 @@ void ValueCore::destroy(ContainerCell* cell, ValueTag tag) noexcept {
       auto* const array = static_cast<ArrayCell*>(dying);
       for (Value& element : array->elements)
         bury(element);
-      delete array;
+      destroyCell<ArrayCell>(array);
     } else {
       auto* const map = static_cast<MapCell*>(dying);
       for (std::size_t i = 0; i < map->members.size(); ++i)
         bury(map->members.valueAt(i));
-      delete map;
+      destroyCell<MapCell>(map);
     }
   }
 }
@@ -130,7 +132,7 @@ Value ValueCore::take(Document* document) noexcept {
   const ValueBits bits = document->bits(document->root);
   Value value;
   value.bits_ = bits;
-  if (bits.tag() < ValueTag::frozenText) delete document;
+  if (bits.tag() < ValueTag::frozenText) destroyCell<Document>(document);
   return value;
 }
 

@@ -8,6 +8,7 @@
 
 #include <any>
 #include <atomic>
+#include <bit>
 #include <concepts>
 #include <cstddef>
 #include <string>
@@ -119,7 +120,7 @@ class QUORVELKIT_EXPORT Value : public ValueView {
     }
   }
   detail::Counted* counted() const noexcept {
-    return reinterpret_cast<detail::Counted*>(static_cast<std::uintptr_t>(bits_.payload));
+    return std::bit_cast<detail::Counted*>(bits_.payload);
   }
   void release() noexcept;
   void setNumber(const Number& number);

@@ -6,6 +6,8 @@
 #include <QuorvelKit/JSON/Value.h>
 
 #include <any>
+#include <bit>
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -38,6 +40,17 @@ struct MapCell : ContainerCell {
   ValueMap members;
 };
 
+// Cells count their owners by themselves: the first of these makes the first owner, the second is
+// for whoever drops the last.
+template <class Cell, class... Arguments>
+Cell* makeCell(Arguments&&... arguments) {
+  return std::make_unique<Cell>(std::forward<Arguments>(arguments)...).release();
+}
+template <class Cell>
+void destroyCell(Counted* cell) noexcept {
+  const std::unique_ptr<Cell> last(static_cast<Cell*>(cell));
+}
+
 // Reach into values, for the sources of this folder.
 struct ValueCore {
   static const ValueBits& bits(const ValueView& view) noexcept { return view.bits_; }
@@ -60,10 +73,10 @@ struct ValueCore {
   }
   static const Document& document(const ValueView& view) noexcept { return cell<Document>(view); }
   static Counted* counted(const ValueBits& bits) noexcept {
-    return reinterpret_cast<Counted*>(static_cast<std::uintptr_t>(bits.payload));
+    return std::bit_cast<Counted*>(bits.payload);
   }
   static std::uint64_t payload(Counted* counted) noexcept {
-    return static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(counted));
+    return std::bit_cast<std::uint64_t>(counted);
   }
 
   // Makes the value hold the cell, whose count it takes over; the value must hold nothing counted.

@@ -31,7 +31,7 @@ std::shared_ptr<Response> findCall(const Backend& backend, std::ostream& trace,
         "Its operator has to set quorvel-find-root-url.");
     return nullptr;
   }
-  const auto response = await<Response>([&](auto handler) { call(request, std::move(handler)); });
+  auto response = await<Response>([&](auto handler) { call(request, std::move(handler)); });
   backend.traceExchange(trace, *response);
   if (const auto problem = Backend::problem(*response)) {
     fail("The search failed: " + *problem);
