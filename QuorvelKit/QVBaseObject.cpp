@@ -15,15 +15,15 @@ std::optional<Value> QVBaseObject::getValue(const KeyView& key) const {
   const auto& own = json();
   if (!own) return std::nullopt;
   // The same as (*own)[key].object(), without making the error of a missing member.
-  const auto member = own->view().member(key);
-  if (!member || member->kind() == ValueView::Kind::unsupported) return Value();
-  return Value(*member);
+  const ValueView member = own->view().memberOrNull(key);
+  if (member.kind() == ValueView::Kind::unsupported) return Value();
+  return Value(member);
 }
 
 std::optional<JSON> QVBaseObject::child(const KeyView& key) const {
-  const auto member = json_ ? json_->view().member(key) : std::nullopt;
-  if (!member || member->isNull()) return std::nullopt;
-  return JSON(Value(*member));
+  const ValueView member = json_ ? json_->view().memberOrNull(key) : ValueView();
+  if (member.isNull()) return std::nullopt;
+  return JSON(Value(member));
 }
 
 }  // namespace quorvelkit

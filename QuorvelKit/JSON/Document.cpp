@@ -5,30 +5,25 @@
 
 namespace quorvelkit::detail {
 
-std::uint32_t Document::member(std::uint32_t map, const KeyView& key) const noexcept {
-  const Node& container = nodes[map];
-  const std::uint32_t first = container.first();
-  const std::uint32_t size = container.count();
+const Node* Document::memberOfAnySize(const Node& map, const KeyView& key) const noexcept {
+  const std::uint32_t size = map.count();
+  const Node* const members = nodes.data() + map.first();
+  const auto is = [&](const Node& node) {
+    return node.hash() == key.hash() && isKey(node.key, key);
+  };
   if (size < indexedMembers) {
-    for (std::uint32_t node = first; node < first + size; ++node) {
-      if (nodes[node].hash() == key.hash() && isKey(nodes[node].key, key)) return node;
-    }
-    return noNode;
+    const Node* const found = std::find_if(members, members + size, is);
+    return found == members + size ? nullptr : found;
   }
-  const std::uint32_t* const begin = index(container);
+  const std::uint32_t* const begin = index(map);
   const std::uint32_t* const end = begin + size;
   const std::uint32_t* const found =
       std::lower_bound(begin, end, key, [&](std::uint32_t position, const KeyView& sought) {
-        const Node& node = nodes[first + position];
+        const Node& node = members[position];
         if (node.hash() != sought.hash()) return node.hash() < sought.hash();
         return keyText(node.key) < sought.text();
       });
-  if (found == end) return noNode;
-  const std::uint32_t node = first + *found;
-  if (nodes[node].hash() != key.hash() || !isKey(nodes[node].key, key)) {
-    return noNode;
-  }
-  return node;
+  return found != end && is(members[*found]) ? members + *found : nullptr;
 }
 
 }  // namespace quorvelkit::detail

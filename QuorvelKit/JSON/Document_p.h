@@ -115,17 +115,27 @@ struct Document : Counted {
   const std::uint32_t* index(const Node& map) const noexcept {
     return order.data() + nodes[map.first() + map.count()].first();
   }
-  ValueBits bits(std::uint32_t node) const noexcept {
-    const Node& n = nodes[node];
-    const ValueTag tag = n.tag();
-    if (tag < ValueTag::frozenText) return ValueBits::make(n.payload, tag);
+  ValueBits bits(const Node& node) const noexcept {
+    const ValueTag tag = node.tag();
+    if (tag < ValueTag::frozenText) return ValueBits::make(node.payload, tag);
     const auto* const self = static_cast<const Counted*>(this);
-    return ValueBits::make(reinterpret_cast<std::uintptr_t>(self), tag, node);
+    return ValueBits::make(reinterpret_cast<std::uintptr_t>(self), tag,
+                           static_cast<std::uint32_t>(&node - nodes.data()));
   }
-  // The node of a map's member, noNode when there is none. (An optional of this size is written
-  // in two pieces and read back in one, which stalls every look-up.)
-  static constexpr std::uint32_t noNode = UINT32_MAX;
-  std::uint32_t member(std::uint32_t map, const KeyView& key) const noexcept;
+  // A map's member, null when there is none.
+  const Node* member(const Node& map, const KeyView& key) const noexcept {
+    if (map.count() >= indexedMembers || key.text().size() > sizeof(Key::front)) {
+      return memberOfAnySize(map, key);
+    }
+    const Node* const end = nodes.data() + map.first() + map.count();
+    for (const Node* node = end - map.count(); node != end; ++node) {
+      if (node->hash() != key.hash()) continue;
+      const Key& found = keys[node->key];
+      if (found.front == key.front() && found.length == key.text().size()) return node;
+    }
+    return nullptr;
+  }
+  const Node* memberOfAnySize(const Node& map, const KeyView& key) const noexcept;
 
   Run<Node> nodes;
   Run<char> text;

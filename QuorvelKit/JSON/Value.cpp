@@ -129,7 +129,7 @@ void ValueCore::destroy(ContainerCell* cell, ValueTag tag) noexcept {
 }
 
 Value ValueCore::take(Document* document) noexcept {
-  const ValueBits bits = document->bits(document->root);
+  const ValueBits bits = document->bits(document->nodes[document->root]);
   Value value;
   value.bits_ = bits;
   if (bits.tag() < ValueTag::frozenText) destroyCell<Document>(document);

@@ -86,11 +86,11 @@ class QUORVELKIT_EXPORT Value : public ValueView {
 
   /// Takes part in owning what the view shows.
   explicit Value(const ValueView& view) noexcept : ValueView(view) {
-    if (bits_.tag() == detail::ValueTag::unknown || bits_.tag() == detail::ValueTag::failure ||
-        bits_.tag() == detail::ValueTag::longFailure) {
+    if (bits_.tag() >= detail::ValueTag::decimal) {
+      retain();
+    } else if (bits_.tag() >= detail::ValueTag::unknown) {
       bits_ = {};
     }
-    retain();
   }
 
   Value(const Value& other) noexcept : ValueView(other) { retain(); }

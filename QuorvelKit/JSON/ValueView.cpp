@@ -46,7 +46,7 @@ ValueView ValueView::element(std::size_t index) const noexcept {
     const Document& document = ValueCore::document(*this);
     const Node& node = document.nodes[bits_.node()];
     if (index >= node.count()) return {};
-    return ValueCore::view(document.bits(node.first() + static_cast<std::uint32_t>(index)));
+    return ValueCore::view(document.bits(document.nodes[node.first() + index]));
   }
   if (bits_.tag() == ValueTag::array) {
     const ValueArray& elements = ValueCore::cell<ArrayCell>(*this).elements;
@@ -60,8 +60,8 @@ std::pair<std::string_view, ValueView> ValueView::memberAt(std::size_t index) co
     const Document& document = ValueCore::document(*this);
     const Node& node = document.nodes[bits_.node()];
     if (index >= node.count()) return {};
-    const std::uint32_t member = node.first() + static_cast<std::uint32_t>(index);
-    return {document.keyText(document.nodes[member].key), ValueCore::view(document.bits(member))};
+    const Node& member = document.nodes[node.first() + index];
+    return {document.keyText(member.key), ValueCore::view(document.bits(member))};
   }
   if (bits_.tag() == ValueTag::map) {
     const ValueMap& members = ValueCore::cell<MapCell>(*this).members;
@@ -73,13 +73,27 @@ std::pair<std::string_view, ValueView> ValueView::memberAt(std::size_t index) co
 std::optional<ValueView> ValueView::member(const KeyView& key) const noexcept {
   if (bits_.tag() == ValueTag::frozenMap) {
     const Document& document = ValueCore::document(*this);
-    const std::uint32_t node = document.member(bits_.node(), key);
-    if (node != Document::noNode) return ValueCore::view(document.bits(node));
+    const Node* const node = document.member(document.nodes[bits_.node()], key);
+    if (node) return ValueCore::view(document.bits(*node));
   } else if (bits_.tag() == ValueTag::map) {
     const Value* value = ValueCore::cell<MapCell>(*this).members.find(key.text());
     if (value) return *value;
   }
   return std::nullopt;
+}
+
+// Apart, so that reads of what was parsed need not make room for it.
+ValueView ValueView::changedMember(const KeyView& key) const noexcept {
+  return member(key).value_or(ValueView());
+}
+
+ValueView ValueView::memberOrNull(const KeyView& key) const noexcept {
+  if (bits_.tag() == ValueTag::frozenMap) {
+    const Document& document = ValueCore::document(*this);
+    const Node* const node = document.member(document.nodes[bits_.node()], key);
+    return node ? ValueCore::view(document.bits(*node)) : ValueView();
+  }
+  return changedMember(key);
 }
 
 const std::any* ValueView::unsupported() const noexcept {

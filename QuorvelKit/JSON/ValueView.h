@@ -71,7 +71,7 @@ class QUORVELKIT_EXPORT ValueView {
   constexpr ValueView() noexcept = default;
 
   Kind kind() const noexcept {
-    constexpr Kind kinds[] = {
+    static constexpr Kind kinds[] = {
         Kind::null,  Kind::boolean, Kind::boolean, Kind::number, Kind::number, Kind::number,
         Kind::null,  Kind::null,    Kind::null,    Kind::number, Kind::text,   Kind::unsupported,
         Kind::array, Kind::map,     Kind::text,    Kind::array,  Kind::map};
@@ -112,6 +112,8 @@ class QUORVELKIT_EXPORT ValueView {
   std::pair<std::string_view, ValueView> memberAt(std::size_t index) const noexcept;
   /// A member of a map by its key; absent when there is none.
   std::optional<ValueView> member(const KeyView& key) const noexcept;
+  /// The same, null when there is none.
+  ValueView memberOrNull(const KeyView& key) const noexcept;
 
   /// A thing of no JSON kind; null for every other kind.
   const std::any* unsupported() const noexcept;
@@ -122,6 +124,9 @@ class QUORVELKIT_EXPORT ValueView {
 
  protected:
   detail::ValueBits bits_;
+
+ private:
+  ValueView changedMember(const KeyView& key) const noexcept;
 
   friend struct detail::ValueCore;
 };
