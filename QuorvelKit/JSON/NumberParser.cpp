@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelKit/JSON/NumberParser_p.h>
 
+#include <bit>
 #include <charconv>
+#include <cstring>
 #include <limits>
 
 namespace quorvelkit::detail {
@@ -13,8 +15,8 @@ bool isDigit(char c) noexcept { return static_cast<unsigned char>(c - '0') < 10;
 // The longest run of digits that always fits into 64 bits.
 constexpr std::int64_t safeDigits = 19;
 
-// A number as its grammar shows it: digits x 10^exponent, counted from the first that is not 0.
-// The digits are whole only when there are at most safeDigits of them.
+// A number as its grammar shows it: digits x 10^exponent. The digits are whole only when at most
+// safeDigits of them count, from the first that is not 0.
 struct Scan {
   std::uint64_t digits = 0;
   std::int64_t digitCount = 0;
@@ -23,11 +25,39 @@ struct Scan {
   bool integer = true;
 };
 
-const char* scanDigits(const char* p, const char* end, Scan& scan) noexcept {
-  for (; p != end && isDigit(*p); ++p) {
-    scan.digits = scan.digits * 10 + static_cast<std::uint64_t>(*p - '0');
-    if (scan.digitCount != 0 || *p != '0') ++scan.digitCount;
+// Appends the digits at the front of eight bytes, all at once, and gives their count. (The first
+// byte is the lowest one of a word on every machine that the library is built for.)
+unsigned takeOfEight(const char* p, std::uint64_t& digits) noexcept {
+  static_assert(std::endian::native == std::endian::little);
+  static constexpr std::uint64_t powers[] = {1,       10,        100,        1'000,      10'000,
+                                             100'000, 1'000'000, 10'000'000, 100'000'000};
+  std::uint64_t word = 0;
+  std::memcpy(&word, p, sizeof word);
+  // Digits become 0 to 9. The highest bit gets set in the first byte that is more, and perhaps in
+  // bytes behind it.
+  word ^= 0x3030303030303030U;
+  const std::uint64_t others = ((word + 0x7676767676767676U) | word) & 0x8080808080808080U;
+  const auto count = static_cast<unsigned>(std::countr_zero(others)) / 8;
+  if (count == 0) return 0;
+  // What is no digit goes out at the top and zeros come in below; then neighbours are put together
+  // to numbers of two, four and eight digits.
+  word <<= 64 - 8 * count;
+  word = word * 10 + (word >> 8U);
+  word = ((word & 0x000000FF000000FFU) * 0x000F424000000064U +
+          ((word >> 16U) & 0x000000FF000000FFU) * 0x0000271000000001U) >>
+         32U;
+  digits = digits * powers[count] + word;
+  return count;
+}
+
+const char* takeDigits(const char* p, const char* end, std::uint64_t& digits) noexcept {
+  while (end - p >= 8) {
+    const unsigned count = takeOfEight(p, digits);
+    p += count;
+    if (count < 8) return p;
   }
+  for (; p != end && isDigit(*p); ++p)
+    digits = digits * 10 + static_cast<std::uint64_t>(*p - '0');
   return p;
 }
 
@@ -44,26 +74,11 @@ const char* scanExponent(const char* p, const char* end, Scan& scan) noexcept {
   return p;
 }
 
-const char* scanNumber(const char* p, const char* end, Scan& scan) noexcept {
-  if (p != end && *p == '-') {
-    scan.negative = true;
-    ++p;
-  }
-  const char* const whole = p;
-  p = scanDigits(p, end, scan);
-  if (p == whole || (*whole == '0' && p - whole > 1)) return nullptr;
-  if (p != end && *p == '.') {
-    scan.integer = false;
-    const char* const fraction = ++p;
-    p = scanDigits(p, end, scan);
-    if (p == fraction) return nullptr;
-    scan.exponent = fraction - p;
-  }
-  if (p != end && (*p == 'e' || *p == 'E')) {
-    scan.integer = false;
-    p = scanExponent(p + 1, end, scan);
-  }
-  return p;
+std::int64_t leadingZeros(const char* p, const char* end) noexcept {
+  std::int64_t zeros = 0;
+  for (; p != end && (*p == '-' || *p == '0' || *p == '.'); ++p)
+    zeros += *p == '0' ? 1 : 0;
+  return zeros;
 }
 
 void setDouble(ValueBits& bits, double value) noexcept {
@@ -79,12 +94,10 @@ bool setInteger(ValueBits& bits, const Scan& scan, std::uint64_t magnitude) noex
   return true;
 }
 
-}  // namespace
-
-const char* parseNumber(const char* begin, const char* end, ValueBits& bits) noexcept {
-  Scan scan;
-  const char* const stop = scanNumber(begin, end, scan);
-  if (!stop) return nullptr;
+// A number that more than one step is needed for: exponents, twenty digits and more.
+const char* finishNumber(const char* begin, const char* stop, Scan& scan,
+                         ValueBits& bits) noexcept {
+  if (scan.digitCount > safeDigits) scan.digitCount -= leadingZeros(begin, stop);
   if (scan.integer) {
     std::uint64_t magnitude = scan.digits;
     bool fits = scan.digitCount <= safeDigits;
@@ -93,25 +106,58 @@ const char* parseNumber(const char* begin, const char* end, ValueBits& bits) noe
     }
     if (fits && setInteger(bits, scan, magnitude)) return stop;
   }
-  // With digits and power of ten both exact, one operation rounds once, hence correctly.
-  static constexpr double powers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                      1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                      1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-  if (scan.digitCount <= safeDigits && scan.digits <= (std::uint64_t{1} << 53U) &&
-      scan.exponent >= -22 && scan.exponent <= 22) {
-    const auto digits = static_cast<double>(scan.digits);
-    const double value =
-        scan.exponent < 0 ? digits / powers[-scan.exponent] : digits * powers[scan.exponent];
-    setDouble(bits, scan.negative ? -value : value);
-    return stop;
-  }
+  const bool isZero = scan.digitCount <= safeDigits && scan.digits == 0;
   double value = scan.negative ? -0.0 : 0.0;
-  if (scan.digitCount != 0 && std::from_chars(begin, stop, value).ec != std::errc()) {
+  if (!isZero && std::from_chars(begin, stop, value).ec != std::errc()) {
     // Too small stays zero, too large is no number.
     if (scan.digitCount + scan.exponent > 0) return nullptr;
   }
   setDouble(bits, value);
   return stop;
+}
+
+}  // namespace
+
+const char* parseNumber(const char* begin, const char* end, ValueBits& bits) noexcept {
+  const bool negative = *begin == '-';
+  const char* const whole = begin + (negative ? 1 : 0);
+  std::uint64_t digits = 0;
+  const char* p = takeDigits(whole, end, digits);
+  const std::ptrdiff_t wholeCount = p - whole;
+  if (wholeCount == 0 || (*whole == '0' && wholeCount > 1)) return nullptr;
+  const char* fraction = nullptr;
+  std::ptrdiff_t fractionCount = 0;
+  if (p != end && *p == '.') {
+    fraction = ++p;
+    p = takeDigits(p, end, digits);
+    fractionCount = p - fraction;
+    if (fractionCount == 0) return nullptr;
+  }
+  const bool hasExponent = p != end && (*p == 'e' || *p == 'E');
+  if (!hasExponent && wholeCount + fractionCount < safeDigits) {
+    if (!fraction) {
+      const auto value = static_cast<std::int64_t>(digits);
+      bits =
+          ValueBits::make(static_cast<std::uint64_t>(negative ? -value : value), ValueTag::int64);
+      return p;
+    }
+    // With digits and power of ten both exact, one operation rounds once, hence correctly.
+    static constexpr double powers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8, 1e9,
+                                        1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18};
+    if (digits <= std::uint64_t{1} << 53U) {
+      const double value =
+          static_cast<double>(static_cast<std::int64_t>(digits)) / powers[fractionCount];
+      setDouble(bits, negative ? -value : value);
+      return p;
+    }
+  }
+  Scan scan{digits, wholeCount + fractionCount, -fractionCount, negative, !fraction};
+  if (hasExponent) {
+    scan.integer = false;
+    p = scanExponent(p + 1, end, scan);
+    if (!p) return nullptr;
+  }
+  return finishNumber(begin, p, scan, bits);
 }
 
 }  // namespace quorvelkit::detail
