@@ -40,12 +40,13 @@ class Run {
   std::size_t size() const noexcept { return size_; }
   T& operator[](std::size_t i) const noexcept { return data_[i]; }
 
-  // Room for more things; doubles, or grows to the expected size when that is closer.
-  void reserveMore(std::size_t more, std::size_t expected = 0) {
-    if (capacity_ - size_ >= more) return;
-    const std::size_t least = size_ + more;
-    const std::size_t doubled = std::max<std::size_t>(least, size_ * 2);
-    resizeCapacity(expected > least + least / 8 && expected < doubled ? expected : doubled);
+  std::size_t room() const noexcept { return capacity_ - size_; }
+  void reserve(std::size_t capacity) {
+    if (capacity > capacity_) resizeCapacity(capacity);
+  }
+  // Room for more things; doubles when there is none.
+  void reserveMore(std::size_t more) {
+    if (room() < more) resizeCapacity(std::max<std::size_t>(size_ + more, size_ * 2));
   }
   void append(const T* things, std::size_t count) {
     if (count == 0) return;

@@ -14,29 +14,32 @@ class KeyTable {
  public:
   explicit KeyTable(Document& document) : document_(document) {}
 
+  static constexpr std::uint32_t none = UINT32_MAX;
+
   // The number of the key that the bytes begin with, a quotation mark behind it, when it is the
-  // one that followed the last key before: documents repeat themselves. The bytes stand right
-  // behind a key's opening quotation mark.
-  std::optional<std::uint32_t> guess(std::string_view bytes) const noexcept {
-    if (last_ == none || entries_[last_].next == none) return std::nullopt;
-    const std::uint32_t key = entries_[last_].next;
-    const Entry& entry = entries_[key];
+  // one that followed the last key before: documents repeat themselves; otherwise none. The bytes
+  // stand right behind a key's opening quotation mark.
+  std::uint32_t guess(const char* p, const char* end) const noexcept {
+    if (next_ == none) return none;
+    const Entry& entry = entries_[next_];
     std::uint64_t front = 0;
-    if (bytes.size() < sizeof front) return std::nullopt;
-    std::memcpy(&front, bytes.data(), sizeof front);
-    if ((front & entry.frontMask) != entry.front) return std::nullopt;
-    if (entry.length < sizeof front) return key;
-    const std::string_view text = document_.keyText(key);
-    if (bytes.size() <= text.size() || bytes[text.size()] != '"') return std::nullopt;
-    return bytes.starts_with(text) ? std::optional(key) : std::nullopt;
+    const auto size = static_cast<std::size_t>(end - p);
+    if (size < sizeof front) return none;
+    std::memcpy(&front, p, sizeof front);
+    if ((front & entry.frontMask) != entry.front) return none;
+    if (entry.length < sizeof front) return next_;
+    const std::string_view text = document_.keyText(next_);
+    if (size <= text.size() || p[text.size()] != '"') return none;
+    return std::string_view(p, text.size()) == text ? next_ : none;
   }
   // The number of the key whose text ends the document's text since `start`; the text is taken
   // back when the key is known. An unescaped one stood in the bytes letter for letter.
   std::uint32_t number(std::size_t start, bool unescaped);
   // Tells which key came last.
   void follow(std::uint32_t key) noexcept {
-    if (last_ != none) entries_[last_].next = key;
+    if (key != next_ && last_ != none) entries_[last_].next = key;
     last_ = key;
+    next_ = entries_[key].next;
   }
 
   std::uint32_t hash(std::uint32_t key) const noexcept { return entries_[key].hash; }
@@ -44,8 +47,6 @@ class KeyTable {
   std::size_t lengthWithMark(std::uint32_t key) const noexcept { return entries_[key].length + 1U; }
 
  private:
-  static constexpr std::uint32_t none = UINT32_MAX;
-
   struct Entry {
     // The first bytes of the text and its closing quotation mark, and which bytes of a word they
     // fill. A text that was escaped has a front that no bytes match.
@@ -62,6 +63,7 @@ class KeyTable {
   std::vector<Entry> entries_;
   std::vector<std::uint32_t> slots_;
   std::uint32_t last_ = none;
+  std::uint32_t next_ = none;  // What followed it before.
 };
 
 }  // namespace quorvelkit::detail

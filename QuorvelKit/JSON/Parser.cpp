@@ -16,10 +16,12 @@ namespace {
 
 // Values wait on a stack until the container around them closes; then they move into the document
 // together. So children are contiguous, and nothing recurs.
+//
+// The steps take the place where they begin and give the one behind what they read, or null after
+// a failure. (A member that held the place would be written to memory at every one.)
 class Parser {
  public:
-  explicit Parser(std::string_view bytes)
-      : begin_(bytes.data()), p_(begin_), end_(begin_ + bytes.size()) {}
+  explicit Parser(std::string_view bytes) : begin_(bytes.data()), end_(begin_ + bytes.size()) {}
 
   std::optional<Value> run(std::string& problem);
 
@@ -28,47 +30,54 @@ class Parser {
     std::size_t firstChild;
     std::uint64_t keysSeen;  // a bit for each key number modulo 64
     std::uint32_t key;       // of the container itself
+    std::uint32_t hash;
     bool isMap;
     bool repeatsKey;
   };
 
   bool document();
-  bool value();
-  bool open(bool isMap);
-  bool close();
+  // A scalar, an empty container, or all that opens before the next value.
+  const char* value(const char* p);
   // Goes on behind a complete value, to the next value or the end of the document.
-  bool afterValue(bool& done);
-  bool key();
-  bool stringValue();
-  bool word(std::string_view text, ValueTag tag);
+  const char* afterValue(const char* p);
+  const char* open(const char* p, bool isMap);
+  const char* close(const char* p);
+  const char* key(const char* p);
+  void noteKey(Frame& frame) const noexcept;
+  const char* stringValue(const char* p);
+  const char* word(const char* p, std::string_view text, ValueTag tag);
   void push(std::uint64_t payload, ValueTag tag) {
-    const std::uint32_t hash = inMap() ? keys_.hash(key_) : 0;
-    pending_.push({payload, key_, static_cast<std::uint32_t>(tag) | (hash << 8U)});
+    pending_.push({payload, key_, static_cast<std::uint32_t>(tag) | hash_});
   }
-  bool inMap() const noexcept { return depth_ > 0 && frames_[depth_ - 1].isMap; }
+  void makeRoom(const char* p, std::size_t count);
   void dropRepeatedKeys(std::size_t first);
   void appendIndex(std::uint32_t first, std::uint32_t count);
 
-  void skipSpace() noexcept {
-    while (p_ != end_ && (*p_ == ' ' || *p_ == '\n' || *p_ == '\r' || *p_ == '\t'))
-      ++p_;
+  const char* skipSpace(const char* p) const noexcept {
+    while (p != end_ && static_cast<unsigned char>(*p) <= ' ' &&
+           (*p == ' ' || *p == '\n' || *p == '\r' || *p == '\t'))
+      ++p;
+    return p;
   }
-  bool at(char c) const noexcept { return p_ != end_ && *p_ == c; }
-  bool fail(const char* problem) noexcept {
+  bool at(const char* p, char c) const noexcept { return p != end_ && *p == c; }
+  const char* fail(const char* p, const char* problem) noexcept {
+    failedAt_ = p;
     problem_ = problem;
-    return false;
+    return nullptr;
   }
 
   const char* const begin_;
-  const char* p_;
   const char* const end_;
+  const char* failedAt_ = begin_;
   const char* problem_ = "";
   std::unique_ptr<Document> document_ = std::make_unique<Document>();
   KeyTable keys_{*document_};
   Run<Node> pending_;
   std::array<Frame, deepestNesting> frames_;
   std::size_t depth_ = 0;
+  // Of the value to come; the hash stands where nodes have it, and is 0 in arrays.
   std::uint32_t key_ = 0;
+  std::uint32_t hash_ = 0;
 };
 
 std::optional<Value> Parser::run(std::string& problem) {
@@ -81,92 +90,101 @@ std::optional<Value> Parser::run(std::string& problem) {
     document_->order.fit();
     return ValueCore::take(document_.release());
   }
-  problem = std::string(problem_) + " at byte " + std::to_string(p_ - begin_);
+  problem = std::string(problem_) + " at byte " + std::to_string(failedAt_ - begin_);
   return std::nullopt;
 }
 
 bool Parser::document() {
   // Places in a document have 32 bits, and no byte makes more than one of them.
-  if (static_cast<std::size_t>(end_ - begin_) >= UINT32_MAX) return fail("Document too large");
-  if (std::string_view(begin_, end_).starts_with("\xEF\xBB\xBF")) p_ += 3;
-  skipSpace();
-  for (bool done = false; !done;) {
-    if (!value() || !afterValue(done)) return false;
+  if (static_cast<std::size_t>(end_ - begin_) >= UINT32_MAX) {
+    return fail(begin_, "Document too large") != nullptr;
   }
-  return p_ == end_ || fail("Unexpected character behind the document");
+  const bool hasMark = std::string_view(begin_, end_).starts_with("\xEF\xBB\xBF");
+  const char* p = skipSpace(begin_ + (hasMark ? 3 : 0));
+  do {
+    p = value(p);
+    if (p) p = afterValue(p);
+  } while (p && depth_ != 0);
+  if (p && p != end_) p = fail(p, "Unexpected character behind the document");
+  return p != nullptr;
 }
 
-bool Parser::value() {
+const char* Parser::value(const char* p) {
   for (;;) {
-    if (p_ == end_) return fail("Unexpected end");
-    switch (*p_) {
+    if (p == end_) return fail(p, "Unexpected end");
+    switch (*p) {
       case '{':
-        if (!open(true)) return false;
-        if (at('}')) return close();
-        if (!key()) return false;
+        p = open(p, true);
+        if (!p || at(p, '}')) return p ? close(p) : nullptr;
+        p = key(p);
+        if (!p) return nullptr;
         break;
       case '[':
-        if (!open(false)) return false;
-        if (at(']')) return close();
+        p = open(p, false);
+        if (!p || at(p, ']')) return p ? close(p) : nullptr;
         break;
-      case '"': return stringValue();
-      case 't': return word("true", ValueTag::true_);
-      case 'f': return word("false", ValueTag::false_);
-      case 'n': return word("null", ValueTag::null);
+      case '"': return stringValue(p);
+      case 't': return word(p, "true", ValueTag::true_);
+      case 'f': return word(p, "false", ValueTag::false_);
+      case 'n': return word(p, "null", ValueTag::null);
       default: {
         ValueBits number;
-        const char* const stop = parseNumber(p_, end_, number);
-        if (!stop) return fail("Unexpected character or unreadable number");
-        p_ = stop;
+        const char* const stop = parseNumber(p, end_, number);
+        if (!stop) return fail(p, "Unexpected character or unreadable number");
         push(number.payload, number.tag());
-        return true;
+        return stop;
       }
     }
   }
 }
 
-bool Parser::open(bool isMap) {
-  if (depth_ == deepestNesting) return fail("Nesting too deep");
-  frames_[depth_++] = {pending_.size(), 0, key_, isMap, false};
-  ++p_;
-  skipSpace();
-  return true;
+const char* Parser::open(const char* p, bool isMap) {
+  if (depth_ == deepestNesting) return fail(p, "Nesting too deep");
+  frames_[depth_++] = {pending_.size(), 0, key_, hash_, isMap, false};
+  hash_ = 0;
+  return skipSpace(p + 1);
 }
 
-bool Parser::afterValue(bool& done) {
+const char* Parser::afterValue(const char* p) {
   for (;;) {
-    skipSpace();
-    if (depth_ == 0) {
-      done = true;
-      return true;
+    p = skipSpace(p);
+    if (depth_ == 0) return p;
+    const bool isMap = frames_[depth_ - 1].isMap;
+    if (at(p, ',')) {
+      p = skipSpace(p + 1);
+      return isMap ? key(p) : p;
     }
-    const bool isMap = inMap();
-    if (at(',')) {
-      ++p_;
-      skipSpace();
-      return !isMap || key();
+    if (!at(p, isMap ? '}' : ']')) {
+      return fail(p, isMap ? "Expected ',' or '}'" : "Expected ',' or ']'");
     }
-    if (!at(isMap ? '}' : ']')) return fail(isMap ? "Expected ',' or '}'" : "Expected ',' or ']'");
-    if (!close()) return false;
+    p = close(p);
   }
 }
 
-bool Parser::key() {
-  if (!at('"')) return fail("Expected a key");
-  ++p_;
-  if (const auto guess = keys_.guess({p_, end_})) {
-    key_ = *guess;
-    p_ += keys_.lengthWithMark(key_);
+const char* Parser::key(const char* p) {
+  if (!at(p, '"')) return fail(p, "Expected a key");
+  ++p;
+  key_ = keys_.guess(p, end_);
+  if (key_ != KeyTable::none) {
+    p += keys_.lengthWithMark(key_);
   } else {
     Run<char>& text = document_->text;
     const std::size_t start = text.size();
-    const StringResult result = parseString(p_, end_, text);
-    if (result.problem) return fail(result.problem);
+    const StringResult result = parseString(p, end_, text);
+    if (result.problem) return fail(result.stop, result.problem);
+    p = result.stop;
     key_ = keys_.number(start, !result.escaped);
   }
   keys_.follow(key_);
+  hash_ = keys_.hash(key_) << 8U;
+  noteKey(frames_[depth_ - 1]);
 
-  Frame& frame = frames_[depth_ - 1];
+  p = skipSpace(p);
+  if (!at(p, ':')) return fail(p, "Expected ':'");
+  return skipSpace(p + 1);
+}
+
+void Parser::noteKey(Frame& frame) const noexcept {
   const std::uint64_t bit = std::uint64_t{1} << (key_ % 64U);
   if ((frame.keysSeen & bit) != 0 && !frame.repeatsKey) {
     // Large maps find out when they are sorted.
@@ -177,54 +195,55 @@ bool Parser::key() {
         std::any_of(first, first + members, [&](const Node& n) { return n.key == key_; });
   }
   frame.keysSeen |= bit;
-
-  skipSpace();
-  if (!at(':')) return fail("Expected ':'");
-  ++p_;
-  skipSpace();
-  return true;
 }
 
-bool Parser::stringValue() {
-  ++p_;
+const char* Parser::stringValue(const char* p) {
   Run<char>& text = document_->text;
   const std::size_t start = text.size();
-  const StringResult result = parseString(p_, end_, text);
-  if (result.problem) return fail(result.problem);
+  const StringResult result = parseString(p + 1, end_, text);
+  if (result.problem) return fail(result.stop, result.problem);
   push(Node::range(start, text.size() - start), ValueTag::frozenText);
-  return true;
+  return result.stop;
 }
 
-bool Parser::word(std::string_view text, ValueTag tag) {
-  if (!std::string_view(p_, end_).starts_with(text)) return fail("Unexpected character");
-  p_ += text.size();
+const char* Parser::word(const char* p, std::string_view text, ValueTag tag) {
+  if (!std::string_view(p, end_).starts_with(text)) return fail(p, "Unexpected character");
   push(0, tag);
-  return true;
+  return p + text.size();
 }
 
-bool Parser::close() {
-  ++p_;
-  const Frame frame = frames_[--depth_];
+const char* Parser::close(const char* p) {
+  ++p;
+  const Frame& frame = frames_[--depth_];
   const bool large = pending_.size() - frame.firstChild >= Document::indexedMembers;
   if (frame.isMap && (frame.repeatsKey || large)) dropRepeatedKeys(frame.firstChild);
 
   Run<Node>& nodes = document_->nodes;
   const std::size_t count = pending_.size() - frame.firstChild;
   const std::size_t first = nodes.size();
-  if (nodes.size() + count > 0) {
-    // What is still to come will most likely look like what has come.
-    const double share = static_cast<double>(p_ - begin_) / static_cast<double>(end_ - begin_);
-    nodes.reserveMore(
-        count, static_cast<std::size_t>(static_cast<double>(nodes.size() + count) / share * 1.05));
-  }
+  if (nodes.room() < count) makeRoom(p, count);
   nodes.append(pending_.data() + frame.firstChild, count);
   pending_.shrinkTo(frame.firstChild);
   if (frame.isMap && count >= Document::indexedMembers) {
     appendIndex(static_cast<std::uint32_t>(first), static_cast<std::uint32_t>(count));
   }
   key_ = frame.key;
+  hash_ = frame.hash;
   push(Node::range(first, count), frame.isMap ? ValueTag::frozenMap : ValueTag::frozenArray);
-  return true;
+  return p;
+}
+
+// Once a part of the document is known, what is to come is taken to be like it; so a large one
+// finds its room in one step, and hardly more than it needs.
+void Parser::makeRoom(const char* p, std::size_t count) {
+  Run<Node>& nodes = document_->nodes;
+  const auto read = static_cast<std::size_t>(p - begin_);
+  const auto all = static_cast<std::size_t>(end_ - begin_);
+  const std::size_t least = nodes.size() + count;
+  const double expected =
+      static_cast<double>(least) * 1.05 * static_cast<double>(all) / static_cast<double>(read);
+  nodes.reserve(read < all / 64 ? 2 * least
+                                : std::max(static_cast<std::size_t>(expected), least + least / 8));
 }
 
 // Keeps each key's first place and last value.

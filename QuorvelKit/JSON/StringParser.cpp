@@ -3,6 +3,7 @@
 #include <QuorvelKit/JSON/UTF8Writer_p.h>
 #include <QuorvelPlatform/UTF8.h>
 
+#include <bit>
 #include <string_view>
 
 namespace quorvelkit::detail {
@@ -24,7 +25,11 @@ const char* plainEnd(const char* p, const char* end, std::uint64_t& beyondASCII)
     const std::uint64_t found = (((quote - ones) & ~quote) | ((backslash - ones) & ~backslash) |
                                  ((word - ones * ' ') & ~word)) &
                                 highs;
-    if (found != 0) break;
+    if (found != 0) {
+      const auto bitsBefore = static_cast<unsigned>(std::countr_zero(found)) & ~7U;
+      beyondASCII |= word & highs & ((std::uint64_t{1} << bitsBefore) - 1);
+      return p + bitsBefore / 8;
+    }
     beyondASCII |= word & highs;
     p += 8;
   }
@@ -84,32 +89,23 @@ const char* parseEscape(const char*& p, const char* end, Run<char>& text) {
 
 }  // namespace
 
-StringResult parseString(const char*& place, const char* end, Run<char>& text) {
-  StringResult result{nullptr, false};
+StringResult parseString(const char* p, const char* end, Run<char>& text) {
+  bool escaped = false;
   for (;;) {
     std::uint64_t beyondASCII = 0;
-    const char* const stop = plainEnd(place, end, beyondASCII);
-    const std::string_view plain(place, stop);
-    if (beyondASCII != 0 && !isUTF8(plain)) {
-      result.problem = "Not UTF-8 in the string";
-      return result;
-    }
+    const char* const stop = plainEnd(p, end, beyondASCII);
+    const std::string_view plain(p, stop);
+    if (beyondASCII != 0 && !isUTF8(plain)) return {p, "Not UTF-8 in the string", escaped};
     text.append(plain.data(), plain.size());
-    place = stop;
-    if (place == end) {
-      result.problem = "Unexpected end";
-      return result;
-    }
-    const char c = *place;
-    if (c != '"' && c != '\\') {
-      result.problem = "Control character in a string";
-      return result;
-    }
-    ++place;
-    if (c == '"') return result;
-    result.escaped = true;
-    result.problem = parseEscape(place, end, text);
-    if (result.problem) return result;
+    p = stop;
+    if (p == end) return {p, "Unexpected end", escaped};
+    const char c = *p;
+    if (c != '"' && c != '\\') return {p, "Control character in a string", escaped};
+    ++p;
+    if (c == '"') return {p, nullptr, escaped};
+    escaped = true;
+    const char* const problem = parseEscape(p, end, text);
+    if (problem) return {p, problem, escaped};
   }
 }
 

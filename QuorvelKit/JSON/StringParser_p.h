@@ -6,12 +6,12 @@
 namespace quorvelkit::detail {
 
 struct StringResult {
+  const char* stop;     // behind the closing quotation mark, or where the problem is
   const char* problem;  // null when there is none
   bool escaped;
 };
 
-// Reads a JSON string from behind its opening quotation mark, moves the place behind the closing
-// one and appends the text.
-StringResult parseString(const char*& place, const char* end, Run<char>& text);
+// Reads a JSON string from behind its opening quotation mark and appends the text.
+StringResult parseString(const char* p, const char* end, Run<char>& text);
 
 }  // namespace quorvelkit::detail
