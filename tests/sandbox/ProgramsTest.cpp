@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "sandbox/Sandbox.h"
+#include "tests/sandbox/RunProgram.h"
 
 #include <gmock/gmock.h>
 #include <signal.h>
@@ -19,29 +20,6 @@ using testing::StartsWith;
 const std::string quorvel = QUORVEL;
 const std::string sandboxProgram = QUORVEL_SANDBOX;
 const std::string demo = " --from 40.4523,-38.2804 --to 40.4469,-38.1872";
-
-struct Output {
-  int exitCode = -1;
-  std::string out;
-  std::string err;
-};
-
-/// Runs a command in the shell until it ends.
-Output run(const std::string& command) {
-  Output output;
-  const std::string errFile = testing::TempDir() + "/err-" + std::to_string(getpid());
-  FILE* pipe = popen((command + " 2>" + errFile).c_str(), "r");
-  std::array<char, 4096> chunk;
-  while (const std::size_t size = fread(chunk.data(), 1, chunk.size(), pipe)) {
-    output.out.append(chunk.data(), size);
-  }
-  const int status = pclose(pipe);
-  output.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  std::ifstream file(errFile);
-  output.err.assign(std::istreambuf_iterator<char>(file), {});
-  unlink(errFile.c_str());
-  return output;
-}
 
 class QuorvelTest : public testing::Test {
  protected:
