@@ -15,8 +15,6 @@ namespace {
 
 using EdgeIndex = RoadNetwork::EdgeIndex;
 
-/// No road is faster, so that the straight line at this speed never overestimates what is left.
-constexpr double topSpeed = 200 / 3.6;
 constexpr double secondsPerMeterOffRoad = 3;
 constexpr double secondsAgainstCourse = 90;
 constexpr double secondsAgainstCourseWhenFast = 600;
@@ -61,9 +59,15 @@ class Search {
     const std::size_t count = firstEnd_ + ends_.size();
     cost_.assign(count, std::numeric_limits<double>::infinity());
     cameFrom_.assign(count, 0);
+    remaining_.assign(firstStart_, unknown);
+    for (const Terminal& end : ends_) {
+      spread_ =
+          std::max(spread_, distanceInMeters(ends_[0].position->position, end.position->position));
+    }
   }
 
   std::optional<Path> run() {
+    if (ends_.empty()) return std::nullopt;
     for (std::size_t at = 0; at < starts_.size(); ++at) {
       reach(firstStart_ + at, starts_[at].penalty, firstStart_ + at);
     }
@@ -102,16 +106,17 @@ class Search {
     open_.emplace(cost + remaining(state), state);
   }
 
-  /// At most what the rest of the way costs.
-  double remaining(std::size_t state) const {
+  /// At most what the rest of the way costs: the straight line to the nearest end at full speed.
+  double remaining(std::size_t state) {
     if (state >= firstStart_) return 0;
-    const Coordinate& here =
-        network_.vertex(network_.startOf(static_cast<EdgeIndex>(state))).position;
-    double nearest = std::numeric_limits<double>::infinity();
-    for (const Terminal& end : ends_) {
-      nearest = std::min(nearest, distanceInMeters(here, end.position->position));
+    double& seconds = remaining_[state];
+    if (seconds == unknown) {
+      const Coordinate& here =
+          network_.vertex(network_.startOf(static_cast<EdgeIndex>(state))).position;
+      const double meters = distanceInMeters(here, ends_[0].position->position);
+      seconds = std::max(meters - spread_, 0.0) / network_.topSpeed();
     }
-    return nearest / topSpeed;
+    return seconds;
   }
 
   Path pathTo(std::size_t state) const {
@@ -128,6 +133,7 @@ class Search {
   }
 
   using Entry = std::pair<double, std::size_t>;
+  static constexpr double unknown = -1;
 
   const RoadNetwork& network_;
   std::vector<Terminal> starts_;
@@ -136,6 +142,9 @@ class Search {
   std::size_t firstEnd_ = 0;
   std::vector<double> cost_;
   std::vector<std::size_t> cameFrom_;
+  std::vector<double> remaining_;
+  /// How far ends are from the first of them, in meters.
+  double spread_ = 0;
   std::priority_queue<Entry, std::vector<Entry>, std::greater<>> open_;
 };
 

@@ -47,6 +47,7 @@ void RoadNetwork::addRoads(VertexAt& vertexAt) {
     const auto road = Road::fromWay(way);
     if (!road) continue;
     roads_.push_back(*road);
+    topSpeed_ = std::max(topSpeed_, road->speed);
     roadShapes_.push_back(static_cast<std::uint32_t>(shapes_.size()));
     for (const Coordinate& position : way.line) {
       const std::uint64_t key = positionKey(position);

@@ -37,6 +37,8 @@ class RoadNetwork {
 
   std::size_t edgeCount() const { return sections_.size() * 2; }
   std::size_t sectionCount() const { return sections_.size(); }
+  /// What is driven on the fastest road, in meters per second.
+  double topSpeed() const { return topSpeed_; }
   const Vertex& vertex(VertexIndex index) const { return vertices_[index]; }
 
   static EdgeIndex reversed(EdgeIndex edge) { return edge ^ 1U; }
@@ -89,6 +91,7 @@ class RoadNetwork {
   std::vector<VertexIndex> shapes_;
   std::vector<std::uint32_t> roadShapes_;
   std::vector<Section> sections_;
+  double topSpeed_ = 1;
   std::vector<std::uint32_t> firstLeaving_;
   std::vector<EdgeIndex> leaving_;
 };
