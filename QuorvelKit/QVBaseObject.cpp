@@ -23,7 +23,7 @@ std::optional<Value> QVBaseObject::getValue(const KeyView& key) const {
 std::optional<JSON> QVBaseObject::child(const KeyView& key) const {
   const ValueView member = json_ ? json_->view().memberOrNull(key) : ValueView();
   if (member.isNull()) return std::nullopt;
-  return JSON(Value(member));
+  return JSON(member);
 }
 
 }  // namespace quorvelkit

@@ -61,7 +61,7 @@ class QUORVELKIT_EXPORT QVBaseObject {
     const std::size_t count = list->size();
     models.reserve(count);
     for (std::size_t i = 0; i < count; ++i)
-      models.emplace_back(JSON(Value(list->element(i))));
+      models.emplace_back(JSON(list->element(i)));
     return models;
   }
 

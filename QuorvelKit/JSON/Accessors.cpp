@@ -64,7 +64,7 @@ std::optional<std::vector<JSON>> JSON::array() const {
   std::vector<JSON> elements;
   elements.reserve(size());
   for (std::size_t i = 0; i < size(); ++i)
-    elements.push_back(wrapped(value_.element(i)));
+    elements.push_back(JSON(value_.element(i)));
   return elements;
 }
 
@@ -78,7 +78,7 @@ std::optional<JSONMap> JSON::dictionary() const {
   members.reserve(size());
   for (std::size_t i = 0; i < size(); ++i) {
     const auto [key, member] = value_.memberAt(i);
-    members.set(key, wrapped(member));
+    members.set(key, JSON(member));
   }
   return members;
 }

@@ -79,10 +79,9 @@ std::optional<Error> JSON::error() const { return detail::failureError(value_); 
 
 bool JSON::exists() const noexcept { return !detail::isNotExist(value_); }
 
-void JSON::setObject(Value object) noexcept {
-  const bool supported = object.kind() != ValueView::Kind::unsupported;
-  value_ = supported ? std::move(object) : Value();
-  if (!supported) ValueCore::bits(value_) = detail::ValueBits::make(0, ValueTag::unknown);
+void JSON::becomeUnknown() noexcept {
+  value_ = Value();
+  ValueCore::bits(value_) = detail::ValueBits::make(0, ValueTag::unknown);
 }
 
 }  // namespace quorvelkit

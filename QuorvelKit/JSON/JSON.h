@@ -56,7 +56,13 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   static JSON parse(std::string_view text);
 
   /// From an untyped value, and from everything that makes one: texts, numbers, booleans, null.
-  JSON(Value object) { setObject(std::move(object)); }
+  JSON(Value object) noexcept : value_(std::move(object)) {
+    if (value_.kind() == ValueView::Kind::unsupported) becomeUnknown();
+  }
+  /// Takes part in owning what the view shows.
+  explicit JSON(const ValueView& object) noexcept : value_(object) {
+    if (value_.kind() == ValueView::Kind::unsupported) becomeUnknown();
+  }
   template <class T>
   requires(!std::same_as<std::remove_cvref_t<T>, JSON> &&
            !std::same_as<std::remove_cvref_t<T>, Value> && std::is_convertible_v<T, Value>)
@@ -84,7 +90,7 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   /// The untyped value to look at, without taking part in owning it.
   ValueView view() const noexcept { return value_; }
   /// An object of no JSON kind makes the value unknown, with error ErrorUnsupportedType.
-  void setObject(Value object) noexcept;
+  void setObject(Value object) noexcept { *this = JSON(std::move(object)); }
 
   /// Reads. Along a path the error of the first step that broke stays.
   template <JSONIndexInteger I>
@@ -200,13 +206,7 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   friend QUORVELKIT_EXPORT std::ostream& operator<<(std::ostream& out, const JSON& json);
 
  private:
-  struct Child {};
-  JSON(Child, const ValueView& object) noexcept : value_(object) {}
-  // The value of an element or a member.
-  static JSON wrapped(const ValueView& object) noexcept {
-    const bool supported = object.kind() != ValueView::Kind::unsupported;
-    return supported ? JSON(Child(), object) : JSON(Value(object));
-  }
+  void becomeUnknown() noexcept;
   JSON elementAt(std::int64_t index) const;
   JSON at(JSONPath path) const;
   void setElement(std::int64_t index, const JSON& value);

@@ -63,7 +63,7 @@ JSON JSON::elementAt(std::int64_t index) const {
     return failedOnWrongKind(*this, value_, FailureReason::notAnArray, index);
   }
   if (index >= 0 && static_cast<std::size_t>(index) < value_.size()) {
-    return wrapped(value_.element(static_cast<std::size_t>(index)));
+    return JSON(value_.element(static_cast<std::size_t>(index)));
   }
   return failed(detail::failureBits(FailureReason::indexOutOfBounds, index));
 }
@@ -72,7 +72,7 @@ JSON JSON::operator[](const KeyView& key) const {
   if (!ValueCore::isMap(value_)) {
     return failedOnWrongKind(*this, value_, FailureReason::notADictionary, key.text());
   }
-  if (const std::optional<ValueView> member = value_.member(key)) return wrapped(*member);
+  if (const std::optional<ValueView> member = value_.member(key)) return JSON(*member);
   return failed(detail::failureBits(FailureReason::notExist, key.text()));
 }
 
@@ -87,10 +87,10 @@ JSON JSON::at(JSONPath path) const {
   for (const JSONKey& step : path) {
     const std::optional<ValueView> child = childAt(current, step);
     // The first step that does not fit decides about the error.
-    if (!child) return apply(&step == path.data() ? *this : wrapped(current), step);
+    if (!child) return apply(&step == path.data() ? *this : JSON(current), step);
     current = *child;
   }
-  return wrapped(current);
+  return JSON(current);
 }
 
 void JSON::setElement(std::int64_t index, const JSON& value) {
