@@ -125,9 +125,13 @@ struct Document : Counted {
   }
   // A map's member, null when there is none.
   const Node* member(const Node& map, const KeyView& key) const noexcept {
-    if (map.count() >= indexedMembers || key.text().size() > sizeof(Key::front)) {
-      return memberOfAnySize(map, key);
-    }
+    return isQuick(map, key) ? quickMember(map, key) : memberOfAnySize(map, key);
+  }
+  // Most maps are small, and most keys short: then the hash and one word tell.
+  static bool isQuick(const Node& map, const KeyView& key) noexcept {
+    return map.count() < indexedMembers && key.text().size() <= sizeof(Key::front);
+  }
+  const Node* quickMember(const Node& map, const KeyView& key) const noexcept {
     const Node* const end = nodes.data() + map.first() + map.count();
     for (const Node* node = end - map.count(); node != end; ++node) {
       if (node->hash() != key.hash()) continue;

@@ -88,7 +88,7 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   Value object() const noexcept { return Value(view()); }
   Value rawValue() const noexcept { return object(); }
   /// The untyped value to look at, without taking part in owning it.
-  ValueView view() const noexcept { return value_; }
+  const ValueView& view() const noexcept { return value_; }
   /// An object of no JSON kind makes the value unknown, with error ErrorUnsupportedType.
   void setObject(Value object) noexcept { *this = JSON(std::move(object)); }
 

@@ -41,6 +41,12 @@ std::uint32_t KeyTable::number(std::size_t start, bool unescaped) {
   return number;
 }
 
+bool KeyTable::isWhole(std::uint32_t key, const char* p, const char* end) const noexcept {
+  const std::string_view text = document_.keyText(key);
+  const std::string_view bytes(p, end);
+  return bytes.size() > text.size() && bytes[text.size()] == '"' && bytes.starts_with(text);
+}
+
 void KeyTable::grow() {
   slots_.assign(std::max<std::size_t>(64, slots_.size() * 2), none);
   for (std::uint32_t number = 0; number < entries_.size(); ++number) {

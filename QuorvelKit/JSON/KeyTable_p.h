@@ -23,14 +23,10 @@ class KeyTable {
     if (next_ == none) return none;
     const Entry& entry = entries_[next_];
     std::uint64_t front = 0;
-    const auto size = static_cast<std::size_t>(end - p);
-    if (size < sizeof front) return none;
+    if (end - p < static_cast<std::ptrdiff_t>(sizeof front)) return none;
     std::memcpy(&front, p, sizeof front);
     if ((front & entry.frontMask) != entry.front) return none;
-    if (entry.length < sizeof front) return next_;
-    const std::string_view text = document_.keyText(next_);
-    if (size <= text.size() || p[text.size()] != '"') return none;
-    return std::string_view(p, text.size()) == text ? next_ : none;
+    return entry.length < sizeof front || isWhole(next_, p, end) ? next_ : none;
   }
   // The number of the key whose text ends the document's text since `start`; the text is taken
   // back when the key is known. An unescaped one stood in the bytes letter for letter.
@@ -57,6 +53,7 @@ class KeyTable {
     std::uint32_t next;
   };
 
+  bool isWhole(std::uint32_t key, const char* p, const char* end) const noexcept;
   void grow();
 
   Document& document_;

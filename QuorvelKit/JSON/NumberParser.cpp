@@ -50,7 +50,8 @@ unsigned takeOfEight(const char* p, std::uint64_t& digits) noexcept {
   return count;
 }
 
-const char* takeDigits(const char* p, const char* end, std::uint64_t& digits) noexcept {
+[[gnu::always_inline]] inline const char* takeDigits(const char* p, const char* end,
+                                                     std::uint64_t& digits) noexcept {
   while (end - p >= 8) {
     const unsigned count = takeOfEight(p, digits);
     p += count;
@@ -94,26 +95,32 @@ bool setInteger(ValueBits& bits, const Scan& scan, std::uint64_t magnitude) noex
   return true;
 }
 
-// A number that more than one step is needed for: exponents, twenty digits and more.
-const char* finishNumber(const char* begin, const char* stop, Scan& scan,
-                         ValueBits& bits) noexcept {
-  if (scan.digitCount > safeDigits) scan.digitCount -= leadingZeros(begin, stop);
+// The rest of a number that is not done with its digits: one with an exponent, or with as many
+// digits as may not fit. Apart, so that the others need not make room for it.
+[[gnu::noinline]] const char* finishNumber(const char* begin, const char* p, const char* end,
+                                           Scan scan, ValueBits& bits) noexcept {
+  if (p != end && (*p == 'e' || *p == 'E')) {
+    scan.integer = false;
+    p = scanExponent(p + 1, end, scan);
+    if (!p) return nullptr;
+  }
+  if (scan.digitCount > safeDigits) scan.digitCount -= leadingZeros(begin, p);
   if (scan.integer) {
     std::uint64_t magnitude = scan.digits;
     bool fits = scan.digitCount <= safeDigits;
     if (!fits && scan.digitCount == safeDigits + 1) {
-      fits = std::from_chars(begin + (scan.negative ? 1 : 0), stop, magnitude).ec == std::errc();
+      fits = std::from_chars(begin + (scan.negative ? 1 : 0), p, magnitude).ec == std::errc();
     }
-    if (fits && setInteger(bits, scan, magnitude)) return stop;
+    if (fits && setInteger(bits, scan, magnitude)) return p;
   }
   const bool isZero = scan.digitCount <= safeDigits && scan.digits == 0;
   double value = scan.negative ? -0.0 : 0.0;
-  if (!isZero && std::from_chars(begin, stop, value).ec != std::errc()) {
+  if (!isZero && std::from_chars(begin, p, value).ec != std::errc()) {
     // Too small stays zero, too large is no number.
     if (scan.digitCount + scan.exponent > 0) return nullptr;
   }
   setDouble(bits, value);
-  return stop;
+  return p;
 }
 
 }  // namespace
@@ -123,41 +130,34 @@ const char* parseNumber(const char* begin, const char* end, ValueBits& bits) noe
   const char* const whole = begin + (negative ? 1 : 0);
   std::uint64_t digits = 0;
   const char* p = takeDigits(whole, end, digits);
-  const std::ptrdiff_t wholeCount = p - whole;
-  if (wholeCount == 0 || (*whole == '0' && wholeCount > 1)) return nullptr;
-  const char* fraction = nullptr;
+  std::ptrdiff_t digitCount = p - whole;
+  if (digitCount == 0 || (*whole == '0' && digitCount > 1)) return nullptr;
   std::ptrdiff_t fractionCount = 0;
   if (p != end && *p == '.') {
-    fraction = ++p;
+    const char* const fraction = ++p;
     p = takeDigits(p, end, digits);
     fractionCount = p - fraction;
     if (fractionCount == 0) return nullptr;
+    digitCount += fractionCount;
   }
+  constexpr std::uint64_t exactlyDouble = std::uint64_t{1} << 53U;
   const bool hasExponent = p != end && (*p == 'e' || *p == 'E');
-  if (!hasExponent && wholeCount + fractionCount < safeDigits) {
-    if (!fraction) {
-      const auto value = static_cast<std::int64_t>(digits);
-      bits =
-          ValueBits::make(static_cast<std::uint64_t>(negative ? -value : value), ValueTag::int64);
-      return p;
-    }
-    // With digits and power of ten both exact, one operation rounds once, hence correctly.
-    static constexpr double powers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8, 1e9,
-                                        1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18};
-    if (digits <= std::uint64_t{1} << 53U) {
-      const double value =
-          static_cast<double>(static_cast<std::int64_t>(digits)) / powers[fractionCount];
-      setDouble(bits, negative ? -value : value);
-      return p;
-    }
+  if (hasExponent || digitCount >= safeDigits || (fractionCount != 0 && digits > exactlyDouble)) {
+    return finishNumber(begin, p, end,
+                        {digits, digitCount, -fractionCount, negative, fractionCount == 0}, bits);
   }
-  Scan scan{digits, wholeCount + fractionCount, -fractionCount, negative, !fraction};
-  if (hasExponent) {
-    scan.integer = false;
-    p = scanExponent(p + 1, end, scan);
-    if (!p) return nullptr;
+  const auto integer = static_cast<std::int64_t>(digits);
+  if (fractionCount == 0) {
+    bits =
+        ValueBits::make(static_cast<std::uint64_t>(negative ? -integer : integer), ValueTag::int64);
+    return p;
   }
-  return finishNumber(begin, p, scan, bits);
+  // Of two exact numbers one operation rounds once, hence correctly.
+  static constexpr double powers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8, 1e9,
+                                      1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18};
+  const double value = static_cast<double>(integer) / powers[fractionCount];
+  setDouble(bits, negative ? -value : value);
+  return p;
 }
 
 }  // namespace quorvelkit::detail

@@ -43,7 +43,8 @@ class Parser {
   const char* open(const char* p, bool isMap);
   const char* close(const char* p);
   const char* key(const char* p);
-  void noteKey(Frame& frame) const noexcept;
+  const char* unexpectedKey(const char* p);
+  void lookForRepeatedKey(Frame& frame) const noexcept;
   const char* stringValue(const char* p);
   const char* word(const char* p, std::string_view text, ValueTag tag);
   void push(std::uint64_t payload, ValueTag tag) {
@@ -165,36 +166,36 @@ const char* Parser::key(const char* p) {
   if (!at(p, '"')) return fail(p, "Expected a key");
   ++p;
   key_ = keys_.guess(p, end_);
-  if (key_ != KeyTable::none) {
-    p += keys_.lengthWithMark(key_);
-  } else {
-    Run<char>& text = document_->text;
-    const std::size_t start = text.size();
-    const StringResult result = parseString(p, end_, text);
-    if (result.problem) return fail(result.stop, result.problem);
-    p = result.stop;
-    key_ = keys_.number(start, !result.escaped);
-  }
+  p = key_ != KeyTable::none ? p + keys_.lengthWithMark(key_) : unexpectedKey(p);
+  if (!p) return nullptr;
   keys_.follow(key_);
   hash_ = keys_.hash(key_) << 8U;
-  noteKey(frames_[depth_ - 1]);
+  Frame& frame = frames_[depth_ - 1];
+  const std::uint64_t bit = std::uint64_t{1} << (key_ % 64U);
+  if ((frame.keysSeen & bit) != 0) lookForRepeatedKey(frame);
+  frame.keysSeen |= bit;
 
   p = skipSpace(p);
   if (!at(p, ':')) return fail(p, "Expected ':'");
   return skipSpace(p + 1);
 }
 
-void Parser::noteKey(Frame& frame) const noexcept {
-  const std::uint64_t bit = std::uint64_t{1} << (key_ % 64U);
-  if ((frame.keysSeen & bit) != 0 && !frame.repeatsKey) {
-    // Large maps find out when they are sorted.
-    const std::size_t members = pending_.size() - frame.firstChild;
-    const Node* const first = pending_.data() + frame.firstChild;
-    frame.repeatsKey =
-        members < Document::indexedMembers &&
-        std::any_of(first, first + members, [&](const Node& n) { return n.key == key_; });
-  }
-  frame.keysSeen |= bit;
+[[gnu::noinline]] const char* Parser::unexpectedKey(const char* p) {
+  Run<char>& text = document_->text;
+  const std::size_t start = text.size();
+  const StringResult result = parseString(p, end_, text);
+  if (result.problem) return fail(result.stop, result.problem);
+  key_ = keys_.number(start, !result.escaped);
+  return result.stop;
+}
+
+// Large maps find out when they are sorted.
+[[gnu::noinline]] void Parser::lookForRepeatedKey(Frame& frame) const noexcept {
+  const std::size_t members = pending_.size() - frame.firstChild;
+  if (frame.repeatsKey || members >= Document::indexedMembers) return;
+  const Node* const first = pending_.data() + frame.firstChild;
+  frame.repeatsKey =
+      std::any_of(first, first + members, [&](const Node& n) { return n.key == key_; });
 }
 
 const char* Parser::stringValue(const char* p) {

@@ -82,18 +82,21 @@ std::optional<ValueView> ValueView::member(const KeyView& key) const noexcept {
   return std::nullopt;
 }
 
-// Apart, so that reads of what was parsed need not make room for it.
-ValueView ValueView::changedMember(const KeyView& key) const noexcept {
-  return member(key).value_or(ValueView());
-}
-
 ValueView ValueView::memberOrNull(const KeyView& key) const noexcept {
   if (bits_.tag() == ValueTag::frozenMap) {
     const Document& document = ValueCore::document(*this);
-    const Node* const node = document.member(document.nodes[bits_.node()], key);
-    return node ? ValueCore::view(document.bits(*node)) : ValueView();
+    const Node& map = document.nodes[bits_.node()];
+    if (Document::isQuick(map, key)) {
+      const Node* const node = document.quickMember(map, key);
+      return node ? ValueCore::view(document.bits(*node)) : ValueView();
+    }
   }
-  return changedMember(key);
+  return otherMember(key);
+}
+
+// Apart, so that the quick way calls nothing.
+ValueView ValueView::otherMember(const KeyView& key) const noexcept {
+  return member(key).value_or(ValueView());
 }
 
 const std::any* ValueView::unsupported() const noexcept {

@@ -126,7 +126,7 @@ class QUORVELKIT_EXPORT ValueView {
   detail::ValueBits bits_;
 
  private:
-  ValueView changedMember(const KeyView& key) const noexcept;
+  ValueView otherMember(const KeyView& key) const noexcept;
 
   friend struct detail::ValueCore;
 };
