@@ -50,9 +50,10 @@ unsigned takeOfEight(const char* p, std::uint64_t& digits) noexcept {
   return count;
 }
 
+// Few numbers have more than eight digits on a side of the point.
 [[gnu::always_inline]] inline const char* takeDigits(const char* p, const char* end,
                                                      std::uint64_t& digits) noexcept {
-  while (end - p >= 8) {
+  if (end - p >= 8) {
     const unsigned count = takeOfEight(p, digits);
     p += count;
     if (count < 8) return p;

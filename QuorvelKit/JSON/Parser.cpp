@@ -43,10 +43,18 @@ class Parser {
   const char* open(const char* p, bool isMap);
   const char* close(const char* p);
   const char* key(const char* p);
-  const char* unexpectedKey(const char* p);
-  void lookForRepeatedKey(Frame& frame) const noexcept;
+  const char* otherKey(const char* p);
+  const char* takeKey(const char* p, std::uint32_t key);
+  void lookForRepeated(std::uint32_t key) noexcept;
   const char* stringValue(const char* p);
   const char* word(const char* p, std::string_view text, ValueTag tag);
+  static std::uint64_t keyBit(std::uint32_t key) noexcept {
+    return std::uint64_t{1} << (key % 64U);
+  }
+  // Whether the innermost map has no such key for sure.
+  bool isNew(std::uint32_t key) const noexcept {
+    return (frames_[depth_ - 1].keysSeen & keyBit(key)) == 0;
+  }
   void push(std::uint64_t payload, ValueTag tag) {
     pending_.push({payload, key_, static_cast<std::uint32_t>(tag) | hash_});
   }
@@ -162,40 +170,43 @@ const char* Parser::afterValue(const char* p) {
   }
 }
 
+// A key that comes as it was guessed, and is new to its map, calls nothing.
 const char* Parser::key(const char* p) {
   if (!at(p, '"')) return fail(p, "Expected a key");
-  ++p;
-  key_ = keys_.guess(p, end_);
-  p = key_ != KeyTable::none ? p + keys_.lengthWithMark(key_) : unexpectedKey(p);
-  if (!p) return nullptr;
-  keys_.follow(key_);
-  hash_ = keys_.hash(key_) << 8U;
-  Frame& frame = frames_[depth_ - 1];
-  const std::uint64_t bit = std::uint64_t{1} << (key_ % 64U);
-  if ((frame.keysSeen & bit) != 0) lookForRepeatedKey(frame);
-  frame.keysSeen |= bit;
+  const std::uint32_t guessed = keys_.guess(p + 1, end_);
+  if (guessed == KeyTable::none || !isNew(guessed)) return otherKey(p + 1);
+  return takeKey(p + 1 + keys_.lengthWithMark(guessed), guessed);
+}
 
+[[gnu::noinline]] const char* Parser::otherKey(const char* p) {
+  Run<char>& text = document_->text;
+  const std::size_t start = text.size();
+  const StringResult result = parseString(p, end_, text);
+  if (result.problem) return fail(result.stop, result.problem);
+  const std::uint32_t key = keys_.number(start, !result.escaped);
+  if (!isNew(key)) lookForRepeated(key);
+  return takeKey(result.stop, key);
+}
+
+// From behind the closing quotation mark to the value.
+const char* Parser::takeKey(const char* p, std::uint32_t key) {
+  keys_.follow(key);
+  key_ = key;
+  hash_ = keys_.hash(key) << 8U;
+  frames_[depth_ - 1].keysSeen |= keyBit(key);
   p = skipSpace(p);
   if (!at(p, ':')) return fail(p, "Expected ':'");
   return skipSpace(p + 1);
 }
 
-[[gnu::noinline]] const char* Parser::unexpectedKey(const char* p) {
-  Run<char>& text = document_->text;
-  const std::size_t start = text.size();
-  const StringResult result = parseString(p, end_, text);
-  if (result.problem) return fail(result.stop, result.problem);
-  key_ = keys_.number(start, !result.escaped);
-  return result.stop;
-}
-
 // Large maps find out when they are sorted.
-[[gnu::noinline]] void Parser::lookForRepeatedKey(Frame& frame) const noexcept {
+void Parser::lookForRepeated(std::uint32_t key) noexcept {
+  Frame& frame = frames_[depth_ - 1];
   const std::size_t members = pending_.size() - frame.firstChild;
   if (frame.repeatsKey || members >= Document::indexedMembers) return;
   const Node* const first = pending_.data() + frame.firstChild;
   frame.repeatsKey =
-      std::any_of(first, first + members, [&](const Node& n) { return n.key == key_; });
+      std::any_of(first, first + members, [&](const Node& n) { return n.key == key; });
 }
 
 const char* Parser::stringValue(const char* p) {
