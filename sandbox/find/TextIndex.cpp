@@ -126,6 +126,7 @@ bool TextIndex::knows(const SearchTerm& term) const { return wordsOf(term).posti
 std::vector<TextIndex::Match> TextIndex::find(const std::vector<SearchTerm>& terms) const {
   std::vector<Match> matches;
   std::vector<TermWords> words;
+  words.reserve(terms.size());
   for (const SearchTerm& term : terms)
     words.push_back(wordsOf(term));
   const auto rarest = std::min_element(
