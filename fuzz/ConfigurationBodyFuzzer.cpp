@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "BackendFuzzing.h"
+
+#include <QuorvelKit/QVConfiguration.h>
+#include <QuorvelKit/QVReverseGeocodeRequest.h>
+#include <QuorvelKit/QVRouteRequest.h>
+
+using namespace quorvelkit;
+using namespace quorvelkit::fuzz;
+
+// Any body of the configuration: requests have an address exactly when their root makes one.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+  BodyProtocol::setBody(textOf(bytes, size));
+  QVBackendless::setUserToken("");
+  QVConfiguration::setCachedResponse(nullptr);
+  callAndWait([](const auto& handler) { QVConfiguration::get(handler); });
+  const auto configuration = QVConfiguration::cachedResponse();
+  require(configuration && !configuration->error());
+  const auto check = [](QVBaseRequest& request, const std::optional<std::string>& root,
+                        const std::string& path) {
+    const auto url = request.url();
+    require(url.has_value() == (root && URL::parse(*root + path).has_value()));
+    require(!url || url->absoluteString().starts_with(*root + path));
+  };
+  QVRouteRequest route(Coordinate{1, 2}, Coordinate{3, 4});
+  check(route, configuration->quorvelNavigationRootURL(), "/v4/route?startLat=1.0");
+  QVReverseGeocodeRequest reverse(Coordinate{1, 2});
+  check(reverse, configuration->quorvelFindRootURL(), "/api/v1/reverseGeocode?location=2.0,1.0");
+  return 0;
+}

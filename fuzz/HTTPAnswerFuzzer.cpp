@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Fuzzing.h"
+
+#include <QuorvelPlatform/ASCII.h>
+#include <QuorvelPlatform/URLError.h>
+#include <QuorvelPlatform/URLSession.h>
+
+#include <arpa/inet.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <future>
+#include <mutex>
+#include <thread>
+
+using namespace quorvelkit;
+using namespace quorvelkit::fuzz;
+
+namespace {
+
+constexpr std::size_t maximumBodySize = 1U << 20U;
+
+// Sends the same bytes to whoever connects and asks, then closes. After so many connections it
+// answers without a body, so that redirects come to an end.
+class Server {
+ public:
+  Server() : socket_(::socket(AF_INET, SOCK_STREAM, 0)) {
+    sockaddr_in address = {};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t length = sizeof address;
+    auto* const generic = reinterpret_cast<sockaddr*>(&address);
+    require(::bind(socket_, generic, length) == 0 && ::listen(socket_, 64) == 0);
+    require(::getsockname(socket_, generic, &length) == 0);
+    url = "http://127.0.0.1:" + std::to_string(ntohs(address.sin_port));
+    std::thread([this] { serve(); }).detach();
+  }
+  void setBytes(std::string bytes) {
+    const std::lock_guard lock(mutex_);
+    bytes_ = std::move(bytes);
+    left_ = 3;
+  }
+
+  std::string url;
+
+ private:
+  void serve() {
+    for (;;) {
+      const int connection = ::accept(socket_, nullptr, nullptr);
+      std::string request;
+      char buffer[4096];
+      while (request.find("\r\n\r\n") == std::string::npos) {
+        const auto count = ::recv(connection, buffer, sizeof buffer, 0);
+        if (count <= 0) break;
+        request.append(buffer, static_cast<std::size_t>(count));
+      }
+      {
+        const std::lock_guard lock(mutex_);
+        const std::string bytes = left_-- > 0 ? bytes_ : "HTTP/1.1 204 Last\r\n\r\n";
+        static_cast<void>(::send(connection, bytes.data(), bytes.size(), MSG_NOSIGNAL));
+      }
+      ::close(connection);
+    }
+  }
+
+  const int socket_;
+  std::mutex mutex_;
+  std::string bytes_;
+  int left_ = 0;
+};
+
+std::shared_ptr<URLSession> sessionThrough(const std::string& proxy) {
+  URLSessionConfiguration configuration;
+  configuration.maximumBodySize = maximumBodySize;
+  configuration.proxy = proxy;
+  return URLSession::make(configuration);
+}
+
+}  // namespace
+
+// Any bytes for an answer: the session ends with a whole response or with an error of its own.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+  static auto& server = *new Server;
+  static const auto direct = sessionThrough(""), proxied = sessionThrough(server.url);
+  const std::string text = textOf(bytes, size);
+  server.setBytes(text);
+  // What may redirect must not reach another host: the server is then its own proxy.
+  std::string lower = text;
+  std::transform(lower.begin(), lower.end(), lower.begin(), [](char c) { return asciiLowered(c); });
+  const bool mayRedirect = lower.find("location") != std::string::npos;
+  std::promise<void> done;
+  const auto task =
+      (mayRedirect ? proxied : direct)
+          ->dataTask(
+              URLRequest(*URL::parse(server.url + "/a")),
+              [&](const std::optional<Data>& data, const auto& response, const auto& error) {
+                require(data.has_value() != error.has_value());
+                require((response != nullptr) == data.has_value());
+                require(!data || data->size() <= maximumBodySize);
+                require(!error || error->domain() == URLError::domain);
+                if (const auto* http = dynamic_cast<const HTTPURLResponse*>(response.get())) {
+                  require(http->statusCode() >= 100 && http->statusCode() <= 999);
+                  for (const auto& [name, value] : http->headerFields().all()) {
+                    require(HTTPHeaderFields::isToken(name));
+                    require(value.find_first_of(std::string("\r\n\0", 3)) == std::string::npos);
+                  }
+                }
+                done.set_value();
+              });
+  task->resume();
+  done.get_future().wait();
+  return 0;
+}

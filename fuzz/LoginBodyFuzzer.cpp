@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "BackendFuzzing.h"
+
+using namespace quorvelkit;
+using namespace quorvelkit::fuzz;
+
+// Any body of a login: the token is what the body says or nothing, never what was held before.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+  const std::string body = textOf(bytes, size);
+  const auto response = answered<QVLoginResponse>(body, 200);
+  touch(response->code(), response->message(), response->objectId());
+  require(response->userToken() == JSON(Data(body))["user-token"].string());
+
+  BodyProtocol::setBody(body);
+  QVBackendless::setUserToken("of an earlier login");
+  callAndWait([](const auto& handler) { QVBackendless::login(handler); });
+  require(QVBackendless::userToken() == response->userToken().value_or(""));
+  return 0;
+}

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Fuzzing.h"
+
+#include <QuorvelPlatform/PercentEncoding.h>
+#include <QuorvelPlatform/URL.h>
+
+#include <nlohmann/json.hpp>
+
+using namespace quorvelkit;
+using namespace quorvelkit::fuzz;
+
+namespace {
+
+std::string decoded(std::string_view text) {
+  std::string bytes;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool isEscape = text[i] == '%';
+    bytes += isEscape
+                 ? static_cast<char>(std::stoi(std::string(text.substr(i + 1, 2)), nullptr, 16))
+                 : text[i];
+    if (isEscape) i += 2;
+  }
+  return bytes;
+}
+
+// Whether an independent writer of JSON takes the text for UTF-8.
+bool isText(const std::string& bytes) {
+  try {
+    static_cast<void>(nlohmann::json(bytes).dump());
+    return true;
+  } catch (const nlohmann::json::type_error&) {
+    return false;
+  }
+}
+
+}  // namespace
+
+// Any text: encoded, it is the query of a URL and decodes to itself; absent unless it is UTF-8.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+  const std::string text = textOf(bytes, size);
+  const auto encoded = percentEncodedForQuery(text);
+  require(encoded.has_value() == isText(text) && encoded.has_value() == isUTF8(text));
+  if (!encoded) return 0;
+  require(urlEncode(text) == *encoded && decoded(*encoded) == text);
+  const auto url = URL::parse("http://a.test/?" + *encoded);
+  require(url && url->query() == *encoded && !url->fragment());
+  require(characterCount(text) <= text.size());
+  return 0;
+}
