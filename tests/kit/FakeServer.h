@@ -48,6 +48,10 @@ class FakeServer {
     const std::lock_guard lock(state_->mutex);
     state_->answers[path] = std::move(answer);
   }
+  Answer answer(const std::string& path) const {
+    const std::lock_guard lock(state_->mutex);
+    return state_->answers.at(path);
+  }
   /// Waits until so many requests have come in, then gives all of them.
   std::vector<URLRequest> requests(std::size_t atLeast = 0) {
     std::unique_lock lock(state_->mutex);

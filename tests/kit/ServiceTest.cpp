@@ -222,8 +222,13 @@ TEST_F(ServiceTest, configurationIsCachedEvenWhenItFailed) {
 }
 
 TEST_F(ServiceTest, racingFirstCallsEachLoadTheConfiguration) {
+  FakeServer::Answer login = server.answer(test::loginPath);
+  login.isHeld = true;
+  server.set(test::loginPath, login);
   QVNavigation::route(routeRequest(), collect());
   QVNavigation::route(routeRequest(), collect());
+  server.requests(2);
+  server.release();
   ASSERT_TRUE(waitForRoutes(2));
   EXPECT_EQ(server.requests().size(), 6U);
   EXPECT_EQ(routes[0]->error(), std::nullopt);
