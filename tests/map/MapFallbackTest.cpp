@@ -10,6 +10,8 @@
 #include <QtNetwork/QTcpSocket>
 
 #include <QLabel>
+#include <QQuickWidget>
+#include <QQuickWindow>
 #include <thread>
 
 namespace quorvelkit::test {
@@ -73,6 +75,7 @@ struct Missing {
   const char* name;
   const char* plugin;
   Screen screen;
+  const char* setting;
   const char* note;
   const char* reason;
 
@@ -83,6 +86,9 @@ struct Missing {
 class MapFallbackTest : public testing::TestWithParam<Missing> {};
 
 TEST_P(MapFallbackTest, TheRouteIsSeenAndTheNoteTellsWhatIsMissing) {
+  const QByteArray setting = GetParam().setting;
+  const int sign = setting.indexOf('=');
+  if (sign > 0) qputenv(setting.left(sign), setting.mid(sign + 1));
   TestApplication application(GetParam().screen);
   application.hidePlugin(GetParam().plugin);
   MGLMapView view(QRect(0, 0, 400, 300));
@@ -92,17 +98,42 @@ TEST_P(MapFallbackTest, TheRouteIsSeenAndTheNoteTellsWhatIsMissing) {
   expectNote(view, GetParam().note, GetParam().reason);
 }
 
+constexpr const char* plain = "Drawn without a map, on a plain background.";
+
 INSTANTIATE_TEST_SUITE_P(
     All, MapFallbackTest,
-    testing::Values(Missing{"Nothing", "", Screen::x11, "Drawn by Qt Location's engine mapboxgl.",
-                            ""},
-                    Missing{"SQLite", "sqldrivers/libqsqlite.so", Screen::x11,
-                            "Drawn without a map", "mapboxgl: Qt's SQLite driver is missing"},
-                    Missing{"Mapboxgl", "geoservices/libqtgeoservices_mapboxgl.so", Screen::x11,
-                            "Drawn without a map", "mapboxgl: Qt Location has no plugin"},
-                    Missing{"OpenGL", "", Screen::none, "Drawn without a map",
-                            "mapboxgl: OpenGL cannot be used here"}),
+    testing::Values(
+        Missing{"Nothing", "", Screen::x11, "", "Drawn by Qt Location's engine mapboxgl.", ""},
+        Missing{"SQLite", "sqldrivers/libqsqlite.so", Screen::x11, "", plain,
+                "mapboxgl: Qt's SQLite driver is missing"},
+        Missing{"Mapboxgl", "geoservices/libqtgeoservices_mapboxgl.so", Screen::x11, "", plain,
+                "mapboxgl: Qt Location has no plugin"},
+        Missing{"OpenGL", "", Screen::none, "", plain, "mapboxgl: OpenGL cannot be used here"},
+        Missing{"OpenGLOnAScreen", "", Screen::x11, "QT_XCB_GL_INTEGRATION=none", plain,
+                "mapboxgl: OpenGL cannot be used here"},
+        Missing{"OpenGLInQtQuick", "", Screen::x11, "QT_QUICK_BACKEND=software", plain,
+                "mapboxgl: Qt Quick draws without OpenGL here"}),
     [](const auto& test) { return test.param.name; });
+
+TEST(MapFailureTest, TheRouteIsSeenWhenTheSceneGraphFailsLater) {
+  const TestApplication application;
+  MGLMapView view(QRect(0, 0, 400, 300));
+  addRoute(view);
+  view.show();
+  for (int failure = 0; failure < 2; ++failure) {
+    auto* const scene = view.findChild<QQuickWidget*>();
+    ASSERT_NE(scene, nullptr);
+    expectNote(view, "Drawn by Qt Location's engine mapboxgl.", "");
+    // Qt tells of it as often as it tries to draw.
+    for (int i = 0; i < 2; ++i)
+      Q_EMIT scene->sceneGraphError(QQuickWindow::ContextNotAvailable, "no context");
+    EXPECT_TRUE(waitUntil([&] { return view.findChild<QQuickWidget*>() == nullptr; }));
+    expectRoute(view);
+    expectNote(view, plain, "Qt Quick: no context");
+    // A new style is a new attempt.
+    view.setStyleURL(QUrl());
+  }
+}
 
 TEST(MapTilesTest, TilesOfTheHostAreDrawnWithoutTheFirstEngine) {
   TestApplication application;
