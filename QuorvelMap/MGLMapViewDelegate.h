@@ -16,7 +16,9 @@ class MGLMapView;
 /// Styles what is drawn on a map view. Every function is optional: override those that matter, the
 /// base's empty answer stands for "not implemented" and the asker's default applies.
 ///
-/// The map view asks when an annotation is added to it, on the GUI thread, and keeps the answers.
+/// The map view asks when an annotation is added to it, on the GUI thread, and keeps the answers:
+/// width, colour and alpha of a line, in this order, and the image of a point. What the delegate
+/// adds to the map view meanwhile comes to lie below the annotation that it is asked about.
 class QUORVELKIT_EXPORT MGLMapViewDelegate {
  public:
   virtual ~MGLMapViewDelegate();

@@ -32,15 +32,12 @@ void addFeature(ValueArray& features, const char* type, Value coordinates, Value
                {"geometry", ValueMap{{"type", type}, {"coordinates", std::move(coordinates)}}}});
 }
 
-void addAreas(ValueArray& features, const MapData& map, bool (*isWanted)(const Tags&)) {
-  for (const MapArea& area : map.areas) {
-    if (!isWanted(area.tags)) continue;
-    for (const MapArea::Polygon& polygon : area.polygons) {
-      ValueArray rings;
-      for (const MapArea::Ring& ring : polygon)
-        rings.push_back(positions(ring));
-      addFeature(features, "Polygon", std::move(rings), {});
-    }
+void addArea(ValueArray& features, const MapArea& area, const ValueMap& properties) {
+  for (const MapArea::Polygon& polygon : area.polygons) {
+    ValueArray rings;
+    for (const MapArea::Ring& ring : polygon)
+      rings.push_back(positions(ring));
+    addFeature(features, "Polygon", std::move(rings), properties);
   }
 }
 
@@ -65,12 +62,17 @@ std::optional<HTTPAnswer> MapService::answer(const HTTPRequest& request,
   if (request.path == "/style.json") {
     return HTTPAnswer::json(mapStyle(rootURL, attribution(map_->source)));
   }
-  if (request.path == "/parks.geojson") {
-    addAreas(features, *map_, isPark);
+  if (request.path == "/land.geojson") {
+    for (const MapArea& area : map_->areas) {
+      const std::string_view name = landClass(area.tags);
+      if (!name.empty()) addArea(features, area, {{"class", name}});
+    }
     return collection(std::move(features));
   }
   if (request.path == "/water.geojson") {
-    addAreas(features, *map_, isWater);
+    for (const MapArea& area : map_->areas) {
+      if (isWater(area.tags)) addArea(features, area, {});
+    }
     for (const MapWay& way : map_->ways) {
       if (isWater(way.tags)) addFeature(features, "LineString", positions(way.line), {});
     }

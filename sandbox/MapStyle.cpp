@@ -32,6 +32,14 @@ constexpr auto streetLooks = std::to_array<StreetLook>({
     {"motorway", "#f6a96b", "#cf7a33", {2.6, 7, 18}},
 });
 
+// The same order: a park in a town is seen.
+constexpr auto landColors = std::to_array<std::pair<std::string_view, std::string_view>>({
+    {"town", "#dfd7c9"},
+    {"park", "#d2e6b8"},
+    {"wood", "#bddaa6"},
+    {"beach", "#f5e8c0"},
+});
+
 bool isOneOf(std::string_view value, std::initializer_list<std::string_view> values) {
   return std::find(values.begin(), values.end(), value) != values.end();
 }
@@ -51,11 +59,13 @@ Value growing(const std::array<double, 3>& widths, const std::array<double, 3>& 
   return ValueMap{{"base", 1.4}, {"stops", std::move(stops)}};
 }
 
-Value fill(std::string_view source, std::string_view color) {
-  return ValueMap{{"id", source},
+Value isOfClass(std::string_view name) { return arrayOf("==", "class", name); }
+
+Value fill(std::string_view id, std::string_view source, Value filter, std::string_view color) {
+  return ValueMap{{"id", id},
                   {"type", "fill"},
                   {"source", source},
-                  {"filter", arrayOf("==", "$type", "Polygon")},
+                  {"filter", std::move(filter)},
                   {"paint", ValueMap{{"fill-color", color}}}};
 }
 
@@ -67,8 +77,6 @@ Value line(std::string_view id, std::string_view source, Value filter, ValueMap 
                   {"layout", ValueMap{{"line-cap", "round"}, {"line-join", "round"}}},
                   {"paint", std::move(paint)}};
 }
-
-Value isOfClass(std::string_view name) { return arrayOf("==", "class", name); }
 
 }  // namespace
 
@@ -86,10 +94,19 @@ std::string_view streetClass(const Tags& tags) {
   return {};
 }
 
-bool isPark(const Tags& tags) {
-  return isOneOf(tags["leisure"], {"park", "garden", "golf_course", "nature_reserve", "pitch"}) ||
-         isOneOf(tags["landuse"], {"forest", "grass", "meadow", "cemetery", "recreation_ground"}) ||
-         isOneOf(tags["natural"], {"wood", "scrub", "heath"});
+std::string_view landClass(const Tags& tags) {
+  if (isOneOf(tags["leisure"], {"park", "garden", "golf_course", "nature_reserve", "pitch"}) ||
+      isOneOf(tags["landuse"], {"grass", "meadow", "cemetery", "recreation_ground"})) {
+    return "park";
+  }
+  if (tags.is("landuse", "forest") || isOneOf(tags["natural"], {"wood", "scrub", "heath"})) {
+    return "wood";
+  }
+  if (isOneOf(tags["natural"], {"beach", "sand"})) return "beach";
+  if (isOneOf(tags["landuse"], {"residential", "commercial", "industrial", "retail"})) {
+    return "town";
+  }
+  return {};
 }
 
 bool isWater(const Tags& tags) {
@@ -99,7 +116,7 @@ bool isWater(const Tags& tags) {
 
 JSON mapStyle(const std::string& rootURL, const std::string& attribution) {
   ValueMap sources;
-  for (const char* const name : {"parks", "water", "streets"}) {
+  for (const char* const name : {"land", "water", "streets"}) {
     sources.set(name, ValueMap{{"type", "geojson"},
                                {"data", rootURL + '/' + name + ".geojson"},
                                {"attribution", attribution}});
@@ -107,9 +124,10 @@ JSON mapStyle(const std::string& rootURL, const std::string& attribution) {
   ValueArray layers;
   layers.push_back(ValueMap{{"id", "ground"},
                             {"type", "background"},
-                            {"paint", ValueMap{{"background-color", "#eeeae1"}}}});
-  layers.push_back(fill("parks", "#cfe5b9"));
-  layers.push_back(fill("water", "#a7d2ec"));
+                            {"paint", ValueMap{{"background-color", "#ece8de"}}}});
+  for (const auto& [name, color] : landColors)
+    layers.push_back(fill(name, "land", isOfClass(name), color));
+  layers.push_back(fill("water", "water", arrayOf("==", "$type", "Polygon"), "#a7d2ec"));
   layers.push_back(line("streams", "water", arrayOf("==", "$type", "LineString"),
                         {{"line-color", "#a7d2ec"}, {"line-width", growing({1, 3, 9})}}));
   layers.push_back(line("path", "streets", isOfClass("path"),

@@ -13,8 +13,9 @@ namespace quorvelkit::sandbox {
 /// The class that a street is drawn with, from "motorway" down to "path"; empty for what is not
 /// drawn.
 std::string_view streetClass(const Tags& tags);
-/// What tagged lines and areas are drawn as besides.
-bool isPark(const Tags& tags);
+/// What an area is drawn as: "town", "park", "wood" or "beach"; empty for what is not drawn.
+std::string_view landClass(const Tags& tags);
+/// Whether a line or an area is drawn as water.
 bool isWater(const Tags& tags);
 
 /// The style. `rootURL` is where its GeoJSON is, `attribution` the notice about it as HTML.

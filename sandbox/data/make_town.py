@@ -257,7 +257,7 @@ def columns_and_rows():
 
 
 def river():
-    ys = range(-3800, 4300, 60)
+    ys = range(-9000, 9040, 120)  # Out of every picture of the town.
     add_area([bank_point(y, -46 - 8 * math.sin(y / 250)) for y in ys]
              + [bank_point(y, 46 + 8 * math.sin(y / 200)) for y in reversed(ys)],
              natural="water", water="river", name="River Marrow")
@@ -540,9 +540,6 @@ def park():
     add_area([(common[0] + 420 * math.cos(a) * (1 + 0.12 * math.sin(2 * a)),
                common[1] + 190 * math.sin(a)) for a in (i * math.pi / 14 for i in range(28))],
              leisure="park", name="Windmill Common")
-    sea = [(5900, -3000), (5750, -1900), (5860, -900), (5720, 100), (5840, 900), (5700, 1700),
-           (5900, 2600), (6400, 3400)]
-    add_area(smooth(sea, 200) + [(7600, 3400), (7600, -3000)], natural="water", name="Quorvel Bay")
 
 
 # --- Places ------------------------------------------------------------------------------------
@@ -634,6 +631,90 @@ def join_up():
                 street["properties"].pop("oneway", None)
 
 
+# --- The country around: nothing in it bears an address or is searched -------------------------
+
+def round_area(points, **tags):
+    """A smooth outline through the points."""
+    line = smooth(points[-1:] + points + points[:2], 60)
+    first = line.index(points[0])
+    add_area(line[first:line.index(points[0], first + 1)], **tags)
+
+
+def coast():
+    shore = smooth([(6100, -9000), (6500, -7200), (6250, -5600), (6050, -4300), (5900, -3000),
+                    (5750, -1900), (5860, -900), (5720, 100), (5840, 900), (5700, 1700),
+                    (5900, 2600), (6400, 3400), (6250, 5000), (6600, 7000), (6300, 9000)], 180)
+    add_area(shore + [(13000, 9000), (13000, -9000)], natural="water", name="Quorvel Bay")
+    beach = [point for point in shore if -2600 < point[1] < 1500]
+    inland = [(x - 75 - 35 * math.sin(y / 330), y) for x, y in beach]
+    add_area(beach + inland[::-1], natural="beach", name="Bay Sands")
+
+
+def built_up():
+    town = [(-2140, -1370), (900, -1370), (1180, -1600), (1560, -1640), (1900, -1480),
+            (2010, -1280), (2010, 1180), (1860, 1500), (1300, 1700), (700, 1620), (330, 1290),
+            (-2140, 1240)]
+    outline = []
+    for a, b in zip(town, town[1:] + town[:1]):
+        count = max(int(distance(a, b) / 100), 1)
+        outline += [plan(a[0] + (b[0] - a[0]) * i / count, a[1] + (b[1] - a[1]) * i / count)
+                    for i in range(count)]
+    add_area(outline, landuse="residential", name="Marrowick")
+    round_area([(4440, -360), (4620, -420), (5080, -430), (5440, -470), (5630, -260), (5580, 520),
+                (5330, 690), (5060, 680), (4720, 420), (4420, 260)],
+               landuse="residential", name="Eastmere")
+    round_area([(-3060, -640), (-2760, -740), (-2480, -620), (-2400, 60), (-2380, 290),
+                (-2900, 330), (-3080, 60)], landuse="residential", name="Tollgate")
+
+
+def woods_and_water():
+    round_area([(-6200, 1600), (-4600, 1300), (-3500, 1650), (-2850, 2150), (-2450, 2750),
+                (-2700, 3500), (-2350, 4400), (-3100, 5600), (-6200, 6200)],
+               landuse="forest", name="Tollgate Forest")
+    round_area([(-400, 2150), (350, 2320), (1000, 2250), (1420, 2700), (1180, 3350), (1500, 4100),
+                (900, 4700), (-100, 4300), (-720, 3050)], landuse="forest", name="Northgate Wood")
+    round_area([(-2560, -2900), (-2050, -2700), (-1780, -3050), (-1930, -3650), (-2300, -4500),
+                (-2840, -4300), (-2820, -3500)], landuse="forest", name="Gravel Pit Wood")
+    round_area([(1850, -2600), (2650, -2250), (3500, -1450), (4150, -900), (4850, -1050),
+                (5150, -1750), (4700, -2500), (4900, -3300), (4100, -3900), (3300, -3500),
+                (2550, -3900), (1950, -3400)], landuse="forest", name="Mere Wood")
+    mere = [(3350, -2150), (3700, -1700), (4200, -1550), (4520, -1850), (4300, -2350), (3750, -2650)]
+    round_area(mere, natural="water", water="lake", name="Saddle Mere")
+    add_way(smooth([(4450, -2000), (4800, -2080), (5150, -1960), (5450, -2060), (5850, -1980)], 40),
+            waterway="stream", name="Mere Brook")
+    round_area([(3250, 1950), (3800, 1780), (4420, 1880), (4620, 2450), (4150, 2900), (3420, 2650)],
+               leisure="golf_course", name="Bay Links")
+    for start, length, side in ((-1800, 900, 1), (-2500, 1200, -1), (-3500, 1400, 1),
+                                (1500, 1300, -1), (2300, 1500, 1)):
+        bank = [start - length * i / 16 if start < 0 else start + length * i / 16
+                for i in range(17)]
+        add_area([bank_point(y, 40 * side) for y in bank]
+                 + [bank_point(y, (60 + 230 * math.sin(i * math.pi / 16) ** 0.7) * side)
+                    for i, y in reversed(list(enumerate(bank)))], landuse="meadow")
+
+
+def roads_beyond():
+    """The roads' ways out of every picture."""
+    for side in (MOTORWAY_SIDE, -MOTORWAY_SIDE):
+        for points in ([(-13000, -2900), (-8000, -2500), (-4300, -2350)],
+                       [(2300, 4000), (2150, 5800), (2500, 9000)]):
+            line = smooth(points, 200)
+            add_way(offset(line if side > 0 else line[::-1], MOTORWAY_SIDE), highway="motorway",
+                    ref="I 46", name="Bay Freeway", oneway="yes", maxspeed="65 mph")
+    for points, tags in (
+            ([(5150, 3200), (5200, 5000), (4900, 9000)],
+             {"highway": "motorway", "ref": "I 246", "name": "Eastmere Spur"}),
+            ([(-4100, -870), (-6000, -1000), (-13000, -700)],
+             {"highway": "primary", "ref": "US 309", "name": "Tollgate Road"}),
+            ([(-3010, -2800), (-3120, -4000), (-2950, -5600), (-3200, -9000)],
+             {"highway": "secondary", "ref": "CR 3", "name": "Saltings Road"}),
+            ([(-1560, -2700), (-1500, -3600), (-1700, -5200), (-1400, -9000)],
+             {"highway": "secondary", "ref": "CR 8", "name": "Gravel Pit Road"}),
+            ([(1290, -2500), (1420, -3400), (1250, -5000), (1500, -9000)],
+             {"highway": "primary", "ref": "SR 27", "name": "Harrow Avenue"})):
+        add_way(smooth(points, 150), **tags)
+
+
 columns_and_rows()
 river()
 roundabouts()
@@ -644,6 +725,10 @@ tollgate()
 park()
 join_up()
 places()
+built_up()
+coast()
+woods_and_water()
+roads_beyond()
 print('{"type":"FeatureCollection","features":[')
 print(",\n".join(json.dumps(f, ensure_ascii=False, separators=(",", ":")) for f in features))
 print("]}")

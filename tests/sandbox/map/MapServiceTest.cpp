@@ -39,7 +39,7 @@ std::shared_ptr<const MapData> mapOf(const char* text) {
   return MapData::fromGeoJSON(text, problem);
 }
 
-TEST(MapServiceTest, SortsTheMapIntoStreetsWaterAndParks) {
+TEST(MapServiceTest, SortsTheMapIntoStreetsWaterAndLand) {
   const MapService service(mapOf(map));
   const JSON streets = get(service, "/streets.geojson");
   EXPECT_EQ(streets["type"].stringValue(), "FeatureCollection");
@@ -55,7 +55,9 @@ TEST(MapServiceTest, SortsTheMapIntoStreetsWaterAndParks) {
   EXPECT_EQ((water[{"features", 0, "geometry", "coordinates"}]),
             JSON::parse("[[[0,0],[9,0],[9,9],[0,0]],[[1,1],[2,1],[2,2],[1,1]]]"));
   EXPECT_EQ((water[{"features", 1, "geometry", "type"}].stringValue()), "LineString");
-  EXPECT_EQ((get(service, "/parks.geojson")["features"].size()), 1U);
+  const JSON land = get(service, "/land.geojson");
+  ASSERT_EQ(land["features"].size(), 1U);
+  EXPECT_EQ((land[{"features", 0, "properties", "class"}].stringValue()), "park");
 }
 
 // A style's mistakes show up as missing layers only, on a screen, without a word.
@@ -85,6 +87,13 @@ TEST(MapServiceTest, TheStyleIsWholeAndNeedsNoOtherServer) {
                                     "living_street", "service", "steps"}) {
     const Tags tags(std::vector<Tags::Pair>{{"highway", highway}});
     EXPECT_EQ(drawn.count(std::string(streetClass(tags))), 1U) << highway;
+  }
+  for (const auto& [key, value] : {std::pair("leisure", "garden"),
+                                   {"natural", "wood"},
+                                   {"natural", "beach"},
+                                   {"landuse", "industrial"}}) {
+    const Tags tags(std::vector<Tags::Pair>{{key, value}});
+    EXPECT_EQ(drawn.count(std::string(landClass(tags))), 1U) << value;
   }
 }
 
