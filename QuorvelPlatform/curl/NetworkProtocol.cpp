@@ -72,7 +72,9 @@ class NetworkProtocol final : public URLProtocol, private TransferOwner {
       if (request_) head.url = request_->url();
       outcome.body = Data(transfer_->takeBody());
     }
-    state_->giveBack(std::move(transfer_));
+    // The handle of a failure keeps its system error, which the next one would take for its own.
+    if (code == CURLE_OK) state_->giveBack(std::move(transfer_));
+    transfer_.reset();
     load_.end(std::move(outcome));
   }
 
