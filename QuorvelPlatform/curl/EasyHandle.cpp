@@ -86,7 +86,7 @@ void EasyHandle::setFixedOptions(const URLSessionConfiguration& configuration) {
   curl_easy_setopt(easy_, CURLOPT_FOLLOWLOCATION, 0L);
   curl_easy_setopt(easy_, CURLOPT_PATH_AS_IS, 1L);
   curl_easy_setopt(easy_, CURLOPT_HTTP09_ALLOWED, 0L);
-  curl_easy_setopt(easy_, CURLOPT_ACCEPT_ENCODING, "gzip, deflate, br");
+  curl_easy_setopt(easy_, CURLOPT_ACCEPT_ENCODING, "gzip");
   curl_easy_setopt(easy_, CURLOPT_USERAGENT, userAgent.data());
   curl_easy_setopt(easy_, CURLOPT_BUFFERSIZE, 256L << 10);
   curl_easy_setopt(easy_, CURLOPT_TCP_KEEPALIVE, 1L);

@@ -17,6 +17,7 @@ class GzipTail {
   void take(std::string_view raw);
   /// Whether a stream of that many decoded bytes has come to its end. Also true for no raw bytes.
   bool isComplete(std::uint64_t decodedSize) const;
+  bool isEmpty() const { return count_ == 0; }
 
  private:
   enum class Framing { none, size, sizeLineEnd, data, dataEnd, ended };

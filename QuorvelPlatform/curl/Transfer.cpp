@@ -6,8 +6,9 @@
 #include <QuorvelPlatform/curl/RedirectRule_p.h>
 #include <QuorvelPlatform/curl/Transfer_p.h>
 
-#include <algorithm>
+#include <charconv>
 #include <new>
+#include <system_error>
 
 namespace quorvelkit {
 
@@ -16,10 +17,14 @@ namespace {
 // More header lines than this are an attack: parsing them is quadratic.
 constexpr int maximumHeaderLines = 1000;
 
-// Whether the lines have a name, given in lower case, anywhere.
-bool mentions(std::string_view lines, std::string_view name) {
-  return std::search(lines.begin(), lines.end(), name.begin(), name.end(),
-                     [](char a, char b) { return asciiLowered(a) == b; }) != lines.end();
+// The value of a header line when it is of this field.
+std::optional<std::string_view> valueOf(std::string_view field, std::string_view line) {
+  if (line.size() <= field.size() || line[field.size()] != ':') return std::nullopt;
+  if (!equalsIgnoringASCIICase(line.substr(0, field.size()), field)) return std::nullopt;
+  line.remove_prefix(field.size() + 1);
+  const std::size_t begin = line.find_first_not_of(" \t\r\n");
+  if (begin == std::string_view::npos) return "";
+  return line.substr(begin, line.find_last_not_of(" \t\r\n") + 1 - begin);
 }
 
 }  // namespace
@@ -41,11 +46,12 @@ void Transfer::clear() {
   headIsWhole_ = false;
   lineCount_ = 0;
   headerLines_.clear();
+  length_.reset();
+  coding_ = Coding::none;
+  isChunked_ = false;
   body_ = {};
   bodySize_ = 0;
   sent_ = 0;
-  isEncoded_ = false;
-  isGzip_ = false;
   redirect_.reset();
   ownError_ = 0;
 }
@@ -59,69 +65,88 @@ bool Transfer::didReceiveHeaderLine(std::string_view line) {
     statusCode_ = static_cast<int>(status);
     headIsWhole_ = false;
     headerLines_.clear();
+    length_.reset();
+    coding_ = Coding::none;
+    isChunked_ = false;
     return true;
   }
+  if (!headIsWhole_ && (line == "\r\n" || line == "\n")) return didReceiveHead();
+  if (++lineCount_ > maximumHeaderLines) return stop(URLError::cannotParseResponse);
   if (headIsWhole_) return true;  // A trailer.
-  if (line == "\r\n" || line == "\n") return didReceiveHead();
-  if (++lineCount_ > maximumHeaderLines) {
-    ownError_ = URLError::cannotParseResponse;
-    return false;
-  }
   headerLines_ += line;
+  return takeNote(line);
+}
+
+// Takes note of the fields that say how the body comes. A length that is not one length is an
+// error (RFC 9112, section 6.3): one side would take for the next answer what the other takes for
+// the body. The network library believes the last line, or what it can read of it.
+bool Transfer::takeNote(std::string_view line) {
+  if (const auto text = valueOf("content-length", line)) {
+    std::int64_t length = 0;
+    const char* const end = text->data() + text->size();
+    const auto [stopped, error] = std::from_chars(text->data(), end, length);
+    if (stopped != end || text->starts_with('-')) return stop(URLError::cannotParseResponse);
+    if (error == std::errc::result_out_of_range) return stop(URLError::dataLengthExceedsMaximum);
+    if (error != std::errc() || length_.value_or(length) != length) {
+      return stop(URLError::cannotParseResponse);
+    }
+    length_ = length;
+  } else if (const auto coding = valueOf("content-encoding", line)) {
+    if (coding->empty() || equalsIgnoringASCIICase(*coding, "identity")) return true;
+    const bool isGzip =
+        equalsIgnoringASCIICase(*coding, "gzip") || equalsIgnoringASCIICase(*coding, "x-gzip");
+    coding_ = isGzip && coding_ == Coding::none ? Coding::gzip : Coding::other;
+  } else if (const auto transferCoding = valueOf("transfer-encoding", line)) {
+    isChunked_ = true;
+    if (!equalsIgnoringASCIICase(*transferCoding, "chunked")) coding_ = Coding::other;
+  }
   return true;
 }
 
 bool Transfer::didReceiveHead() {
   headIsWhole_ = true;
   if (statusCode_ < 200) return true;
-  const bool maybeRedirect = statusCode_ >= 300 && statusCode_ < 400;
-  const bool maybeEncoded = mentions(headerLines_, "content-encoding");
-  if (!maybeRedirect && !maybeEncoded) return true;
-
-  const HTTPHeaderFields fields = parseHeaderLines(headerLines_);
-  redirect_ = redirected(*request_, statusCode_, fields.value("Location"));
-  const auto encoding = fields.value("Content-Encoding");
-  isEncoded_ = encoding.has_value();
-  isGzip_ = encoding && (equalsIgnoringASCIICase(*encoding, "gzip") ||
-                         equalsIgnoringASCIICase(*encoding, "x-gzip"));
-  if (isGzip_) {
-    long version = 0;
-    curl_easy_getinfo(easy(), CURLINFO_HTTP_VERSION, &version);
-    gzipTail_.reset(version <= CURL_HTTP_VERSION_1_1 && fields.value("Transfer-Encoding"));
+  if (statusCode_ >= 300 && statusCode_ < 400) {
+    const HTTPHeaderFields fields = parseHeaderLines(headerLines_);
+    redirect_ = redirected(*request_, statusCode_, fields.value("Location"));
+  }
+  long version = 0;
+  curl_easy_getinfo(easy(), CURLINFO_HTTP_VERSION, &version);
+  const bool isHTTP1 = version <= CURL_HTTP_VERSION_1_1;
+  if (coding_ != Coding::none) {
+    gzipTail_.reset(isHTTP1 && isChunked_);
     handle_.showRawBody();
   }
   return true;
+}
+
+bool Transfer::stop(std::int64_t code) {
+  ownError_ = code;
+  return false;
 }
 
 bool Transfer::didReceiveBody(std::string_view piece) {
   owner_->didMove();
   if (bodySize_ == 0 && !expectBody()) return false;
   bodySize_ += piece.size();
-  if (bodySize_ > maximumBodySize_) {
-    ownError_ = URLError::dataLengthExceedsMaximum;
-    return false;
-  }
+  if (bodySize_ > maximumBodySize_) return stop(URLError::dataLengthExceedsMaximum);
   if (redirect_) return true;
   try {
     body_ += piece;
   } catch (const std::bad_alloc&) {
-    ownError_ = URLError::unknown;
-    return false;
+    return stop(URLError::unknown);
   }
   return true;
 }
 
-// Holds the length that the server announces against the limit, unless decoding will make it
-// another, and makes room for a modest one.
+// Refuses a coding that was not asked for, holds the length that the server announces against the
+// limit, unless decoding will make it another, and makes room for a modest one.
 bool Transfer::expectBody() {
-  constexpr curl_off_t modest = 1 << 20;
-  curl_off_t announced = 0;
-  curl_easy_getinfo(easy(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &announced);
-  if (isEncoded_ || announced <= 0) return true;
-  if (static_cast<std::uint64_t>(announced) > maximumBodySize_) {
-    ownError_ = URLError::dataLengthExceedsMaximum;
-    return false;
-  }
+  constexpr std::size_t modest = 1 << 20;
+  if (coding_ == Coding::other) return stop(URLError::cannotDecodeContentData);
+  if (coding_ == Coding::gzip || isChunked_ || !length_) return true;
+  const auto announced = static_cast<std::uint64_t>(*length_);
+  if (announced > maximumBodySize_) return stop(URLError::dataLengthExceedsMaximum);
   if (!redirect_ && announced <= modest) body_.reserve(static_cast<std::size_t>(announced));
   return true;
 }
@@ -133,11 +158,14 @@ void Transfer::didSend(std::int64_t total) {
 
 std::int64_t Transfer::errorCode(CURLcode code) const {
   if (ownError_ != 0) return ownError_;
-  if (code == CURLE_WRITE_ERROR && isEncoded_) return URLError::cannotDecodeContentData;
+  if (code == CURLE_WRITE_ERROR && coding_ != Coding::none) {
+    return URLError::cannotDecodeContentData;
+  }
   if (code != CURLE_OK) return urlErrorCode(code, easy());
   if (!headIsWhole_ || statusCode_ < 200) return URLError::networkConnectionLost;
-  if (isGzip_ && !gzipTail_.isComplete(bodySize_)) return URLError::cannotDecodeContentData;
-  return 0;
+  const bool isCut = coding_ == Coding::gzip && !gzipTail_.isComplete(bodySize_);
+  const bool isUnread = coding_ == Coding::other && !gzipTail_.isEmpty();
+  return isCut || isUnread ? URLError::cannotDecodeContentData : 0;
 }
 
 }  // namespace quorvelkit

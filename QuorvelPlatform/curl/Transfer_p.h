@@ -53,8 +53,15 @@ class Transfer {
   void didSend(std::int64_t total);
 
  private:
+  /// How the body is encoded. The network library decodes more than gzip, but tells of nothing
+  /// else whether it came to its end.
+  enum class Coding { none, gzip, other };
+
+  bool takeNote(std::string_view headerLine);
   bool didReceiveHead();
   bool expectBody();
+  /// Ends the exchange with a code of URLError.
+  bool stop(std::int64_t code);
 
   const std::size_t maximumBodySize_;
   EasyHandle handle_;
@@ -66,11 +73,12 @@ class Transfer {
   bool headIsWhole_ = false;
   int lineCount_ = 0;
   std::string headerLines_;
+  std::optional<std::int64_t> length_;
+  Coding coding_ = Coding::none;
+  bool isChunked_ = false;
   std::string body_;
   std::uint64_t bodySize_ = 0;
   std::int64_t sent_ = 0;
-  bool isEncoded_ = false;
-  bool isGzip_ = false;
   GzipTail gzipTail_;
   std::optional<URLRequest> redirect_;
   std::int64_t ownError_ = 0;

@@ -46,8 +46,8 @@ TEST(RequestTest, RequestsAreSentAsTheyWereSet) {
   const LineCase cases[] = {
       {"GET", request("get"),
        AllOf(StartsWith("GET /a/../b%7e?c=d&e HTTP/1.1\r\n"), has("Accept: */*\r\n"),
-             has("Accept-Encoding: gzip, deflate, br\r\n"), has("User-Agent: QuorvelKit/"),
-             lacks("Content-"), lacks("#")),
+             has("Accept-Encoding: gzip\r\n"), has("User-Agent: QuorvelKit/"), lacks("Content-"),
+             lacks("#")),
        ""},
       {"HEAD", request("HEAD"), AllOf(StartsWith("HEAD /"), lacks("Content-")), ""},
       {"POST", request("POST", "a=b"),
