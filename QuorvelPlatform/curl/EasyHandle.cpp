@@ -2,7 +2,10 @@
 #include <QuorvelPlatform/ASCII.h>
 #include <QuorvelPlatform/FatalError.h>
 #include <QuorvelPlatform/curl/EasyHandle_p.h>
+#include <QuorvelPlatform/curl/OpenSockets_p.h>
 #include <QuorvelPlatform/curl/Transfer_p.h>
+
+#include <netinet/in.h>
 
 #include <algorithm>
 #include <array>
@@ -36,6 +39,23 @@ int onDebug(CURL*, curl_infotype type, char* bytes, std::size_t size, void* tran
   return 0;
 }
 
+curl_socket_t onOpenSocket(void*, curlsocktype, curl_sockaddr* address) {
+  // The port stands at the same place for IPv4 and IPv6.
+  const auto* const internet = reinterpret_cast<const sockaddr_in*>(&address->addr);
+  return OpenSockets::ofThisThread().open(address->family, address->socktype, address->protocol,
+                                          ntohs(internet->sin_port));
+}
+
+int onCloseSocket(void*, curl_socket_t socket) {
+  OpenSockets::ofThisThread().close(socket);
+  return 0;
+}
+
+int onRequest(void* transfer, char*, char*, int remotePort, int localPort) {
+  return transferOf(transfer).mayUseConnection({localPort, remotePort}) ? CURL_PREREQFUNC_OK
+                                                                        : CURL_PREREQFUNC_ABORT;
+}
+
 // The session's own business, whatever the request says.
 bool isReserved(std::string_view name) {
   constexpr std::array<std::string_view, 6> reserved = {
@@ -64,13 +84,16 @@ EasyHandle::EasyHandle(const URLSessionConfiguration& configuration, CURLSH* sha
                        Transfer& transfer)
     : easy_(makeEasy()) {
   for (const CURLoption option : {CURLOPT_PRIVATE, CURLOPT_HEADERDATA, CURLOPT_WRITEDATA,
-                                  CURLOPT_XFERINFODATA, CURLOPT_DEBUGDATA}) {
+                                  CURLOPT_XFERINFODATA, CURLOPT_DEBUGDATA, CURLOPT_PREREQDATA}) {
     curl_easy_setopt(easy_, option, &transfer);
   }
   curl_easy_setopt(easy_, CURLOPT_HEADERFUNCTION, onHeader);
   curl_easy_setopt(easy_, CURLOPT_WRITEFUNCTION, onBody);
   curl_easy_setopt(easy_, CURLOPT_XFERINFOFUNCTION, onProgress);
   curl_easy_setopt(easy_, CURLOPT_DEBUGFUNCTION, onDebug);
+  curl_easy_setopt(easy_, CURLOPT_PREREQFUNCTION, onRequest);
+  curl_easy_setopt(easy_, CURLOPT_OPENSOCKETFUNCTION, onOpenSocket);
+  curl_easy_setopt(easy_, CURLOPT_CLOSESOCKETFUNCTION, onCloseSocket);
   curl_easy_setopt(easy_, CURLOPT_SHARE, share);
   curl_easy_setopt(easy_, CURLOPT_COOKIEFILE, "");  // Cookies, but no file.
   setFixedOptions(configuration);

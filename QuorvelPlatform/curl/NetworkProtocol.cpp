@@ -47,6 +47,7 @@ class NetworkProtocol final : public URLProtocol, private TransferOwner {
 
  private:
   void send(const URLRequest& request) {
+    sent_ = &request;
     transfer_->prepare(*this, request,
                        std::chrono::ceil<std::chrono::milliseconds>(load_.idleInterval()));
     engine_.network().add(*transfer_);
@@ -55,6 +56,7 @@ class NetworkProtocol final : public URLProtocol, private TransferOwner {
   void didMove() override { load_.touch(engine_.now()); }
 
   void didEnd(CURLcode code) override {
+    if (transfer_->metStrayInput()) return send(*sent_);
     const std::int64_t errorCode = transfer_->errorCode(code);
     if (errorCode == 0 && transfer_->redirect()) {
       request_ = std::exchange(transfer_->redirect(), std::nullopt);
@@ -82,6 +84,7 @@ class NetworkProtocol final : public URLProtocol, private TransferOwner {
   Load& load_;
   const std::shared_ptr<NetworkState> state_;
   std::unique_ptr<Transfer> transfer_;
+  const URLRequest* sent_ = nullptr;
   std::optional<URLRequest> request_;
   int redirects_ = 0;
 };

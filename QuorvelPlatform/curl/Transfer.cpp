@@ -42,6 +42,7 @@ void Transfer::prepare(TransferOwner& owner, const URLRequest& request,
 
 void Transfer::clear() {
   handle_.clear();
+  metStrayInput_ = false;
   statusCode_ = 0;
   headIsWhole_ = false;
   lineCount_ = 0;
@@ -54,6 +55,12 @@ void Transfer::clear() {
   sent_ = 0;
   redirect_.reset();
   ownError_ = 0;
+}
+
+bool Transfer::mayUseConnection(const ConnectionPorts& ports) {
+  ports_ = ports;
+  metStrayInput_ = OpenSockets::ofThisThread().hasStrayInput(ports);
+  return !metStrayInput_;
 }
 
 bool Transfer::didReceiveHeaderLine(std::string_view line) {
@@ -113,6 +120,7 @@ bool Transfer::didReceiveHead() {
   long version = 0;
   curl_easy_getinfo(easy(), CURLINFO_HTTP_VERSION, &version);
   const bool isHTTP1 = version <= CURL_HTTP_VERSION_1_1;
+  if (isHTTP1) OpenSockets::ofThisThread().answersInTurn(ports_);
   if (coding_ != Coding::none) {
     gzipTail_.reset(isHTTP1 && isChunked_);
     handle_.showRawBody();

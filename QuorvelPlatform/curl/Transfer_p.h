@@ -4,6 +4,7 @@
 #include <QuorvelPlatform/Outcome_p.h>
 #include <QuorvelPlatform/curl/EasyHandle_p.h>
 #include <QuorvelPlatform/curl/GzipTail_p.h>
+#include <QuorvelPlatform/curl/OpenSockets_p.h>
 
 #include <cstdint>
 #include <optional>
@@ -39,6 +40,9 @@ class Transfer {
   std::optional<URLRequest>& redirect() { return redirect_; }
   /// The code of URLError for the end of the exchange, 0 for a whole answer.
   std::int64_t errorCode(CURLcode code) const;
+  /// Whether nothing was sent, because something came before on the connection that was to be
+  /// used, which is closed now.
+  bool metStrayInput() const { return metStrayInput_; }
   int statusCode() const { return statusCode_; }
   std::string takeHeaderLines() { return std::move(headerLines_); }
   std::string takeBody() { return std::move(body_); }
@@ -47,6 +51,7 @@ class Transfer {
   TransferOwner& owner() { return *owner_; }
 
   /// Called by the network library; false stops the transfer.
+  bool mayUseConnection(const ConnectionPorts& ports);
   bool didReceiveHeaderLine(std::string_view line);
   bool didReceiveBody(std::string_view piece);
   void didReceiveRaw(std::string_view bytes) { gzipTail_.take(bytes); }
@@ -67,6 +72,9 @@ class Transfer {
   EasyHandle handle_;
   TransferOwner* owner_ = nullptr;
   const URLRequest* request_ = nullptr;
+
+  ConnectionPorts ports_;
+  bool metStrayInput_ = false;
 
   // The answer so far.
   int statusCode_ = 0;

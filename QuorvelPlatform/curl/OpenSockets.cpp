@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <QuorvelPlatform/curl/OpenSockets_p.h>
+
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+namespace quorvelkit {
+
+namespace {
+
+int localPortOf(int socket) {
+  sockaddr_storage address{};
+  socklen_t size = sizeof address;
+  auto* const generic = reinterpret_cast<sockaddr*>(&address);
+  if (::getsockname(socket, generic, &size) != 0) return 0;
+  // The port stands at the same place for IPv4 and IPv6.
+  return ntohs(reinterpret_cast<const sockaddr_in*>(&address)->sin_port);
+}
+
+}  // namespace
+
+OpenSockets& OpenSockets::ofThisThread() {
+  thread_local OpenSockets sockets;
+  return sockets;
+}
+
+int OpenSockets::open(int family, int type, int protocol, int remotePort) {
+  const int socket = ::socket(family, type | SOCK_CLOEXEC, protocol);
+  if (socket >= 0) entries_.push_back({socket, remotePort, 0, false});
+  return socket;
+}
+
+void OpenSockets::close(int socket) {
+  std::erase_if(entries_, [&](const Entry& entry) { return entry.socket == socket; });
+  ::close(socket);
+}
+
+OpenSockets::Entry* OpenSockets::find(const ConnectionPorts& ports) {
+  for (Entry& entry : entries_) {
+    if (entry.remotePort != ports.remote) continue;
+    if (entry.localPort == 0) entry.localPort = localPortOf(entry.socket);
+    if (entry.localPort == ports.local) return &entry;
+  }
+  return nullptr;
+}
+
+void OpenSockets::answersInTurn(const ConnectionPorts& ports) {
+  if (Entry* const entry = find(ports)) entry->inTurn = true;
+}
+
+bool OpenSockets::hasStrayInput(const ConnectionPorts& ports) {
+  const Entry* const entry = find(ports);
+  if (entry == nullptr || !entry->inTurn) return false;
+  char byte = 0;
+  return ::recv(entry->socket, &byte, 1, MSG_PEEK | MSG_DONTWAIT) >= 0;
+}
+
+}  // namespace quorvelkit
