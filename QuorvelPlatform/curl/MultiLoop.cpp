@@ -4,15 +4,44 @@
 #include <QuorvelPlatform/curl/Transfer_p.h>
 
 #include <curl/curl.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <string>
+#include <string_view>
 #include <utility>
 
 namespace quorvelkit {
 
 namespace {
 
+// Hides a variable of the environment for as long as this lives: its place holds another one, so
+// that threads that look at other variables meanwhile notice nothing.
+class HiddenVariable {
+ public:
+  explicit HiddenVariable(std::string_view name) {
+    for (char** each = environ; each != nullptr && *each != nullptr; ++each) {
+      const std::string_view entry = *each;
+      if (!entry.starts_with(name) || entry.substr(name.size(), 1) != "=") continue;
+      hidden_ = std::exchange(*each, placeholder_.data());
+    }
+  }
+  HiddenVariable(const HiddenVariable&) = delete;
+  HiddenVariable& operator=(const HiddenVariable&) = delete;
+  ~HiddenVariable() {
+    for (char** each = environ; hidden_ != nullptr && *each != nullptr; ++each) {
+      if (*each == placeholder_.data()) *each = hidden_;
+    }
+  }
+
+ private:
+  std::string placeholder_ = "QUORVELKIT_HIDDEN=";
+  char* hidden_ = nullptr;
+};
+
 CURLM* makeMulti() {
+  // What this names is a file for the keys of all TLS connections. It is looked at here alone.
+  const HiddenVariable keyLog("SSLKEYLOGFILE");
   if (curl_global_init(CURL_GLOBAL_DEFAULT) != CURLE_OK) {
     fatalError("The network library could not be initialised.");
   }
