@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelKit/JSON/JSON.h>
 #include <QuorvelKit/QVBaseRequest.h>
+#include <QuorvelKit/QVClassName_p.h>
 #include <QuorvelKit/QuorvelKit.h>
 #include <QuorvelPlatform/DoubleText.h>
 
+#include <ostream>
+#include <typeinfo>
 #include <utility>
 
 namespace quorvelkit {
@@ -90,6 +93,15 @@ std::string QVBaseRequest::joiner() {
   const char* const text = paramAdded() ? "&" : "?";
   setParamAdded(true);
   return text;
+}
+
+std::ostream& operator<<(std::ostream& out, const QVBaseRequest& request) {
+  out << qualifiedClassName(typeid(request));
+  const auto& values = request.parameters();
+  if (!values) return out;
+  for (const auto& [key, value] : *values)
+    out << ' ' << key << "=...";
+  return out;
 }
 
 std::optional<URL> QVBaseRequest::resourceURL(std::string_view rootURL, std::string_view path,

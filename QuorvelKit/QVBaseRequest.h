@@ -7,6 +7,7 @@
 #include <QuorvelPlatform/URLRequest.h>
 
 #include <cstdint>
+#include <iosfwd>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -66,6 +67,10 @@ class QUORVELKIT_EXPORT QVBaseRequest {
   virtual void setParamAdded(bool paramAdded);
   /// What stands before the next parameter: "?" the first time, then "&".
   virtual std::string joiner();
+
+  /// Prints the class and the names of the parameters: values may be secret.
+  friend QUORVELKIT_EXPORT std::ostream& operator<<(std::ostream& out,
+                                                    const QVBaseRequest& request);
 
  protected:
   /// Replaces the parameters, and gives the address rootURL + path + requestString(); absent when
