@@ -63,8 +63,8 @@ class QUORVELKIT_EXPORT URLRequest {
   void setCachePolicy(CachePolicy policy) noexcept { cachePolicy_ = policy; }
 
   /// How long the transfer may stand still before it fails: connecting and waiting for the first
-  /// byte count, every byte in either direction starts the time anew. 60 seconds unless set; an
-  /// interval that is not above zero stands for the session's own.
+  /// byte count, every header line and every byte of a body, sent or decoded, starts the time anew.
+  /// 60 seconds unless set; an interval that is not above zero stands for the session's own.
   TimeInterval timeoutInterval() const noexcept {
     return ownTimeoutInterval_.value_or(std::chrono::seconds(60));
   }
