@@ -10,6 +10,9 @@
 #include <array>
 #include <cstdio>
 #include <fstream>
+#include <mutex>
+#include <regex>
+#include <sstream>
 
 namespace quorvelkit::sandbox {
 namespace {
@@ -95,6 +98,37 @@ TEST_F(QuorvelTest, failsWithAnExplanation) {
     EXPECT_THAT(output.err, HasSubstr(c.says)) << c.arguments;
   }
   EXPECT_EQ(run(quorvel + " route --help").exitCode, 0);
+}
+
+// Neither the programs nor the log of the sandbox say what lets one in.
+TEST(QuorvelSecretsTest, stayOutOfOutputAndLog) {
+  const std::string applicationID = "5E2C9F14-7A03-41BD-C8E6-0F93D27A61B5";
+  std::ostringstream said;
+  std::mutex mutex;
+  const auto log = [&](const std::string& line) {
+    const std::lock_guard lock(mutex);
+    said << line << '\n';
+  };
+  Sandbox logging(MapData::builtInTown(), log);
+  ASSERT_TRUE(logging.start(0));
+  const std::string backend = " --trace --backend " + logging.url();
+  for (const std::string& command :
+       {" route" + demo + backend, " route --json" + demo + backend,
+        " suggest Mill --near 40.45,-38.25" + backend, " reverse 40.45,-38.25" + backend,
+        " route" + demo + backend + "/elsewhere",
+        " route" + demo + " --trace --backend http://[]"}) {
+    const Output output = run(quorvel + command);
+    said << output.out << output.err;
+  }
+  logging.stop();
+  std::string text = said.str();
+  ASSERT_THAT(text, HasSubstr("POST /v1/users/login 200"));
+  for (const char* secret : {"kvm40972", "D41F06A3-92BE-4C57-AB08-6E1D3C5F7092"})
+    EXPECT_EQ(text.find(secret), std::string::npos);
+  // A token looks as the application's identifier does, which is no secret.
+  for (std::size_t at = 0; (at = text.find(applicationID)) != std::string::npos;)
+    text.erase(at, applicationID.size());
+  EXPECT_FALSE(std::regex_search(text, std::regex("[0-9A-Fa-f]{8}(-[0-9A-Fa-f]{4}){3}-")));
 }
 
 TEST(QuorvelSandboxTest, printsItsAddressAndStopsWhenTold) {

@@ -32,6 +32,11 @@ class Awaited {
     }
     return *shared_->value;
   }
+  /// Whether there is a value, now or within so much time.
+  bool waitFor(std::chrono::milliseconds time) const {
+    std::unique_lock lock(shared_->mutex);
+    return shared_->changed.wait_for(lock, time, [&] { return shared_->value.has_value(); });
+  }
   bool isSet() const {
     const std::lock_guard lock(shared_->mutex);
     return shared_->value.has_value();

@@ -42,6 +42,8 @@ class Call {
 
   Result result() const { return result_.get(); }
   bool isDone() const { return result_.isSet(); }
+  /// Whether it is done, now or within so much time.
+  bool isDoneIn(std::chrono::milliseconds time) const { return result_.waitFor(time); }
   int completions() const { return *completions_; }
 
   const std::shared_ptr<URLSessionDataTask> task;

@@ -33,15 +33,16 @@ bool Connection::send(std::string_view bytes) {
   return isOpen();
 }
 
-bool Connection::readBytes(std::size_t count) {
+std::optional<std::string> Connection::take(std::size_t count) {
   while (unread_.size() < count) {
     char buffer[16384];
     const auto received = receive(buffer, sizeof buffer);
-    if (received <= 0) return false;
+    if (received <= 0) return std::nullopt;
     unread_.append(buffer, static_cast<std::size_t>(received));
   }
+  std::string taken = unread_.substr(0, count);
   unread_.erase(0, count);
-  return true;
+  return taken;
 }
 
 std::optional<ReceivedRequest> Connection::readHead() {
@@ -74,15 +75,9 @@ std::optional<ReceivedRequest> Connection::read() {
   auto request = readHead();
   if (!request) return std::nullopt;
   const std::string length = std::string(request->fields.value("Content-Length").value_or("0"));
-  const std::size_t size = std::strtoull(length.c_str(), nullptr, 10);
-  while (unread_.size() < size) {
-    char buffer[65536];
-    const auto received = receive(buffer, sizeof buffer);
-    if (received <= 0) return std::nullopt;
-    unread_.append(buffer, static_cast<std::size_t>(received));
-  }
-  request->body = unread_.substr(0, size);
-  unread_.erase(0, size);
+  auto body = take(std::strtoull(length.c_str(), nullptr, 10));
+  if (!body) return std::nullopt;
+  request->body = *std::move(body);
   return request;
 }
 

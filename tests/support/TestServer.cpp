@@ -2,6 +2,7 @@
 #include "tests/support/TestServer.h"
 
 #include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <openssl/ssl.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -28,6 +29,13 @@ std::pair<int, int> boundSocket() {
   return {socket, ntohs(address.sin_port)};
 }
 
+int chooseHTTP2(SSL*, const unsigned char** chosen, unsigned char* size, const unsigned char*,
+                unsigned, void*) {
+  *chosen = reinterpret_cast<const unsigned char*>("h2");
+  *size = 2;
+  return SSL_TLSEXT_ERR_OK;
+}
+
 ssl_ctx_st* makeContext(const TestServer::TLS& tls) {
   SSL_CTX* const context = SSL_CTX_new(TLS_server_method());
   if (SSL_CTX_use_certificate_chain_file(context, tls.certificateFile.c_str()) != 1 ||
@@ -39,6 +47,7 @@ ssl_ctx_st* makeContext(const TestServer::TLS& tls) {
     SSL_CTX_set_min_proto_version(context, TLS1_VERSION);
     SSL_CTX_set_max_proto_version(context, tls.highestVersion);
   }
+  if (tls.http2) SSL_CTX_set_alpn_select_cb(context, chooseHTTP2, nullptr);
   return context;
 }
 
@@ -88,14 +97,15 @@ void TestServer::accept() {
   for (;;) {
     const int socket = ::accept4(socket_, nullptr, nullptr, SOCK_CLOEXEC);
     if (socket < 0) return;
-    ++connectionCount_;
+    const int number = ++connectionCount_, on = 1;
+    ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
     SSL* tls = nullptr;
     if (context_ != nullptr) {
       tls = SSL_new(context_);
       SSL_set_fd(tls, socket);
     }
     const std::lock_guard lock(mutex_);
-    connections_.push_back(std::make_shared<Connection>(socket, tls));
+    connections_.push_back(std::make_shared<Connection>(socket, tls, number));
     threads_.emplace_back([this, connection = connections_.back()] { serve(connection); });
   }
 }

@@ -33,7 +33,7 @@ struct ReceivedRequest {
 /// One accepted connection: what a server may do to a client.
 class Connection {
  public:
-  Connection(int socket, ssl_st* tls) : socket_(socket), tls_(tls) {}
+  Connection(int socket, ssl_st* tls, int count = 1) : number(count), socket_(socket), tls_(tls) {}
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
   ~Connection();
@@ -42,8 +42,8 @@ class Connection {
   std::optional<ReceivedRequest> read();
   /// Only the head of the next request; its body stays unread.
   std::optional<ReceivedRequest> readHead();
-  /// Takes so many bytes of a body; false once the client has closed.
-  bool readBytes(std::size_t count);
+  /// The next bytes, so many; absent once the client has closed.
+  std::optional<std::string> take(std::size_t count);
   /// Sends bytes as they are; false once the client has closed.
   bool send(std::string_view bytes);
   /// Sends a whole answer with its length.
@@ -57,6 +57,9 @@ class Connection {
   bool finishHandshake();
   /// Wakes a thread that is reading or writing.
   void interrupt();
+
+  /// Counted from 1 in each server.
+  const int number;
 
  private:
   std::ptrdiff_t receive(char* into, std::size_t size);
@@ -78,6 +81,8 @@ class TestServer {
     std::string certificateFile, keyFile;
     /// The highest version, as OpenSSL numbers them; 0 for the newest.
     int highestVersion = 0;
+    /// Whether HTTP/2 is what the server wants to speak.
+    bool http2 = false;
   };
 
   explicit TestServer(Script script, std::optional<TLS> tls = std::nullopt);

@@ -1,0 +1,300 @@
+// SPDX-License-Identifier: Apache-2.0
+// Every service call against every row of the fault table, through the real session.
+#include "tests/faults/FaultTable.h"
+#include "tests/faults/Scripts.h"
+#include "tests/kit/FakeServer.h"
+#include "tests/support/Resolver.h"
+
+#include <QuorvelKit/QVConfiguration.h>
+#include <QuorvelKit/QVFind.h>
+#include <QuorvelKit/QVNavigation.h>
+#include <QuorvelKit/QuorvelKit.h>
+#include <QuorvelPlatform/URLError.h>
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <thread>
+
+namespace quorvelkit {
+namespace {
+
+using namespace quorvelkit::test;
+
+const std::string canaries[] = {"canary-access-token",
+                                "canary-authorization",
+                                "canary-cookie",
+                                "canary-user-token-36-characters-long",
+                                "kvm40972",
+                                "D41F06A3-92BE-4C57-AB08-6E1D3C5F7092"};
+
+// A request of the library as an application may use it: with secrets, and as a row wants it.
+template <class Request>
+struct Tried : Request {
+  using Request::Request;
+  const Fault* fault = nullptr;
+
+  bool includeAccessToken() const override { return true; }
+  std::optional<URLRequest> request() override {
+    auto made = Request::request();
+    if (!made) return made;
+    made->setValue("canary-authorization", "Authorization");
+    made->setValue("own=canary-cookie", "Cookie");
+    if (fault != nullptr && fault->way.patience.count() > 0)
+      made->setTimeoutInterval(fault->way.patience);
+    if (fault != nullptr && fault->way.change) fault->way.change(*made);
+    return made;
+  }
+};
+
+using Handler = std::function<void(std::shared_ptr<QVBaseResponse>)>;
+
+template <class Request, class... Arguments>
+std::shared_ptr<Tried<Request>> tried(const Fault* fault, Arguments&&... arguments) {
+  auto request = std::make_shared<Tried<Request>>(std::forward<Arguments>(arguments)...);
+  request->fault = fault;
+  return request;
+}
+
+// A kind of call: what it is called in errors, how it starts, and what it finds in an answer.
+struct Service {
+  const char* responseName;
+  std::function<std::shared_ptr<URLSessionDataTask>(const Fault*, Handler)> start;
+  std::function<bool(const QVBaseResponse&)> hasModel;
+  bool isPost = false;
+};
+
+constexpr Coordinate here{1, 2}, there{3, 4};
+
+const Service route{"QVRouteResponse",
+                    [](const Fault* fault, Handler handler) {
+                      return QVNavigation::route(tried<QVRouteRequest>(fault, here, there),
+                                                 std::move(handler));
+                    },
+                    [](const QVBaseResponse& response) {
+                      return dynamic_cast<const QVRouteResponse&>(response).route().has_value();
+                    }};
+const Service candidates{
+    "QVAddressCandidatesResponse",
+    [](const Fault* fault, Handler handler) {
+      return QVFind::addressCandidates(tried<QVAddressCandidatesRequest>(fault, "a", here),
+                                       std::move(handler));
+    },
+    [](const QVBaseResponse& response) {
+      return !dynamic_cast<const QVAddressCandidatesResponse&>(response).candidates().empty();
+    }};
+const Service suggestions{
+    "QVSuggestResponse",
+    [](const Fault* fault, Handler handler) {
+      return QVFind::suggest(tried<QVSuggestRequest>(fault, "a", here), std::move(handler));
+    },
+    [](const QVBaseResponse& response) {
+      return !dynamic_cast<const QVSuggestResponse&>(response).suggestions().empty();
+    }};
+const Service reverseGeocoding{
+    "QVReverseGeocodeResponse",
+    [](const Fault* fault, Handler handler) {
+      return QVFind::reverseGeocode(tried<QVReverseGeocodeRequest>(fault, here),
+                                    std::move(handler));
+    },
+    [](const QVBaseResponse& response) {
+      return dynamic_cast<const QVReverseGeocodeResponse&>(response).address().has_value();
+    }};
+const Service login{"QVLoginResponse",
+                    [](const Fault* fault, Handler handler) {
+                      return QVBackendless::login(tried<QVLoginRequest>(fault), std::move(handler));
+                    },
+                    [](const QVBaseResponse&) { return false; }, true};
+const Service configuration{"QVConfigurationResponse",
+                            [](const Fault* fault, Handler handler) {
+                              return QVConfiguration::get(tried<QVConfigurationRequest>(fault),
+                                                          std::move(handler));
+                            },
+                            [](const QVBaseResponse&) { return false; }};
+
+class FaultMatrixTest : public testing::Test {
+ protected:
+  // One for all tests of a process, as is the session.
+  static std::unique_ptr<const FaultTable> theTable;
+  static void SetUpTestSuite() { theTable = std::make_unique<FaultTable>(); }
+  static void TearDownTestSuite() { theTable.reset(); }
+
+  const FaultTable& table = *theTable;
+  const std::thread::id mainThread = std::this_thread::get_id();
+  std::list<int> handlerRuns;
+  std::ostringstream said;
+
+  FaultMatrixTest() {
+    URLSessionConfiguration settings;
+    settings.caFile = table.certificates().caFile();
+    settings.maximumBodySize = FaultTable::bodyLimit;
+    settings.timeoutIntervalForRequest = std::chrono::minutes(1);
+    URLSessionConfiguration::setDefault(settings);
+    QuorvelKit::setAccessToken("canary-access-token");
+  }
+
+  // What was delivered, exactly once and on the main thread, shows in the end.
+  ~FaultMatrixTest() override {
+    MainQueue::main().runPending();
+    for (const int runs : handlerRuns)
+      EXPECT_EQ(runs, 1);
+    for (const std::string& canary : canaries) {
+      EXPECT_EQ(said.str().find(canary), std::string::npos) << canary << " was printed";
+      EXPECT_EQ(table.heardElsewhere().find(canary), std::string::npos) << canary << " went astray";
+    }
+  }
+
+  std::shared_ptr<QVBaseResponse> deliver(const Service& service, const Fault* fault) {
+    int& runs = handlerRuns.emplace_back(0);
+    std::shared_ptr<QVBaseResponse> delivered;
+    service.start(fault, [&, this](std::shared_ptr<QVBaseResponse> response) {
+      EXPECT_EQ(std::this_thread::get_id(), mainThread);
+      ++runs;
+      delivered = std::move(response);
+    });
+    EXPECT_EQ(delivered, nullptr) << "delivered inside the call";
+    EXPECT_TRUE(runMainQueueUntil([&] { return delivered != nullptr; }));
+    return delivered;
+  }
+
+  void print(const QVBaseResponse& response) {
+    if (response.task()) said << response.task()->originalRequest() << '\n';
+    if (response.response()) said << response.response()->url() << '\n';
+    if (!response.error()) return;
+    said << *response.error() << ' ' << response.error()->localizedDescription() << '\n';
+    for (const auto& [key, text] : response.error()->userInfo())
+      said << key << '=' << text << '\n';
+  }
+
+  void check(const Service& service, const Fault& fault, const QVBaseResponse& response) {
+    print(response);
+    const Expected& expected =
+        service.isPost && fault.way.ofPost ? *fault.way.ofPost : fault.expected;
+    const auto& error = response.error();
+    ASSERT_EQ(error ? error->code() : 0, expected.code)
+        << (error ? error->localizedDescription() : response.data()->view());
+    if (expected.code < 0) {
+      EXPECT_EQ(error->domain(), URLError::domain);
+      EXPECT_FALSE(response.data());
+      EXPECT_FALSE(response.response());
+      EXPECT_FALSE(response.json());
+      EXPECT_FALSE(service.hasModel(response));
+      return;
+    }
+    ASSERT_TRUE(response.data());
+    EXPECT_EQ(response.data()->view(), expected.body);
+    EXPECT_EQ(dynamic_cast<const HTTPURLResponse&>(*response.response()).statusCode(),
+              expected.status);
+    if (!error) return;
+    EXPECT_EQ(error->domain(), std::string("QuorvelKit.") + service.responseName);
+    EXPECT_EQ(error->localizedDescription(), expected.description);
+  }
+
+  // Runs a row; `pointAt` tells the library where the row's server is.
+  void run(const Service& service, const Fault& fault,
+           const std::function<void(const std::string& root)>& pointAt) {
+    SCOPED_TRACE(std::string(service.responseName) + ", " + fault.phase + ": " + fault.name);
+    std::optional<TestServer::TLS> tls;
+    if (!fault.way.certificate.empty()) {
+      tls = table.certificates().tls(fault.way.certificate);
+      tls->highestVersion = fault.way.highestTLSVersion;
+      tls->http2 = fault.way.http2;
+    }
+    const TestServer server(fault.script, tls);
+    std::string root = fault.way.root.empty() ? server.url("") : fault.way.root;
+    if (const std::size_t at = root.find("PORT"); at != std::string::npos)
+      root.replace(at, 4, std::to_string(server.port()));
+    pointAt(root);
+    if (fault.way.isSecond) {
+      EXPECT_EQ(deliver(service, nullptr)->error(), std::nullopt);
+      pointAt(root);
+    }
+    if (fault.way.meeting) {
+      fault.way.meeting->answered.set(true);
+      fault.way.meeting->ready.get();
+    }
+    online = !fault.way.isOffline;
+    check(service, fault, *deliver(service, &fault));
+    online = true;
+  }
+
+  void runAll(const Service& service) {
+    for (const Fault& fault : table.rows()) {
+      run(service, fault, [](const std::string& root) {
+        const JSON json(
+            ValueMap{{"quorvel-navigation-root-url", root}, {"quorvel-find-root-url", root}});
+        QVConfiguration::setCachedResponse(makeResponse<QVConfigurationResponse>(
+            json.rawData(), std::make_shared<QVConfigurationRequest>()));
+      });
+    }
+  }
+
+  // No route or search call does anything, now that loading the configuration came to nothing.
+  void expectSilence() {
+    for (const Service* service : {&route, &candidates, &suggestions, &reverseGeocoding}) {
+      const auto witness = std::make_shared<int>();
+      EXPECT_EQ(service->start(nullptr, [witness](const auto&) { ADD_FAILURE() << "it spoke"; }),
+                nullptr);
+      EXPECT_EQ(witness.use_count(), 1) << "something still waits";
+    }
+  }
+};
+
+std::unique_ptr<const FaultTable> FaultMatrixTest::theTable;
+
+TEST_F(FaultMatrixTest, Route) { runAll(route); }
+TEST_F(FaultMatrixTest, Candidates) { runAll(candidates); }
+TEST_F(FaultMatrixTest, Suggestions) { runAll(suggestions); }
+TEST_F(FaultMatrixTest, ReverseGeocoding) { runAll(reverseGeocoding); }
+
+TEST_F(FaultMatrixTest, Configuration) {
+  for (const Fault& fault : table.rows()) {
+    run(configuration, fault, [](const std::string& root) {
+      QVBackendless::setUserToken("canary-user-token-36-characters-long");
+      QVConfiguration::setCachedResponse(nullptr);
+      QVBackendless::setBaseURL(root);
+    });
+    expectSilence();
+  }
+}
+
+TEST_F(FaultMatrixTest, Login) {
+  for (const Fault& fault : table.rows()) {
+    QVBackendless::setUserToken("stale");
+    run(login, fault, [](const std::string& root) { QVBackendless::setBaseURL(root); });
+    EXPECT_EQ(QVBackendless::userToken(), "");
+  }
+}
+
+// The first call of a process goes through the fault to log in, and to a server that keeps those
+// out who did not.
+TEST_F(FaultMatrixTest, CallsBehindAFailedLogin) {
+  const TestServer strict(
+      TestServer::answering([](const ReceivedRequest& received, Connection& to) {
+        received.value("user-token").empty() ? to.answer(401, "who") : to.answer(200, "{}");
+      }));
+  struct Strict : QVConfigurationRequest {
+    explicit Strict(std::string url) : url_(std::move(url)) {}
+    std::optional<URL> url() override { return URL::parse(url_); }
+    std::string url_;
+  };
+  const Service load{"QVConfigurationResponse",
+                     [&](const Fault*, Handler handler) {
+                       return QVConfiguration::get(std::make_shared<Strict>(strict.url()),
+                                                   std::move(handler));
+                     },
+                     [](const QVBaseResponse&) { return false; }};
+  for (const Fault& fault : table.rows()) {
+    if (!fault.isPlain()) continue;
+    Fault behind = fault;
+    behind.expected = answers(401, "who");
+    run(load, behind, [](const std::string& root) {
+      QVConfiguration::setCachedResponse(nullptr);
+      QVBackendless::setBaseURL(root);
+    });
+    expectSilence();
+  }
+}
+
+}  // namespace
+}  // namespace quorvelkit

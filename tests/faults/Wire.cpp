@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/faults/Wire.h"
+
+#include <cstdint>
+
+namespace quorvelkit::test {
+
+const std::string helloGzip(
+    "\x1f\x8b\x08\x00\x00\x00\x00\x00\x02\x03\xcb\x48\xcd\xc9\xc9\x57\xc8\x40"
+    "\x90\x00\x80\x88\xf9\xe5\x11\x00\x00\x00",
+    28);
+const std::string helloDeflate("\x78\x9c\xcb\x48\xcd\xc9\xc9\x57\xc8\x40\x90\x00\x3a\x2e\x06\x7d",
+                               16);
+const std::string helloBrotli("\x0b\x02\x80hello\x03", 9);
+
+// One literal, then copies of the longest length from the distance 1, all in the fixed code of
+// RFC 1951, section 3.2.6.
+std::string gzipBomb(std::size_t size) {
+  std::string stream("\x1f\x8b\x08\x00\x00\x00\x00\x00\x02\x03", 10);
+  std::uint32_t bits = 0;
+  int count = 0;
+  const auto put = [&](std::uint32_t code, int length, bool highestFirst) {
+    for (int i = 0; i < length; ++i) {
+      bits |= (code >> (highestFirst ? length - 1 - i : i) & 1U) << count;
+      if (++count < 8) continue;
+      stream += static_cast<char>(bits);
+      bits = 0;
+      count = 0;
+    }
+  };
+  put(0b011, 3, false);      // the last block, of fixed codes
+  put(0x30 + 'x', 8, true);  // the literal
+  for (std::size_t made = 1; made < size; made += 258) {
+    put(0b11000101, 8, true);  // the length 258
+    put(0, 5, true);           // the distance 1
+  }
+  put(0, 7, true);  // the end of the block
+  put(0, 8, false);
+  return stream;
+}
+
+std::string head(int status, std::string_view headerLines) {
+  return "HTTP/1.1 " + std::to_string(status) + " Status\r\n" + std::string(headerLines);
+}
+
+std::string withLength(const std::string& head, const std::string& body) {
+  return head + "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
+}
+
+std::string chunked(const std::string& body, std::size_t pieceSize) {
+  std::string text;
+  for (std::size_t at = 0; at < body.size(); at += pieceSize) {
+    const std::string piece = body.substr(at, pieceSize);
+    char size[32];
+    std::snprintf(size, sizeof size, "%zx;x=1\r\n", piece.size());
+    text += size + piece + "\r\n";
+  }
+  return text + "0\r\nTrailer: x\r\n\r\n";
+}
+
+namespace http2 {
+
+namespace {
+
+std::string bigEndian(std::uint32_t number, int bytes) {
+  std::string text;
+  while (bytes-- > 0)
+    text += static_cast<char>(number >> (8 * bytes));
+  return text;
+}
+
+std::uint32_t fromBigEndian(std::string_view bytes) {
+  std::uint32_t number = 0;
+  for (const char byte : bytes)
+    number = number << 8U | static_cast<unsigned char>(byte);
+  return number;
+}
+
+// Reads frames until a request is whole.
+bool takeRequest(Connection& connection) {
+  constexpr std::size_t prefaceSize = 24, frameHeadSize = 9;
+  if (!connection.take(prefaceSize)) return false;
+  for (;;) {
+    const auto frameHead = connection.take(frameHeadSize);
+    if (!frameHead || !connection.take(fromBigEndian(frameHead->substr(0, 3)))) return false;
+    const char type = (*frameHead)[3], flags = (*frameHead)[4];
+    if ((type == headers || type == data) && (flags & endStream) != 0) return true;
+  }
+}
+
+TestServer::Script sending(std::string frames, bool stays) {
+  return [frames = std::move(frames), stays](Connection& connection) {
+    constexpr int acknowledgement = 1;
+    if (!takeRequest(connection)) return;
+    connection.send(frame(settings, 0, "", 0) + frame(settings, acknowledgement, "", 0) + frames);
+    if (stays) connection.stall();
+  };
+}
+
+}  // namespace
+
+std::string frame(Type type, int flags, std::string_view payload, int stream) {
+  return bigEndian(static_cast<std::uint32_t>(payload.size()), 3) + static_cast<char>(type) +
+         static_cast<char>(flags) + bigEndian(static_cast<std::uint32_t>(stream), 4) +
+         std::string(payload);
+}
+
+// The static table of RFC 7541, appendix A, holds ":status: 200" at 8 and "content-length" at 28.
+std::string ok(int length) {
+  std::string block = "\x88";
+  if (length >= 0) {
+    const std::string digits = std::to_string(length);
+    block += "\x0f\x0d" + std::string(1, static_cast<char>(digits.size())) + digits;
+  }
+  return frame(headers, endHeaders, block);
+}
+
+std::string reset(int errorCode) {
+  return frame(rstStream, 0, bigEndian(static_cast<std::uint32_t>(errorCode), 4));
+}
+
+TestServer::Script answering(std::string frames) { return sending(std::move(frames), true); }
+TestServer::Script closing(std::string frames) { return sending(std::move(frames), false); }
+
+}  // namespace http2
+}  // namespace quorvelkit::test
