@@ -35,9 +35,9 @@ void Screenshot::look() {
   const QImage picture = widget_.grab().toImage();
   if (picture != last_) {
     last_ = picture;
-    unchanged_.restart();
+    lastChange_ = total_.elapsed();
   }
-  if (!unchanged_.hasExpired(finishedAfterMilliseconds) && !isLate) return;
+  if (total_.elapsed() < 2 * lastChange_ + finishedAfterMilliseconds && !isLate) return;
   timer_.stop();
   handler_(picture.save(file_) ? QString() : QStringLiteral("%1 cannot be written").arg(file_));
 }

@@ -9,7 +9,8 @@
 class QWidget;
 
 /// Saves what a widget shows once that is finished: maps fill up as their data come in, so the
-/// picture is taken when it has not changed for a while.
+/// picture is taken when it has not changed for a while, and for as long as it took until then: a
+/// slow machine, or a large map, gets more time.
 class Screenshot {
  public:
   /// Calls the handler once with the reason why there is no picture, empty when there is one.
@@ -25,6 +26,6 @@ class Screenshot {
   const std::function<void(QString problem)> handler_;
   QTimer timer_;
   QElapsedTimer total_;
-  QElapsedTimer unchanged_;
+  qint64 lastChange_ = 0;
   QImage last_;
 };
