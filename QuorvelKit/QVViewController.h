@@ -59,14 +59,16 @@ class QUORVELKIT_EXPORT QVViewController : public MGLMapViewDelegate,
   /// The place to set the map's style and viewport. This object is its delegate.
   MGLMapView* mapview() const { return mapview_; }
 
-  /// The ends of the route. Both must be set before the view loads, and have no effect after that
-  /// until it loads again. Reading one that is not set stops the process.
+  /// The ends of the route. Both must be set before the view loads: it stops the process otherwise
+  /// ("Origin must be set.", "Destination must be set."), as does reading one that is not set. Set
+  /// later, they have no effect until the view loads again.
   Coordinate origin() const;
   void setOrigin(Coordinate origin) { origin_ = origin; }
   Coordinate destination() const;
   void setDestination(Coordinate destination) { destination_ = destination; }
 
-  /// Absent until the answer is there, and when it brought none.
+  /// Absent until the answer is there, and when it brought none; a request that cannot be sent at
+  /// all (docs/async.md) is never answered.
   const std::optional<QVRoute>& route() const { return route_; }
 
   /// The application's say in how the route looks. Held weakly.

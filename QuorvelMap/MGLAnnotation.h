@@ -9,7 +9,8 @@
 namespace quorvelkit {
 
 /// What a map view draws besides its map: the base of MGLPointAnnotation and MGLPolyline. Fill an
-/// annotation before it is added; a map view that has it does not see later changes.
+/// annotation before it is added, on any thread; a map view that has it does not see later changes,
+/// and shares in owning it until it is removed.
 class QUORVELKIT_EXPORT MGLAnnotation {
  public:
   virtual ~MGLAnnotation();

@@ -8,7 +8,7 @@
 namespace quorvelkit {
 
 /// The picture of a marker, drawn with its middle on the marker's position. Its size on screen is
-/// that of the picture divided by QImage::devicePixelRatio().
+/// that of the picture divided by QImage::devicePixelRatio(). A null picture stands for the pin.
 class MGLAnnotationImage {
  public:
   /// The identifier is the application's own name for the picture; the map view does not read it.

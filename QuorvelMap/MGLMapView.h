@@ -24,7 +24,8 @@ class MGLMapViewDelegate;
 /// The map is drawn by Qt Location's Mapbox GL engine. Where that cannot run (no OpenGL, a plugin
 /// or driver missing) a simpler engine takes its place, at the last a plain one of this library's
 /// own, so that lines and markers are always seen; engineNote() tells which and why. With the
-/// default style no connection is opened, and map data are kept in memory, never on disk.
+/// default style nothing goes out to the network (docs/map.md says what the engine asks the system
+/// about it), and map data are kept in memory, never on disk.
 ///
 /// The engine starts when the view is shown first. Use it on the GUI thread only, and destroy it
 /// before the QApplication.
@@ -72,17 +73,20 @@ class QUORVELKIT_EXPORT MGLMapView : public QWidget {
   /// the given margins (device-independent pixels) stay free. No positions: does nothing.
   void setVisibleCoordinates(const std::vector<Coordinate>& coordinates,
                              const QMargins& edgePadding = QMargins());
-  /// Where a position is in this view, and the position at a place of this view.
+  /// Where a position is in this view, in device-independent pixels from its upper left corner, and
+  /// the position at such a place.
   QPointF convertCoordinate(Coordinate coordinate) const;
   Coordinate convertPoint(const QPointF& point) const;
 
   /// In the order they were added.
   const Annotations& annotations() const;
-  /// Adds and draws them, later ones above. Those the view has already are left out.
+  /// Adds and draws them, later ones above, but markers always above lines. Empty pointers and
+  /// those the view has already are left out.
   void addAnnotations(const Annotations& annotations);
   void removeAnnotations(const Annotations& annotations);
 
-  /// Which engine draws, and what was missing when it is not the first choice. For people to read.
+  /// Which engine draws, and what was missing when it is not the first choice. For people to read;
+  /// an engine that fails later, or a style that arrives, changes it.
   QString engineNote() const;
 
  protected:

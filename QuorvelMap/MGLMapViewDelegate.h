@@ -26,7 +26,7 @@ class QUORVELKIT_EXPORT MGLMapViewDelegate {
   /// A point's marker. Default: the map view's own pin.
   virtual std::optional<MGLAnnotationImage> imageForAnnotation(MGLMapView& mapView,
                                                                const MGLAnnotation& annotation);
-  /// In device-independent pixels. Default: 3.
+  /// In device-independent pixels; a line of width 0 or less is not drawn. Default: 3.
   virtual std::optional<double> lineWidthForPolylineAnnotation(MGLMapView& mapView,
                                                                const MGLPolyline& annotation);
   /// Default: the map view's tint colour.

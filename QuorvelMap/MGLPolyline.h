@@ -10,7 +10,8 @@
 namespace quorvelkit {
 
 /// A line through positions in their order. Between two neighbours it takes the shorter way around
-/// the globe, so a line may cross the antimeridian. With fewer than two positions nothing is drawn.
+/// the globe, so a line may cross the antimeridian. Positions that are not finite are passed over;
+/// with fewer than two others nothing is drawn.
 class QUORVELKIT_EXPORT MGLPolyline : public MGLAnnotation {
  public:
   explicit MGLPolyline(std::vector<Coordinate> coordinates);

@@ -70,14 +70,15 @@ int main(int argc, char** argv) {
   window.setWindowTitle("Route");
   window.resize(width, height);
   window.show();
-  if (!options.isSet("screenshot")) return QApplication::exec();
-
-  const Screenshot screenshot(
-      window, options.value("screenshot"), [&] { return looks->hasRoute(); },
-      [&](const QString& problem) {
-        if (!problem.isEmpty()) std::cerr << "quorvel-map: " << problem.toStdString() << '\n';
-        QApplication::exit(problem.isEmpty() ? 0 : 1);
-      });
+  std::optional<Screenshot> screenshot;
+  if (options.isSet("screenshot")) {
+    screenshot.emplace(
+        window, options.value("screenshot"), [&] { return looks->hasRoute(); },
+        [&](const QString& problem) {
+          if (!problem.isEmpty()) std::cerr << "quorvel-map: " << problem.toStdString() << '\n';
+          QApplication::exit(problem.isEmpty() ? 0 : 1);
+        });
+  }
   const int status = QApplication::exec();
   std::cout << screen->mapview()->engineNote().toStdString() << '\n';
   return status;

@@ -9,6 +9,7 @@
 
 #include <QFile>
 #include <QScreen>
+#include <array>
 
 namespace quorvelkit::test {
 
@@ -321,22 +322,29 @@ TEST_F(QVViewControllerTest, TheCodeInTheDocumentOpensAWindow) {
   EXPECT_TRUE(waitUntil([&] { return screen->route().has_value(); }));
 }
 
-TEST(QVViewControllerScreenTest, TheRouteIsSeenOnTheMap) {
+TEST(QVViewControllerScreenTest, RoutesAreSeenOnTheMapsOfTwoScreensAtOnce) {
   FakeServer server;
   server.set(routePath, {200, twoPoints});
   const TestApplication application;
-  const auto controller = QVViewController::make();
-  controller->setOrigin({39.28, -76.63});
-  controller->setDestination({39.28, -76.61});
-  MGLMapView& map = *controller->mapview();
-  map.setTintColor(QColor(0, 0, 200));
-  controller->view()->resize(500, 400);
-  controller->view()->show();
-  map.setVisibleCoordinates({{39.28, -76.63}, {39.28, -76.61}}, QMargins(60, 80, 60, 20));
-  EXPECT_TRUE(shows(map, {39.28, -76.62}, QColor(0, 0, 200)));
-  EXPECT_TRUE(shows(map, {39.28, -76.62}, plainGround, {0, 4}));
-  for (const double longitude : {-76.63, -76.61})
-    EXPECT_TRUE(shows(map, {39.28, longitude}, QColor(0xd6, 0x33, 0x3f), {0, -12}));
+  const std::array colors = {QColor(0, 0, 200), QColor(0, 120, 0)};
+  std::vector<std::shared_ptr<QVViewController>> screens;
+  for (const QColor& color : colors) {
+    const auto controller = screens.emplace_back(QVViewController::make());
+    controller->setOrigin({39.28, -76.63});
+    controller->setDestination({39.28, -76.61});
+    MGLMapView& map = *controller->mapview();
+    map.setTintColor(color);
+    controller->view()->resize(500, 400);
+    controller->view()->show();
+    map.setVisibleCoordinates({{39.28, -76.63}, {39.28, -76.61}}, QMargins(60, 80, 60, 20));
+  }
+  for (std::size_t i = 0; i < screens.size(); ++i) {
+    MGLMapView& map = *screens[i]->mapview();
+    EXPECT_TRUE(shows(map, {39.28, -76.62}, colors[i]));
+    EXPECT_TRUE(shows(map, {39.28, -76.62}, plainGround, {0, 4}));
+    for (const double longitude : {-76.63, -76.61})
+      EXPECT_TRUE(shows(map, {39.28, longitude}, QColor(0xd6, 0x33, 0x3f), {0, -12}));
+  }
 }
 
 }  // namespace
