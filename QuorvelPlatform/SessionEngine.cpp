@@ -72,8 +72,8 @@ SessionEngine::SessionEngine() {
 }
 
 // The network is initialised before the exit handler is registered, so that the threads have
-// stopped when its own clean-up runs. No lock of these is ever taken inside another, but for the
-// first, so any order will do across a fork.
+// stopped when its own clean-up runs. Across a fork, the first lock and that of the network come
+// before the others, which are taken inside them; no two of the others are ever held together.
 void SessionEngine::registerProcessHandlers() {
   static bool registered = false;
   if (std::exchange(registered, true)) return;
@@ -87,15 +87,21 @@ void SessionEngine::registerProcessHandlers() {
       visit(engine->callbacks_.mutex());
     }
   };
+  static constexpr auto network = []() -> std::recursive_mutex* {
+    SessionEngine* const engine = currentEngine.load(std::memory_order_relaxed);
+    return engine == nullptr ? nullptr : &engine->network_.atWork();
+  };
   static constexpr auto lock = [](std::mutex& mutex) { mutex.lock(); };
   static constexpr auto unlock = [](std::mutex& mutex) { mutex.unlock(); };
   pthread_atfork(
       [] {
         engineMutex.lock();
+        if (auto* const atWork = network()) atWork->lock();
         forEachLock(lock);
       },
       [] {
         forEachLock(unlock);
+        if (auto* const atWork = network()) atWork->unlock();
         engineMutex.unlock();
       },
       [] {

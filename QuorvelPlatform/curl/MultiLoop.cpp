@@ -56,11 +56,18 @@ CURLM* makeMulti() {
 
 MultiLoop::MultiLoop() : multi_(makeMulti()) {}
 
-void MultiLoop::add(Transfer& transfer) { curl_multi_add_handle(multi_, transfer.easy()); }
+void MultiLoop::add(Transfer& transfer) {
+  const std::lock_guard lock(atWork_);
+  curl_multi_add_handle(multi_, transfer.easy());
+}
 
-void MultiLoop::remove(Transfer& transfer) { curl_multi_remove_handle(multi_, transfer.easy()); }
+void MultiLoop::remove(Transfer& transfer) {
+  const std::lock_guard lock(atWork_);
+  curl_multi_remove_handle(multi_, transfer.easy());
+}
 
 void MultiLoop::perform() {
+  const std::lock_guard lock(atWork_);
   int count = 0;
   curl_multi_perform(multi_, &count);
   while (const CURLMsg* message = curl_multi_info_read(multi_, &count)) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <mutex>
 
 namespace quorvelkit {
 
@@ -25,8 +26,13 @@ class MultiLoop {
   /// Ends the present or the next wait(). Any thread.
   void wakeUp();
 
+  /// Held while the network library is at work, but for waiting: a process that is forked meanwhile
+  /// would find the locks inside of it held for ever. The IO thread alone takes others inside it.
+  std::recursive_mutex& atWork() { return atWork_; }
+
  private:
   void* const multi_;
+  std::recursive_mutex atWork_;
   bool someEnded_ = false;  // Since the last wait().
 };
 
