@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: Apache-2.0
+// A network that goes and comes back, in a namespace of this test's own.
+#include "tests/support/Call.h"
+#include "tests/support/TestServer.h"
+
+#include <QuorvelPlatform/URLError.h>
+
+#include <gmock/gmock.h>
+#include <net/if.h>
+#include <sched.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cstring>
+
+namespace quorvelkit {
+namespace {
+
+using namespace std::chrono_literals;
+using namespace quorvelkit::test;
+
+// Switches the loopback interface of the namespace.
+bool setLoopback(bool up) {
+  const int socket = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+  ifreq request{};
+  std::strcpy(request.ifr_name, "lo");
+  request.ifr_flags = up ? IFF_UP : 0;
+  const bool done = ::ioctl(socket, SIOCSIFFLAGS, &request) == 0;
+  ::close(socket);
+  return done;
+}
+
+// The sessions' threads start in the namespace of the thread that starts the first task: this one.
+TEST(NetworkTest, ComesBackWithoutARestart) {
+  if (::unshare(CLONE_NEWNET) != 0 || !setLoopback(true)) {
+    GTEST_SKIP() << "a namespace for networks takes the rights of root";
+  }
+  const TestServer server(
+      TestServer::answering([](const ReceivedRequest& received, Connection& connection) {
+        received.target == "/stall" ? connection.stall() : connection.answer(200, "ok");
+      }));
+  const auto session = URLSession::make();
+  for (int round = 0; round < 3; ++round) {
+    EXPECT_EQ(send(requestFor(server.url()), session).body(), "ok");
+    const auto impatient = [&](const char* path) {
+      URLRequest request = requestFor(server.url(path));
+      request.setTimeoutInterval(100ms);
+      return request;
+    };
+    const Call underWay(impatient("/stall"), session);
+    underWay.task->resume();
+    ASSERT_TRUE(setLoopback(false));
+    EXPECT_EQ(underWay.result().code(), URLError::timedOut);
+    // Some kernels tell that there is no way, others lose what is sent.
+    EXPECT_THAT(send(impatient("/"), session).code(),
+                testing::AnyOf(URLError::notConnectedToInternet, URLError::timedOut));
+    ASSERT_TRUE(setLoopback(true));
+    EXPECT_EQ(send(requestFor(server.url()), session).body(), "ok");
+  }
+}
+
+}  // namespace
+}  // namespace quorvelkit
