@@ -19,6 +19,11 @@ if(QUORVELKIT_SANITIZERS)
   add_link_options(-fsanitize=${QUORVELKIT_SANITIZERS})
 endif()
 
+if(QUORVELKIT_COVERAGE)
+  add_compile_options(-fprofile-instr-generate -fcoverage-mapping)
+  add_link_options(-fprofile-instr-generate)
+endif()
+
 # A program, test or tool of this project.
 function(quorvelkit_program_settings target)
   target_link_libraries(${target} PRIVATE quorvelkit_build_settings)
