@@ -27,9 +27,9 @@ void onSmallStack(std::function<void()> block) {
 constexpr int depth = 200'000;
 
 // Arrays and maps in turns, around a leaf.
-JSON nested(const Value& leaf) {
+JSON nested(const Value& leaf, int levels = depth) {
   Value value = leaf;
-  for (int i = 0; i < depth; ++i) {
+  for (int i = 0; i < levels; ++i) {
     if (i % 2 == 0) {
       value = Value(ValueArray{std::move(value), 1});
     } else {
@@ -57,6 +57,8 @@ TEST(JSONDeepTest, DepthCostsNoStack) {
     ASSERT_TRUE(bytes);
     EXPECT_TRUE(bytes->view().starts_with(R"({"k":[{"k":)"));
     EXPECT_GT(bytes->size(), std::size_t{depth});
+    // The indentation of deep values takes the square of their depth.
+    EXPECT_TRUE(nested("leaf", 3000).description().starts_with("{\n  \"k\": [\n    {\n"));
   });
 }
 
@@ -83,8 +85,34 @@ TEST(JSONDeepTest, HostileDocumentsAreRefusedOrRead) {
 
     const std::string longText(100'000'000, 'x');
     EXPECT_EQ(JSON::parse("[\"" + longText + "\"]")[0].view().text(), longText);
-    EXPECT_EQ(JSON::parse("[" + std::string(million, '9') + "]").type(), JSON::Type::null);
-    EXPECT_EQ(JSON::parse("[0." + std::string(million, '0') + "1]")[0], 0);
+    const std::string zeros(million, '0'), nines(million, '9');
+    for (const std::string& number : {nines, "-" + nines, "1e" + nines, zeros, "1." + zeros + "x"})
+      EXPECT_EQ(JSON::parse("[" + number + "]").type(), JSON::Type::null);
+    for (const std::string& number : {"0." + zeros + "1", "-0e" + nines, "1e-" + nines})
+      EXPECT_EQ(JSON::parse("[" + number + "]")[0], 0);
+    EXPECT_EQ(JSON::parse("[1" + zeros + "e-" + std::to_string(million) + "]")[0], 1);
+    EXPECT_EQ(JSON::parse("{\"" + nines + "\":1}")[nines], 1);
+  });
+}
+
+TEST(JSONDeepTest, WideAndDeepDocumentsAreCopiedWrittenAndPrinted) {
+  onSmallStack([] {
+    std::string wide = "[";
+    for (int i = 0; i < depth; ++i)
+      wide += "[],{},";
+    const std::string deepest = std::string(511, '[') + "7" + std::string(511, ']');
+    for (const std::string& text : {wide + "\"end\"]", "[" + deepest + "]"}) {
+      const JSON json = JSON::parse(text);
+      JSON copy = json;
+      copy.set(0, 1);
+      EXPECT_NE(copy, json);
+      EXPECT_EQ(JSON::parse(json.description()), json);
+      EXPECT_EQ(json.rawString(TextEncoding::utf8, JSONWritingOptions::none), text);
+      copy.set(0, json[0]);
+      EXPECT_EQ(copy, json);
+    }
+    for (std::size_t i = 0; i < deepest.size(); ++i)
+      ASSERT_EQ(JSON::parse(deepest.substr(0, i)).type(), JSON::Type::null);
   });
 }
 

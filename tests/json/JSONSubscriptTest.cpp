@@ -117,6 +117,9 @@ TEST(JSONSubscriptTest, TakesEveryKindOfStep) {
   JSON copy = json;
   copy.set(Member{"list"}, JSON::makeArray({5}));
   copy["list"];
+  JSON list = copy["list"];
+  list.set(Position{0}, 6);
+  EXPECT_EQ(list[0], 6);
   EXPECT_EQ(copy[Field::list][0], 5);
 }
 

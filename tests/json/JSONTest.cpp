@@ -157,6 +157,9 @@ TEST(JSONTest, IteratesOverPairs) {
   EXPECT_EQ(std::count_if(map.begin(), map.end(),
                           [](const Pair& pair) { return pair.second.intValue() > 1; }),
             2);
+  auto position = array.begin();
+  EXPECT_EQ(*position++, Pair("0", 5));
+  EXPECT_EQ(*position, Pair("1", "x"));
   EXPECT_EQ(array.startIndex(), JSONIndex::array(0));
   EXPECT_EQ(array.endIndex(), JSONIndex::array(2));
   EXPECT_EQ(map[map.startIndex().next()], Pair("a", 2));

@@ -197,6 +197,36 @@ TEST(QVReverseGeocodeRequestTest, sendsLongitudeFirst) {
             "http://find.test/api/v1/reverseGeocode?location=-118.2437,34.0522");
 }
 
+// What is set after construction is what is sent.
+TEST(RequestTest, sendsWhatItWasGivenLast) {
+  configureBoth();
+  const Coordinate here{1, 2}, there{3, 4};
+  QVRouteRequest route({}, {}, QVRouteRequest::Instant());
+  route.setStart(here);
+  route.setEnd(there);
+  EXPECT_TRUE(route.start() == here && route.end() == there);
+  EXPECT_EQ(text(route.url()),
+            "http://nav.test/v4/route?startLat=1.0&startLon=2.0&endLat=3.0&endLon=4.0"
+            "&time=1970-01-01T00:00:00Z&requestType=DepartureTime");
+  QVAddressCandidatesRequest candidates("", {});
+  candidates.setSingleLine("a b");
+  candidates.setLocation(here);
+  EXPECT_EQ(candidates.singleLine(), "a b");
+  EXPECT_TRUE(candidates.location() == here && !candidates.searchExtent() &&
+              !candidates.magicKey());
+  EXPECT_EQ(text(candidates.url()),
+            "http://find.test/api/v1/findAddressCandidates?singleLine=a%20b&location=2.0,1.0");
+  QVSuggestRequest suggest("", {});
+  suggest.setText("ab");
+  suggest.setLocation(there);
+  EXPECT_TRUE(suggest.text() == "ab" && suggest.location() == there && !suggest.searchExtent());
+  EXPECT_EQ(text(suggest.url()), "http://find.test/api/v1/suggest?text=ab&location=4.0,3.0");
+  QVReverseGeocodeRequest reverse(Coordinate{});
+  reverse.setLocation(here);
+  EXPECT_EQ(reverse.location(), here);
+  EXPECT_EQ(text(reverse.url()), "http://find.test/api/v1/reverseGeocode?location=2.0,1.0");
+}
+
 TEST(RootURLTest, decidesWhetherThereIsAnAddress) {
   QVRouteRequest route({}, {});
   QVAddressCandidatesRequest candidates("a", {});

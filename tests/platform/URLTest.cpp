@@ -172,6 +172,9 @@ TEST(URLTest, ReferencesAreResolved) {
     EXPECT_EQ(resolved->absoluteString(), target);
   }
   EXPECT_EQ(URL::parse("http://a")->resolving(*URL::parse("g"))->absoluteString(), "http://a/g");
+  // Without an authority a path may begin with what the rest does not let through.
+  EXPECT_EQ(URL::parse("m:x")->resolving(*URL::parse("../.././g"))->absoluteString(), "m:g");
+  EXPECT_EQ(URL::parse("m:x")->resolving(*URL::parse(".."))->absoluteString(), "m:");
   EXPECT_FALSE(URL::parse("/no/scheme")->resolving(*URL::parse("g")));
 }
 
