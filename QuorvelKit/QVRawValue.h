@@ -39,9 +39,10 @@ concept RawRepresentable = !rawValues<E>.empty() && isInDeclarationOrder(rawValu
 /// The text of a case. A value that is no case is a programming error and stops the process.
 template <RawRepresentable E>
 constexpr std::string_view rawValue(E value) {
+  const auto& table = rawValues<E>;
   const auto index = static_cast<std::size_t>(value);
-  if (index >= rawValues<E>.size()) fatalError("rawValue: the enumeration has no such case");
-  return rawValues<E>[index].text;
+  if (index >= table.size()) fatalError("rawValue: the enumeration has no such case");
+  return table[index].text;
 }
 
 /// The case whose text is exactly this one; absent when there is none. Case matters, nothing is

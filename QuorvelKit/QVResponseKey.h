@@ -141,10 +141,12 @@ inline constexpr auto rawValues<QVResponseKey> = std::to_array<RawValue<QVRespon
 });
 
 namespace detail {
-inline constexpr auto responseKeyViews = []<std::size_t... i>(std::index_sequence<i...>) {
+template <std::size_t... i>
+constexpr auto makeResponseKeyViews(std::index_sequence<i...> /*positions*/) {
   return std::array{KeyView(rawValues<QVResponseKey>[i].text)...};
 }
-(std::make_index_sequence<rawValues<QVResponseKey>.size()>());
+inline constexpr auto responseKeyViews =
+    makeResponseKeyViews(std::make_index_sequence<rawValues<QVResponseKey>.size()>());
 }  // namespace detail
 
 /// The name of a case with its hash, both known at compile time. By this a case may stand wherever

@@ -60,7 +60,7 @@ class QUORVELKIT_EXPORT QVRouteRequest : public QVBaseRequest {
   Coordinate start_;
   Coordinate end_;
   Instant time_;
-  QVRouteRequestType requestType_;
+  QVRouteRequestType requestType_ = QVRouteRequestType::DepartureTime;
   std::optional<double> speed_;
   std::optional<double> course_;
 };

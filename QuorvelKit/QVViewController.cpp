@@ -69,7 +69,7 @@ Coordinate QVViewController::destination() const { return unwrapped(destination_
 
 QWidget* QVViewController::view() {
   if (!view_) {
-    view_ = new View(this);
+    view_ = std::make_unique<View>(this).release();
     viewDidLoad();
   }
   return view_;
@@ -128,10 +128,9 @@ std::optional<double> QVViewController::lineWidthForPolylineAnnotation(
 std::optional<QColor> QVViewController::strokeColorForShapeAnnotation(
     MGLMapView&, const MGLAnnotation& annotation) {
   const auto asked = delegate();
-  const auto color =
-      asked ? asked->strokeColorForShapeAnnotation(*mapview_, annotation) : std::nullopt;
+  auto color = asked ? asked->strokeColorForShapeAnnotation(*mapview_, annotation) : std::nullopt;
   if (color) return color;
-  const QColor tint = mapview_->tintColor();
+  QColor tint = mapview_->tintColor();
   if (!tint.isValid()) fatalError(unwrappedAbsentValue);
   return tint;
 }

@@ -34,6 +34,8 @@ struct MGLMapView::Private {
     notice->setOpenExternalLinks(true);
     notice->hide();
   }
+  Private(const Private&) = delete;
+  Private& operator=(const Private&) = delete;
 
   // An annotation with its looks, as they were when it was added.
   struct Drawn {

@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QObject>
+#include <memory>
 
 namespace quorvelkit {
 
@@ -18,7 +19,10 @@ class Receiver : public QObject {
     return true;
   }
 
-  void wakeUp() { QCoreApplication::postEvent(this, new QEvent(QEvent::User)); }
+  // The queue of events owns what is posted.
+  void wakeUp() {
+    QCoreApplication::postEvent(this, std::make_unique<QEvent>(QEvent::User).release());
+  }
 };
 
 }  // namespace
@@ -28,7 +32,7 @@ void installMainQueueHook() {
   static Receiver* receiver = nullptr;
   MainQueue& queue = MainQueue::main();
   if (!queue.hasWakeUpHook()) {
-    if (receiver == nullptr) receiver = new Receiver;
+    if (receiver == nullptr) receiver = std::make_unique<Receiver>().release();
     queue.setWakeUpHook([] { receiver->wakeUp(); });
   } else if (receiver != nullptr) {
     // An application object that ended took its posted events with it.

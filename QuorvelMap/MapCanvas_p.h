@@ -31,6 +31,9 @@ struct DrawnMarker {
 /// One engine at work in a widget of its own. Whoever makes it destroys it.
 class MapCanvas {
  public:
+  MapCanvas() = default;
+  MapCanvas(const MapCanvas&) = delete;
+  MapCanvas& operator=(const MapCanvas&) = delete;
   virtual ~MapCanvas() = default;
 
   virtual QWidget* widget() = 0;

@@ -33,7 +33,7 @@ class PictureProvider : public QQuickImageProvider {
   PictureProvider() : QQuickImageProvider(Image) {}
 
   QImage requestImage(const QString& id, QSize* size, const QSize&) override {
-    const QImage picture = pictures.value(id.toInt());
+    QImage picture = pictures.value(id.toInt());
     *size = picture.size();
     return picture;
   }
@@ -60,7 +60,8 @@ class QuickMapCanvas : public MapCanvas {
     // Made here and not by the widget, which would print what is wrong with it.
     widget_->engine()->setOutputWarningsToStandardError(false);
     const QUrl scene(QStringLiteral("qrc:/quorvelmap/MapCanvas.qml"));
-    component_ = new QQmlComponent(widget_->engine(), scene, widget_);
+    // The widget owns it.
+    component_ = std::make_unique<QQmlComponent>(widget_->engine(), scene, widget_).release();
     QObject* const root = component_->isReady() ? component_->create() : nullptr;
     if (root == nullptr) return;
     widget_->setContent(scene, component_, root);

@@ -24,8 +24,9 @@ CheckedStyle checked(const QByteArray& text) {
       !style.value(QStringLiteral("layers")).isArray()) {
     return {QStringLiteral("it is not a Mapbox style of version 8"), QString()};
   }
+  const QJsonObject sources = style.value(QStringLiteral("sources")).toObject();
   QStringList notices;
-  for (const QJsonValue& value : style.value(QStringLiteral("sources")).toObject()) {
+  for (const auto& value : sources) {
     const QString notice = value.toObject().value(QStringLiteral("attribution")).toString();
     if (!notice.isEmpty() && !notices.contains(notice)) {
       notices += notice;

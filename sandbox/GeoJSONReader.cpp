@@ -8,12 +8,12 @@
 namespace quorvelkit::sandbox {
 namespace {
 
-std::string_view memberText(const ValueView& map, KeyView key) {
+std::string_view memberText(const ValueView& map, const KeyView& key) {
   const auto value = map.member(key);
   return value ? value->text().value_or(std::string_view()) : std::string_view();
 }
 
-ValueView member(const ValueView& map, KeyView key) {
+ValueView member(const ValueView& map, const KeyView& key) {
   return map.member(key).value_or(ValueView());
 }
 

@@ -26,15 +26,21 @@ concept JSONIndexInteger = std::integral<T> && !std::same_as<T, bool> && !std::s
 template <class T>
 concept JSONKeyText = std::is_convertible_v<const T&, KeyView>;
 
-/// What may stand between the brackets of a JSON value: integers, texts, and an application's own
-/// types that say which index or key they mean, by a member `JSONKey jsonKey() const` or by a
-/// function `JSONKey jsonKey(const T&)` beside the type.
+/// An application's own types that say which index or key they mean: by a member...
 template <class T>
-concept JSONSubscriptType = JSONIndexInteger<T> || JSONKeyText<T> || requires(const T& element) {
+concept JSONKeyByMember = requires(const T& element) {
   { element.jsonKey() } -> std::same_as<JSONKey>;
-} || requires(const T& element) {
+};
+/// ...or by a function beside the type.
+template <class T>
+concept JSONKeyByFunction = requires(const T& element) {
   { jsonKey(element) } -> std::same_as<JSONKey>;
 };
+
+/// The types that may stand between the brackets of a JSON value.
+template <class T>
+concept JSONSubscriptType =
+    JSONIndexInteger<T> || JSONKeyText<T> || JSONKeyByMember<T> || JSONKeyByFunction<T>;
 
 namespace detail {
 template <class T>

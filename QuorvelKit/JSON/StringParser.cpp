@@ -70,7 +70,7 @@ const char* parseUnicodeEscape(const char*& p, const char* end, Run<char>& text)
     p += 6;
     character = static_cast<char32_t>(0x10000 + ((first - 0xD800) << 10) + (second - 0xDC00));
   }
-  char bytes[4];
+  char bytes[4] = {};
   text.append(bytes, encodeUTF8(character, bytes));
   return nullptr;
 }

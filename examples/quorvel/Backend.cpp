@@ -10,6 +10,7 @@
 #include <QuorvelPlatform/HTTPURLResponse.h>
 #include <QuorvelPlatform/URLError.h>
 
+#include <algorithm>
 #include <ostream>
 
 using namespace quorvelkit;
@@ -22,8 +23,10 @@ constexpr std::size_t longestQuote = 300;
 std::string serversWords(const Error& error) {
   std::string text = error.localizedDescription();
   if (auto message = JSON::parse(text)["message"].string()) return *message;
-  if (text.size() > longestQuote)
-    text = text.substr(0, text.find_last_of(' ', longestQuote)) + "...";
+  if (text.size() > longestQuote) {
+    text.resize(std::min(text.find_last_of(' ', longestQuote), longestQuote));
+    text += "...";
+  }
   return text;
 }
 
