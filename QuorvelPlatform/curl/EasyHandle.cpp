@@ -72,20 +72,27 @@ bool isIdempotent(std::string_view method) {
   return std::find(idempotent.begin(), idempotent.end(), method) != idempotent.end();
 }
 
-CURL* makeEasy() {
-  CURL* const easy = curl_easy_init();
-  if (easy == nullptr) fatalError("The network library could not make a handle.");
-  return easy;
+// Before 8.2 libcurl keeps a pointer to the last header field of the answer before, which it has
+// freed, and adds to that field when a head begins with a folded line.
+bool canBeUsedAgain() {
+  static const bool can = curl_version_info(CURLVERSION_NOW)->version_num >= 0x080200;
+  return can;
 }
 
 }  // namespace
 
 EasyHandle::EasyHandle(const URLSessionConfiguration& configuration, CURLSH* share,
                        Transfer& transfer)
-    : easy_(makeEasy()) {
+    : configuration_(configuration), share_(share), transfer_(transfer) {
+  make();
+}
+
+void EasyHandle::make() {
+  easy_ = curl_easy_init();
+  if (easy_ == nullptr) fatalError("The network library could not make a handle.");
   for (const CURLoption option : {CURLOPT_PRIVATE, CURLOPT_HEADERDATA, CURLOPT_WRITEDATA,
                                   CURLOPT_XFERINFODATA, CURLOPT_DEBUGDATA, CURLOPT_PREREQDATA}) {
-    curl_easy_setopt(easy_, option, &transfer);
+    curl_easy_setopt(easy_, option, &transfer_);
   }
   curl_easy_setopt(easy_, CURLOPT_HEADERFUNCTION, onHeader);
   curl_easy_setopt(easy_, CURLOPT_WRITEFUNCTION, onBody);
@@ -94,9 +101,9 @@ EasyHandle::EasyHandle(const URLSessionConfiguration& configuration, CURLSH* sha
   curl_easy_setopt(easy_, CURLOPT_PREREQFUNCTION, onRequest);
   curl_easy_setopt(easy_, CURLOPT_OPENSOCKETFUNCTION, onOpenSocket);
   curl_easy_setopt(easy_, CURLOPT_CLOSESOCKETFUNCTION, onCloseSocket);
-  curl_easy_setopt(easy_, CURLOPT_SHARE, share);
+  curl_easy_setopt(easy_, CURLOPT_SHARE, share_);
   curl_easy_setopt(easy_, CURLOPT_COOKIEFILE, "");  // Cookies, but no file.
-  setFixedOptions(configuration);
+  setFixedOptions();
 }
 
 EasyHandle::~EasyHandle() {
@@ -104,7 +111,7 @@ EasyHandle::~EasyHandle() {
   curl_slist_free_all(headerFields_);
 }
 
-void EasyHandle::setFixedOptions(const URLSessionConfiguration& configuration) {
+void EasyHandle::setFixedOptions() {
   curl_easy_setopt(easy_, CURLOPT_PROTOCOLS_STR, "http,https");
   curl_easy_setopt(easy_, CURLOPT_FOLLOWLOCATION, 0L);
   curl_easy_setopt(easy_, CURLOPT_PATH_AS_IS, 1L);
@@ -124,20 +131,25 @@ void EasyHandle::setFixedOptions(const URLSessionConfiguration& configuration) {
   curl_easy_setopt(easy_, CURLOPT_PROXY_SSL_VERIFYPEER, 1L);
   curl_easy_setopt(easy_, CURLOPT_PROXY_SSL_VERIFYHOST, 2L);
   curl_easy_setopt(easy_, CURLOPT_PROXY_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
-  if (!configuration.caFile.empty()) {
+  if (!configuration_.caFile.empty()) {
     for (const CURLoption option : {CURLOPT_CAINFO, CURLOPT_PROXY_CAINFO}) {
-      curl_easy_setopt(easy_, option, configuration.caFile.c_str());
+      curl_easy_setopt(easy_, option, configuration_.caFile.c_str());
     }
     for (const CURLoption option : {CURLOPT_CAPATH, CURLOPT_PROXY_CAPATH}) {
       curl_easy_setopt(easy_, option, nullptr);
     }
   }
   // Both are set even when they are empty: unset ones are looked up in the environment.
-  curl_easy_setopt(easy_, CURLOPT_PROXY, configuration.proxy.c_str());
+  curl_easy_setopt(easy_, CURLOPT_PROXY, configuration_.proxy.c_str());
   curl_easy_setopt(easy_, CURLOPT_NOPROXY, "");
 }
 
 void EasyHandle::prepare(const URLRequest& request, std::chrono::milliseconds connectTimeout) {
+  if (isUsed_ && !canBeUsedAgain()) {
+    curl_easy_cleanup(easy_);
+    make();
+  }
+  isUsed_ = true;
   const bool secure = equalsIgnoringASCIICase(request.url().scheme().value_or(""), "https");
   curl_easy_setopt(easy_, CURLOPT_URL, request.url().absoluteString().c_str());
   curl_easy_setopt(easy_, CURLOPT_HTTP_VERSION,

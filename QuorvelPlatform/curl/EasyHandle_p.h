@@ -16,7 +16,7 @@ class Transfer;
 /// every option that a request can change, so that nothing of the request before is left.
 class EasyHandle {
  public:
-  /// The callbacks find the transfer; the share must outlive the handle.
+  /// The callbacks find the transfer; configuration and share must outlive the handle.
   EasyHandle(const URLSessionConfiguration& configuration, CURLSH* share, Transfer& transfer);
   EasyHandle(const EasyHandle&) = delete;
   EasyHandle& operator=(const EasyHandle&) = delete;
@@ -32,11 +32,16 @@ class EasyHandle {
   CURL* get() const { return easy_; }
 
  private:
-  void setFixedOptions(const URLSessionConfiguration& configuration);
+  void make();
+  void setFixedOptions();
   void setMethod(const URLRequest& request);
   void setHeaderFields(const URLRequest& request);
 
-  CURL* const easy_;
+  const URLSessionConfiguration& configuration_;
+  CURLSH* const share_;
+  Transfer& transfer_;
+  CURL* easy_ = nullptr;
+  bool isUsed_ = false;
   curl_slist* headerFields_ = nullptr;
 };
 

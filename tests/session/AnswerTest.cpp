@@ -96,6 +96,23 @@ TEST(AnswerTest, WholeAnswersAreDelivered) {
   }
 }
 
+// A head that begins with a folded line continues nothing, least of all the answer before it.
+TEST(AnswerTest, AFoldedLineContinuesNoOtherAnswer) {
+  const TestServer server(TestServer::answering([](const auto& request, Connection& connection) {
+    const bool isFolded = request.target == "/folded";
+    connection.send(
+        withLength(ok + (isFolded ? " folded: 3\r\n" : "First: 1\r\nLast: 2\r\n"), "body"));
+  }));
+  const auto session = limitedSession();
+  for (const char* path : {"/", "/folded", "/", "/folded"}) {
+    const Result result = send(requestFor(server.url(path)), session);
+    ASSERT_TRUE(result.response || result.error);
+    if (const auto* http = dynamic_cast<const HTTPURLResponse*>(result.response.get())) {
+      EXPECT_EQ(http->value("Last").has_value(), std::string_view(path) == "/");
+    }
+  }
+}
+
 TEST(AnswerTest, HeaderFieldsKeepTheirSpellingAndJoin) {
   const TestServer server(TestServer::answeringOnce(withLength(
       "HTTP/1.1 103 Hints\r\nX-Early: x\r\n\r\n" + ok +
