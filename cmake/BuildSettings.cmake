@@ -5,7 +5,7 @@ find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   # Two checkouts of the same sources share what was compiled once.
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}
-      CCACHE_NOHASHDIR=true ${CCACHE_PROGRAM})
+      CCACHE_NOHASHDIR=true CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE_PROGRAM})
 endif()
 
 add_library(quorvelkit_build_settings INTERFACE)
@@ -24,15 +24,24 @@ if(QUORVELKIT_COVERAGE)
   add_link_options(-fprofile-instr-generate)
 endif()
 
+# What nearly every source includes is read once a target, with further headers where given.
+function(quorvelkit_precompile_headers target)
+  target_precompile_headers(${target} PRIVATE
+    <algorithm> <chrono> <functional> <map> <memory> <mutex> <optional> <string> <string_view>
+    <utility> <vector> ${ARGN})
+endfunction()
+
 # A program, test or tool of this project.
 function(quorvelkit_program_settings target)
   target_link_libraries(${target} PRIVATE quorvelkit_build_settings)
+  quorvelkit_precompile_headers(${target} ${ARGN})
 endfunction()
 
 # A library that applications link: hidden symbols, SONAME, headers included from the root.
 function(quorvelkit_library_settings target)
   target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:quorvelkit_build_settings>)
   target_compile_features(${target} PUBLIC cxx_std_20)
+  quorvelkit_precompile_headers(${target})
   target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR})
   set_target_properties(${target} PROPERTIES
     VERSION ${PROJECT_VERSION}
