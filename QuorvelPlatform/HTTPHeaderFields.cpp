@@ -3,23 +3,33 @@
 #include <QuorvelPlatform/HTTPHeaderFields.h>
 
 #include <algorithm>
+#include <array>
 
 namespace quorvelkit {
 
 namespace {
 
 bool isAcceptable(std::string_view name, std::string_view value) {
-  return HTTPHeaderFields::isToken(name) &&
-         value.find_first_of(std::string_view("\r\n\0", 3)) == std::string_view::npos;
+  return HTTPHeaderFields::isToken(name) && std::none_of(value.begin(), value.end(), [](char c) {
+           return c == '\r' || c == '\n' || c == '\0';
+         });
 }
+
+// Which characters a token is made of.
+constexpr auto tokenCharacters = [] {
+  std::array<bool, 256> table{};
+  for (const char c : std::string_view("!#$%&'*+-.^_`|~0123456789abcdefghijklmnopqrstuvwxyz"
+                                       "ABCDEFGHIJKLMNOPQRSTUVWXYZ")) {
+    table[static_cast<unsigned char>(c)] = true;
+  }
+  return table;
+}();
 
 }  // namespace
 
 bool HTTPHeaderFields::isToken(std::string_view text) noexcept {
   return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
-    const char lowered = asciiLowered(c);
-    return (lowered >= 'a' && lowered <= 'z') || (c >= '0' && c <= '9') ||
-           std::string_view("!#$%&'*+-.^_`|~").find(c) != std::string_view::npos;
+    return tokenCharacters[static_cast<unsigned char>(c)];
   });
 }
 

@@ -58,14 +58,8 @@ SessionEngine::SessionEngine() {
   registerProcessHandlers();
   const AllSignalsBlocked blocked;
   try {
-    callbacks_.start();
-    thread_ = std::thread([this] {
-      try {
-        run();
-      } catch (...) {
-        fatalError("An exception left a URL protocol.");
-      }
-    });
+    for (std::thread& thread : threads_)
+      thread = std::thread([this] { run(); });
   } catch (const std::exception&) {
     fatalError("The threads of the URL session could not be started.");
   }
@@ -73,7 +67,8 @@ SessionEngine::SessionEngine() {
 
 // The network is initialised before the exit handler is registered, so that the threads have
 // stopped when its own clean-up runs. Across a fork, the first lock and that of the network come
-// before the others, which are taken inside them; no two of the others are ever held together.
+// before the others, which are taken inside them; of the others, only that of the completions is
+// ever taken inside another one.
 void SessionEngine::registerProcessHandlers() {
   static bool registered = false;
   if (std::exchange(registered, true)) return;
@@ -84,7 +79,7 @@ void SessionEngine::registerProcessHandlers() {
     visit(protocolRegistryMutex());
     if (SessionEngine* engine = currentEngine.load(std::memory_order_relaxed)) {
       visit(engine->mutex_);
-      visit(engine->callbacks_.mutex());
+      visit(engine->completions_.mutex());
     }
   };
   static constexpr auto network = []() -> std::recursive_mutex* {
@@ -125,37 +120,89 @@ void SessionEngine::ended(std::shared_ptr<Load> load, std::shared_ptr<DataTask> 
 }
 
 void SessionEngine::post(Message message) {
-  if (std::this_thread::get_id() == thread_.get_id()) {
+  if (isIOThread()) {
     own_.push_back(std::move(message));
     return;
   }
-  bool wake = false;
+  bool isFree = false;
+  bool sleeps = false;
   {
     const std::lock_guard lock(mutex_);
     inbox_.push_back(std::move(message));
-    wake = std::exchange(sleeping_, false);
+    isFree = !hasIOThread();
+    sleeps = std::exchange(ioThreadSleeps_, false);
   }
-  if (wake) network_.wakeUp();
+  if (isFree) hasWork_.notify_one();
+  if (sleeps) network_.wakeUp();
+}
+
+void SessionEngine::deliver(std::shared_ptr<DataTask> task, Outcome outcome) {
+  if (!completions_.push(std::move(task), std::move(outcome))) return;
+  if (isIOThread() && loads_.size() <= 1) {
+    lastEnded_ = true;
+  } else {
+    wakeOther();
+  }
+}
+
+// Has a thread that waits look for work.
+void SessionEngine::wakeOther() {
+  // Whoever found nothing to do is waiting once the lock is free.
+  { const std::lock_guard lock(mutex_); }
+  hasWork_.notify_one();
 }
 
 void SessionEngine::stop() {
-  callbacks_.stop();
+  completions_.stop();
   {
     const std::lock_guard lock(mutex_);
     stopping_ = true;
   }
+  hasWork_.notify_all();
   network_.wakeUp();
-  if (std::this_thread::get_id() != thread_.get_id()) thread_.join();
+  for (std::thread& thread : threads_) {
+    if (std::this_thread::get_id() != thread.get_id()) thread.join();
+  }
 }
 
 void SessionEngine::run() {
-  for (;;) {
-    {
-      const std::lock_guard lock(mutex_);
-      sleeping_ = false;
-      batch_.swap(inbox_);
+  Lock lock(mutex_);
+  while (!stopping_) {
+    if (completions_.needsThread()) {
+      lock.unlock();
+      completions_.run();
+      lock.lock();
+    } else if (!hasIOThread() && (!inbox_.empty() || !loads_.empty())) {
+      transfer(lock);
+    } else {
+      hasWork_.wait(lock);
     }
-    if (stopping_) return;
+  }
+}
+
+// Goes on while anything is under way.
+void SessionEngine::transfer(Lock& lock) {
+  ioThread_ = std::this_thread::get_id();
+  while (!stopping_ && (!inbox_.empty() || !loads_.empty())) {
+    batch_.swap(inbox_);
+    lock.unlock();
+    performOnce();
+    lock.lock();
+    // What ended last is left to this thread, unless more has come in meanwhile.
+    const bool goesOn = !inbox_.empty() || !loads_.empty();
+    if (std::exchange(lastEnded_, false) && goesOn) hasWork_.notify_one();
+    if (!inbox_.empty() || loads_.empty() || stopping_) continue;
+    ioThreadSleeps_ = true;
+    lock.unlock();
+    network_.wait(nextDeadline_ - now_);
+    lock.lock();
+    ioThreadSleeps_ = false;
+  }
+  ioThread_ = std::thread::id();
+}
+
+void SessionEngine::performOnce() {
+  try {
     now_ = Load::Clock::now();
     handle(batch_);
     network_.perform();
@@ -165,13 +212,8 @@ void SessionEngine::run() {
       messages.swap(own_);
       handle(messages);
     }
-    {
-      const std::lock_guard lock(mutex_);
-      if (stopping_) return;
-      if (!inbox_.empty()) continue;
-      sleeping_ = true;
-    }
-    network_.wait(nextDeadline_ - now_);
+  } catch (...) {
+    fatalError("An exception left a URL protocol.");
   }
 }
 

@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <QuorvelPlatform/CallbackThread_p.h>
+#include <QuorvelPlatform/CompletionQueue_p.h>
 #include <QuorvelPlatform/DataTask_p.h>
 #include <QuorvelPlatform/Load_p.h>
+#include <QuorvelPlatform/Outcome_p.h>
 #include <QuorvelPlatform/curl/MultiLoop_p.h>
 
+#include <array>
 #include <atomic>
+#include <condition_variable>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -14,10 +17,14 @@
 
 namespace quorvelkit {
 
-/// What all sessions of a process share: the IO thread, on which protocols and the network run,
-/// and the callback thread. Made with the first task that starts and never destroyed; both threads
-/// are stopped and joined at exit. A child process made by fork leaves its parent's engine alone
-/// and makes a fresh one.
+/// What all sessions of a process share: two threads that take turns in two roles. The IO thread
+/// is the one on which protocols and the network run at the moment, the callback thread the one on
+/// which tasks complete, one at a time, so that a slow parse never stalls transfers. The thread
+/// that ends the last load under way completes it itself, which saves a switch of threads; the
+/// other one takes the network over as soon as a task starts meanwhile.
+///
+/// Made with the first task that starts and never destroyed; both threads are stopped and joined
+/// at exit. A child process made by fork leaves its parent's engine alone and makes a fresh one.
 class SessionEngine {
  public:
   static SessionEngine& shared();
@@ -33,9 +40,8 @@ class SessionEngine {
   void start(std::shared_ptr<DataTask> task);
   void cancel(std::shared_ptr<DataTask> task);
   void ended(std::shared_ptr<Load> load, std::shared_ptr<DataTask> task);
-  void deliver(std::shared_ptr<DataTask> task, Outcome outcome) {
-    callbacks_.push(std::move(task), std::move(outcome));
-  }
+  /// Has the task complete on the callback thread.
+  void deliver(std::shared_ptr<DataTask> task, Outcome outcome);
 
   /// The IO thread only.
   MultiLoop& network() { return network_; }
@@ -48,30 +54,42 @@ class SessionEngine {
     std::shared_ptr<DataTask> task;
     std::shared_ptr<Load> load;
   };
+  using Lock = std::unique_lock<std::mutex>;
 
   static void registerProcessHandlers();
   void stop();
-  void post(Message message);
   void run();
+  void wakeOther();
+
+  // The IO thread.
+  bool hasIOThread() const { return ioThread_.load() != std::thread::id(); }
+  bool isIOThread() const { return ioThread_.load() == std::this_thread::get_id(); }
+  void transfer(Lock& lock);
+  void performOnce();
+  void post(Message message);
   void handle(std::vector<Message>& messages);
   void begin(std::shared_ptr<DataTask> task);
   void finish(Load& load, DataTask& task);
   void endEarly(Load& load, std::int64_t code);
   void endTimedOut();
 
-  CallbackThread callbacks_;
-  MultiLoop network_;
-  std::thread thread_;
-
+  std::array<std::thread, 2> threads_;
   std::mutex mutex_;
-  std::vector<Message> inbox_;
-  bool sleeping_ = false;
+  std::condition_variable hasWork_;
   std::atomic<bool> stopping_ = false;
+  // What was not handled before the end stays where it is.
+  std::vector<Message> inbox_;
+  bool ioThreadSleeps_ = false;
+  std::atomic<std::thread::id> ioThread_;
 
-  // The rest belongs to the IO thread. Messages that were not handled before the end stay here.
+  CompletionQueue completions_;
+
+  // The rest belongs to the IO thread.
+  MultiLoop network_;
   std::vector<Message> batch_;
   std::vector<Message> own_;
   std::vector<std::shared_ptr<Load>> loads_;
+  bool lastEnded_ = false;  // In this round, and no thread was told to complete it.
   Load::Clock::time_point now_;
   Load::Clock::time_point nextDeadline_ = Load::Clock::time_point::max();
 };

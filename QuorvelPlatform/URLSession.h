@@ -19,8 +19,9 @@ class SessionState;
 
 /// Makes data tasks that share cookies and settings. Safe to use from any threads.
 ///
-/// All sessions of a process share one IO thread, which transfers, and one callback thread, which
-/// builds responses and runs completion handlers one at a time; both start with the first task.
+/// All sessions of a process share two threads, which start with the first task and take turns: one
+/// is the IO thread, which transfers, the other the callback thread, which builds responses and
+/// runs completion handlers one at a time.
 /// At exit both are stopped and joined: from then on nothing is delivered, and handlers that have
 /// not run are never destroyed. A child process made by fork has threads of its own with the first
 /// task that it starts; tasks under way at the fork end in the parent alone.

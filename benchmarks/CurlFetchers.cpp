@@ -10,13 +10,16 @@ namespace quorvelkit::bench {
 
 namespace {
 
-// A handle that is set up once and collects the body of one answer after the other.
+// A handle that is set up once and collects the body of one answer after the other. It sends the
+// same header fields as the library.
 class Transfer {
  public:
   explicit Transfer(const std::string& url) : handle_(curl_easy_init()) {
     curl_easy_setopt(handle_, CURLOPT_URL, url.c_str());
     curl_easy_setopt(handle_, CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(handle_, CURLOPT_PROXY, "");
+    curl_easy_setopt(handle_, CURLOPT_USERAGENT, "QuorvelKit/0.0.0");
+    curl_easy_setopt(handle_, CURLOPT_ACCEPT_ENCODING, "gzip");
     curl_easy_setopt(handle_, CURLOPT_WRITEFUNCTION, &Transfer::write);
     curl_easy_setopt(handle_, CURLOPT_WRITEDATA, this);
     curl_easy_setopt(handle_, CURLOPT_PRIVATE, this);

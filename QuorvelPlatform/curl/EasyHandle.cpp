@@ -15,7 +15,15 @@ namespace quorvelkit {
 
 namespace {
 
-constexpr std::string_view userAgent = "QuorvelKit/" QUORVELKIT_VERSION;
+// Fields of every request that has none of its own. libcurl would write them anew for each request,
+// with a call for each character.
+struct Field {
+  std::string_view name;
+  const char* line;
+};
+constexpr Field userAgent = {"User-Agent", "User-Agent: QuorvelKit/" QUORVELKIT_VERSION};
+constexpr Field acceptEncoding = {"Accept-Encoding", "Accept-Encoding: gzip"};
+constexpr const char* decodedEncodings = acceptEncoding.line + acceptEncoding.name.size() + 2;
 
 Transfer& transferOf(void* pointer) { return *static_cast<Transfer*>(pointer); }
 
@@ -39,15 +47,15 @@ int onDebug(CURL*, curl_infotype type, char* bytes, std::size_t size, void* tran
   return 0;
 }
 
-curl_socket_t onOpenSocket(void*, curlsocktype, curl_sockaddr* address) {
+curl_socket_t onOpenSocket(void* sockets, curlsocktype, curl_sockaddr* address) {
   // The port stands at the same place for IPv4 and IPv6.
   const auto* const internet = reinterpret_cast<const sockaddr_in*>(&address->addr);
-  return OpenSockets::ofThisThread().open(address->family, address->socktype, address->protocol,
-                                          ntohs(internet->sin_port));
+  return static_cast<OpenSockets*>(sockets)->open(address->family, address->socktype,
+                                                  address->protocol, ntohs(internet->sin_port));
 }
 
-int onCloseSocket(void*, curl_socket_t socket) {
-  OpenSockets::ofThisThread().close(socket);
+int onCloseSocket(void* sockets, curl_socket_t socket) {
+  static_cast<OpenSockets*>(sockets)->close(socket);
   return 0;
 }
 
@@ -82,8 +90,8 @@ bool canBeUsedAgain() {
 }  // namespace
 
 EasyHandle::EasyHandle(const URLSessionConfiguration& configuration, CURLSH* share,
-                       Transfer& transfer)
-    : configuration_(configuration), share_(share), transfer_(transfer) {
+                       OpenSockets& sockets, Transfer& transfer)
+    : configuration_(configuration), share_(share), sockets_(sockets), transfer_(transfer) {
   make();
 }
 
@@ -93,6 +101,9 @@ void EasyHandle::make() {
   for (const CURLoption option : {CURLOPT_PRIVATE, CURLOPT_HEADERDATA, CURLOPT_WRITEDATA,
                                   CURLOPT_XFERINFODATA, CURLOPT_DEBUGDATA, CURLOPT_PREREQDATA}) {
     curl_easy_setopt(easy_, option, &transfer_);
+  }
+  for (const CURLoption option : {CURLOPT_OPENSOCKETDATA, CURLOPT_CLOSESOCKETDATA}) {
+    curl_easy_setopt(easy_, option, &sockets_);
   }
   curl_easy_setopt(easy_, CURLOPT_HEADERFUNCTION, onHeader);
   curl_easy_setopt(easy_, CURLOPT_WRITEFUNCTION, onBody);
@@ -116,8 +127,7 @@ void EasyHandle::setFixedOptions() {
   curl_easy_setopt(easy_, CURLOPT_FOLLOWLOCATION, 0L);
   curl_easy_setopt(easy_, CURLOPT_PATH_AS_IS, 1L);
   curl_easy_setopt(easy_, CURLOPT_HTTP09_ALLOWED, 0L);
-  curl_easy_setopt(easy_, CURLOPT_ACCEPT_ENCODING, "gzip");
-  curl_easy_setopt(easy_, CURLOPT_USERAGENT, userAgent.data());
+  curl_easy_setopt(easy_, CURLOPT_ACCEPT_ENCODING, decodedEncodings);
   curl_easy_setopt(easy_, CURLOPT_BUFFERSIZE, 256L << 10);
   curl_easy_setopt(easy_, CURLOPT_TCP_KEEPALIVE, 1L);
   curl_easy_setopt(easy_, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
@@ -193,6 +203,9 @@ void EasyHandle::setHeaderFields(const URLRequest& request) {
     const bool isBlank = value.find_first_not_of(" \t") == std::string::npos;
     line.assign(name).append(isBlank ? ";" : ": ").append(isBlank ? "" : value);
     headerFields_ = curl_slist_append(headerFields_, line.c_str());
+  }
+  for (const Field& field : {userAgent, acceptEncoding}) {
+    if (!request.value(field.name)) headerFields_ = curl_slist_append(headerFields_, field.line);
   }
   const bool hasBody = request.httpBody() && !request.httpBody()->empty();
   if (!request.value("Content-Type") && !(hasBody && request.httpMethod() == "POST")) {

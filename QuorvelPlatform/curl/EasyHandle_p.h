@@ -10,14 +10,17 @@
 
 namespace quorvelkit {
 
+class OpenSockets;
 class Transfer;
 
 /// A handle for one transfer after another. Options that never change are set once; prepare() sets
 /// every option that a request can change, so that nothing of the request before is left.
 class EasyHandle {
  public:
-  /// The callbacks find the transfer; configuration and share must outlive the handle.
-  EasyHandle(const URLSessionConfiguration& configuration, CURLSH* share, Transfer& transfer);
+  /// The callbacks find the transfer and the sockets. Configuration and share must outlive the
+  /// handle, the sockets all connections.
+  EasyHandle(const URLSessionConfiguration& configuration, CURLSH* share, OpenSockets& sockets,
+             Transfer& transfer);
   EasyHandle(const EasyHandle&) = delete;
   EasyHandle& operator=(const EasyHandle&) = delete;
   ~EasyHandle();
@@ -39,6 +42,7 @@ class EasyHandle {
 
   const URLSessionConfiguration& configuration_;
   CURLSH* const share_;
+  OpenSockets& sockets_;
   Transfer& transfer_;
   CURL* easy_ = nullptr;
   bool isUsed_ = false;

@@ -4,6 +4,7 @@
 #include <QuorvelPlatform/curl/Transfer_p.h>
 
 #include <curl/curl.h>
+#include <sys/eventfd.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -47,52 +48,62 @@ CURLM* makeMulti() {
   }
   CURLM* const multi = curl_multi_init();
   if (multi == nullptr) fatalError("The network library could not make its loop.");
-  curl_multi_setopt(multi, CURLMOPT_MAX_HOST_CONNECTIONS, 6L);
+  curl_multi_setopt(multi, CURLMOPT_MAX_HOST_CONNECTIONS, long{HostLines::connectionsPerHost});
   curl_multi_setopt(multi, CURLMOPT_MAXCONNECTS, 32L);
   return multi;
 }
 
 }  // namespace
 
-MultiLoop::MultiLoop() : multi_(makeMulti()) {}
+MultiLoop::MultiLoop() : multi_(makeMulti()), bell_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+  if (bell_ < 0) fatalError("The network loop could not get a file descriptor.");
+}
 
 void MultiLoop::add(Transfer& transfer) {
   const std::lock_guard lock(atWork_);
   curl_multi_add_handle(multi_, transfer.easy());
+  isIdle_ = false;
 }
 
 void MultiLoop::remove(Transfer& transfer) {
   const std::lock_guard lock(atWork_);
   curl_multi_remove_handle(multi_, transfer.easy());
+  isIdle_ = false;
 }
 
 void MultiLoop::perform() {
   const std::lock_guard lock(atWork_);
-  int count = 0;
-  curl_multi_perform(multi_, &count);
-  while (const CURLMsg* message = curl_multi_info_read(multi_, &count)) {
+  isIdle_ = true;
+  int running = 0;
+  curl_multi_perform(multi_, &running);
+  int left = 0;
+  while (const CURLMsg* message = curl_multi_info_read(multi_, &left)) {
     if (message->msg != CURLMSG_DONE) continue;
     CURL* const easy = message->easy_handle;
     const CURLcode code = message->data.result;
     Transfer* transfer = nullptr;
     curl_easy_getinfo(easy, CURLINFO_PRIVATE, &transfer);
-    remove(*transfer);
+    curl_multi_remove_handle(multi_, easy);
+    // Transfers that waited for the connection of this one are to go on at once, but libcurl
+    // (7.88) may leave the last of them without a timer that says so: it would wait for ever.
+    if (running > 0) isIdle_ = false;
     transfer->owner().didEnd(code);
-    someEnded_ = true;
   }
 }
 
 void MultiLoop::wait(std::chrono::nanoseconds longest) {
-  // Transfers that waited for the connection of one that ended are to go on at once, but libcurl
-  // (7.88) may leave the last of them without a timer that says so: it would wait for ever.
-  if (std::exchange(someEnded_, false)) return;
+  if (!isIdle_) return;
   using std::chrono::milliseconds;
   const auto rounded = std::chrono::ceil<milliseconds>(
       std::min<std::chrono::nanoseconds>(longest, std::chrono::hours(1)));
   const auto timeout = std::max(rounded, milliseconds(0)).count();
-  curl_multi_poll(multi_, nullptr, 0, static_cast<int>(timeout), nullptr);
+  curl_waitfd bell{bell_, CURL_WAIT_POLLIN, 0};
+  curl_multi_poll(multi_, &bell, 1, static_cast<int>(timeout), nullptr);
+  if (bell.revents == 0) return;
+  eventfd_t rings = 0;
+  eventfd_read(bell_, &rings);
 }
 
-void MultiLoop::wakeUp() { curl_multi_wakeup(multi_); }
+void MultiLoop::wakeUp() { eventfd_write(bell_, 1); }
 
 }  // namespace quorvelkit

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QuorvelPlatform/curl/HostLines_p.h>
+#include <QuorvelPlatform/curl/OpenSockets_p.h>
+
 #include <chrono>
 #include <mutex>
 
@@ -16,12 +19,14 @@ class MultiLoop {
   MultiLoop(const MultiLoop&) = delete;
   MultiLoop& operator=(const MultiLoop&) = delete;
 
+  HostLines& hosts() { return hosts_; }
+  OpenSockets& sockets() { return sockets_; }
   void add(Transfer& transfer);
   void remove(Transfer& transfer);
   /// Moves bytes as far as they go and ends the transfers that are through.
   void perform();
-  /// Waits until a socket, a timer of a transfer or wakeUp() asks for perform(), at most as long
-  /// as given.
+  /// Waits, unless there is more to perform, until a socket, a timer of a transfer or wakeUp() asks
+  /// for perform(), at most as long as given.
   void wait(std::chrono::nanoseconds longest);
   /// Ends the present or the next wait(). Any thread.
   void wakeUp();
@@ -33,7 +38,10 @@ class MultiLoop {
  private:
   void* const multi_;
   std::recursive_mutex atWork_;
-  bool someEnded_ = false;  // Since the last wait().
+  const int bell_;  // Cheaper than curl_multi_wakeup(), which sends over a pair of sockets.
+  HostLines hosts_;
+  OpenSockets sockets_;
+  bool isIdle_ = false;  // Nothing can move before a socket or a timer says so.
 };
 
 }  // namespace quorvelkit

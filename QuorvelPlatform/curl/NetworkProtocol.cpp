@@ -3,6 +3,7 @@
 #include <QuorvelPlatform/Load_p.h>
 #include <QuorvelPlatform/SessionEngine_p.h>
 #include <QuorvelPlatform/URLError.h>
+#include <QuorvelPlatform/curl/HostLines_p.h>
 #include <QuorvelPlatform/curl/NetworkProtocol_p.h>
 #include <QuorvelPlatform/curl/NetworkState_p.h>
 #include <QuorvelPlatform/curl/RedirectRule_p.h>
@@ -28,27 +29,39 @@ std::int64_t refusal(const URLRequest& request) {
 }
 
 // One task's way over the network, redirects included.
-class NetworkProtocol final : public URLProtocol, private TransferOwner {
+class NetworkProtocol final : public URLProtocol,
+                              private TransferOwner,
+                              private HostLines::Visitor {
  public:
   NetworkProtocol(SessionEngine& engine, Load& load, std::shared_ptr<NetworkState> state)
       : engine_(engine), load_(load), state_(std::move(state)) {}
 
   void startLoading(const URLRequest& request, std::shared_ptr<URLProtocolClient>) override {
     if (const std::int64_t code = refusal(request)) return load_.end(Outcome::failure(code));
-    transfer_ = state_->takeTransfer();
     send(request);
   }
 
   void stopLoading() override {
-    if (!transfer_) return;
-    engine_.network().remove(*transfer_);
-    state_->giveBack(std::move(transfer_));
+    if (transfer_) {
+      engine_.network().remove(*transfer_);
+      state_->giveBack(std::move(transfer_));
+    }
+    engine_.network().hosts().leave(*this);
   }
 
  private:
   void send(const URLRequest& request) {
-    sent_ = &request;
-    transfer_->prepare(*this, request,
+    request_ = &request;
+    engine_.network().hosts().enter(*this, request.url());
+  }
+
+  void connectionIsFree() override {
+    transfer_ = state_->takeTransfer();
+    startTransfer();
+  }
+
+  void startTransfer() {
+    transfer_->prepare(*this, *request_,
                        std::chrono::ceil<std::chrono::milliseconds>(load_.idleInterval()));
     engine_.network().add(*transfer_);
   }
@@ -56,36 +69,35 @@ class NetworkProtocol final : public URLProtocol, private TransferOwner {
   void didMove() override { load_.touch(engine_.now()); }
 
   void didEnd(CURLcode code) override {
-    if (transfer_->metStrayInput()) return send(*sent_);
-    const std::int64_t errorCode = transfer_->errorCode(code);
-    if (errorCode == 0 && transfer_->redirect()) {
-      request_ = std::exchange(transfer_->redirect(), std::nullopt);
-      if (++redirects_ <= maximumRedirects) return send(*request_);
-    }
+    if (transfer_->metStrayInput()) return startTransfer();
     Outcome outcome;
-    if (errorCode != 0) {
-      outcome.errorCode = errorCode;
-    } else if (redirects_ > maximumRedirects) {
-      outcome.errorCode = URLError::httpTooManyRedirects;
-    } else {
+    outcome.errorCode = transfer_->errorCode(code);
+    const bool isRedirect = outcome.errorCode == 0 && transfer_->redirect().has_value();
+    if (isRedirect) {
+      redirected_ = std::exchange(transfer_->redirect(), std::nullopt);
+      if (++redirects_ > maximumRedirects) outcome.errorCode = URLError::httpTooManyRedirects;
+    }
+    if (outcome.errorCode == 0 && !isRedirect) {
       HTTPHead& head = outcome.head.emplace();
       head.statusCode = transfer_->statusCode();
       head.lines = transfer_->takeHeaderLines();
-      if (request_) head.url = request_->url();
+      if (redirected_) head.url = redirected_->url();
       outcome.body = Data(transfer_->takeBody());
     }
     // The handle of a failure keeps its system error, which the next one would take for its own.
     if (code == CURLE_OK) state_->giveBack(std::move(transfer_));
     transfer_.reset();
+    engine_.network().hosts().leave(*this);
+    if (outcome.errorCode == 0 && isRedirect) return send(*redirected_);
     load_.end(std::move(outcome));
   }
 
   SessionEngine& engine_;
   Load& load_;
   const std::shared_ptr<NetworkState> state_;
+  const URLRequest* request_ = nullptr;
   std::unique_ptr<Transfer> transfer_;
-  const URLRequest* sent_ = nullptr;
-  std::optional<URLRequest> request_;
+  std::optional<URLRequest> redirected_;
   int redirects_ = 0;
 };
 
@@ -93,7 +105,8 @@ class NetworkProtocol final : public URLProtocol, private TransferOwner {
 
 std::unique_ptr<URLProtocol> makeNetworkProtocol(SessionEngine& engine, Load& load,
                                                  SessionState& session) {
-  return std::make_unique<NetworkProtocol>(engine, load, NetworkState::of(session));
+  return std::make_unique<NetworkProtocol>(engine, load,
+                                           NetworkState::of(session, engine.network().sockets()));
 }
 
 }  // namespace quorvelkit

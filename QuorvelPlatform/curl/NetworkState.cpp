@@ -21,16 +21,18 @@ CURLSH* makeShare() {
 
 }  // namespace
 
-std::shared_ptr<NetworkState> NetworkState::of(SessionState& session) {
+std::shared_ptr<NetworkState> NetworkState::of(SessionState& session, OpenSockets& sockets) {
   const int generation = SessionEngine::processGeneration();
   if (session.networkGeneration != generation) session.leaveNetwork();
-  if (!session.network) session.network = std::make_shared<NetworkState>(session.configuration);
+  if (!session.network) {
+    session.network = std::make_shared<NetworkState>(session.configuration, sockets);
+  }
   session.networkGeneration = generation;
   return session.network;
 }
 
-NetworkState::NetworkState(const URLSessionConfiguration& configuration)
-    : configuration_(configuration), share_(makeShare()) {}
+NetworkState::NetworkState(const URLSessionConfiguration& configuration, OpenSockets& sockets)
+    : configuration_(configuration), share_(makeShare()), sockets_(sockets) {}
 
 NetworkState::~NetworkState() {
   idle_.clear();
@@ -38,7 +40,7 @@ NetworkState::~NetworkState() {
 }
 
 std::unique_ptr<Transfer> NetworkState::takeTransfer() {
-  if (idle_.empty()) return std::make_unique<Transfer>(configuration_, share_);
+  if (idle_.empty()) return std::make_unique<Transfer>(configuration_, share_, sockets_);
   auto transfer = std::move(idle_.back());
   idle_.pop_back();
   return transfer;

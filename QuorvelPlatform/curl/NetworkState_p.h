@@ -14,9 +14,9 @@ namespace quorvelkit {
 class NetworkState {
  public:
   /// The state of a session in this process.
-  static std::shared_ptr<NetworkState> of(SessionState& session);
+  static std::shared_ptr<NetworkState> of(SessionState& session, OpenSockets& sockets);
 
-  explicit NetworkState(const URLSessionConfiguration& configuration);
+  NetworkState(const URLSessionConfiguration& configuration, OpenSockets& sockets);
   NetworkState(const NetworkState&) = delete;
   NetworkState& operator=(const NetworkState&) = delete;
   ~NetworkState();
@@ -27,6 +27,7 @@ class NetworkState {
  private:
   const URLSessionConfiguration configuration_;
   CURLSH* const share_;
+  OpenSockets& sockets_;
   std::vector<std::unique_ptr<Transfer>> idle_;
 };
 

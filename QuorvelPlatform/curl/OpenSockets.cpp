@@ -22,11 +22,6 @@ int localPortOf(int socket) {
 
 }  // namespace
 
-OpenSockets& OpenSockets::ofThisThread() {
-  thread_local OpenSockets sockets;
-  return sockets;
-}
-
 int OpenSockets::open(int family, int type, int protocol, int remotePort) {
   const int socket = ::socket(family, type | SOCK_CLOEXEC, protocol);
   if (socket >= 0) entries_.push_back({socket, remotePort, 0, false});

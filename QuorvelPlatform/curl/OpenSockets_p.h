@@ -13,11 +13,9 @@ struct ConnectionPorts {
 
 /// The sockets of the network library. It (7.88) takes bytes that came on a kept connection before
 /// a request was sent for the answer to that request; what this list tells keeps such a connection
-/// from being used. An IO thread has a list of its own.
+/// from being used. Belongs to the IO thread.
 class OpenSockets {
  public:
-  static OpenSockets& ofThisThread();
-
   /// A new socket, not inherited by other programs; -1 when none can be had.
   int open(int family, int type, int protocol, int remotePort);
   void close(int socket);

@@ -29,8 +29,11 @@ std::optional<std::string_view> valueOf(std::string_view field, std::string_view
 
 }  // namespace
 
-Transfer::Transfer(const URLSessionConfiguration& configuration, CURLSH* share)
-    : maximumBodySize_(configuration.maximumBodySize), handle_(configuration, share, *this) {}
+Transfer::Transfer(const URLSessionConfiguration& configuration, CURLSH* share,
+                   OpenSockets& sockets)
+    : maximumBodySize_(configuration.maximumBodySize),
+      sockets_(sockets),
+      handle_(configuration, share, sockets, *this) {}
 
 void Transfer::prepare(TransferOwner& owner, const URLRequest& request,
                        std::chrono::milliseconds connectTimeout) {
@@ -59,7 +62,7 @@ void Transfer::clear() {
 
 bool Transfer::mayUseConnection(const ConnectionPorts& ports) {
   ports_ = ports;
-  metStrayInput_ = OpenSockets::ofThisThread().hasStrayInput(ports);
+  metStrayInput_ = sockets_.hasStrayInput(ports);
   return !metStrayInput_;
 }
 
@@ -120,7 +123,7 @@ bool Transfer::didReceiveHead() {
   long version = 0;
   curl_easy_getinfo(easy(), CURLINFO_HTTP_VERSION, &version);
   const bool isHTTP1 = version <= CURL_HTTP_VERSION_1_1;
-  if (isHTTP1) OpenSockets::ofThisThread().answersInTurn(ports_);
+  if (isHTTP1) sockets_.answersInTurn(ports_);
   if (coding_ != Coding::none) {
     gzipTail_.reset(isHTTP1 && isChunked_);
     handle_.showRawBody();

@@ -28,7 +28,7 @@ class TransferOwner {
 /// must not go on.
 class Transfer {
  public:
-  Transfer(const URLSessionConfiguration& configuration, CURLSH* share);
+  Transfer(const URLSessionConfiguration& configuration, CURLSH* share, OpenSockets& sockets);
 
   /// Makes ready for a request, which must stay until the transfer ends.
   void prepare(TransferOwner& owner, const URLRequest& request,
@@ -69,6 +69,7 @@ class Transfer {
   bool stop(std::int64_t code);
 
   const std::size_t maximumBodySize_;
+  OpenSockets& sockets_;
   EasyHandle handle_;
   TransferOwner* owner_ = nullptr;
   const URLRequest* request_ = nullptr;

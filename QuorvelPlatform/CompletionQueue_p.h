@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QuorvelPlatform/DataTask_p.h>
+#include <QuorvelPlatform/Outcome_p.h>
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace quorvelkit {
+
+/// Tasks that are to complete, one at a time and in the order they ended, on whatever thread comes
+/// for them.
+class CompletionQueue {
+ public:
+  /// Gives true when no thread is completing tasks: one has to be told.
+  bool push(std::shared_ptr<DataTask> task, Outcome outcome);
+  /// Whether there are tasks and no thread is completing them.
+  bool needsThread();
+  /// Completes tasks until none is left, unless another thread is at it.
+  void run();
+  /// Lets the handler that is running end and runs no other; what is left over stays where it is.
+  void stop() { stopping_ = true; }
+
+  /// Held across a fork.
+  std::mutex& mutex() { return mutex_; }
+
+ private:
+  struct Completion {
+    std::shared_ptr<DataTask> task;
+    Outcome outcome;
+  };
+
+  std::mutex mutex_;
+  std::vector<Completion> waiting_;
+  bool isRunning_ = false;
+  std::vector<Completion> batch_;  // Belongs to the thread that is completing tasks.
+  std::atomic<bool> stopping_ = false;
+};
+
+}  // namespace quorvelkit
