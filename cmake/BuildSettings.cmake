@@ -17,6 +17,13 @@ if(QUORVELKIT_SANITIZERS)
   add_compile_options(-fsanitize=${QUORVELKIT_SANITIZERS} -fno-sanitize-recover=all
                       -fno-omit-frame-pointer -O1)
   add_link_options(-fsanitize=${QUORVELKIT_SANITIZERS})
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    add_compile_options(
+      -fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/cmake/SanitizerIgnoreList.txt)
+    if(QUORVELKIT_SANITIZERS MATCHES "address")
+      add_compile_options(-fsanitize-address-use-after-return=always)
+    endif()
+  endif()
 endif()
 
 if(QUORVELKIT_COVERAGE)
