@@ -31,7 +31,8 @@ if(QUORVELKIT_COVERAGE)
   add_link_options(-fprofile-instr-generate)
 endif()
 
-# What nearly every source includes is read once a target, with further headers where given.
+# What nearly every source includes is read once a target, with further headers where given; worth it
+# from three sources on.
 function(quorvelkit_precompile_headers target)
   target_precompile_headers(${target} PRIVATE
     <algorithm> <chrono> <functional> <map> <memory> <mutex> <optional> <string> <string_view>
@@ -41,7 +42,6 @@ endfunction()
 # A program, test or tool of this project.
 function(quorvelkit_program_settings target)
   target_link_libraries(${target} PRIVATE quorvelkit_build_settings)
-  quorvelkit_precompile_headers(${target} ${ARGN})
 endfunction()
 
 # A library that applications link: hidden symbols, SONAME, headers included from the root.

@@ -118,7 +118,7 @@ TEST(QuorvelSecretsTest, stayOutOfOutputAndLog) {
         " route" + demo + backend + "/elsewhere",
         " route" + demo + " --trace --backend http://[]"}) {
     const Output output = run(quorvel + command);
-    said << output.out << output.err;
+    log(output.out + output.err);
   }
   logging.stop();
   std::string text = said.str();

@@ -11,6 +11,7 @@
 
 #include <cstdlib>
 #include <random>
+#include <vector>
 
 namespace quorvelkit {
 namespace {
@@ -90,10 +91,19 @@ TEST(LifetimeTest, AThousandCancellationsAtRandomMomentsCompleteOnceEach) {
     EXPECT_EQ(call.completions(), 1);
 }
 
+// AddressSanitizer (Clang 14) does not keep its own locks across the fork of a process with
+// threads, and takes what the threads of the parent held for leaks of the child.
+const std::vector<const char*> ways = {
+    "main", "handler", "protocol", "late",
+#ifndef QUORVELKIT_TESTS_ADDRESSES
+    "fork",
+#endif
+};
+
 TEST(LifetimeTest, ProcessesEndInPeaceWithRequestsInFlight) {
   const Certificates certificates;
   const TestServer plain(script()), secure(script(), certificates.tls("good"));
-  for (const char* way : {"main", "handler", "protocol", "late", "fork"}) {
+  for (const char* way : ways) {
     for (const TestServer* server : {&plain, &secure}) {
       for (int round = 0; round < 5; ++round) {
         SCOPED_TRACE(std::string(way) + ' ' + server->url());
