@@ -67,12 +67,15 @@ void Load::didLoad(const Data& piece) {
 
 void Load::didFinishLoading() {
   Outcome outcome;
+  std::shared_ptr<DataTask> task;
   {
     const std::lock_guard lock(mutex_);
+    task = std::move(task_);
+    if (!task) return;
     outcome.response = response_;
     outcome.body = onlyPiece_ ? *onlyPiece_ : Data(std::move(pieces_));
   }
-  end(std::move(outcome));
+  hand(std::move(task), std::move(outcome));
 }
 
 void Load::didFail(const Error& error) {
@@ -87,8 +90,10 @@ std::shared_ptr<DataTask> Load::close() {
 }
 
 void Load::end(Outcome outcome) {
-  auto task = close();
-  if (!task) return;
+  if (auto task = close()) hand(std::move(task), std::move(outcome));
+}
+
+void Load::hand(std::shared_ptr<DataTask> task, Outcome outcome) {
   engine_.ended(shared_from_this(), task);
   engine_.deliver(std::move(task), std::move(outcome));
 }

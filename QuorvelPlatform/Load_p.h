@@ -48,6 +48,8 @@ class Load final : public URLProtocolClient, public std::enable_shared_from_this
   std::size_t index = 0;
 
  private:
+  void hand(std::shared_ptr<DataTask> task, Outcome outcome);
+
   SessionEngine& engine_;
   const std::size_t maximumBodySize_;
   const Clock::duration idleInterval_;

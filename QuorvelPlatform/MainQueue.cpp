@@ -122,9 +122,11 @@ void MainQueue::stop() {
 }
 
 void MainQueue::setWakeUpHook(std::function<void()> hook) {
+  State::Hook next =
+      hook ? std::make_shared<const std::function<void()>>(std::move(hook)) : nullptr;
   {
     const std::lock_guard lock(state_.mutex);
-    state_.hook = hook ? std::make_shared<const std::function<void()>>(std::move(hook)) : nullptr;
+    state_.hook.swap(next);
   }
   state_.wakeUpIfWaiting();
 }

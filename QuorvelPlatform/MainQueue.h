@@ -44,7 +44,9 @@ class QUORVELKIT_EXPORT MainQueue {
   /// Sets what is called whenever the queue stops being empty, and when it still holds blocks at
   /// the end of a runPending(). Called on whichever thread handed the block in, outside all
   /// locks; it should only signal the main thread's event loop. Replaces an earlier hook; an
-  /// empty function removes it. When blocks are waiting already the hook is called at once.
+  /// empty function removes it. When blocks are waiting already the hook is called at once. A hook
+  /// that was replaced may be called once more by a thread that is at it: what it uses must outlive
+  /// that.
   void setWakeUpHook(std::function<void()> hook);
   bool hasWakeUpHook() const;
 

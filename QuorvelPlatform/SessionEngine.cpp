@@ -66,7 +66,7 @@ SessionEngine::SessionEngine() {
 }
 
 // The network is initialised before the exit handler is registered, so that the threads have
-// stopped when its own clean-up runs. Across a fork, the first lock and that of the IO thread come
+// stopped when its own clean-up runs. Across a fork, the first lock and that of the network come
 // before the others, which are taken inside them; of the others, only that of the completions is
 // ever taken inside another one.
 void SessionEngine::registerProcessHandlers() {
@@ -82,27 +82,31 @@ void SessionEngine::registerProcessHandlers() {
       visit(engine->completions_.mutex());
     }
   };
-  static constexpr auto ioThread = []() -> std::recursive_mutex* {
+  static constexpr auto network = []() -> std::recursive_mutex* {
     SessionEngine* const engine = currentEngine.load(std::memory_order_relaxed);
-    return engine == nullptr ? nullptr : &engine->atWork_;
+    return engine == nullptr ? nullptr : &engine->network_.atWork();
   };
   static constexpr auto lock = [](std::mutex& mutex) { mutex.lock(); };
   static constexpr auto unlock = [](std::mutex& mutex) { mutex.unlock(); };
   pthread_atfork(
       [] {
         engineMutex.lock();
-        if (auto* const atWork = ioThread()) atWork->lock();
+        if (auto* const atWork = network()) atWork->lock();
         forEachLock(lock);
       },
       [] {
         forEachLock(unlock);
-        if (auto* const atWork = ioThread()) atWork->unlock();
+        if (auto* const atWork = network()) atWork->unlock();
         engineMutex.unlock();
       },
       [] {
         forEachLock(unlock);
         ++generation;
-        currentEngine = nullptr;
+        // A handler that forks must not go on with the parent's other handlers.
+        if (SessionEngine* const engine = currentEngine.exchange(nullptr)) {
+          engine->completions_.stop();
+          engine->stopping_ = true;
+        }
         engineMutex.unlock();
       });
 }
@@ -202,7 +206,6 @@ void SessionEngine::transfer(Lock& lock) {
 }
 
 void SessionEngine::performOnce() {
-  const std::lock_guard lock(atWork_);
   try {
     now_ = Load::Clock::now();
     handle(batch_);

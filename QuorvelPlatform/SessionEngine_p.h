@@ -84,9 +84,7 @@ class SessionEngine {
 
   CompletionQueue completions_;
 
-  // The rest belongs to the IO thread. It holds this one while it does anything but wait: a process
-  // that is forked meanwhile would find the locks of the network library held for ever.
-  std::recursive_mutex atWork_;
+  // The rest belongs to the IO thread.
   MultiLoop network_;
   std::vector<Message> batch_;
   std::vector<Message> own_;

@@ -60,16 +60,19 @@ MultiLoop::MultiLoop() : multi_(makeMulti()), bell_(eventfd(0, EFD_CLOEXEC | EFD
 }
 
 void MultiLoop::add(Transfer& transfer) {
+  const std::lock_guard lock(atWork_);
   curl_multi_add_handle(multi_, transfer.easy());
   isIdle_ = false;
 }
 
 void MultiLoop::remove(Transfer& transfer) {
+  const std::lock_guard lock(atWork_);
   curl_multi_remove_handle(multi_, transfer.easy());
   isIdle_ = false;
 }
 
 void MultiLoop::perform() {
+  const std::lock_guard lock(atWork_);
   isIdle_ = true;
   int running = 0;
   curl_multi_perform(multi_, &running);

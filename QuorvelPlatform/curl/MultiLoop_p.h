@@ -5,6 +5,7 @@
 #include <QuorvelPlatform/curl/OpenSockets_p.h>
 
 #include <chrono>
+#include <mutex>
 
 namespace quorvelkit {
 
@@ -30,8 +31,14 @@ class MultiLoop {
   /// Ends the present or the next wait(). Any thread.
   void wakeUp();
 
+  /// Held while the network library is at work, but for waiting: a process that is forked meanwhile
+  /// would find the locks inside of it held for ever. The IO thread alone takes others inside it,
+  /// and never runs anything of the application's there.
+  std::recursive_mutex& atWork() { return atWork_; }
+
  private:
   void* const multi_;
+  std::recursive_mutex atWork_;
   const int bell_;  // Cheaper than curl_multi_wakeup(), which sends over a pair of sockets.
   HostLines hosts_;
   OpenSockets sockets_;

@@ -44,7 +44,7 @@ class NetworkProtocol final : public URLProtocol,
   void stopLoading() override {
     if (transfer_) {
       engine_.network().remove(*transfer_);
-      state_->giveBack(std::move(transfer_));
+      transfer_.reset();
     }
     engine_.network().hosts().leave(*this);
   }
