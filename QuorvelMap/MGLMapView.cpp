@@ -8,6 +8,7 @@
 #include <QuorvelMap/QuickMapCanvas_p.h>
 #include <QuorvelMap/StyleLoader_p.h>
 
+#include <QCoreApplication>
 #include <QEvent>
 #include <QLabel>
 #include <QPalette>
@@ -195,6 +196,10 @@ struct MGLMapView::Private {
 MGLMapView::MGLMapView(const QRect& frame, QWidget* parent)
     : QWidget(parent), d_(std::make_unique<Private>(this)) {
   installMainQueueHook();
+  // An engine must not outlive the application object, even where its view does: a handler of a
+  // request under way may hold that.
+  connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
+          [this] { d_->stop(); });
   if (!frame.isNull()) setGeometry(frame);
 }
 
@@ -216,6 +221,7 @@ QUrl MGLMapView::styleURL() const { return d_->styleURL; }
 
 void MGLMapView::setStyleURL(const QUrl& url) {
   d_->styleURL = url;
+  d_->style.flaw.clear();
   const QUrl checked = url.isEmpty() ? defaultStyleURL() : url;
   d_->styleLoader.check(checked, [this, checked](const CheckedStyle& style) {
     d_->style = style;
@@ -241,8 +247,8 @@ void MGLMapView::setZoomLevel(double level) {
 
 void MGLMapView::setVisibleCoordinates(const std::vector<Coordinate>& coordinates,
                                        const QMargins& edgePadding) {
-  if (coordinates.empty()) return;
-  d_->moveTo(cameraShowing(coordinates, size(), edgePadding));
+  const auto camera = cameraShowing(coordinates, size(), edgePadding);
+  if (camera) d_->moveTo(*camera);
 }
 
 QPointF MGLMapView::convertCoordinate(Coordinate coordinate) const {
@@ -268,12 +274,17 @@ void MGLMapView::addAnnotations(const Annotations& annotations) {
 }
 
 void MGLMapView::removeAnnotations(const Annotations& annotations) {
-  for (const auto& annotation : annotations) {
-    const auto found = std::find(d_->annotations.begin(), d_->annotations.end(), annotation);
-    if (found == d_->annotations.end()) continue;
-    d_->drawn.erase(d_->drawn.begin() + (found - d_->annotations.begin()));
-    d_->annotations.erase(found);
+  // The list may be the view's own.
+  Annotations kept;
+  std::vector<Private::Drawn> keptLooks;
+  for (std::size_t i = 0; i < d_->annotations.size(); ++i) {
+    const auto& annotation = d_->annotations[i];
+    if (std::count(annotations.begin(), annotations.end(), annotation) > 0) continue;
+    kept.push_back(annotation);
+    keptLooks.push_back(std::move(d_->drawn[i]));
   }
+  d_->annotations = std::move(kept);
+  d_->drawn = std::move(keptLooks);
   if (!d_->canvas) return;
   d_->canvas->clear();
   for (const auto& looks : d_->drawn)

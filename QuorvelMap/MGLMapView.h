@@ -70,7 +70,8 @@ class QUORVELKIT_EXPORT MGLMapView : public QWidget {
   double zoomLevel() const;
   void setZoomLevel(double level);
   /// Moves and zooms so that the positions are in view, as large as the present size allows when
-  /// the given margins (device-independent pixels) stay free. No positions: does nothing.
+  /// the given margins (device-independent pixels) stay free, but not beyond level 17. Positions
+  /// that are not finite are left out; does nothing when there are no others.
   void setVisibleCoordinates(const std::vector<Coordinate>& coordinates,
                              const QMargins& edgePadding = QMargins());
   /// Where a position is in this view, in device-independent pixels from its upper left corner, and

@@ -67,8 +67,8 @@ Coordinate coordinateAtViewPosition(const MapCamera& camera, QSizeF view, QPoint
   return coordinateAt(worldPosition(camera.center) + offset / worldWidth(camera.zoomLevel));
 }
 
-MapCamera cameraShowing(const std::vector<Coordinate>& coordinates, QSizeF view,
-                        const QMargins& margins) {
+std::optional<MapCamera> cameraShowing(const std::vector<Coordinate>& coordinates, QSizeF view,
+                                       const QMargins& margins) {
   std::vector<double> xs;
   double top = 1;
   double bottom = 0;
@@ -79,7 +79,7 @@ MapCamera cameraShowing(const std::vector<Coordinate>& coordinates, QSizeF view,
     top = std::min(top, position.y());
     bottom = std::max(bottom, position.y());
   }
-  if (xs.empty()) return {};
+  if (xs.empty()) return std::nullopt;
   const Interval horizontal = intervalAround(std::move(xs));
   const double width = std::max(view.width() - margins.left() - margins.right(), 1.0);
   const double height = std::max(view.height() - margins.top() - margins.bottom(), 1.0);

@@ -6,6 +6,7 @@
 #include <QMargins>
 #include <QPointF>
 #include <QSizeF>
+#include <optional>
 #include <vector>
 
 namespace quorvelkit {
@@ -30,9 +31,10 @@ Coordinate coordinateAt(QPointF worldPosition);
 QPointF viewPosition(const MapCamera& camera, QSizeF view, Coordinate coordinate);
 Coordinate coordinateAtViewPosition(const MapCamera& camera, QSizeF view, QPointF point);
 
-/// The camera that shows all positions (at least one) inside the margins.
-MapCamera cameraShowing(const std::vector<Coordinate>& coordinates, QSizeF view,
-                        const QMargins& margins);
+/// The camera that shows all positions inside the margins, but for those that are not finite;
+/// absent when that leaves none.
+std::optional<MapCamera> cameraShowing(const std::vector<Coordinate>& coordinates, QSizeF view,
+                                       const QMargins& margins);
 
 /// A line cut where it crosses the antimeridian, so that longitudes inside a piece stay within
 /// [-180, 180] and never jump. Positions that are not finite are left out, and so are pieces of

@@ -44,7 +44,9 @@ Item {
             property alias source: picture.source
             property alias pictureWidth: picture.width
             property alias pictureHeight: picture.height
-            sourceItem: Image { id: picture; smooth: false }
+            z: 1  // Above all lines.
+            // Qt keeps pictures by their names, which are the same in every view.
+            sourceItem: Image { id: picture; smooth: false; cache: false }
         }
     }
 

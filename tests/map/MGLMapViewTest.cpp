@@ -79,17 +79,19 @@ void expectBroadLine(MGLMapView& view, Coordinate at, const QColor& color) {
   EXPECT_TRUE(shows(view, at, plainGround, {0, 9}));
 }
 
-TEST(MGLMapViewTest, DrawsLinesWithWidthColourAndAlphaOnEveryEngine) {
-  const TestApplication application;
-  Scene scene(town);
-  scene.looks->alpha = 0.5;
-  scene.view.addAnnotations({makeLine({east(town, -0.01), east(town, 0.01)})});
-  EXPECT_EQ(scene.looks->askers, std::vector<MGLMapView*>(3, &scene.view));
-  scene.view.show();
-  const QColor blended((200 + plainGround.red()) / 2, plainGround.green() / 2,
-                       plainGround.blue() / 2);
-  expectBroadLine(scene.view, town, blended);
-  EXPECT_TRUE(shows(scene.view, east(town, -0.012), plainGround)) << "past the line's end";
+TEST(MGLMapViewTest, DrawsLinesWithWidthColourAndAlpha) {
+  for (const Screen screen : {Screen::none, Screen::x11}) {
+    const TestApplication application(screen);
+    Scene scene(town);
+    scene.looks->alpha = 0.5;
+    scene.view.addAnnotations({makeLine({east(town, -0.01), east(town, 0.01)})});
+    EXPECT_EQ(scene.looks->askers, std::vector<MGLMapView*>(3, &scene.view));
+    scene.view.show();
+    const QColor blended((200 + plainGround.red()) / 2, plainGround.green() / 2,
+                         plainGround.blue() / 2);
+    expectBroadLine(scene.view, town, blended);
+    EXPECT_TRUE(shows(scene.view, east(town, -0.012), plainGround)) << "past the line's end";
+  }
 }
 
 TEST(MGLMapViewTest, DefaultsAreThreePixelsOfTheTintColour) {
@@ -247,19 +249,31 @@ TEST(MGLMapViewTest, KeepsPlaceAndLinesThroughResizesAndAnotherWindow) {
 
 TEST(MGLMapViewTest, TwoViewsAreIndependentAndManyLeaveNothingBehind) {
   const TestApplication application;
+  const auto plainPicture = [](const QColor& color) {
+    QImage picture(20, 20, QImage::Format_RGB32);
+    picture.fill(color);
+    return MGLAnnotationImage(picture);
+  };
   Scene first(town);
   first.view.addAnnotations({makeLine({east(town, -0.01), east(town, 0.01)})});
+  first.looks->image = plainPicture(Qt::green);
+  first.view.addAnnotations({makeMarker(town, "")});
   first.view.show();
   double settled = 0;
   for (int round = 0; round < 16; ++round) {
     Scene second({-33.86, 151.2});
     second.looks->color = QColor(0, 0, 200);
     second.view.show();
+    // The marker is added first and stands above the line all the same.
+    second.looks->image = plainPicture(Qt::yellow);
+    second.view.addAnnotations({makeMarker({-33.86, 151.195}, "")});
     second.view.addAnnotations({makeLine({{-33.86, 151.19}, {-33.86, 151.21}})});
     EXPECT_TRUE(shows(second.view, {-33.86, 151.2}, *second.looks->color));
+    EXPECT_TRUE(shows(second.view, {-33.86, 151.195}, Qt::yellow));
     if (round == 5) settled = residentMegabytes();
   }
-  EXPECT_TRUE(shows(first.view, town, *first.looks->color));
+  EXPECT_TRUE(shows(first.view, east(town, 0.005), *first.looks->color));
+  EXPECT_TRUE(shows(first.view, town, Qt::green));
   std::cout << "10 views later: " << residentMegabytes() - settled << " MB more\n";
   EXPECT_LT(residentMegabytes() - settled, 20);
 }

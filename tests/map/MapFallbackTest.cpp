@@ -163,6 +163,7 @@ TEST(PlainMapTest, IsMovedByTheMouseAndZoomedByTheWheel) {
   EXPECT_DOUBLE_EQ(view.zoomLevel(), 14);
   expectAt(to, {0, 0});
   view.removeAnnotations(view.annotations());
+  EXPECT_TRUE(view.annotations().empty());
   EXPECT_TRUE(shows(view, {0, 0}, plainGround));
 }
 
