@@ -2,6 +2,7 @@
 // Answers as they stand on the wire, whole ones and others.
 #pragma once
 
+#include "tests/support/AnswerText.h"
 #include "tests/support/TestServer.h"
 
 #include <cstddef>
@@ -17,10 +18,6 @@ std::string gzipBomb(std::size_t size);
 
 /// A status line with header lines.
 std::string head(int status, std::string_view headerLines = {});
-/// The head, the length of the body, and the body.
-std::string withLength(const std::string& head, const std::string& body);
-/// A body in chunks of that size.
-std::string chunked(const std::string& body, std::size_t pieceSize);
 
 /// HTTP/2 (RFC 9113): frames for the one stream that a test asks on.
 namespace http2 {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // What a session makes of the answers of servers, good and bad.
+#include "tests/support/AnswerText.h"
 #include "tests/support/Call.h"
 #include "tests/support/TestServer.h"
 
@@ -28,21 +29,6 @@ const std::string gzip(
     "\x1f\x8b\x08\x00\x00\x00\x00\x00\x02\x03\xcb\x48\xcd\xc9\xc9\x57\xc8\x40"
     "\x90\x00\x80\x88\xf9\xe5\x11\x00\x00\x00",
     28);
-
-std::string withLength(const std::string& head, const std::string& body) {
-  return head + "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
-}
-
-std::string chunked(const std::string& body, std::size_t pieceSize) {
-  std::string text;
-  for (std::size_t at = 0; at < body.size(); at += pieceSize) {
-    const std::string piece = body.substr(at, pieceSize);
-    char size[32];
-    std::snprintf(size, sizeof size, "%zx;x=1\r\n", piece.size());
-    text += size + piece + "\r\n";
-  }
-  return text + "0\r\nTrailer: x\r\n\r\n";
-}
 
 const std::string ok = "HTTP/1.1 200 OK\r\n";
 const std::string okGzip = ok + "Content-Encoding: gzip\r\n";
