@@ -24,7 +24,7 @@ void onSmallStack(std::function<void()> block) {
   pthread_attr_destroy(&attributes);
 }
 
-constexpr int depth = 200'000;
+constexpr int depth = 50'000;
 
 // Arrays and maps in turns, around a leaf.
 JSON nested(const Value& leaf, int levels = depth) {
@@ -58,16 +58,16 @@ TEST(JSONDeepTest, DepthCostsNoStack) {
     EXPECT_TRUE(bytes->view().starts_with(R"({"k":[{"k":)"));
     EXPECT_GT(bytes->size(), std::size_t{depth});
     // The indentation of deep values takes the square of their depth.
-    EXPECT_TRUE(nested("leaf", 3000).description().starts_with("{\n  \"k\": [\n    {\n"));
+    EXPECT_TRUE(nested("leaf", 1000).description().starts_with("{\n  \"k\": [\n    {\n"));
   });
 }
 
 TEST(JSONDeepTest, HostileDocumentsAreRefusedOrRead) {
   onSmallStack([] {
-    const std::size_t million = 1'000'000;
+    const std::size_t many = 200'000;
     for (const char* opening : {"[", "{\"a\":", "[{\"a\":"}) {
       std::string text;
-      while (text.size() < million)
+      while (text.size() < many)
         text += opening;
       EXPECT_EQ(JSON::parse(text).type(), JSON::Type::null);
     }
@@ -76,21 +76,21 @@ TEST(JSONDeepTest, HostileDocumentsAreRefusedOrRead) {
     EXPECT_EQ(JSON::parse("[" + deepest + "]").type(), JSON::Type::null);
 
     std::string members = "{";
-    for (std::size_t i = 0; i < million; ++i)
+    for (std::size_t i = 0; i < many; ++i)
       members += "\"" + std::to_string(i) + "\":1,";
     const JSON map = JSON::parse(members + "\"0\":2}");
-    EXPECT_EQ(map.size(), million);
+    EXPECT_EQ(map.size(), many);
     EXPECT_EQ(map["0"], 2);
-    EXPECT_EQ(map["999999"], 1);
+    EXPECT_EQ(map[std::to_string(many - 1)], 1);
 
-    const std::string longText(100'000'000, 'x');
+    const std::string longText(5'000'000, 'x');
     EXPECT_EQ(JSON::parse("[\"" + longText + "\"]")[0].view().text(), longText);
-    const std::string zeros(million, '0'), nines(million, '9');
+    const std::string zeros(many, '0'), nines(many, '9');
     for (const std::string& number : {nines, "-" + nines, "1e" + nines, zeros, "1." + zeros + "x"})
       EXPECT_EQ(JSON::parse("[" + number + "]").type(), JSON::Type::null);
     for (const std::string& number : {"0." + zeros + "1", "-0e" + nines, "1e-" + nines})
       EXPECT_EQ(JSON::parse("[" + number + "]")[0], 0);
-    EXPECT_EQ(JSON::parse("[1" + zeros + "e-" + std::to_string(million) + "]")[0], 1);
+    EXPECT_EQ(JSON::parse("[1" + zeros + "e-" + std::to_string(many) + "]")[0], 1);
     EXPECT_EQ(JSON::parse("{\"" + nines + "\":1}")[nines], 1);
   });
 }

@@ -5,8 +5,10 @@
 #include <tests/support/JSONOracle.h>
 
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <random>
+#include <sstream>
 
 namespace quorvelkit {
 namespace {
@@ -79,74 +81,18 @@ TEST(JSONParserTest, ReadsScalars) {
 }
 
 TEST(JSONParserTest, RefusesWhatIsNoDocument) {
-  const std::string texts[] = {
-      "",
-      " ",
-      "\xEF\xBB\xBF",
-      "\xEF\xBB[]",
-      "nul",
-      "truex",
-      "True",
-      "NaN",
-      "Infinity",
-      "-",
-      "+1",
-      "01",
-      "-01",
-      "1.",
-      ".5",
-      "1e",
-      "1e+",
-      "0x10",
-      "1 2",
-      "[",
-      "]",
-      "[1",
-      "[1,]",
-      "[,1]",
-      "[1 2]",
-      "[1}",
-      "{",
-      "}",
-      "{\"a\"}",
-      "{\"a\":}",
-      "{\"a\":1,}",
-      "{a:1}",
-      "{1:2}",
-      "{\"a\" 1}",
-      "{\"a\":1 \"b\":2}",
-      "{\"a\":1]",
-      "'a'",
-      "\"",
-      "\"a",
-      "\"\\",
-      "\"\\x\"",
-      "\"\\u12\"",
-      "\"\\u12g4\"",
-      "\"\n\"",
-      "\"\0\""s,
-      "\"\x1F\"",
-      "[]//",
-      "[]\0"s,
-      "\"\\ud800\"",
-      "\"\\udc00\"",
-      "\"\\ud800\\u0041\"",
-      "\"\\ud800x\"",
-      "\"\xFF\"",
-      "\"\xC0\x80\"",
-      "\"\xED\xA0\x80\"",
-      "\"\xF4\x90\x80\x80\"",
-      "\"\xC3\"",
-      "1e400",
-      "-1e400",
-      "1e309",
-      std::string(400, '9'),
-      "1e99999999999999999999",
-      "[1e999]",
-      "\xFE\xFF\0[\0]"s,
-      "{\"a\":1,\"\\",
-      "{\"\xFF\":1}",
-  };
+  std::vector<std::string> texts = {"", " ", "1 2", "[1 2]", "{\"a\" 1}", "{\"a\":1 \"b\":2}",
+                                    // Bytes that must not stand there.
+                                    "\xEF\xBB\xBF", "\xEF\xBB[]", "\"\n\"", "\"\0\""s, "\"\x1F\"",
+                                    "[]\0"s, "\"\xFF\"", "\"\xC0\x80\"", "\"\xED\xA0\x80\"",
+                                    "\"\xF4\x90\x80\x80\"", "\"\xC3\"", "\xFE\xFF\0[\0]"s,
+                                    "{\"\xFF\":1}", std::string(400, '9')};
+  std::istringstream words(
+      R"(nul truex True NaN Infinity - +1 01 -01 1. .5 1e 1e+ 0x10 1e400 -1e400 1e309 [1e999]
+         1e99999999999999999999 [ ] [1 [1,] [,1] [1} []// { } {"a"} {"a":} {"a":1,} {a:1} {1:2}
+         {"a":1] {"a":1,"\ 'a' " "a "\ "\x" "\u12" "\u12g4" "\ud800" "\udc00" "\ud800\u0041"
+         "\ud800x")");
+  texts.insert(texts.end(), std::istream_iterator<std::string>(words), {});
   for (const std::string& text : texts) {
     std::string problem;
     EXPECT_FALSE(parsed(text, &problem)) << testing::PrintToString(text);
@@ -204,33 +150,17 @@ TEST(JSONParserTest, AgreesOnEveryTruncationAndFlip) {
 }
 
 TEST(JSONParserTest, AgreesOnMutatedDocuments) {
-  const std::string pieces[] = {"{",
-                                "}",
-                                "[",
-                                "]",
-                                ",",
-                                ":",
-                                "\"a\"",
-                                "\"b\"",
-                                "\"lat\":",
-                                "1.5e3",
-                                "-0",
-                                "1e9",
-                                "\\u00e9",
-                                "\"",
-                                "null",
-                                "true",
-                                " ",
-                                "\xC3",
-                                "\xE2\x82\xAC",
-                                "12345678901234567890"};
+  std::istringstream words(R"({ } [ ] , : "a" "b" "lat": 1.5e3 -0 1e9 \u00e9 " null true)"
+                           " \xC3 \xE2\x82\xAC 12345678901234567890");
+  std::vector<std::string> pieces(std::istream_iterator<std::string>(words), {});
+  pieces.emplace_back(" ");
   std::mt19937 random(42);
-  for (int round = 0; round < 20000; ++round) {
+  for (int round = 0; round < 5000; ++round) {
     std::string text = sample;
     const auto changes = 1 + random() % 3;
     for (std::size_t i = 0; i < changes; ++i) {
       const std::size_t place = random() % text.size();
-      const std::string& piece = pieces[random() % std::size(pieces)];
+      const std::string& piece = pieces[random() % pieces.size()];
       text.replace(place, random() % 6, piece);
     }
     ASSERT_NO_FATAL_FAILURE(expectLikeOracle(text));

@@ -3,7 +3,7 @@
 
 #include <gmock/gmock.h>
 
-#include <functional>
+#include <variant>
 
 namespace application {
 
@@ -124,77 +124,47 @@ TEST(JSONSubscriptTest, TakesEveryKindOfStep) {
 }
 
 TEST(JSONSubscriptTest, WritesWhereItFits) {
-  using Write = std::function<void(JSON&)>;
+  using Path = std::vector<JSONKey>;
   const JSON failed = sample()["x"];
   const JSON unknown(Value::unsupported(1));
   const struct {
     const char* text;
-    Write write;
+    std::variant<std::string, int, Path> place;
+    JSON value;
     const char* result;
   } cases[] = {
-      {"{}", [](JSON& j) { j.set("a", 1); }, R"({"a":1})"},
-      {R"({"a":1,"b":2})", [](JSON& j) { j.set("a", "x"); }, R"({"a":"x","b":2})"},
-      {"[1,2]", [](JSON& j) { j.set(1, true); }, "[1,true]"},
-      {"[1,2]", [](JSON& j) { j.set(2, 3); }, "[1,2]"},
-      {"[1,2]", [](JSON& j) { j.set("a", 3); }, "[1,2]"},
-      {R"({"a":1})", [](JSON& j) { j.set(0, 3); }, R"({"a":1})"},
-      {R"({"a":1})", [](JSON& j) { j.set(-1, 3); }, R"({"a":1})"},
+      {"{}", "a", 1, R"({"a":1})"},
+      {R"({"a":1,"b":2})", "a", "x", R"({"a":"x","b":2})"},
+      {"[1,2]", 1, true, "[1,true]"},
+      {"[1,2]", 2, 3, "[1,2]"},
+      {"[1,2]", "a", 3, "[1,2]"},
+      {R"({"a":1})", 0, 3, R"({"a":1})"},
+      {R"({"a":1})", -1, 3, R"({"a":1})"},
       // What carries an error is not stored, except at the end of a path, as null.
-      {R"({"a":1})", [&](JSON& j) { j.set("a", failed); }, R"({"a":1})"},
-      {R"({"a":1})", [&](JSON& j) { j.set("a", unknown); }, R"({"a":1})"},
-      {"[1]", [&](JSON& j) { j.set(0, failed); }, "[1]"},
-      {"[1]", [&](JSON& j) { j.set(-1, failed); }, "[1]"},
-      {R"({"a":1})", [&](JSON& j) { j.set({"a"}, failed); }, R"({"a":null})"},
-      {R"({"a":[1]})",
-       [&](JSON& j) {
-         j.set({"a", 0}, unknown);
-       },
-       R"({"a":[null]})"},
-      {R"({"a":{}})",
-       [](JSON& j) {
-         j.set({"a", "b"}, 1);
-       },
-       R"({"a":{"b":1}})"},
-      {"{}", [](JSON& j) { j.set({"a"}, 1); }, R"({"a":1})"},
-      {"{}",
-       [](JSON& j) {
-         j.set({"a", "b"}, 1);
-       },
-       "{}"},
-      {R"({"a":5})",
-       [](JSON& j) {
-         j.set({"a", "b"}, 1);
-       },
-       R"({"a":5})"},
-      {"[1,2]", [](JSON& j) { j.set({5}, 1); }, "[1,2]"},
-      {"[[1],2]",
-       [](JSON& j) {
-         j.set({0, 0}, 9);
-       },
-       "[[9],2]"},
-      {"[[1],2]",
-       [](JSON& j) {
-         j.set({-1, 0}, 9);
-       },
-       "[[1],2]"},
-      {"[[1],2]", [](JSON& j) { j.set(std::initializer_list<JSONKey>{}, 9); }, "[[1],2]"},
-      {"[{\"a\":[]}]",
-       [](JSON& j) {
-         j.set({0, "a", 0}, 9);
-       },
-       "[{\"a\":[]}]"},
-      {R"({"a":{"b":1}})",
-       [](JSON& j) {
-         j.set({"a", "b"}, j);
-       },
-       R"({"a":{"b":{"a":{"b":1}}}})"},
-      {"[1]", [](JSON& j) { j.set(0, j); }, "[[1]]"},
+      {R"({"a":1})", "a", failed, R"({"a":1})"},
+      {R"({"a":1})", "a", unknown, R"({"a":1})"},
+      {"[1]", 0, failed, "[1]"},
+      {"[1]", -1, failed, "[1]"},
+      {R"({"a":1})", Path{"a"}, failed, R"({"a":null})"},
+      {R"({"a":[1]})", Path{"a", 0}, unknown, R"({"a":[null]})"},
+      {R"({"a":{}})", Path{"a", "b"}, 1, R"({"a":{"b":1}})"},
+      {"{}", Path{"a"}, 1, R"({"a":1})"},
+      {"{}", Path{"a", "b"}, 1, "{}"},
+      {R"({"a":5})", Path{"a", "b"}, 1, R"({"a":5})"},
+      {"[1,2]", Path{5}, 1, "[1,2]"},
+      {"[[1],2]", Path{0, 0}, 9, "[[9],2]"},
+      {"[[1],2]", Path{-1, 0}, 9, "[[1],2]"},
+      {"[[1],2]", Path{}, 9, "[[1],2]"},
+      {"[{\"a\":[]}]", Path{0, "a", 0}, 9, "[{\"a\":[]}]"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.result);
+    const auto write = [&](JSON& json) {
+      std::visit([&](const auto& place) { json.set(place, c.value); }, c.place);
+    };
     JSON json = JSON::parse(c.text);
     const JSON untouched = json;
-    c.write(json);
+    write(json);
     EXPECT_EQ(json.rawString(TextEncoding::utf8, JSONWritingOptions::none), c.result);
     EXPECT_EQ(untouched, JSON::parse(c.text));
     // The same once more, with the value written to already and shared again.
@@ -202,7 +172,7 @@ TEST(JSONSubscriptTest, WritesWhereItFits) {
     if (again.type() == JSON::Type::array) again.set(0, again[0]);
     if (again.type() == JSON::Type::dictionary) again.setDictionaryObject(again.dictionaryObject());
     const JSON shared = again;
-    c.write(again);
+    write(again);
     EXPECT_EQ(again, json);
     EXPECT_EQ(shared, untouched);
   }
@@ -210,6 +180,11 @@ TEST(JSONSubscriptTest, WritesWhereItFits) {
   EXPECT_DEATH(array.set(-1, 5), "Index out of range");
   EXPECT_DEATH(array.set({-1}, 5), "Index out of range");
   EXPECT_DEATH(array.set({1, -1}, 5), "Index out of range");
+  // Into itself.
+  array.set({1, 0}, array);
+  EXPECT_EQ(array, JSON::parse("[1,[[1,[2]]]]"));
+  array.set(0, array);
+  EXPECT_EQ(array[0], JSON::parse("[1,[[1,[2]]]]"));
 }
 
 TEST(JSONSubscriptTest, FindsMembersOfLargeMaps) {
