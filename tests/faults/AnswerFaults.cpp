@@ -2,19 +2,7 @@
 #include "tests/faults/FaultTable.h"
 #include "tests/faults/Scripts.h"
 
-#include <QuorvelPlatform/URLError.h>
-
 namespace quorvelkit::test {
-
-namespace {
-
-using E = URLError;
-using namespace std::chrono_literals;
-
-// Too short for much to happen in it, short enough for a test to wait for.
-constexpr auto impatient = 30ms;
-
-}  // namespace
 
 void FaultTable::addHeads() {
   std::string manyLines = ok, manyBytes = ok;
@@ -39,18 +27,22 @@ void FaultTable::addHeads() {
           {"interim answers in front",
            once("HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 103 Hints\r\nA: b\r\n\r\n" + good),
            answers(200)},
+          {"HTTP/1.0", once("HTTP/1.0 200 OK\r\n\r\n{}"), answers(200)},
+          {"bare line feeds", once("HTTP/1.1 200 OK\nContent-Length: 2\n\n{}"), answers(200)},
           {"another protocol, not asked for", once(head(101, "Upgrade: x\r\n\r\n")),
            fails(E::networkConnectionLost)},
       });
 }
 
 void FaultTable::addBodies() {
-  const std::string tooLong(bodyLimit + 1, 'x');
+  const std::string longest(bodyLimit, 'x'), tooLong = longest + 'x';
   const auto unparsable = fails(E::cannotParseResponse);
   const auto tooLarge = fails(E::dataLengthExceedsMaximum);
   const auto lengths = [](const char* lines) { return once(head(200, lines) + "\r\n{}"); };
   add("length",
       {
+          {"until close", once(ok + "\r\n{}"), answers(200)},
+          {"as long as may be", once(withLength(ok, longest)), answers(200, longest)},
           {"longer than its length", once(good + "more"), answers(200)},
           {"twice the same", lengths("Content-Length: 2\r\nContent-Length: 2\r\n"), answers(200)},
           {"two lengths, the longer last", lengths("Content-Length: 1\r\nContent-Length: 2\r\n"),
@@ -75,6 +67,8 @@ void FaultTable::addBodies() {
   const auto chunk = [](const std::string& bytes) { return once(okChunked + "\r\n" + bytes); };
   add("chunks",
       {
+          {"many, extensions, a trailer", chunk(chunked("many pieces", 3)),
+           answers(200, "many pieces")},
           {"no size", chunk("xyz\r\n"), unparsable},
           {"size below zero", chunk("-2\r\n{}\r\n0\r\n\r\n"), unparsable},
           {"size beyond 64 bits", chunk("fffffffffffffffff\r\n{}\r\n"), unparsable},
@@ -94,41 +88,46 @@ void FaultTable::addCodings() {
   const auto encoded = [](const char* coding, const std::string& body) {
     return once(withLength(head(200, "Content-Encoding: " + std::string(coding) + "\r\n"), body));
   };
+  const auto inChunks = [](const std::string& gzip, std::size_t size) {
+    return once(okGzip + "Transfer-Encoding: chunked\r\n\r\n" + chunked(gzip, size));
+  };
+  const Expected hello = answers(200, "hello hello hello");
   const std::string cut = helloGzip.substr(0, helloGzip.size() - 9);
   std::string corrupt = helloGzip, checksum = helloGzip, length = helloGzip;
   corrupt[20] = 'x';
   checksum[checksum.size() - 8] ^= 1;
   length[length.size() - 4] ^= 1;
   const std::string bomb = gzipBomb(50'000'000);
-  add("coding",
-      {
-          {"gzip", encoded("gzip", helloGzip), answers(200, "hello hello hello")},
-          {"gzip cut, of that length", encoded("gzip", cut), undecodable},
-          {"gzip cut, until close", once(okGzip + "\r\n" + cut), undecodable},
-          {"gzip cut, in whole chunks",
-           once(okGzip + "Transfer-Encoding: chunked\r\n\r\n" + chunked(cut, 5)), undecodable},
-          {"gzip cut in its head", encoded("gzip", helloGzip.substr(0, 7)), undecodable},
-          {"gzip corrupt", encoded("gzip", corrupt), undecodable},
-          {"gzip of another checksum", encoded("gzip", checksum), undecodable},
-          {"gzip of another length", encoded("gzip", length), undecodable},
-          {"gzip and more", encoded("gzip", helloGzip + "more"), undecodable},
-          {"text called gzip", encoded("gzip", "hello hello hello hello"), undecodable},
-          {"gzip in gzip", encoded("gzip, gzip", helloGzip), undecodable},
-          {"deflate, not asked for", encoded("deflate", helloDeflate), undecodable},
-          {"deflate cut", encoded("deflate", helloDeflate.substr(0, 9)), undecodable},
-          {"brotli, not asked for", encoded("br", helloBrotli), undecodable},
-          {"brotli cut", encoded("br", helloBrotli.substr(0, 6)), undecodable},
-          {"brotli cut before its first letter", encoded("br", helloBrotli.substr(0, 2)),
-           undecodable},
-          {"unknown", encoded("rot13", "uryyb"), undecodable},
-          {"gzip cut, as transfer coding",
-           once(head(200, "Transfer-Encoding: gzip, chunked\r\n\r\n") + chunked(cut, 5)),
-           undecodable},
-          {"bomb", encoded("gzip", bomb), fails(E::dataLengthExceedsMaximum)},
-          {"bomb in chunks",
-           once(okGzip + "Transfer-Encoding: chunked\r\n\r\n" + chunked(bomb, 9999)),
-           fails(E::dataLengthExceedsMaximum)},
-      });
+  add("coding", {
+                    {"gzip", encoded("gzip", helloGzip), hello},
+                    {"x-gzip until close",
+                     once(head(200, "Content-Encoding: x-gzip\r\n\r\n") + helloGzip), hello},
+                    {"gzip in small chunks", inChunks(helloGzip, 3), hello},
+                    {"gzip in larger chunks", inChunks(helloGzip, 10), hello},
+                    {"gzip of nothing", encoded("gzip", ""), answers(200, "")},
+                    {"gzip cut, of that length", encoded("gzip", cut), undecodable},
+                    {"gzip cut, until close", once(okGzip + "\r\n" + cut), undecodable},
+                    {"gzip cut, in whole chunks", inChunks(cut, 5), undecodable},
+                    {"gzip cut in its head", encoded("gzip", helloGzip.substr(0, 7)), undecodable},
+                    {"gzip corrupt", encoded("gzip", corrupt), undecodable},
+                    {"gzip of another checksum", encoded("gzip", checksum), undecodable},
+                    {"gzip of another length", encoded("gzip", length), undecodable},
+                    {"gzip and more", encoded("gzip", helloGzip + "more"), undecodable},
+                    {"text called gzip", encoded("gzip", "hello hello hello hello"), undecodable},
+                    {"gzip in gzip", encoded("gzip, gzip", helloGzip), undecodable},
+                    {"deflate, not asked for", encoded("deflate", helloDeflate), undecodable},
+                    {"deflate cut", encoded("deflate", helloDeflate.substr(0, 9)), undecodable},
+                    {"brotli, not asked for", encoded("br", helloBrotli), undecodable},
+                    {"brotli cut", encoded("br", helloBrotli.substr(0, 6)), undecodable},
+                    {"brotli cut before its first letter", encoded("br", helloBrotli.substr(0, 2)),
+                     undecodable},
+                    {"unknown", encoded("rot13", "uryyb"), undecodable},
+                    {"gzip cut, as transfer coding",
+                     once(head(200, "Transfer-Encoding: gzip, chunked\r\n\r\n") + chunked(cut, 5)),
+                     undecodable},
+                    {"bomb", encoded("gzip", bomb), fails(E::dataLengthExceedsMaximum)},
+                    {"bomb in chunks", inChunks(bomb, 9999), fails(E::dataLengthExceedsMaximum)},
+                });
 }
 
 void FaultTable::addStatuses() {
@@ -147,6 +146,7 @@ void FaultTable::addStatuses() {
           {"204", once(head(204) + "\r\n"), answers(204, "")},
           {"204 with a body", once(withLength(head(204), "{}")), answers(204, "")},
           {"304", once(head(304, "Content-Length: 5\r\n\r\n")), answers(304, "")},
+          {"300", answer(300, "choose", "Location: /b\r\n"), answers(300, "choose")},
           {"401", answer(401, json, "WWW-Authenticate: Basic realm=x\r\n"), answers(401, json)},
           {"401 for certificates", answer(401, "", "WWW-Authenticate: Negotiate\r\n"),
            answers(401, "")},

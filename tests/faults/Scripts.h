@@ -4,9 +4,18 @@
 
 #include "tests/faults/Wire.h"
 
+#include <QuorvelPlatform/URLError.h>
+
+#include <chrono>
 #include <string>
 
 namespace quorvelkit::test {
+
+using E = URLError;
+using namespace std::chrono_literals;
+
+// Too short for much to happen in it, short enough for a test to wait for.
+constexpr auto impatient = 30ms;
 
 inline const std::string ok = head(200), okGzip = head(200, "Content-Encoding: gzip\r\n"),
                          okChunked = head(200, "Transfer-Encoding: chunked\r\n"),

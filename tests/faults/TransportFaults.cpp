@@ -3,21 +3,9 @@
 #include "tests/faults/Scripts.h"
 #include "tests/support/Call.h"
 
-#include <QuorvelPlatform/URLError.h>
-
 #include <openssl/ssl.h>
 
 namespace quorvelkit::test {
-
-namespace {
-
-using E = URLError;
-using namespace std::chrono_literals;
-
-// Too short for much to happen in it, short enough for a test to wait for.
-constexpr auto impatient = 30ms;
-
-}  // namespace
 
 void FaultTable::addConnecting() {
   add("connecting",

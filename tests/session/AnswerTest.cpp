@@ -24,63 +24,8 @@ std::shared_ptr<URLSession> limitedSession() {
   return URLSession::make(configuration);
 }
 
-// "hello hello hello" as gzip makes it.
-const std::string gzip(
-    "\x1f\x8b\x08\x00\x00\x00\x00\x00\x02\x03\xcb\x48\xcd\xc9\xc9\x57\xc8\x40"
-    "\x90\x00\x80\x88\xf9\xe5\x11\x00\x00\x00",
-    28);
-
 const std::string ok = "HTTP/1.1 200 OK\r\n";
-const std::string okGzip = ok + "Content-Encoding: gzip\r\n";
 const std::string okChunked = ok + "Transfer-Encoding: chunked\r\n";
-
-struct GoodCase {
-  const char* name;
-  std::string answer;
-  int status;
-  std::string body;
-};
-
-TEST(AnswerTest, WholeAnswersAreDelivered) {
-  const GoodCase cases[] = {
-      {"length", withLength(ok, "body"), 200, "body"},
-      {"chunks", okChunked + "\r\n" + chunked("many pieces", 3), 200, "many pieces"},
-      {"until close", ok + "\r\nbody", 200, "body"},
-      {"HTTP/1.0", "HTTP/1.0 200 OK\r\n\r\nbody", 200, "body"},
-      {"no body", withLength(ok, ""), 200, ""},
-      {"204", "HTTP/1.1 204 No Content\r\n\r\n", 204, ""},
-      {"304", "HTTP/1.1 304 Not Modified\r\nContent-Length: 5\r\n\r\n", 304, ""},
-      {"300", withLength("HTTP/1.1 300 Choices\r\nLocation: /b\r\n", "choose"), 300, "choose"},
-      {"404", withLength("HTTP/1.1 404 Not Found\r\n", "nothing"), 404, "nothing"},
-      {"401", withLength("HTTP/1.1 401 No\r\nWWW-Authenticate: Basic realm=x\r\n", "who"), 401,
-       "who"},
-      {"500", withLength("HTTP/1.1 500 Oops\r\n", "<html>"), 500, "<html>"},
-      {"999", withLength("HTTP/1.1 999 What\r\n", "x"), 999, "x"},
-      {"interim answers", "HTTP/1.1 103 Early Hints\r\nX: early\r\n\r\n" + withLength(ok, "body"),
-       200, "body"},
-      {"bare line feeds", "HTTP/1.1 200 OK\nContent-Length: 4\n\nbody", 200, "body"},
-      {"gzip", withLength(okGzip, gzip), 200, "hello hello hello"},
-      {"x-gzip until close", ok + "Content-Encoding: x-gzip\r\n\r\n" + gzip, 200,
-       "hello hello hello"},
-      {"gzip in chunks", okGzip + "Transfer-Encoding: chunked\r\n\r\n" + chunked(gzip, 3), 200,
-       "hello hello hello"},
-      {"gzip in chunks of 10 bytes",
-       okGzip + "Transfer-Encoding: chunked\r\n\r\n" + chunked(gzip, 10), 200, "hello hello hello"},
-      {"no gzip to decode", withLength(okGzip, ""), 200, ""},
-      {"at the limit", withLength(ok, std::string(bodyLimit, 'x')), 200,
-       std::string(bodyLimit, 'x')},
-  };
-  for (const auto& [name, answer, status, body] : cases) {
-    SCOPED_TRACE(name);
-    const TestServer server(TestServer::answeringOnce(answer));
-    const Result result = send(requestFor(server.url()), limitedSession());
-    ASSERT_EQ(result.code(), 0);
-    EXPECT_EQ(result.status(), status);
-    ASSERT_TRUE(result.data);
-    EXPECT_EQ(result.body(), body);
-    EXPECT_EQ(result.response->url().absoluteString(), server.url());
-  }
-}
 
 // A head that begins with a folded line continues nothing, least of all the answer before it.
 TEST(AnswerTest, AFoldedLineContinuesNoOtherAnswer) {

@@ -62,24 +62,36 @@ TEST(LifetimeTest, AHandlerMayCancelAndStartOthersAndDropEverything) {
   EXPECT_EQ(next->result().body(), "quick");
 }
 
+// One thread cancels while another starts.
 TEST(LifetimeTest, AThousandCancellationsAtRandomMomentsCompleteOnceEach) {
   const TestServer server(script());
   const auto session = URLSession::make();
   std::minstd_rand random(7);
   const char* const paths[] = {"/quick", "/stall", "/reset"};
-  std::list<Call> calls;
-  for (int i = 0; i < 1000; ++i) {
-    calls.emplace_back(requestFor(server.url(paths[random() % 3])), session);
-    calls.back().task->resume();
+  std::vector<std::unique_ptr<Call>> calls;
+  for (int i = 0; i < 1000; ++i)
+    calls.push_back(std::make_unique<Call>(requestFor(server.url(paths[random() % 3])), session));
+  std::atomic<std::size_t> started = 0;
+  std::jthread canceller([&] {
+    std::minstd_rand own(1);
+    for (std::size_t i = 0; i < calls.size(); ++i) {
+      while (started <= i)
+        std::this_thread::yield();
+      // One of the last, or one that is to be started soon.
+      const std::size_t last = std::min(i + 5, calls.size() - 1);
+      calls[last - own() % std::min<std::size_t>(last, 25)]->task->cancel();
+    }
+  });
+  for (const auto& call : calls) {
+    call->task->resume();
     if (random() % 4 == 0) std::this_thread::yield();
-    auto victim = std::prev(
-        calls.end(), 1 + static_cast<long>(random() % std::min<std::size_t>(calls.size(), 20)));
-    victim->task->cancel();
+    ++started;
   }
-  for (const Call& call : calls)
-    call.task->cancel();
-  for (const Call& call : calls) {
-    const Result result = call.result();
+  canceller.join();
+  for (const auto& call : calls)
+    call->task->cancel();
+  for (const auto& call : calls) {
+    const Result result = call->result();
     EXPECT_TRUE(result.code() == 0 || result.code() == URLError::cancelled ||
                 result.code() == URLError::networkConnectionLost)
         << result.code();
@@ -87,8 +99,8 @@ TEST(LifetimeTest, AThousandCancellationsAtRandomMomentsCompleteOnceEach) {
   }
   // The session is as good as before, and nobody was called twice.
   EXPECT_EQ(send(requestFor(server.url("/quick")), session).body(), "quick");
-  for (const Call& call : calls)
-    EXPECT_EQ(call.completions(), 1);
+  for (const auto& call : calls)
+    EXPECT_EQ(call->completions(), 1);
 }
 
 // AddressSanitizer (Clang 14) does not keep its own locks across the fork of a process with

@@ -58,56 +58,32 @@ TEST(RedirectTest, TheMethodFollowsTheStatus) {
 }
 
 TEST(RedirectTest, LocationsAreResolvedOrDelivered) {
-  const TestServer server(redirecting());
-  const struct {
-    const char* location;
-    int status;
-    const char* path;
-  } cases[] = {
-      {"to", 200, "/to"},
-      {"./a/../to#own", 200, "/to#own"},
-      {"/to#", 200, "/to#"},
-      {"//127.0.0.1:PORT/to", 200, "/to"},
-      {"HTTP://127.0.0.1:PORT/to", 200, "/to"},
-      {"", 302, nullptr},
-      {"a%20b%zz", 302, nullptr},
-      {"a|b", 302, nullptr},
-      {"ftp://127.0.0.1/to", 302, nullptr},
-      {"file:///etc/hosts", 302, nullptr},
-      {"javascript:alert(1)", 302, nullptr},
-      {"http:///to", 302, nullptr},
-      {"http://127.0.0.1:99999/to", 302, nullptr},
-  };
-  for (auto [location, status, path] : cases) {
+  const TestServer target(redirecting());
+  const std::string port = std::to_string(target.port());
+  // Where the answer comes from in the end; the fault table has more that is not followed.
+  const std::pair<std::string, const char*> cases[] = {
+      {"to", "/dir/to#kept"},
+      {"./a/../to#own", "/dir/to#own"},
+      {"/to#", "/to#"},
+      {"//127.0.0.1:" + port + "/to", "/to#kept"},
+      {"HTTP://127.0.0.1:" + port + "/to", "/to#kept"},
+      {"", nullptr},
+      {"a%20b%zz", nullptr},
+      {"a|b", nullptr},
+      {"javascript:alert(1)", nullptr},
+      {"http:///to", nullptr},
+      {"http://127.0.0.1:99999/to", nullptr}};
+  for (const auto& [location, path] : cases) {
     SCOPED_TRACE(location);
-    // The location is the answer's alone: as a query it could not always be sent.
-    const TestServer other([&server, text = std::string(location)](Connection& connection) {
-      while (const auto received = connection.read()) {
-        std::string there = text;
-        const std::size_t port = there.find("PORT");
-        if (port != there.npos) there.replace(port, 4, std::to_string(server.port()));
-        if (received->target != "/dir/from") {
-          connection.answer(200);
-        } else {
-          connection.answer(302, "delivered", "Location: " + there + "\r\n");
-        }
-      }
-    });
-    const Result result = send(requestFor(other.url("/dir/from#kept")));
-    EXPECT_EQ(result.status(), status);
-    const std::string answered = result.response->url().absoluteString();
-    if (path == nullptr) {
-      EXPECT_EQ(result.body(), "delivered");
-      EXPECT_EQ(answered, other.url("/dir/from#kept"));
-    } else {
-      const std::string expected = *path == '/' && std::string(path).find('#') != std::string::npos
-                                       ? path
-                                       : std::string(path) + "#kept";
-      EXPECT_THAT(answered,
-                  testing::EndsWith(std::string(location) == "to" || std::string(location)[0] == '.'
-                                        ? "/dir" + expected
-                                        : expected));
-    }
+    const TestServer server(TestServer::answering([&](const auto& received, auto& connection) {
+      if (received.target != "/dir/from") return connection.answer(200);
+      connection.answer(302, "delivered", "Location: " + location + "\r\n");
+    }));
+    const Result result = send(requestFor(server.url("/dir/from#kept")));
+    EXPECT_EQ(result.status(), path ? 200 : 302);
+    EXPECT_EQ(result.body() == "delivered", !path);
+    EXPECT_THAT(result.response->url().absoluteString(),
+                testing::EndsWith(path ? path : "/dir/from#kept"));
   }
 }
 

@@ -92,7 +92,6 @@ TEST(RequestTest, RequestsAreSentAsTheyWereSet) {
              lacks("100-"), lacks("Proxy")),
        "abc"},
   };
-  const Awaited<ReceivedRequest> none;
   for (const auto& [name, base, head, body] : cases) {
     SCOPED_TRACE(name);
     const Awaited<ReceivedRequest> seen;
@@ -137,16 +136,16 @@ TEST(RequestTest, ConnectionsAreKeptAndAtMostSix) {
 // happen: the last ones of each round.
 TEST(RequestTest, ManyMoreRequestsThanConnectionsAllGoThrough) {
   const TestServer server(TestServer::answering(
-      [](const auto& /*received*/, auto& connection) { connection.answer(200, "x"); }));
+      [](const auto& received, auto& connection) { connection.answer(200, received.target); }));
   const auto session = URLSession::make();
   for (int round = 0; round < 100; ++round) {
     std::list<Call> calls;
     for (int i = 0; i < 64; ++i) {
-      calls.emplace_back(requestFor(server.url()), session);
+      calls.emplace_back(requestFor(server.url("/" + std::to_string(i))), session);
       calls.back().task->resume();
     }
-    for (const Call& call : calls)
-      ASSERT_EQ(call.result().code(), 0);
+    for (int i = 0; const Call& call : calls)
+      ASSERT_EQ(call.result().body(), "/" + std::to_string(i++));
   }
 }
 
