@@ -28,7 +28,7 @@ void expectLikeOracle(const std::string& text) {
   ASSERT_EQ(parsed(text), parsedByOracle(text)) << testing::PrintToString(text);
 }
 
-const char* const sample = R"( {"points" : [ {"lat":39.3002,"lon":-76.5403,"t":0.5e1,"d":1E-2,
+const char* const sampleText = R"( {"points" : [ {"lat":39.3002,"lon":-76.5403,"t":0.5e1,"d":1E-2,
   "edge":12,"node":-3,"turn":{"dir":"left","say":"Links \"ab\" \u00e9\ud83d\ude00\/\\\b\f\n\r\t"}},
   {"lat":1,"lon":2,"t":3,"d":4,"edge":5,"node":6}, true, false, null, [], {}, "", "größe €😀",
   18446744073709551615, -9223372036854775808, 123456789012345678901234567890]} )";
@@ -137,7 +137,7 @@ TEST(JSONParserTest, GuessedKeysAreTheKeysThatStandThere) {
 }
 
 TEST(JSONParserTest, AgreesOnEveryTruncationAndFlip) {
-  const std::string text = sample;
+  const std::string text = sampleText;
   ASSERT_NO_FATAL_FAILURE(expectLikeOracle(text));
   for (std::size_t i = 0; i < text.size(); ++i) {
     ASSERT_NO_FATAL_FAILURE(expectLikeOracle(text.substr(0, i)));
@@ -156,7 +156,7 @@ TEST(JSONParserTest, AgreesOnMutatedDocuments) {
   pieces.emplace_back(" ");
   std::mt19937 random(42);
   for (int round = 0; round < 5000; ++round) {
-    std::string text = sample;
+    std::string text = sampleText;
     const auto changes = 1 + random() % 3;
     for (std::size_t i = 0; i < changes; ++i) {
       const std::size_t place = random() % text.size();
@@ -168,7 +168,7 @@ TEST(JSONParserTest, AgreesOnMutatedDocuments) {
 }
 
 TEST(JSONParserTest, ReadsWhatItWrites) {
-  const JSON json = parsed(sample).value();
+  const JSON json = parsed(sampleText).value();
   EXPECT_EQ(JSON::parse(json.description()), json);
   EXPECT_EQ(JSON(json.rawData().value()), json);
 }

@@ -10,8 +10,8 @@
 namespace quorvelkit {
 namespace {
 
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double noNumber = std::numeric_limits<double>::quiet_NaN();
+constexpr double endless = std::numeric_limits<double>::infinity();
 
 Number decimal(std::string_view text) { return Decimal::parse(text); }
 
@@ -30,8 +30,8 @@ TEST(NumberTest, KnowsWhatItWasMadeFrom) {
 TEST(NumberTest, OrdersExactlyAcrossStorages) {
   // Groups of equal numbers, each below the next.
   const std::vector<std::vector<Number>> ascending = {
-      {nan, Decimal::notANumber()},
-      {-infinity},
+      {noNumber, Decimal::notANumber()},
+      {-endless},
       {-1e300},
       {-9223372036854777856.0},
       {INT64_MIN, -9223372036854775808.0, decimal("-9223372036854775808")},
@@ -60,7 +60,7 @@ TEST(NumberTest, OrdersExactlyAcrossStorages) {
       {decimal("12345678901234567890123456789012345678")},
       {decimal("1e127")},
       {1e300},
-      {infinity},
+      {endless},
   };
   for (std::size_t i = 0; i < ascending.size(); ++i) {
     for (std::size_t j = 0; j < ascending.size(); ++j) {
@@ -107,7 +107,7 @@ TEST(NumberTest, WritesTheFewestDigits) {
       {INT64_MIN, "-9223372036854775808"},
       {UINT64_MAX, "18446744073709551615"},
       {true, "1"},
-      {nan, "nan"},
+      {noNumber, "nan"},
       {decimal("12.50"), "12.5"},
       {decimal("-0.000012"), "-0.000012"},
       {decimal("0.0000012"), "1.2e-06"},

@@ -16,14 +16,14 @@
 namespace quorvelkit {
 namespace {
 
-const auto request = std::make_shared<QVBaseRequest>();
+const auto anyRequest = std::make_shared<QVBaseRequest>();
 
 std::shared_ptr<const URLResponse> status(int code) {
   return std::make_shared<HTTPURLResponse>(*URL::parse("http://a"), code, HTTPHeaderFields());
 }
 template <class Response>
 std::shared_ptr<Response> answer(const std::string& body, int code = 200) {
-  return makeResponse<Response>(Data(body), request, status(code));
+  return makeResponse<Response>(Data(body), anyRequest, status(code));
 }
 
 TEST(QVBaseResponseTest, makesOneErrorOfWhatWentWrong) {
@@ -60,13 +60,13 @@ TEST(QVBaseResponseTest, makesOneErrorOfWhatWentWrong) {
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const auto& [code, body, error, expected] = rows[i];
     const auto response =
-        makeResponse<QVRouteResponse>(body ? std::optional(Data(*body)) : std::nullopt, request,
+        makeResponse<QVRouteResponse>(body ? std::optional(Data(*body)) : std::nullopt, anyRequest,
                                       code ? status(*code) : nullptr, error);
     EXPECT_EQ(response->error(), expected) << "row " << i;
     EXPECT_EQ(response->json().has_value(), body.has_value()) << "row " << i;
     EXPECT_EQ(response->route().has_value(), body && body->starts_with('{')) << "row " << i;
     EXPECT_EQ(response->isCancelled(), expected && expected->code() == URLError::cancelled);
-    EXPECT_EQ(response->request(), request);
+    EXPECT_EQ(response->request(), anyRequest);
   }
   EXPECT_EQ(answer<QVRouteResponse>("no JSON")->json()->type(), JSON::Type::null);
   EXPECT_DEATH(makeResponse<QVRouteResponse>(std::nullopt, nullptr), "needs the request");
@@ -229,7 +229,7 @@ TEST(QVReverseGeocodeResponseTest, hasAnAddressWheneverThereWasABody) {
     EXPECT_EQ(response->address()->matchAddress(), matchAddress) << body;
     EXPECT_EQ(response->address()->city(), city) << body;
   }
-  const auto nothing = makeResponse<QVReverseGeocodeResponse>(std::nullopt, request);
+  const auto nothing = makeResponse<QVReverseGeocodeResponse>(std::nullopt, anyRequest);
   EXPECT_FALSE(nothing->location() || nothing->address());
 }
 

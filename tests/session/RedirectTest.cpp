@@ -75,9 +75,10 @@ TEST(RedirectTest, LocationsAreResolvedOrDelivered) {
       {"http://127.0.0.1:99999/to", nullptr}};
   for (const auto& [location, path] : cases) {
     SCOPED_TRACE(location);
+    const std::string field = "Location: " + location + "\r\n";
     const TestServer server(TestServer::answering([&](const auto& received, auto& connection) {
       if (received.target != "/dir/from") return connection.answer(200);
-      connection.answer(302, "delivered", "Location: " + location + "\r\n");
+      connection.answer(302, "delivered", field);
     }));
     const Result result = send(requestFor(server.url("/dir/from#kept")));
     EXPECT_EQ(result.status(), path ? 200 : 302);

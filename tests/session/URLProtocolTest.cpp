@@ -119,7 +119,7 @@ TEST(URLProtocolTest, AFailedTaskGivesNeitherBodyNorResponse) {
     SCOPED_TRACE(code);
     const auto seen = std::make_shared<Scripted::Seen>();
     const auto registration = Scripted::install(
-        [&](const URLRequest& request, auto client) {
+        [goOn = goOn](const URLRequest& request, auto client) {
           client->didReceive(someResponse(request));
           client->didLoad(Data("part"));
           goOn(*client);
