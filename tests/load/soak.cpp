@@ -145,7 +145,8 @@ bool exits(long count, const std::string& program) {
       }),
       certificates.tls("good"));
   long bad = 0;
-  for (const char* way : {"main", "handler", "protocol", "late", "fork"}) {
+  for (const char* way :
+       {"main", "handler", "protocol", "late", "idle", "name", "fork", "fork-name"}) {
     for (long round = 0; round < count; ++round) {
       const std::string command =
           "exec '" + program + "' " + way + ' ' + server.url() + ' ' + certificates.caFile();
@@ -155,7 +156,7 @@ bool exits(long count, const std::string& program) {
       ++bad;
     }
   }
-  std::printf("%ld programs ended with requests in TLS in each of 5 ways, %ld badly\n", count, bad);
+  std::printf("%ld programs ended with requests in TLS in each of 8 ways, %ld badly\n", count, bad);
   return bad == 0;
 }
 

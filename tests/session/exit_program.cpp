@@ -4,6 +4,7 @@
 //   exit_program WAY URL CA_FILE
 // The server must answer URL + "quick" and keep silent on URL + "stall".
 #include "tests/support/Call.h"
+#include "tests/support/Resolver.h"
 
 #include <QuorvelPlatform/URLProtocol.h>
 
@@ -24,12 +25,16 @@ struct Forbidden {
   ~Forbidden() { _exit(10); }
 };
 
+void startForbidden(URLSession& session, const std::string& url) {
+  session
+      .dataTask(requestFor(url),
+                [forbidden = std::make_shared<Forbidden>()](auto, auto, auto) { _exit(11); })
+      ->resume();
+}
+
 void stallSome(URLSession& session, const std::string& url) {
-  for (int i = 0; i < 5; ++i) {
-    const auto forbidden = std::make_shared<Forbidden>();
-    session.dataTask(requestFor(url + "stall"), [forbidden](auto, auto, auto) { _exit(11); })
-        ->resume();
-  }
+  for (int i = 0; i < 5; ++i)
+    startForbidden(session, url + "stall");
 }
 
 struct ExitInProtocol : URLProtocol {
@@ -37,12 +42,12 @@ struct ExitInProtocol : URLProtocol {
   void stopLoading() override {}
 };
 
-// Starts a request when the session's threads have stopped already.
+// Goes when the session's threads have stopped already; may start requests then.
 struct LateComer {
   std::shared_ptr<URLSession> session;
   std::string url;
   ~LateComer() {
-    if (session) stallSome(*session, url);
+    if (!url.empty()) stallSome(*session, url);
   }
 };
 
@@ -78,8 +83,16 @@ int main(int, char** arguments) {
   URLSessionConfiguration configuration;
   configuration.caFile = arguments[3];
   const auto session = URLSession::make(configuration);
-  if (way == "fork") return forkInFlight(session, url);
-  stallSome(*session, url);
+  if (way == "name" || way == "fork-name") {
+    startForbidden(*session, "http://slow.test/");
+    slowName->asked.get();
+  }
+  if (way.starts_with("fork")) return forkInFlight(session, url);
+  if (way == "idle") {
+    lateComer.session = session;
+  } else {
+    stallSome(*session, url);
+  }
   if (way == "protocol") {
     URLProtocol::registerFactory([](const URLRequest& request) {
       return request.url().scheme() == "leave" ? std::make_unique<ExitInProtocol>() : nullptr;

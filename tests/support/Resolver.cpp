@@ -39,7 +39,7 @@ extern "C" int getaddrinfo(const char* host, const char* service, const addrinfo
   const std::string_view name = host;
   if (name == "slow.test") {
     quorvelkit::test::slowName->asked.set(true);
-    quorvelkit::test::slowName->mayAnswer.get();
+    quorvelkit::test::slowName->mayAnswer.waitFor(std::chrono::seconds(30));
   }
   if (name == "unknown.test" || name == "slow.test") return EAI_NONAME;
   if (name == "later.test") return EAI_AGAIN;
