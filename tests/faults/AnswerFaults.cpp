@@ -154,6 +154,7 @@ void FaultTable::addStatuses() {
           {"407, no proxy", answer(407, "who", "Proxy-Authenticate: Basic realm=x\r\n"),
            answers(407, "who")},
           {"429", answer(429, "slow down", "Retry-After: 3600\r\n"), answers(429, "slow down")},
+          {"500, text", answer(500, "out of order"), answers(500, "out of order")},
           {"500, JSON", answer(500, json), answers(500, json)},
           {"500, Latin-1", answer(500, latin1, "Content-Type: text/plain; charset=latin1\r\n"),
            answers(500, latin1, "internal server error")},

@@ -67,7 +67,7 @@ TEST(SecretsTest, TheLastWordsOfAProcessTellNone) {
 // The public headers without their comments.
 std::string publicHeaders() {
   std::string text;
-  for (const char* folder : {"QuorvelPlatform", "QuorvelKit", "QuorvelKit/JSON"}) {
+  for (const char* folder : {"QuorvelPlatform", "QuorvelKit", "QuorvelKit/JSON", "QuorvelMap"}) {
     for (const auto& file :
          std::filesystem::directory_iterator(std::string(QUORVELKIT_SOURCE_DIR "/") + folder)) {
       const std::string name = file.path().filename();

@@ -132,4 +132,17 @@ int unusedPort() {
   return port;
 }
 
+// More wait there than it has places for, for good.
+int deafPort() {
+  const auto [socket, port] = boundSocket();
+  ::listen(socket, 0);
+  sockaddr_in address{};
+  socklen_t size = sizeof address;
+  auto* const generic = reinterpret_cast<sockaddr*>(&address);
+  ::getsockname(socket, generic, &size);
+  for (int i = 0; i < 8; ++i)
+    ::connect(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0), generic, size);
+  return port;
+}
+
 }  // namespace quorvelkit::test

@@ -120,5 +120,7 @@ class TestServer {
 
 /// A port of the loopback interface on which nothing listens.
 int unusedPort();
+/// A port of the loopback interface that takes no notice of who wants to connect.
+int deafPort();
 
 }  // namespace quorvelkit::test
