@@ -7,8 +7,8 @@
 namespace quorvelkit {
 
 void fatalError(std::string_view message) noexcept {
-  std::fwrite(message.data(), 1, message.size(), stderr);
-  std::fputc('\n', stderr);
+  static_cast<void>(std::fwrite(message.data(), 1, message.size(), stderr));
+  static_cast<void>(std::fputc('\n', stderr));
   std::abort();
 }
 

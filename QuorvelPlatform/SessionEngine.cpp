@@ -72,7 +72,7 @@ SessionEngine::SessionEngine() {
 void SessionEngine::registerProcessHandlers() {
   static bool registered = false;
   if (std::exchange(registered, true)) return;
-  std::atexit([] {
+  int failure = std::atexit([] {
     if (SessionEngine* engine = currentEngine.load()) engine->stop();
   });
   static constexpr auto forEachLock = [](void (*visit)(std::mutex&)) {
@@ -88,7 +88,7 @@ void SessionEngine::registerProcessHandlers() {
   };
   static constexpr auto lock = [](std::mutex& mutex) { mutex.lock(); };
   static constexpr auto unlock = [](std::mutex& mutex) { mutex.unlock(); };
-  pthread_atfork(
+  failure |= pthread_atfork(
       [] {
         engineMutex.lock();
         if (auto* const atWork = network()) atWork->lock();
@@ -109,6 +109,7 @@ void SessionEngine::registerProcessHandlers() {
         }
         engineMutex.unlock();
       });
+  if (failure != 0) fatalError("The URL session could not ask to be told of exit and fork.");
 }
 
 void SessionEngine::start(std::shared_ptr<DataTask> task) {
