@@ -3,16 +3,17 @@
 
 #include <chrono>
 #include <random>
+#include <string_view>
 
 namespace quorvelkit::sandbox {
 namespace {
 
 /// The application and the service account that the library logs in with.
-const std::string applicationId = "5E2C9F14-7A03-41BD-C8E6-0F93D27A61B5";
-const std::string secretKey = "D41F06A3-92BE-4C57-AB08-6E1D3C5F7092";
-const std::string accountLogin = "sdk-service@quorvel.example";
-const std::string accountPassword = "kvm40972";
-const std::string accountId = "9B1D7C20-63E4-4F0A-8A55-2C7E90D3F418";
+constexpr std::string_view applicationId = "5E2C9F14-7A03-41BD-C8E6-0F93D27A61B5";
+constexpr std::string_view secretKey = "D41F06A3-92BE-4C57-AB08-6E1D3C5F7092";
+constexpr std::string_view accountLogin = "sdk-service@quorvel.example";
+constexpr std::string_view accountPassword = "kvm40972";
+constexpr std::string_view accountId = "9B1D7C20-63E4-4F0A-8A55-2C7E90D3F418";
 
 /// Texts such as "1B9D6BCD-BBFD-4B2D-9B5D-AB8DFBBD4BED": 36 characters.
 std::string randomToken() {
@@ -35,8 +36,8 @@ std::int64_t millisecondsNow() {
 std::optional<HTTPAnswer> BackendService::answer(const HTTPRequest& request,
                                                  const std::string& rootURL) {
   const bool isLogin = request.path == "/v1/users/login";
-  const bool isConfiguration =
-      request.path == "/" + applicationId + "/v1/files/configuration/configuration.json";
+  const bool isConfiguration = request.path == "/" + std::string(applicationId) +
+                                                   "/v1/files/configuration/configuration.json";
   if (!isLogin && !isConfiguration) return std::nullopt;
   if (request.method != (isLogin ? "POST" : "GET")) {
     return HTTPAnswer::failure(405, 405, "This resource does not take " + request.method + ".");

@@ -19,7 +19,8 @@ namespace {
 std::string distance(double miles) {
   if (miles < 0.095) return std::to_string(std::lround(miles * 5280 / 50) * 50) + " ft";
   std::array<char, 32> text{};
-  std::snprintf(text.data(), text.size(), miles < 9.95 ? "%.1f mi" : "%.0f mi", miles);
+  static_cast<void>(
+      std::snprintf(text.data(), text.size(), miles < 9.95 ? "%.1f mi" : "%.0f mi", miles));
   return text.data();
 }
 
