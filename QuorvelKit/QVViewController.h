@@ -30,7 +30,8 @@ namespace quorvelkit {
 /// It is no widget itself: it owns the widget view(), which may stand in any layout, and lives as
 /// long as somebody holds it or its request is under way. Everything happens on the GUI thread; no
 /// event-loop code is needed (see MainQueueHook.h). It goes before the QApplication does, and not
-/// inside an event of its own widgets.
+/// inside an event of its own widgets. A program may end, in whatever way, while the request is
+/// under way: nothing is drawn or said any more, and the screen is left as it is, never destroyed.
 class QUORVELKIT_EXPORT QVViewController : public MGLMapViewDelegate,
                                            public std::enable_shared_from_this<QVViewController> {
   class Construction {

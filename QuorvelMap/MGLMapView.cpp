@@ -57,6 +57,7 @@ struct MGLMapView::Private {
   QUrl styleURL;
   QUrl soundStyleURL;
   CheckedStyle style;
+  bool drawsStyle = false;
   QUrl tileHost;
   QString note = QStringLiteral("Nothing is drawn yet.");
   StyleLoader styleLoader;
@@ -140,7 +141,7 @@ struct MGLMapView::Private {
     setup.engine = engine;
     setup.styleURL = soundStyleURL.isEmpty() ? defaultStyleURL() : soundStyleURL;
     setup.tileHost = tileHost;
-    notice->setText(engine == QLatin1String("mapboxgl") ? style.attribution : QString());
+    drawsStyle = engine == QLatin1String("mapboxgl");
     setup.failed = [this](const QString& reason) {
       QTimer::singleShot(0, view, [this, reason] { fallBack(reason); });
     };
@@ -149,7 +150,7 @@ struct MGLMapView::Private {
 
   void startPlain() {
     canvas = makePlainMapCanvas(view);
-    notice->clear();
+    drawsStyle = false;
   }
 
   void fallBack(const QString& reason) {
@@ -165,8 +166,14 @@ struct MGLMapView::Private {
     for (const Drawn& looks : drawn)
       draw(looks);
     canvas->widget()->show();
+    showNotice();
+  }
+
+  void showNotice() {
+    notice->setText(drawsStyle ? style.attribution : QString());
     notice->setVisible(!notice->text().isEmpty());
     notice->raise();
+    layOut();
   }
 
   // The canvas fills the view; the notice stands in its lower right corner.
@@ -196,8 +203,8 @@ struct MGLMapView::Private {
 MGLMapView::MGLMapView(const QRect& frame, QWidget* parent)
     : QWidget(parent), d_(std::make_unique<Private>(this)) {
   installMainQueueHook();
-  // An engine must not outlive the application object, even where its view does: a handler of a
-  // request under way may hold that.
+  // An engine must be gone before the plugins that it uses are, and those go with the application
+  // object. The view itself may stay: a handler of a request under way may hold it.
   connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
           [this] { d_->stop(); });
   if (!frame.isNull()) setGeometry(frame);
@@ -223,11 +230,17 @@ void MGLMapView::setStyleURL(const QUrl& url) {
   d_->styleURL = url;
   d_->style.flaw.clear();
   const QUrl checked = url.isEmpty() ? defaultStyleURL() : url;
-  d_->styleLoader.check(checked, [this, checked](const CheckedStyle& style) {
-    d_->style = style;
-    d_->soundStyleURL = style.flaw.isEmpty() ? checked : QUrl();
-    d_->restart();
-  });
+  d_->styleLoader.check(
+      checked,
+      [this, checked](const CheckedStyle& style) {
+        d_->style = style;
+        d_->soundStyleURL = style.flaw.isEmpty() ? checked : QUrl();
+        d_->restart();
+      },
+      [this](const QString& attribution) {
+        d_->style.attribution = attribution;
+        d_->showNotice();
+      });
 }
 
 QUrl MGLMapView::tileHost() const { return d_->tileHost; }

@@ -27,8 +27,8 @@ class MGLMapViewDelegate;
 /// default style nothing goes out to the network (docs/map.md says what the engine asks the system
 /// about it), and map data are kept in memory, never on disk.
 ///
-/// The engine starts when the view is shown first. Use it on the GUI thread only, and destroy it
-/// before the QApplication.
+/// The engine starts when the view is shown first, and ends with QCoreApplication::exec(). Use the
+/// view on the GUI thread only, and destroy it before the QApplication.
 class QUORVELKIT_EXPORT MGLMapView : public QWidget {
   Q_OBJECT
 
@@ -53,7 +53,8 @@ class QUORVELKIT_EXPORT MGLMapView : public QWidget {
 
   /// A Mapbox style (version 8) at an http, https, file or qrc URL; the map goes over to it once
   /// it has been read. One that cannot be read leaves the map on the default style and its reason
-  /// in engineNote(). An empty URL means the default style: a plain background.
+  /// in engineNote(). An empty URL means the default style: a plain background. The "attribution"
+  /// of the style's sources, and of the TileJSON documents that their "url" names, is kept in sight.
   QUrl styleURL() const;
   void setStyleURL(const QUrl& url);
 

@@ -225,17 +225,22 @@ TEST(MGLMapViewTest, ListsAnnotationsInOrderOnceAndRemovesThem) {
   EXPECT_TRUE(shows(scene.view, east(town, 0.005), plainGround));
 }
 
-TEST(MGLMapViewTest, KeepsPlaceAndLinesThroughResizesAndAnotherWindow) {
+TEST(MGLMapViewTest, KeepsPlaceAndLinesThroughResizesAndInOtherWindows) {
   const TestApplication application;
-  QWidget firstWindow;
-  QWidget secondWindow;
+  QWidget first;
+  QWidget second;
+  QWidget frame;
   Scene scene(town, 12.5);
   scene.view.addAnnotations({makeLine({east(town, -0.01), east(town, 0.01)})});
-  for (QWidget* const window : {&firstWindow, &secondWindow}) {
-    window->resize(700, 500);
-    scene.view.setParent(window);
-    scene.view.show();
-    window->show();
+  // It goes by itself, or along with a widget above it.
+  const std::pair<QWidget*, QWidget*> moves[] = {
+      {&scene.view, &first}, {&scene.view, &frame}, {&frame, &second}, {&frame, &first}};
+  for (const auto& [moved, to] : moves) {
+    to->resize(700, 500);
+    moved->setParent(to);
+    moved->show();
+    to->show();
+    frame.resize(700, 500);
     for (const QSize size : {QSize(300, 200), QSize(640, 480)}) {
       scene.view.resize(size);
       expectBroadLine(scene.view, town, *scene.looks->color);
@@ -244,7 +249,11 @@ TEST(MGLMapViewTest, KeepsPlaceAndLinesThroughResizesAndAnotherWindow) {
       EXPECT_NEAR(scene.view.zoomLevel(), 12.5, 1e-6);
     }
   }
+  const Coordinate north{town.latitude + 0.01, town.longitude};
+  scene.view.addAnnotations({makeLine({east(north, -0.01), east(north, 0.01)})});
+  expectBroadLine(scene.view, north, *scene.looks->color);
   scene.view.setParent(nullptr);
+  frame.setParent(nullptr);
 }
 
 TEST(MGLMapViewTest, TwoViewsAreIndependentAndManyLeaveNothingBehind) {

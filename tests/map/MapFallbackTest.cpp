@@ -73,6 +73,23 @@ void expectNote(const MGLMapView& view, const char* start, const char* reason) {
       << view.engineNote().toStdString();
 }
 
+// What the process prints and logs from here on, but for what Qt and the engine say of OpenGL.
+class Printed {
+ public:
+  Printed() {
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) {
+      if (text.contains("GPU Identifier") || text.startsWith("QXcbIntegration: ")) return;
+      std::cerr << text.toStdString() << '\n';
+    });
+  }
+  std::string text() const {
+    qInstallMessageHandler(nullptr);
+    return testing::internal::GetCapturedStdout() + testing::internal::GetCapturedStderr();
+  }
+};
+
 struct Missing {
   const char* name;
   const char* plugin;
@@ -87,7 +104,8 @@ struct Missing {
 // What Qt has loaded once stays loaded: each case has a process of its own.
 class MapFallbackTest : public testing::TestWithParam<Missing> {};
 
-TEST_P(MapFallbackTest, TheRouteIsSeenAndTheNoteTellsWhatIsMissing) {
+TEST_P(MapFallbackTest, TheRouteIsSeenTheNoteTellsWhatIsMissingAndNothingIsPrinted) {
+  const Printed printed;
   const QByteArray setting = GetParam().setting;
   const int sign = setting.indexOf('=');
   if (sign > 0) qputenv(setting.left(sign), setting.mid(sign + 1));
@@ -98,6 +116,7 @@ TEST_P(MapFallbackTest, TheRouteIsSeenAndTheNoteTellsWhatIsMissing) {
   view.show();
   expectRoute(view);
   expectNote(view, GetParam().note, GetParam().reason);
+  EXPECT_EQ(printed.text(), "");
 }
 
 constexpr const char* plain = "Drawn without a map, on a plain background.";
@@ -118,6 +137,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& test) { return test.param.name; });
 
 TEST(MapFailureTest, TheRouteIsSeenWhenTheSceneGraphFailsLater) {
+  const Printed printed;
   const TestApplication application;
   MGLMapView view(QRect(0, 0, 400, 300));
   addRoute(view);
@@ -135,6 +155,7 @@ TEST(MapFailureTest, TheRouteIsSeenWhenTheSceneGraphFailsLater) {
     // A new style is a new attempt.
     view.setStyleURL(QUrl());
   }
+  EXPECT_EQ(printed.text(), "");
 }
 
 // What is under the mouse stays under it, while the map is dragged and while it is zoomed.
@@ -187,6 +208,7 @@ TEST(MapTilesTest, TilesOfTheHostAreDrawnWithoutTheFirstEngine) {
 }
 
 TEST(MapStyleTest, StylesAreReadFromEachKindOfURLAndBadOnesLeaveTheRouteOnTheDefault) {
+  const Printed printed;
   const TestApplication application;
   OneAnswerServer good("200 OK", styleWithGround("#006000"));
   OneAnswerServer missing("404 Not Found", styleWithGround("#600000"));
@@ -228,26 +250,39 @@ TEST(MapStyleTest, StylesAreReadFromEachKindOfURLAndBadOnesLeaveTheRouteOnTheDef
   }
   // Nobody is left waiting when the view goes while its style is on the way.
   MGLMapView(QRect(0, 0, 10, 10)).setStyleURL(good.url("/late"));
+  EXPECT_EQ(printed.text(), "");
 }
 
-TEST(MapStyleTest, NoticesOfTheSourcesAreShownInsideTheView) {
+// Two sources with notices of their own, and two that leave it to their descriptions; one of these
+// is missing.
+TEST(MapStyleTest, NoticesOfTheSourcesAreShownOnTheMapInsideTheView) {
   const TestApplication application;
-  OneAnswerServer server("200 OK",
-                         R"({"version":8,"layers":[],"sources":{
+  OneAnswerServer description("200 OK", R"({"tiles":[],"attribution":"&copy; Their surveyors"})");
+  OneAnswerServer missing("404 Not Found", R"({"attribution":"nobody"})");
+  OneAnswerServer server("200 OK", R"({"version":8,"layers":[],"sources":{
       "a":{"type":"geojson","data":{"type":"FeatureCollection","features":[]},
            "attribution":"&copy; Somebody with a long name"},
-      "b":{"type":"raster","tiles":[],"attribution":"&copy; Somebody with a long name"}}})");
+      "b":{"type":"raster","tiles":[],"attribution":"&copy; Somebody with a long name"},
+      "c":{"type":"vector","url":")" + description.url("/").toEncoded() +
+                                       R"("},
+      "d":{"type":"vector","url":")" + missing.url("/").toEncoded() +
+                                       R"("}}})");
   MGLMapView view(QRect(0, 0, 120, 200));
   const auto* const notice = view.findChild<QLabel*>();
   view.show();
   EXPECT_FALSE(notice->isVisible());
-  view.setStyleURL(server.url("/"));
-  EXPECT_TRUE(waitUntil([&] { return notice->isVisible(); }));
-  EXPECT_EQ(notice->text(), "&copy; Somebody with a long name");
-  EXPECT_TRUE(view.rect().contains(notice->geometry()));
-  EXPECT_GE(notice->height(), notice->heightForWidth(notice->width()));
-  view.setStyleURL(QUrl());
-  EXPECT_FALSE(notice->isVisible());
+  for (int round = 0; round < 2; ++round) {
+    view.setStyleURL(server.url("/"));
+    EXPECT_TRUE(waitUntil([&] {
+      return notice->text() == "&copy; Somebody with a long name &copy; Their surveyors";
+    })) << notice->text().toStdString();
+    EXPECT_TRUE(notice->isVisible());
+    EXPECT_TRUE(view.rect().contains(notice->geometry()));
+    EXPECT_GE(notice->height(), notice->heightForWidth(notice->width()));
+    EXPECT_EQ(view.childAt(notice->geometry().center()), notice) << "nothing lies above it";
+    view.setStyleURL(QUrl());
+    EXPECT_FALSE(notice->isVisible());
+  }
 }
 
 TEST(MainQueueHookTest, BlocksRunInTheLoopOfTheApplicationThatIsThere) {

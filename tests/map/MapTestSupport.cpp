@@ -4,6 +4,7 @@
 #include <QtCore/QDir>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QTimer>
+#include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -44,6 +45,8 @@ int startDisplayServer() {
   if (server == 0) {
     ::prctl(PR_SET_PDEATHSIG, SIGTERM);
     ::close(pipe[0]);
+    // It tells there of numbers that others have.
+    ::dup2(::open("/dev/null", O_WRONLY), STDERR_FILENO);
     const std::string descriptor = std::to_string(pipe[1]);
     ::execlp("Xvfb", "Xvfb", "-displayfd", descriptor.c_str(), "-screen", "0", "1280x1024x24",
              "-nolisten", "tcp", "-noreset", nullptr);

@@ -7,8 +7,12 @@
 #include <QuorvelKit/QVViewController.h>
 #include <QuorvelMap/MGLMapViewDelegate.h>
 
+#include <gmock/gmock.h>
+#include <unistd.h>
+
 #include <QFile>
 #include <QScreen>
+#include <QTimer>
 #include <array>
 
 namespace quorvelkit::test {
@@ -322,6 +326,45 @@ TEST_F(QVViewControllerTest, TheCodeInTheDocumentOpensAWindow) {
   EXPECT_TRUE(waitUntil([&] { return screen->route().has_value(); }));
 }
 
+// Lives as long as its handler, which nobody may call or destroy.
+struct Undying : QVViewController {
+  using QVViewController::QVViewController;
+  ~Undying() override { abort(); }
+};
+
+class QVViewControllerEndTest : public testing::TestWithParam<std::string> {
+ protected:
+  [[noreturn]] static void end(const std::string& ending) {
+    FakeServer server;
+    server.set(routePath, {200, twoPoints, true});
+    auto application = std::make_unique<TestApplication>();
+    auto screen = QVViewController::make<Undying>();
+    screen->setOrigin({1, 2});
+    screen->setDestination({3, 4});
+    screen->view()->show();
+    MGLMapView& map = *screen->mapview();
+    map.addAnnotations({makeLine({{0, -50}, {0, 50}})});
+    if (!shows(map, {0, 0}, map.tintColor()) || server.requests(3).size() < 3) _exit(8);
+    if (ending == "WindowClosed") QTimer::singleShot(0, screen->view(), &QWidget::close);
+    if (ending == "Quit") QTimer::singleShot(0, &QCoreApplication::quit);
+    if (ending == "ExitInAHandler") MainQueue::main().async([] { exit(0); });
+    if (ending != "MainReturns") QApplication::exec();
+    screen.reset();
+    application.reset();
+    exit(0);
+  }
+};
+
+TEST_P(QVViewControllerEndTest, TheProcessEndsQuietlyWhileTheRequestIsUnderWay) {
+  testing::GTEST_FLAG(death_test_style) = "threadsafe";
+  EXPECT_EXIT(end(GetParam()), testing::ExitedWithCode(0),
+              testing::MatchesRegex("([^\n]*GPU Identifier[^\n]*\n)?"));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, QVViewControllerEndTest,
+                         testing::Values("WindowClosed", "Quit", "ExitInAHandler", "MainReturns"),
+                         [](const auto& test) { return test.param; });
+
 TEST(QVViewControllerScreenTest, RoutesAreSeenOnTheMapsOfTwoScreensAtOnce) {
   FakeServer server;
   server.set(routePath, {200, twoPoints});
@@ -338,13 +381,25 @@ TEST(QVViewControllerScreenTest, RoutesAreSeenOnTheMapsOfTwoScreensAtOnce) {
     controller->view()->show();
     map.setVisibleCoordinates({{39.28, -76.63}, {39.28, -76.61}}, QMargins(60, 80, 60, 20));
   }
-  for (std::size_t i = 0; i < screens.size(); ++i) {
-    MGLMapView& map = *screens[i]->mapview();
-    EXPECT_TRUE(shows(map, {39.28, -76.62}, colors[i]));
-    EXPECT_TRUE(shows(map, {39.28, -76.62}, plainGround, {0, 4}));
-    for (const double longitude : {-76.63, -76.61})
-      EXPECT_TRUE(shows(map, {39.28, longitude}, QColor(0xd6, 0x33, 0x3f), {0, -12}));
+  const auto expectRoutes = [&] {
+    for (std::size_t i = 0; i < screens.size(); ++i) {
+      MGLMapView& map = *screens[i]->mapview();
+      EXPECT_TRUE(shows(map, {39.28, -76.62}, colors[i]));
+      EXPECT_TRUE(shows(map, {39.28, -76.62}, plainGround, {0, 4}));
+      for (const double longitude : {-76.63, -76.61})
+        EXPECT_TRUE(shows(map, {39.28, longitude}, QColor(0xd6, 0x33, 0x3f), {0, -12}));
+    }
+  };
+  expectRoutes();
+  // Both go into one window.
+  QWidget window;
+  for (const auto& screen : screens) {
+    screen->view()->setParent(&window);
+    screen->view()->show();
   }
+  window.show();
+  expectRoutes();
+  screens.clear();
 }
 
 }  // namespace
