@@ -212,6 +212,18 @@ TEST(RequestTest, TheProxyComesFromTheConfigurationNeverFromTheEnvironment) {
   configuration.proxy = server.url("");
   const auto proxied = URLSession::make(configuration);
   EXPECT_EQ(send(requestFor("http://far.invalid/away"), proxied).body(), "http://far.invalid/away");
+  // With TLS it is told where to connect to, and no more.
+  const Awaited<std::string> told;
+  const TestServer leaving([&](Connection& connection) {
+    if (const auto received = connection.readHead()) told.set(received->head);
+  });
+  configuration.proxy = leaving.url("");
+  URLRequest secret = requestFor("https://far.invalid/secret");
+  for (const char* name : {"Authorization", "Cookie"})
+    secret.setValue("secret", name);
+  EXPECT_EQ(send(secret, URLSession::make(configuration)).code(), URLError::networkConnectionLost);
+  EXPECT_TRUE(told.get().starts_with("CONNECT far.invalid:443 ")) << told.get();
+  EXPECT_EQ(told.get().find("secret"), std::string::npos) << told.get();
   configuration.proxy = dead;
   EXPECT_EQ(send(requestFor(server.url()), URLSession::make(configuration)).code(),
             URLError::cannotConnectToHost);
