@@ -54,7 +54,8 @@ class QUORVELKIT_EXPORT MGLMapView : public QWidget {
   /// A Mapbox style (version 8) at an http, https, file or qrc URL; the map goes over to it once
   /// it has been read. One that cannot be read leaves the map on the default style and its reason
   /// in engineNote(). An empty URL means the default style: a plain background. The "attribution"
-  /// of the style's sources, and of the TileJSON documents that their "url" names, is kept in sight.
+  /// of the style's sources, and of the TileJSON documents that their "url" names, is kept in
+  /// sight.
   QUrl styleURL() const;
   void setStyleURL(const QUrl& url);
 

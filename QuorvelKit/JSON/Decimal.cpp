@@ -16,8 +16,6 @@ constexpr std::size_t mostDigits = 38;
 constexpr std::int64_t smallestExponent = -128;
 constexpr std::int64_t largestExponent = 127;
 
-bool isDigit(char c) noexcept { return c >= '0' && c <= '9'; }
-
 // A text taken apart from the front.
 class Reader {
  public:
@@ -33,7 +31,6 @@ class Reader {
     return true;
   }
   char last() const noexcept { return last_; }
-  bool atDigit() const noexcept { return !text_.empty() && isDigit(text_[0]); }
 
  private:
   std::string_view text_;

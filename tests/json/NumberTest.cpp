@@ -172,6 +172,7 @@ TEST(NumberTest, ParsesDecimals) {
     const Decimal decimal = Decimal::parse(c.text);
     EXPECT_EQ(decimal.isNotANumber(), c.result == nullptr) << c.text;
     EXPECT_EQ(decimal.text(), c.result ? c.result : "nan") << c.text;
+    EXPECT_EQ(Number(decimal).boolValue(), decimal.text() != "0") << c.text;
   }
 }
 
