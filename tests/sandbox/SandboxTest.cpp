@@ -35,10 +35,10 @@ class SandboxTest : public testing::Test {
 
   /// Logs in the way the library does; a header that is named is sent with another value, or
   /// left out.
-  test::Result logIn(const std::string& wrongHeader = "",
-                     const std::optional<std::string>& value = std::nullopt,
-                     const std::optional<std::string>& body = std::nullopt) const {
-    URLRequest request = test::requestFor(sandbox.url() + "/v1/users/login");
+  quorvelkit::test::Result logIn(const std::string& wrongHeader = "",
+                                 const std::optional<std::string>& value = std::nullopt,
+                                 const std::optional<std::string>& body = std::nullopt) const {
+    URLRequest request = quorvelkit::test::requestFor(sandbox.url() + "/v1/users/login");
     request.setHTTPMethod("POST");
     request.setValue("5E2C9F14-7A03-41BD-C8E6-0F93D27A61B5", "application-id");
     request.setValue("D41F06A3-92BE-4C57-AB08-6E1D3C5F7092", "secret-key");
@@ -46,12 +46,12 @@ class SandboxTest : public testing::Test {
     if (!wrongHeader.empty()) request.setValue(value, wrongHeader);
     request.setHTTPBody(
         Data(body.value_or(R"({"login":"sdk-service@quorvel.example","password":"kvm40972"})")));
-    return test::send(std::move(request));
+    return quorvelkit::test::send(std::move(request));
   }
-  test::Result getConfiguration(const std::optional<std::string>& token) const {
-    URLRequest request = test::requestFor(sandbox.url() + configurationPath);
+  quorvelkit::test::Result getConfiguration(const std::optional<std::string>& token) const {
+    URLRequest request = quorvelkit::test::requestFor(sandbox.url() + configurationPath);
     request.setValue(token, "user-token");
-    return test::send(std::move(request));
+    return quorvelkit::test::send(std::move(request));
   }
 
   template <class Condition>
@@ -125,9 +125,9 @@ TEST_F(SandboxTest, knowsWhatItDoesNotHave) {
       {"DELETE", configurationPath, 405},
       {"GET", "/v4/route", 400}};
   for (const auto& [method, path, status] : cases) {
-    URLRequest request = test::requestFor(sandbox.url() + path);
+    URLRequest request = quorvelkit::test::requestFor(sandbox.url() + path);
     request.setHTTPMethod(method);
-    const auto result = test::send(std::move(request));
+    const auto result = quorvelkit::test::send(std::move(request));
     EXPECT_EQ(result.status(), status) << method << ' ' << path;
     EXPECT_FALSE(JSON::parse(result.body())["message"].stringValue().empty());
   }
