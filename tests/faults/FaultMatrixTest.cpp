@@ -66,51 +66,37 @@ struct Service {
 
 constexpr Coordinate here{1, 2}, there{3, 4};
 
-const Service route{"QVRouteResponse",
-                    [](const Fault* fault, Handler handler) {
-                      return QVNavigation::route(tried<QVRouteRequest>(fault, here, there),
-                                                 std::move(handler));
-                    },
-                    [](const QVBaseResponse& response) {
-                      return dynamic_cast<const QVRouteResponse&>(response).route().has_value();
-                    }};
-const Service candidates{
-    "QVAddressCandidatesResponse",
-    [](const Fault* fault, Handler handler) {
-      return QVFind::addressCandidates(tried<QVAddressCandidatesRequest>(fault, "a", here),
-                                       std::move(handler));
-    },
-    [](const QVBaseResponse& response) {
-      return !dynamic_cast<const QVAddressCandidatesResponse&>(response).candidates().empty();
-    }};
-const Service suggestions{
-    "QVSuggestResponse",
-    [](const Fault* fault, Handler handler) {
-      return QVFind::suggest(tried<QVSuggestRequest>(fault, "a", here), std::move(handler));
-    },
-    [](const QVBaseResponse& response) {
-      return !dynamic_cast<const QVSuggestResponse&>(response).suggestions().empty();
-    }};
-const Service reverseGeocoding{
-    "QVReverseGeocodeResponse",
-    [](const Fault* fault, Handler handler) {
-      return QVFind::reverseGeocode(tried<QVReverseGeocodeRequest>(fault, here),
-                                    std::move(handler));
-    },
-    [](const QVBaseResponse& response) {
-      return dynamic_cast<const QVReverseGeocodeResponse&>(response).address().has_value();
-    }};
-const Service login{"QVLoginResponse",
-                    [](const Fault* fault, Handler handler) {
-                      return QVBackendless::login(tried<QVLoginRequest>(fault), std::move(handler));
-                    },
-                    [](const QVBaseResponse&) { return false; }, true};
-const Service configuration{"QVConfigurationResponse",
-                            [](const Fault* fault, Handler handler) {
-                              return QVConfiguration::get(tried<QVConfigurationRequest>(fault),
-                                                          std::move(handler));
-                            },
-                            [](const QVBaseResponse&) { return false; }};
+template <class Request, class Response, class... Arguments>
+Service service(const char* responseName,
+                std::shared_ptr<URLSessionDataTask> (*call)(std::shared_ptr<Request>,
+                                                            QVCompletionHandler<Response>),
+                bool (*hasModel)(const Response&), Arguments... arguments) {
+  return {responseName,
+          [=](const Fault* fault, Handler handler) {
+            return call(tried<Request>(fault, arguments...), std::move(handler));
+          },
+          [=](const QVBaseResponse& response) {
+            return hasModel(dynamic_cast<const Response&>(response));
+          },
+          std::is_same_v<Request, QVLoginRequest>};
+}
+
+const Service route = service<QVRouteRequest, QVRouteResponse>(
+    "QVRouteResponse", &QVNavigation::route,
+    [](const auto& response) { return response.route().has_value(); }, here, there);
+const Service candidates = service<QVAddressCandidatesRequest, QVAddressCandidatesResponse>(
+    "QVAddressCandidatesResponse", &QVFind::addressCandidates,
+    [](const auto& response) { return !response.candidates().empty(); }, "a", here);
+const Service suggestions = service<QVSuggestRequest, QVSuggestResponse>(
+    "QVSuggestResponse", &QVFind::suggest,
+    [](const auto& response) { return !response.suggestions().empty(); }, "a", here);
+const Service reverseGeocoding = service<QVReverseGeocodeRequest, QVReverseGeocodeResponse>(
+    "QVReverseGeocodeResponse", &QVFind::reverseGeocode,
+    [](const auto& response) { return response.address().has_value(); }, here);
+const Service login = service<QVLoginRequest, QVLoginResponse>(
+    "QVLoginResponse", &QVBackendless::login, [](const auto&) { return false; });
+const Service configuration = service<QVConfigurationRequest, QVConfigurationResponse>(
+    "QVConfigurationResponse", &QVConfiguration::get, [](const auto&) { return false; });
 
 class FaultMatrixTest : public testing::Test {
  protected:

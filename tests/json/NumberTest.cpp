@@ -6,6 +6,7 @@
 #include <charconv>
 #include <limits>
 #include <random>
+#include <sstream>
 
 namespace quorvelkit {
 namespace {
@@ -131,49 +132,26 @@ TEST(NumberTest, WritesTheFewestDigits) {
 }
 
 TEST(NumberTest, ParsesDecimals) {
-  const std::string digits38 = "12345678901234567890123456789012345678";
-  const struct {
-    std::string text;
-    const char* result;  // null for not-a-number
-  } cases[] = {
-      {"12", "12"},
-      {" \t\n+12.5e1x", "125"},
-      {"12abc", "12"},
-      {"-.5", "-0.5"},
-      {"5.", "5"},
-      {"1.2.3", "1.2"},
-      {"1e", "1"},
-      {"1e+", "1"},
-      {"1E-2", "0.01"},
-      {"007", "7"},
-      {"0.000", "0"},
-      {"-0", "0"},
-      {digits38, "12345678901234567890123456789012345678"},
-      {digits38 + "4", "1.2345678901234567890123456789012345678e+38"},
-      {"0." + digits38 + "5", "0.12345678901234567890123456789012345679"},
-      {std::string(40, '9'), "1e+40"},
-      {"1" + std::string(120, '0'), "1e+120"},
-      {"1e127", "1e+127"},
-      {"1e128", "0"},
-      {"1e-128", "1e-128"},
-      {"1e-129", "0"},
-      {"1e99999999999999999999", "0"},
-      {"0e99999999999999999999", "0"},
-      {"", nullptr},
-      {" ", nullptr},
-      {"-", nullptr},
-      {".", nullptr},
-      {"e5", nullptr},
-      {"abc", nullptr},
-      {"nan", nullptr},
-      {"- 1", nullptr},
-  };
-  for (const auto& c : cases) {
-    const Decimal decimal = Decimal::parse(c.text);
-    EXPECT_EQ(decimal.isNotANumber(), c.result == nullptr) << c.text;
-    EXPECT_EQ(decimal.text(), c.result ? c.result : "nan") << c.text;
-    EXPECT_EQ(Number(decimal).boolValue(), decimal.text() != "0") << c.text;
+  // Each text, and what it is as a number.
+  std::istringstream cases(R"(
+      12 12    12abc 12    +12.5e1x 125    -.5 -0.5    5. 5    1.2.3 1.2    1e 1    1e+ 1
+      1E-2 0.01    007 7    0.000 0    -0 0    1e127 1e+127    1e128 0    1e-128 1e-128    1e-129 0
+      1e99999999999999999999 0    0e99999999999999999999 0    9e39 9e+39    1e120 1e+120
+      12345678901234567890123456789012345678    12345678901234567890123456789012345678
+      123456789012345678901234567890123456784   1.2345678901234567890123456789012345678e+38
+      0.123456789012345678901234567890123456785 0.12345678901234567890123456789012345679
+      9999999999999999999999999999999999999999  1e+40
+      - nan    . nan    e5 nan    abc nan    nan nan)");
+  for (std::string text, result; cases >> text >> result;) {
+    const Decimal decimal = Decimal::parse(text);
+    EXPECT_EQ(decimal.isNotANumber(), result == "nan") << text;
+    EXPECT_EQ(decimal.text(), result) << text;
+    EXPECT_EQ(Number(decimal).boolValue(), result != "0") << text;
   }
+  EXPECT_EQ(Decimal::parse(" \t\n+12.5e1x").text(), "125");
+  EXPECT_EQ(Decimal::parse("1" + std::string(120, '0')).text(), "1e+120");
+  for (const char* text : {"", " ", "- 1"})
+    EXPECT_TRUE(Decimal::parse(text).isNotANumber()) << text;
 }
 
 }  // namespace

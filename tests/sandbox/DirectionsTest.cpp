@@ -3,9 +3,7 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <cmath>
-#include <functional>
 #include <numbers>
 
 namespace quorvelkit::sandbox::test {
@@ -14,20 +12,8 @@ namespace {
 using testing::ElementsAre;
 using Turns = std::vector<std::string>;
 
-struct Case {
-  const char* what;
-  SketchedMap map;
-  At from;
-  At to;
-  Turns turns;
-};
-
-void check(const std::vector<Case>& cases) {
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    EXPECT_EQ(turnsOf(c.map.route(c.from, c.to)), c.turns);
-  }
-}
+// What is said on the way from {0, .5}, where most sketches begin with Main Street to the north.
+Turns turnsTo(At to, const SketchedMap& map) { return turnsOf(map.route({0, .5}, to)); }
 
 // Main Street runs north to a crossing; Elm Street leaves it at a bearing, Oak Street opposite.
 SketchedMap crossing(double bearing) {
@@ -59,125 +45,100 @@ TEST(DirectionsTest, nameTheTurnByItsAngle) {
 }
 
 TEST(DirectionsTest, areSilentWhereTheWayIsPlain) {
-  const auto throughStreet = [](const char* crossingKind) {
-    return SketchedMap()
-        .street("Main Street", {{0, 0}, {0, 2}, {0, 4}})
-        .street("Elm Street", {{-1, 2}, {0, 2}, {1, 2}}, {crossingKind});
-  };
-  check({
-      {"straight over a crossing", throughStreet("highway=primary"), {0, .5}, {0, 3.5}, {}},
-      {"a bend without another way",
-       SketchedMap().street("Main Street", {{0, 0}, {0, 2}, {2, 2}}),
-       {0, .5},
-       {1.5, 2},
-       {}},
-      {"a bend with a yard",
-       SketchedMap()
-           .street("Main Street", {{0, 0}, {0, 2}, {1, 3}})
-           .street("", {{0, 2}, {0, 4}}, {"highway=service"}),
-       {0, .5},
-       {.8, 2.8},
-       {}},
-      {"the name goes on under a number",
-       SketchedMap()
-           .street("", {{0, 0}, {0, 2}}, {"ref=SR 7"})
-           .street("Mill Road", {{0, 2}, {0, 4}}, {"ref=SR 7"})
-           .street("Elm Street", {{-1, 2}, {0, 2}, {1, 2}}),
-       {0, .5},
-       {0, 3.5},
-       {}},
-      {"a name for a few meters",
-       SketchedMap()
-           .street("Main Street", {{0, 0}, {0, 2}})
-           .street("Bridge", {{0, 2}, {0, 2.3}})
-           .street("Main Street", {{0, 2.3}, {0, 4}}),
-       {0, .5},
-       {0, 3.5},
-       {}},
-  });
+  EXPECT_EQ(
+      turnsTo({0, 3.5}, SketchedMap()
+                            .street("Main Street", {{0, 0}, {0, 2}, {0, 4}})
+                            .street("Elm Street", {{-1, 2}, {0, 2}, {1, 2}}, {"highway=primary"})),
+      Turns())
+      << "straight over a crossing";
+  EXPECT_EQ(turnsTo({1.5, 2}, SketchedMap().street("Main Street", {{0, 0}, {0, 2}, {2, 2}})),
+            Turns())
+      << "a bend without another way";
+  EXPECT_EQ(turnsTo({.8, 2.8}, SketchedMap()
+                                   .street("Main Street", {{0, 0}, {0, 2}, {1, 3}})
+                                   .street("", {{0, 2}, {0, 4}}, {"highway=service"})),
+            Turns())
+      << "a bend with a yard";
+  EXPECT_EQ(turnsTo({0, 3.5}, SketchedMap()
+                                  .street("", {{0, 0}, {0, 2}}, {"ref=SR 7"})
+                                  .street("Mill Road", {{0, 2}, {0, 4}}, {"ref=SR 7"})
+                                  .street("Elm Street", {{-1, 2}, {0, 2}, {1, 2}})),
+            Turns())
+      << "the name goes on under a number";
+  EXPECT_EQ(turnsTo({0, 3.5}, SketchedMap()
+                                  .street("Main Street", {{0, 0}, {0, 2}})
+                                  .street("Bridge", {{0, 2}, {0, 2.3}})
+                                  .street("Main Street", {{0, 2.3}, {0, 4}})),
+            Turns())
+      << "a name for a few meters";
 }
 
 TEST(DirectionsTest, tellForksAndBendsThatLeaveTheStreet) {
-  check({
-      {"the street turns off, another goes straight on",
-       SketchedMap()
-           .street("Main Street", {{0, 0}, {0, 2}, {2, 2}})
-           .street("Elm Street", {{0, 2}, {0, 4}}),
-       {0, .5},
-       {1.5, 2},
-       {"right: Turn right to stay on Main Street"}},
-      {"two new names",
-       SketchedMap()
-           .street("Main Street", {{0, 0}, {0, 2}})
-           .street("Elm Street", {{0, 2}, {-1, 4}})
-           .street("Oak Street", {{0, 2}, {1, 4}}),
-       {0, .5},
-       {-.8, 3.6},
-       {"leftatthefork: Keep left at the fork onto Elm Street"}},
-      {"the street itself is the other branch",
-       SketchedMap()
-           .street("Main Street", {{0, 0}, {0, 2}, {-.6, 4}})
-           .street("Oak Street", {{0, 2}, {.6, 4}}),
-       {0, .5},
-       {.5, 3.6},
-       {"slightright: Bear right onto Oak Street"}},
-      {"a street with one way to go",
-       SketchedMap()
-           .street("", {{0, 0}, {0, 2}})
-           .street("Main Street", {{-2, 2}, {0, 2}, {2, 2}}, {"oneway=yes"}),
-       {0, .5},
-       {1.5, 2},
-       {"right: Turn right onto Main Street"}},
-  });
+  EXPECT_EQ(turnsTo({1.5, 2}, SketchedMap()
+                                  .street("Main Street", {{0, 0}, {0, 2}, {2, 2}})
+                                  .street("Elm Street", {{0, 2}, {0, 4}})),
+            Turns{"right: Turn right to stay on Main Street"})
+      << "the street turns off, another goes straight on";
+  EXPECT_EQ(turnsTo({-.8, 3.6}, SketchedMap()
+                                    .street("Main Street", {{0, 0}, {0, 2}})
+                                    .street("Elm Street", {{0, 2}, {-1, 4}})
+                                    .street("Oak Street", {{0, 2}, {1, 4}})),
+            Turns{"leftatthefork: Keep left at the fork onto Elm Street"})
+      << "two new names";
+  EXPECT_EQ(turnsTo({.5, 3.6}, SketchedMap()
+                                   .street("Main Street", {{0, 0}, {0, 2}, {-.6, 4}})
+                                   .street("Oak Street", {{0, 2}, {.6, 4}})),
+            Turns{"slightright: Bear right onto Oak Street"})
+      << "the street itself is the other branch";
+  EXPECT_EQ(
+      turnsTo({1.5, 2}, SketchedMap()
+                            .street("", {{0, 0}, {0, 2}})
+                            .street("Main Street", {{-2, 2}, {0, 2}, {2, 2}}, {"oneway=yes"})),
+      Turns{"right: Turn right onto Main Street"})
+      << "a street with one way to go";
 }
 
 TEST(DirectionsTest, joinWhatTheMapSplits) {
-  check({
-      {"a turning lane",
-       SketchedMap()
-           .street("Main Street", {{0, 0}, {0, 2}, {0, 4}}, {"highway=primary"})
-           .street("", {{0, 1.5}, {.1, 1.8}, {.5, 2}}, {"highway=primary_link", "oneway=yes"})
-           .street("Elm Street", {{0, 2}, {.5, 2}, {3, 2}}, {"highway=primary"}),
-       {0, .5},
-       {2.5, 2},
-       {"right: Turn right onto Elm Street"}},
-      {"back over the median",
-       SketchedMap()
-           .street("Main Street", {{0, 0}, {0, 2}, {0, 4}}, {"highway=primary", "oneway=yes"})
-           .street("Main Street", {{-.2, 4}, {-.2, 2}, {-.2, 0}}, {"highway=primary", "oneway=yes"})
-           .street("Elm Street", {{0, 2}, {-.2, 2}, {-2, 2}}),
-       {0, .5},
-       {-.2, .5},
-       {"uturnleft: Make a U-turn on Main Street"}},
-      {"another name right after the turn",
-       SketchedMap()
-           .street("Main Street", {{0, 0}, {0, 2}, {0, 4}})
-           .street("Stub;Other", {{0, 2}, {.2, 2}})
-           .street("Elm Street", {{.2, 2}, {2, 2}}),
-       {0, .5},
-       {1.5, 2},
-       {"right: Turn right onto Elm Street"}},
-      {"the island before a roundabout",
-       SketchedMap()
-           .street("Main Street", {{0, 0}, {0, 2}})
-           .street("Main Street", {{0, 2}, {.1, 2.2}}, {"oneway=yes"})
-           .street("", {{.1, 2.2}, {.3, 2.5}, {0, 2.8}, {-.3, 2.5}, {.1, 2.2}},
-                   {"junction=roundabout"})
-           .street("Main Street", {{-.1, 2.2}, {0, 2}}, {"oneway=yes"})
-           .street("Elm Street", {{0, 2}, {-.35, 3}})
-           .street("Oak Street", {{0, 2.8}, {0, 4}}),
-       {0, .5},
-       {0, 3.5},
-       {"forward: At the roundabout, take the first exit onto Oak Street"}},
-      {"two turns around a named block",
-       SketchedMap()
-           .street("Main Street", {{0, 0}, {0, 2}, {0, 4}})
-           .street("Elm Street", {{-2, 2}, {0, 2}, {.5, 2}})
-           .street("Oak Street", {{.5, 4}, {.5, 2}, {.5, 0}}),
-       {0, .5},
-       {.5, 3.5},
-       {"right: Turn right onto Elm Street", "left: Turn left onto Oak Street"}},
-  });
+  const Turns ontoElmStreet{"right: Turn right onto Elm Street"};
+  EXPECT_EQ(
+      turnsTo({2.5, 2}, SketchedMap()
+                            .street("Main Street", {{0, 0}, {0, 2}, {0, 4}}, {"highway=primary"})
+                            .street("", {{0, 1.5}, {.1, 1.8}, {.5, 2}},
+                                    {"highway=primary_link", "oneway=yes"})
+                            .street("Elm Street", {{0, 2}, {.5, 2}, {3, 2}}, {"highway=primary"})),
+      ontoElmStreet)
+      << "a turning lane";
+  EXPECT_EQ(turnsTo({-.2, .5}, SketchedMap()
+                                   .street("Main Street", {{0, 0}, {0, 2}, {0, 4}},
+                                           {"highway=primary", "oneway=yes"})
+                                   .street("Main Street", {{-.2, 4}, {-.2, 2}, {-.2, 0}},
+                                           {"highway=primary", "oneway=yes"})
+                                   .street("Elm Street", {{0, 2}, {-.2, 2}, {-2, 2}})),
+            Turns{"uturnleft: Make a U-turn on Main Street"})
+      << "back over the median";
+  EXPECT_EQ(turnsTo({1.5, 2}, SketchedMap()
+                                  .street("Main Street", {{0, 0}, {0, 2}, {0, 4}})
+                                  .street("Stub;Other", {{0, 2}, {.2, 2}})
+                                  .street("Elm Street", {{.2, 2}, {2, 2}})),
+            ontoElmStreet)
+      << "another name right after the turn";
+  EXPECT_EQ(
+      turnsTo({0, 3.5}, SketchedMap()
+                            .street("Main Street", {{0, 0}, {0, 2}})
+                            .street("Main Street", {{0, 2}, {.1, 2.2}}, {"oneway=yes"})
+                            .street("", {{.1, 2.2}, {.3, 2.5}, {0, 2.8}, {-.3, 2.5}, {.1, 2.2}},
+                                    {"junction=roundabout"})
+                            .street("Main Street", {{-.1, 2.2}, {0, 2}}, {"oneway=yes"})
+                            .street("Elm Street", {{0, 2}, {-.35, 3}})
+                            .street("Oak Street", {{0, 2.8}, {0, 4}})),
+      Turns{"forward: At the roundabout, take the first exit onto Oak Street"})
+      << "the island before a roundabout";
+  EXPECT_EQ(turnsTo({.5, 3.5}, SketchedMap()
+                                   .street("Main Street", {{0, 0}, {0, 2}, {0, 4}})
+                                   .street("Elm Street", {{-2, 2}, {0, 2}, {.5, 2}})
+                                   .street("Oak Street", {{.5, 4}, {.5, 2}, {.5, 0}})),
+            (Turns{"right: Turn right onto Elm Street", "left: Turn left onto Oak Street"}))
+      << "two turns around a named block";
 }
 
 // A motorway to the north with an exit that leads to Elm Street, and a ramp from Main Street.

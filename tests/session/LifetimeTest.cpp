@@ -18,12 +18,15 @@ namespace {
 
 using namespace quorvelkit::test;
 
-// Answers "/quick", keeps silent on "/stall", resets on "/reset".
+// Answers "/quick", keeps silent on "/stall", resets on "/reset", and else stands still in the
+// body.
 TestServer::Script script() {
   return TestServer::answering([](const ReceivedRequest& received, Connection& connection) {
     if (received.target == "/stall") return connection.stall();
     if (received.target == "/reset") return connection.reset();
-    connection.answer(200, "quick");
+    if (received.target == "/quick") return connection.answer(200, "quick");
+    connection.send("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\n{");
+    connection.stall();
   });
 }
 
@@ -67,10 +70,10 @@ TEST(LifetimeTest, AThousandCancellationsAtRandomMomentsCompleteOnceEach) {
   const TestServer server(script());
   const auto session = URLSession::make();
   std::minstd_rand random(7);
-  const char* const paths[] = {"/quick", "/stall", "/reset"};
+  const char* const paths[] = {"/quick", "/stall", "/reset", "/half"};
   std::vector<std::unique_ptr<Call>> calls;
   for (int i = 0; i < 1000; ++i)
-    calls.push_back(std::make_unique<Call>(requestFor(server.url(paths[random() % 3])), session));
+    calls.push_back(std::make_unique<Call>(requestFor(server.url(paths[random() % 4])), session));
   std::atomic<std::size_t> started = 0;
   std::jthread canceller([&] {
     std::minstd_rand own(1);

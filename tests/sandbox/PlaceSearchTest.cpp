@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "sandbox/find/PlaceSearch.h"
 #include "sandbox/find/ReverseGeocoder.h"
-#include "tests/sandbox/find/SearchTown.h"
+#include "tests/sandbox/SearchTown.h"
 
 #include <gmock/gmock.h>
 
@@ -134,14 +134,6 @@ TEST(PlaceSearchTest, EveryKeyFindsItsPlaceAlone) {
         street + ".-1", std::string("place.n3.5"), street + ".99999999999"}) {
     EXPECT_FALSE(gazetteer.placeWithKey(key)) << key;
   }
-}
-
-TEST(PlaceSearchTest, KeepsWhatTheMapSaysOfAPlace) {
-  const Place cafe = town().candidates("Cafe Muller", {west, {}}).front().place;
-  EXPECT_EQ(cafe.kind, Place::Kind::pointOfInterest);
-  EXPECT_EQ(cafe.phone, "+1 555 0100");
-  EXPECT_EQ(cafe.website, "https://mueller.example");
-  EXPECT_THAT(cafe.categories, ElementsAre("cafe"));
 }
 
 TEST(ReverseGeocoderTest, TellsTheNearestAddress) {

@@ -11,7 +11,7 @@ namespace quorvelkit::sandbox {
 
 namespace {
 
-constexpr const char* map = R"({"type":"FeatureCollection","features":[
+constexpr const char* sampleMap = R"({"type":"FeatureCollection","features":[
   {"type":"Feature","geometry":{"type":"LineString","coordinates":[[10.5,48.25],[10.75,48.25]]},
    "properties":{"highway":"trunk_link"}},
   {"type":"Feature","geometry":{"type":"LineString","coordinates":[[10,48],[11,48]]},
@@ -40,7 +40,7 @@ std::shared_ptr<const MapData> mapOf(const char* text) {
 }
 
 TEST(MapServiceTest, SortsTheMapIntoStreetsWaterAndLand) {
-  const MapService service(mapOf(map));
+  const MapService service(mapOf(sampleMap));
   const JSON streets = get(service, "/streets.geojson");
   EXPECT_EQ(streets["type"].stringValue(), "FeatureCollection");
   ASSERT_EQ(streets["features"].size(), 2U);
@@ -62,7 +62,7 @@ TEST(MapServiceTest, SortsTheMapIntoStreetsWaterAndLand) {
 
 // A style's mistakes show up as missing layers only, on a screen, without a word.
 TEST(MapServiceTest, TheStyleIsWholeAndNeedsNoOtherServer) {
-  const MapService service(mapOf(map));
+  const MapService service(mapOf(sampleMap));
   const JSON style = get(service, "/style.json");
   EXPECT_EQ(style["version"].intValue(), 8);
   EXPECT_FALSE(style["glyphs"].exists() || style["sprite"].exists());
