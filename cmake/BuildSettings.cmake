@@ -39,9 +39,13 @@ function(quorvelkit_precompile_headers target)
     <utility> <vector> ${ARGN})
 endfunction()
 
-# A program, test or tool of this project.
+# A program, test or tool of this project. With a sanitizer it is compiled without optimisation, in a
+# third of the time; the library, which does the work, is not.
 function(quorvelkit_program_settings target)
   target_link_libraries(${target} PRIVATE quorvelkit_build_settings)
+  if(QUORVELKIT_SANITIZERS)
+    target_compile_options(${target} PRIVATE -O0)
+  endif()
 endfunction()
 
 # A library that applications link: hidden symbols, SONAME, headers included from the root.
