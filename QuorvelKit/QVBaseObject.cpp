@@ -21,7 +21,8 @@ std::optional<Value> QVBaseObject::getValue(const KeyView& key) const {
 }
 
 std::optional<JSON> QVBaseObject::child(const KeyView& key) const {
-  const ValueView member = json_ ? json_->view().memberOrNull(key) : ValueView();
+  if (!json_) return std::nullopt;
+  const ValueView member = json_->view().memberOrNull(key);
   if (member.isNull()) return std::nullopt;
   return JSON(member);
 }

@@ -41,7 +41,18 @@ class QUORVELKIT_EXPORT QVBaseObject {
   template <class T>
   std::optional<T> read(const KeyView& key) const {
     const auto value = getValue(key);
-    return value ? strictRead<T>(*value) : std::nullopt;
+    if (!value) return std::nullopt;
+    if constexpr (std::is_arithmetic_v<T>) {
+      const std::optional<T> scalar = strictRead<T>(*value);
+      if (!scalar) return std::nullopt;
+      return *scalar;
+    } else {
+      return strictRead<T>(*value);
+    }
+  }
+  template <class T>
+  std::optional<T> read(QVResponseKey key) const {
+    return read<T>(keyView(key));
   }
   /// The case that the member's text names; E::unknown in every other event.
   template <RawRepresentable E>

@@ -23,19 +23,25 @@ class QUORVELKIT_EXPORT QVPoint : public QVBaseObject {
   /// What to do here; null where the route just goes on. Lives as long as this point or a copy of
   /// it.
   const QVTurn* turn() const { return turn_.get(); }
-  std::optional<std::string> notify() const;
+  std::optional<std::string> notify() const { return read<std::string>(QVResponseKey::notify); }
   /// Time and distance from the start of the route, in seconds and in miles.
-  std::optional<double> travelTimeInSeconds() const;
-  std::optional<double> distanceInMiles() const;
-  std::optional<double> latitude() const;
-  std::optional<double> longitude() const;
+  std::optional<double> travelTimeInSeconds() const {
+    return read<double>(QVResponseKey::travelTimeInSeconds);
+  }
+  std::optional<double> distanceInMiles() const {
+    return read<double>(QVResponseKey::distanceInMiles);
+  }
+  std::optional<double> latitude() const { return read<double>(QVResponseKey::latitude); }
+  std::optional<double> longitude() const { return read<double>(QVResponseKey::longitude); }
   /// Latitude and longitude; (0, 0) when either is absent.
   Coordinate location() const;
   /// The sentences to speak.
-  std::optional<std::vector<std::string>> say() const;
+  std::optional<std::vector<std::string>> say() const {
+    return read<std::vector<std::string>>(QVResponseKey::say);
+  }
   /// The stretch of road that ends here and the crossing that is here, in the server's numbers.
-  std::optional<std::int64_t> edge() const;
-  std::optional<std::int64_t> node() const;
+  std::optional<std::int64_t> edge() const { return read<std::int64_t>(QVResponseKey::edge); }
+  std::optional<std::int64_t> node() const { return read<std::int64_t>(QVResponseKey::node); }
 
  private:
   std::shared_ptr<const QVTurn> turn_;

@@ -151,7 +151,7 @@ inline constexpr auto responseKeyViews =
 
 /// The name of a case with its hash, both known at compile time. By this a case may stand wherever
 /// a KeyView is asked for: in the subscripts of a JSON value, in getValue().
-constexpr KeyView keyView(QVResponseKey key) {
+constexpr const KeyView& keyView(QVResponseKey key) {
   return detail::responseKeyViews[static_cast<std::size_t>(key)];
 }
 

@@ -3,6 +3,8 @@
 
 #include <QuorvelKit/JSON/Value.h>
 
+#include <sys/mman.h>
+
 #include <bit>
 #include <cstdint>
 #include <cstdlib>
@@ -32,6 +34,18 @@ struct Node {
 };
 static_assert(sizeof(Node) == 16);
 
+// Lets the system back a huge block by large pages where it can: to touch it the first time costs a
+// fault for each page. The C library maps blocks of this size by themselves, page by page.
+inline void preferLargePages(void* block, std::size_t size) noexcept {
+  constexpr std::size_t hugeBlock = 32 << 20;
+  constexpr std::size_t pageSize = 4096;
+  if (size < hugeBlock) return;
+  void* first = block;
+  // What lies before the first whole page is left as it is.
+  std::size_t room = size;
+  if (std::align(pageSize, pageSize, first, room)) madvise(first, room, MADV_HUGEPAGE);
+}
+
 // A growing run of trivial things, moved by realloc: big runs are moved without being copied.
 template <class T>
 class Run {
@@ -59,8 +73,10 @@ class Run {
     data_[size_++] = thing;
   }
   void shrinkTo(std::size_t size) noexcept { size_ = size; }
+  // Gives back room that was not needed. A little of it stays: the C library keeps a large block
+  // for the next document only when it is freed as large as it was asked for.
   void fit() {
-    if (size_ < capacity_) resizeCapacity(size_);
+    if (room() > size_ / 32) resizeCapacity(size_);
   }
 
  private:
@@ -78,6 +94,7 @@ class Run {
       if (!moved) throw std::bad_alloc();
       static_cast<void>(data_.release());
       data_.reset(static_cast<T*>(moved));
+      preferLargePages(moved, capacity * sizeof(T));
     }
     capacity_ = capacity;
   }

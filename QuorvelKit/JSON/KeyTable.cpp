@@ -25,7 +25,7 @@ std::uint32_t KeyTable::number(std::size_t start, bool unescaped) {
               .frontMask = 0,
               .length = static_cast<std::uint32_t>(key.size()),
               .hash = KeyView(key).hash(),
-              .next = none};
+              .next = {}};
   if (unescaped) {
     char front[sizeof entry.front] = {};
     char mask[sizeof entry.front] = {};

@@ -16,24 +16,22 @@ class KeyTable {
 
   static constexpr std::uint32_t none = UINT32_MAX;
 
-  // The number of the key that the bytes begin with, a quotation mark behind it, when it is the
-  // one that followed the last key before: documents repeat themselves; otherwise none. The bytes
-  // stand right behind a key's opening quotation mark.
+  // The number of the key that the bytes begin with, a quotation mark behind it, when it is one of
+  // the two that followed the last key before: documents repeat themselves; otherwise none. The
+  // bytes stand right behind a key's opening quotation mark.
   std::uint32_t guess(const char* p, const char* end) const noexcept {
-    if (next_ == none) return none;
-    const Entry& entry = entries_[next_];
-    std::uint64_t front = 0;
-    if (end - p < static_cast<std::ptrdiff_t>(sizeof front)) return none;
-    std::memcpy(&front, p, sizeof front);
-    if ((front & entry.frontMask) != entry.front) return none;
-    return entry.length < sizeof front || isWhole(next_, p, end) ? next_ : none;
+    if (begins(next_.first, p, end)) return next_.first;
+    return begins(next_.other, p, end) ? next_.other : none;
   }
   // The number of the key whose text ends the document's text since `start`; the text is taken
   // back when the key is known. An unescaped one stood in the bytes letter for letter.
   std::uint32_t number(std::size_t start, bool unescaped);
   // Tells which key came last.
   void follow(std::uint32_t key) noexcept {
-    if (key != next_ && last_ != none) entries_[last_].next = key;
+    if (key != next_.first && last_ != none) {
+      Followers& next = entries_[last_].next;
+      (next.first == none ? next.first : next.other) = key;
+    }
     last_ = key;
     next_ = entries_[key].next;
   }
@@ -43,6 +41,11 @@ class KeyTable {
   std::size_t lengthWithMark(std::uint32_t key) const noexcept { return entries_[key].length + 1U; }
 
  private:
+  // The keys that came behind another: the first one, and the last other one.
+  struct Followers {
+    std::uint32_t first = none;
+    std::uint32_t other = none;
+  };
   struct Entry {
     // The first bytes of the text and its closing quotation mark, and which bytes of a word they
     // fill. A text that was escaped has a front that no bytes match.
@@ -50,9 +53,17 @@ class KeyTable {
     std::uint64_t frontMask;
     std::uint32_t length;
     std::uint32_t hash;
-    std::uint32_t next;
+    Followers next;
   };
 
+  bool begins(std::uint32_t key, const char* p, const char* end) const noexcept {
+    std::uint64_t front = 0;
+    if (key == none || end - p < static_cast<std::ptrdiff_t>(sizeof front)) return false;
+    const Entry& entry = entries_[key];
+    std::memcpy(&front, p, sizeof front);
+    if ((front & entry.frontMask) != entry.front) return false;
+    return entry.length < sizeof front || isWhole(key, p, end);
+  }
   bool isWhole(std::uint32_t key, const char* p, const char* end) const noexcept;
   void grow();
 
@@ -60,7 +71,7 @@ class KeyTable {
   std::vector<Entry> entries_;
   std::vector<std::uint32_t> slots_;
   std::uint32_t last_ = none;
-  std::uint32_t next_ = none;  // What followed it before.
+  Followers next_;  // What followed it before.
 };
 
 }  // namespace quorvelkit::detail

@@ -23,7 +23,7 @@ class KeyView {
   template <class T>
   requires(!std::convertible_to<const T&, std::string_view> && !std::same_as<T, KeyView> &&
            requires(const T& key) {
-             { keyView(key) } -> std::same_as<KeyView>;
+             { keyView(key) } -> std::convertible_to<KeyView>;
            }) constexpr KeyView(const T& key) noexcept
       : KeyView(keyView(key)) {}
 

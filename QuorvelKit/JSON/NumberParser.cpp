@@ -63,6 +63,17 @@ unsigned takeOfEight(const char* p, std::uint64_t& digits) noexcept {
   return p;
 }
 
+// Most numbers have one to three digits before the point: where they end is foreseen better by the
+// processor's branches than found out by arithmetic that all further reading waits for.
+[[gnu::always_inline]] inline const char* takeFewDigits(const char* p, const char* end,
+                                                        std::uint64_t& digits) noexcept {
+  for (int few = 0; few < 3; ++few, ++p) {
+    if (p == end || !isDigit(*p)) return p;
+    digits = digits * 10 + static_cast<std::uint64_t>(*p - '0');
+  }
+  return takeDigits(p, end, digits);
+}
+
 const char* scanExponent(const char* p, const char* end, Scan& scan) noexcept {
   const bool negative = p != end && *p == '-';
   if (p != end && (*p == '-' || *p == '+')) ++p;
@@ -130,7 +141,7 @@ const char* parseNumber(const char* begin, const char* end, ValueBits& bits) noe
   const bool negative = *begin == '-';
   const char* const whole = begin + (negative ? 1 : 0);
   std::uint64_t digits = 0;
-  const char* p = takeDigits(whole, end, digits);
+  const char* p = takeFewDigits(whole, end, digits);
   std::ptrdiff_t digitCount = p - whole;
   if (digitCount == 0 || (*whole == '0' && digitCount > 1)) return nullptr;
   std::ptrdiff_t fractionCount = 0;

@@ -248,14 +248,17 @@ const char* Parser::close(const char* p) {
 // Once a part of the document is known, what is to come is taken to be like it; so a large one
 // finds its room in one step, and hardly more than it needs.
 void Parser::makeRoom(const char* p, std::size_t count) {
-  Run<Node>& nodes = document_->nodes;
   const auto read = static_cast<std::size_t>(p - begin_);
   const auto all = static_cast<std::size_t>(end_ - begin_);
-  const std::size_t least = nodes.size() + count;
-  const double expected =
-      static_cast<double>(least) * 1.05 * static_cast<double>(all) / static_cast<double>(read);
-  nodes.reserve(read < all / 64 ? 2 * least
-                                : std::max(static_cast<std::size_t>(expected), least + least / 8));
+  const std::size_t least = document_->nodes.size() + count;
+  if (read < all / 8) return document_->nodes.reserve(2 * least);
+  const double rest = 1.01 * static_cast<double>(all) / static_cast<double>(read);
+  const auto expected = [&](std::size_t soFar) {
+    return std::max(static_cast<std::size_t>(static_cast<double>(soFar) * rest),
+                    soFar + soFar / 64);
+  };
+  document_->nodes.reserve(expected(document_->nodes.size() + pending_.size()));
+  document_->text.reserve(expected(document_->text.size()));
 }
 
 // Keeps each key's first place and last value.

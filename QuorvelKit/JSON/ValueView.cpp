@@ -25,6 +25,14 @@ std::optional<Number> ValueView::storedNumber() const {
   }
 }
 
+// Whether a number that is not stored as such an integer is exactly one.
+bool ValueView::otherInt64(std::int64_t& integer) const {
+  if (kind() != Kind::number) return false;
+  const std::optional<std::int64_t> exact = storedNumber()->exactInt64();
+  integer = exact.value_or(0);
+  return exact.has_value();
+}
+
 std::optional<std::string_view> ValueView::text() const noexcept {
   if (bits_.tag() == ValueTag::frozenText) return ValueCore::document(*this).nodeText(bits_.node());
   if (bits_.tag() == ValueTag::text) return std::string_view(ValueCore::cell<TextCell>(*this).text);

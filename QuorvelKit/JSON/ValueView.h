@@ -86,19 +86,23 @@ class QUORVELKIT_EXPORT ValueView {
   }
   /// A number as a double; integers beyond 2^53 are rounded. A boolean is no number.
   std::optional<double> number() const {
+    double number = 0;
     switch (bits_.tag()) {
-      case detail::ValueTag::float64: return std::bit_cast<double>(bits_.payload);
+      case detail::ValueTag::float64: number = std::bit_cast<double>(bits_.payload); break;
       case detail::ValueTag::int64:
-        return static_cast<double>(static_cast<std::int64_t>(bits_.payload));
-      case detail::ValueTag::uint64: return static_cast<double>(bits_.payload);
-      case detail::ValueTag::decimal: return storedNumber()->doubleValue();
+        number = static_cast<double>(static_cast<std::int64_t>(bits_.payload));
+        break;
+      case detail::ValueTag::uint64: number = static_cast<double>(bits_.payload); break;
+      case detail::ValueTag::decimal: number = storedNumber()->doubleValue(); break;
       default: return std::nullopt;
     }
+    return number;
   }
   /// A number that is exactly a 64-bit signed integer: 3 and 3.0, not 3.5 and not 1e300.
   std::optional<std::int64_t> exactInt64() const {
-    if (bits_.tag() == detail::ValueTag::int64) return static_cast<std::int64_t>(bits_.payload);
-    return kind() == Kind::number ? storedNumber()->exactInt64() : std::nullopt;
+    auto integer = static_cast<std::int64_t>(bits_.payload);
+    if (bits_.tag() != detail::ValueTag::int64 && !otherInt64(integer)) return std::nullopt;
+    return integer;
   }
   /// A number or a boolean as it is stored.
   std::optional<Number> storedNumber() const;
@@ -127,6 +131,7 @@ class QUORVELKIT_EXPORT ValueView {
 
  private:
   ValueView otherMember(const KeyView& key) const noexcept;
+  bool otherInt64(std::int64_t& integer) const;
 
   friend struct detail::ValueCore;
 };
