@@ -143,8 +143,8 @@ void SessionEngine::post(Message message) {
 
 void SessionEngine::deliver(std::shared_ptr<DataTask> task, Outcome outcome) {
   if (!completions_.push(std::move(task), std::move(outcome))) return;
-  if (isIOThread() && loads_.size() <= 1) {
-    lastEnded_ = true;
+  if (isIOThread()) {
+    delivered_ = true;
   } else {
     wakeOther();
   }
@@ -193,13 +193,15 @@ void SessionEngine::transfer(Lock& lock) {
     lock.unlock();
     performOnce();
     lock.lock();
-    // What ended last is left to this thread, unless more has come in meanwhile.
+    // The other thread completes what ended in this round, unless nothing is left to do here.
     const bool goesOn = !inbox_.empty() || !loads_.empty();
-    if (std::exchange(lastEnded_, false) && goesOn) hasWork_.notify_one();
-    if (!inbox_.empty() || loads_.empty() || stopping_) continue;
-    ioThreadSleeps_ = true;
+    const bool wakesOther = std::exchange(delivered_, false) && goesOn;
+    const bool sleeps = goesOn && inbox_.empty() && !stopping_;
+    if (!wakesOther && !sleeps) continue;
+    ioThreadSleeps_ = sleeps;
     lock.unlock();
-    network_.wait(nextDeadline_ - now_);
+    if (wakesOther) hasWork_.notify_one();
+    if (sleeps) network_.wait(nextDeadline_ - now_);
     lock.lock();
     ioThreadSleeps_ = false;
   }

@@ -89,7 +89,7 @@ class SessionEngine {
   std::vector<Message> batch_;
   std::vector<Message> own_;
   std::vector<std::shared_ptr<Load>> loads_;
-  bool lastEnded_ = false;  // In this round, and no thread was told to complete it.
+  bool delivered_ = false;  // Something in this round, and no thread was told to complete it.
   Load::Clock::time_point now_;
   Load::Clock::time_point nextDeadline_ = Load::Clock::time_point::max();
 };
