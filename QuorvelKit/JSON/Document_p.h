@@ -140,14 +140,11 @@ struct Document : Counted {
     return ValueBits::make(reinterpret_cast<std::uintptr_t>(self), tag,
                            static_cast<std::uint32_t>(&node - nodes.data()));
   }
-  // A map's member, null when there is none.
-  const Node* member(const Node& map, const KeyView& key) const noexcept {
-    return isQuick(map, key) ? quickMember(map, key) : memberOfAnySize(map, key);
-  }
   // Most maps are small, and most keys short: then the hash and one word tell.
   static bool isQuick(const Node& map, const KeyView& key) noexcept {
     return map.count() < indexedMembers && key.text().size() <= sizeof(Key::front);
   }
+  // A map's member, null when there is none.
   const Node* quickMember(const Node& map, const KeyView& key) const noexcept {
     const Node* const end = nodes.data() + map.first() + map.count();
     for (const Node* node = end - map.count(); node != end; ++node) {

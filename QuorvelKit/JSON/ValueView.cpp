@@ -78,33 +78,29 @@ std::pair<std::string_view, ValueView> ValueView::memberAt(std::size_t index) co
   return {};
 }
 
-std::optional<ValueView> ValueView::member(const KeyView& key) const noexcept {
-  if (bits_.tag() == ValueTag::frozenMap) {
-    const Document& document = ValueCore::document(*this);
-    const Node* const node = document.member(document.nodes[bits_.node()], key);
-    if (node) return ValueCore::view(document.bits(*node));
-  } else if (bits_.tag() == ValueTag::map) {
-    const Value* value = ValueCore::cell<MapCell>(*this).members.find(key.text());
-    if (value) return *value;
-  }
-  return std::nullopt;
-}
-
-ValueView ValueView::memberOrNull(const KeyView& key) const noexcept {
+ValueView ValueView::find(const KeyView& key) const noexcept {
   if (bits_.tag() == ValueTag::frozenMap) {
     const Document& document = ValueCore::document(*this);
     const Node& map = document.nodes[bits_.node()];
     if (Document::isQuick(map, key)) {
       const Node* const node = document.quickMember(map, key);
-      return node ? ValueCore::view(document.bits(*node)) : ValueView();
+      return ValueCore::view(node ? document.bits(*node) : detail::ValueBits{0, absent});
     }
   }
-  return otherMember(key);
+  return findInAny(key);
 }
 
 // Apart, so that the quick way calls nothing.
-ValueView ValueView::otherMember(const KeyView& key) const noexcept {
-  return member(key).value_or(ValueView());
+ValueView ValueView::findInAny(const KeyView& key) const noexcept {
+  if (bits_.tag() == ValueTag::frozenMap) {
+    const Document& document = ValueCore::document(*this);
+    const Node* const node = document.memberOfAnySize(document.nodes[bits_.node()], key);
+    if (node) return ValueCore::view(document.bits(*node));
+  } else if (bits_.tag() == ValueTag::map) {
+    const Value* value = ValueCore::cell<MapCell>(*this).members.find(key.text());
+    if (value) return *value;
+  }
+  return ValueCore::view({0, absent});
 }
 
 const std::any* ValueView::unsupported() const noexcept {

@@ -115,9 +115,16 @@ class QUORVELKIT_EXPORT ValueView {
   /// A member of a map by its place in the order; an empty key and null beyond its end.
   std::pair<std::string_view, ValueView> memberAt(std::size_t index) const noexcept;
   /// A member of a map by its key; absent when there is none.
-  std::optional<ValueView> member(const KeyView& key) const noexcept;
+  std::optional<ValueView> member(const KeyView& key) const noexcept {
+    const ValueView found = find(key);
+    if (found.bits_.word == absent) return std::nullopt;
+    return found;
+  }
   /// The same, null when there is none.
-  ValueView memberOrNull(const KeyView& key) const noexcept;
+  ValueView memberOrNull(const KeyView& key) const noexcept {
+    const ValueView found = find(key);
+    return found.bits_.word == absent ? ValueView() : found;
+  }
 
   /// A thing of no JSON kind; null for every other kind.
   const std::any* unsupported() const noexcept;
@@ -130,7 +137,11 @@ class QUORVELKIT_EXPORT ValueView {
   detail::ValueBits bits_;
 
  private:
-  ValueView otherMember(const KeyView& key) const noexcept;
+  // What find() marks its null with when there is no such member. It leaves no other function.
+  static constexpr std::uint64_t absent =
+      detail::ValueBits::make(0, detail::ValueTag::null, 0, 1).word;
+  ValueView find(const KeyView& key) const noexcept;
+  ValueView findInAny(const KeyView& key) const noexcept;
   bool otherInt64(std::int64_t& integer) const;
 
   friend struct detail::ValueCore;
