@@ -219,6 +219,9 @@ TEST(JSONTest, ViewsReadStrictly) {
     EXPECT_EQ(view(c.key).text().has_value(), c.kind == ValueView::Kind::text);
   }
   EXPECT_EQ(json.view().member("none"), std::nullopt);
+  // The null of a member that is absent is a null like any other where it is stored.
+  const Value kept(ValueMap{{"none", Value(json.view().memberOrNull("none"))}});
+  EXPECT_EQ(kept.member("none"), Value());
   EXPECT_EQ(view("a").element(1).text(), "x");
   EXPECT_TRUE(view("a").element(2).isNull());
   EXPECT_TRUE(json.view().memberAt(99).second.isNull());
