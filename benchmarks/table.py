@@ -75,6 +75,8 @@ OWN = [
     ("url/candidates", None, "ns", 1, None),
     ("url/suggest", None, "ns", 1, None),
     ("url/reverse_geocode", None, "ns", 1, None),
+    ("map/view/100000", None, "ms processor, GUI thread", 1e-6, 20),
+    ("map/screen/100000", None, "ms processor, GUI thread", 1e-6, 20),
     ("call/first", None, "us", 1e-3, None),
     ("call/second", None, "us", 1e-3, None),
     ("size/stripped", "bytes", "kB stripped", 1e-3, 700),
