@@ -1,14 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "MapTestSupport.h"
 
-#include <QuorvelMap/MGLMapViewDelegate.h>
-
-#include <QtCore/QFile>
-
-#include <chrono>
 #include <cmath>
 #include <fstream>
-#include <iostream>
 
 namespace quorvelkit::test {
 
@@ -18,38 +12,11 @@ using Screen = TestApplication::Screen;
 
 constexpr Coordinate town{39.28, -76.62};
 
-// Gives what it is told to give and notes who asked.
-struct Looks : MGLMapViewDelegate {
-  std::optional<MGLAnnotationImage> image;
-  std::optional<double> width = 12;
-  std::optional<QColor> color = QColor(200, 0, 0);
-  std::optional<double> alpha;
-  std::vector<MGLMapView*> askers;
-
-  std::optional<MGLAnnotationImage> imageForAnnotation(MGLMapView& view,
-                                                       const MGLAnnotation&) override {
-    askers.push_back(&view);
-    return image;
-  }
-  std::optional<double> lineWidthForPolylineAnnotation(MGLMapView& view,
-                                                       const MGLPolyline&) override {
-    askers.push_back(&view);
-    return width;
-  }
-  std::optional<QColor> strokeColorForShapeAnnotation(MGLMapView& view,
-                                                      const MGLAnnotation&) override {
-    askers.push_back(&view);
-    return color;
-  }
-  std::optional<double> alphaForShapeAnnotation(MGLMapView& view, const MGLAnnotation&) override {
-    askers.push_back(&view);
-    return alpha;
-  }
-};
-
 // A view at a place, with broad red lines.
 struct Scene {
   explicit Scene(Coordinate center, double zoomLevel = 13) : view(QRect(0, 0, 600, 400)) {
+    looks->width = 12;
+    looks->color = QColor(200, 0, 0);
     view.setDelegate(looks);
     view.setCenterCoordinate(center);
     view.setZoomLevel(zoomLevel);
@@ -60,6 +27,11 @@ struct Scene {
 
 Coordinate east(Coordinate from, double degrees) {
   return {from.latitude, from.longitude + degrees};
+}
+
+// A line from west to east with the position in its middle.
+std::shared_ptr<MGLPolyline> lineThrough(Coordinate middle) {
+  return makeLine({east(middle, -0.01), east(middle, 0.01)});
 }
 
 double residentMegabytes() {
@@ -84,8 +56,8 @@ TEST(MGLMapViewTest, DrawsLinesWithWidthColourAndAlpha) {
     const TestApplication application(screen);
     Scene scene(town);
     scene.looks->alpha = 0.5;
-    scene.view.addAnnotations({makeLine({east(town, -0.01), east(town, 0.01)})});
-    EXPECT_EQ(scene.looks->askers, std::vector<MGLMapView*>(3, &scene.view));
+    scene.view.addAnnotations({lineThrough(town)});
+    EXPECT_EQ(scene.looks->askers, std::vector<const MGLMapView*>(3, &scene.view));
     scene.view.show();
     const QColor blended((200 + plainGround.red()) / 2, plainGround.green() / 2,
                          plainGround.blue() / 2);
@@ -103,7 +75,7 @@ TEST(MGLMapViewTest, DefaultsAreThreePixelsOfTheTintColour) {
   view.setCenterCoordinate(town);
   view.setZoomLevel(13);
   view.show();
-  view.addAnnotations({makeLine({east(town, -0.01), east(town, 0.01)})});
+  view.addAnnotations({lineThrough(town)});
   EXPECT_TRUE(waitUntil([&] {
     double blue = 0;
     for (int y = -6; y <= 6; ++y) {
@@ -118,26 +90,16 @@ TEST(MGLMapViewTest, DefaultsAreThreePixelsOfTheTintColour) {
 
 TEST(MGLMapViewTest, MarkersStandOnTheirPositionsAndTitlesAreReadableOnDarkGround) {
   const TestApplication application;
-  QFile style(application.folder() + "/dark.json");
-  ASSERT_TRUE(style.open(QIODevice::WriteOnly));
-  style.write(R"({"version":8,"sources":{},"layers":[{"id":"b","type":"background",
-                  "paint":{"background-color":"#102030"}}]})");
-  style.close();
-
   Scene scene({0, 0});
-  scene.view.setStyleURL(QUrl::fromLocalFile(style.fileName()));
+  scene.view.setStyleURL(application.file("dark.json", styleWithGround("#102030")));
   scene.view.addAnnotations({makeMarker({0, 0}, "mm")});
-  scene.looks->image = MGLAnnotationImage(QImage(40, 20, QImage::Format_RGB32));
-  scene.looks->image->image();
-  QImage blue(40, 20, QImage::Format_RGB32);
-  blue.fill(Qt::blue);
-  scene.looks->image = MGLAnnotationImage(blue);
+  scene.looks->image = MGLAnnotationImage(filledImage({40, 20}, Qt::blue));
   const Coordinate second = east({0, 0}, 0.01);
   scene.view.addAnnotations({makeMarker(second, "")});
   scene.view.show();
 
   const QColor ground(0x10, 0x20, 0x30);
-  EXPECT_TRUE(shows(scene.view, {0, 0}, QColor(0xd6, 0x33, 0x3f), {0, -12})) << "the pin";
+  EXPECT_TRUE(shows(scene.view, {0, 0}, pinColor, {0, -12})) << "the pin";
   EXPECT_TRUE(shows(scene.view, {0, 0}, ground, {0, 3})) << "below its tip";
   for (const QPointF corner : {QPointF(-18, -8), QPointF(18, 8)}) {
     EXPECT_TRUE(shows(scene.view, second, Qt::blue, corner));
@@ -184,11 +146,7 @@ TEST(MGLMapViewTest, LinesOfAnyLengthAreListedAndDrawn) {
   scene.view.addAnnotations({makeLine({}), makeLine({town})});
   scene.view.addAnnotations({makeLine({east(town, -0.01), east(town, -0.005)})});
   EXPECT_TRUE(shows(scene.view, east(town, -0.007), *scene.looks->color));
-  const auto line = makeLine(std::move(many));
-  const auto start = std::chrono::steady_clock::now();
-  scene.view.addAnnotations({line});
-  const std::chrono::duration<double, std::milli> taken = std::chrono::steady_clock::now() - start;
-  std::cout << "100,000 points added in " << taken.count() << " ms\n";
+  scene.view.addAnnotations({makeLine(std::move(many))});
   EXPECT_EQ(scene.view.annotations().size(), 4U);
   EXPECT_TRUE(shows(scene.view, east(town, 0.01), *scene.looks->color));
   EXPECT_TRUE(shows(scene.view, east(town, -0.002), plainGround));
@@ -214,7 +172,7 @@ TEST(MGLMapViewTest, ListsAnnotationsInOrderOnceAndRemovesThem) {
   const TestApplication application;
   Scene scene(town);
   const MGLMapView::Annotations all = {makeMarker(town, "origin"), makeMarker(town, "destination"),
-                                       makeLine({east(town, -0.01), east(town, 0.01)})};
+                                       lineThrough(town)};
   scene.view.addAnnotations(all);
   scene.view.addAnnotations({all[2], nullptr});
   EXPECT_EQ(scene.view.annotations(), all);
@@ -231,7 +189,7 @@ TEST(MGLMapViewTest, KeepsPlaceAndLinesThroughResizesAndInOtherWindows) {
   QWidget second;
   QWidget frame;
   Scene scene(town, 12.5);
-  scene.view.addAnnotations({makeLine({east(town, -0.01), east(town, 0.01)})});
+  scene.view.addAnnotations({lineThrough(town)});
   // It goes by itself, or along with a widget above it.
   const std::pair<QWidget*, QWidget*> moves[] = {
       {&scene.view, &first}, {&scene.view, &frame}, {&frame, &second}, {&frame, &first}};
@@ -250,7 +208,7 @@ TEST(MGLMapViewTest, KeepsPlaceAndLinesThroughResizesAndInOtherWindows) {
     }
   }
   const Coordinate north{town.latitude + 0.01, town.longitude};
-  scene.view.addAnnotations({makeLine({east(north, -0.01), east(north, 0.01)})});
+  scene.view.addAnnotations({lineThrough(north)});
   expectBroadLine(scene.view, north, *scene.looks->color);
   scene.view.setParent(nullptr);
   frame.setParent(nullptr);
@@ -259,12 +217,10 @@ TEST(MGLMapViewTest, KeepsPlaceAndLinesThroughResizesAndInOtherWindows) {
 TEST(MGLMapViewTest, TwoViewsAreIndependentAndManyLeaveNothingBehind) {
   const TestApplication application;
   const auto plainPicture = [](const QColor& color) {
-    QImage picture(20, 20, QImage::Format_RGB32);
-    picture.fill(color);
-    return MGLAnnotationImage(picture);
+    return MGLAnnotationImage(filledImage({20, 20}, color));
   };
   Scene first(town);
-  first.view.addAnnotations({makeLine({east(town, -0.01), east(town, 0.01)})});
+  first.view.addAnnotations({lineThrough(town)});
   first.looks->image = plainPicture(Qt::green);
   first.view.addAnnotations({makeMarker(town, "")});
   first.view.show();
@@ -283,7 +239,6 @@ TEST(MGLMapViewTest, TwoViewsAreIndependentAndManyLeaveNothingBehind) {
   }
   EXPECT_TRUE(shows(first.view, east(town, 0.005), *first.looks->color));
   EXPECT_TRUE(shows(first.view, town, Qt::green));
-  std::cout << "10 views later: " << residentMegabytes() - settled << " MB more\n";
   EXPECT_LT(residentMegabytes() - settled, 20);
 }
 

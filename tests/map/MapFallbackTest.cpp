@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "MapTestSupport.h"
+#include "tests/support/TestServer.h"
 
 #include <QuorvelMap/MainQueueHook.h>
 #include <QuorvelPlatform/MainQueue.h>
 
 #include <QtCore/QBuffer>
-#include <QtCore/QFile>
-#include <QtNetwork/QTcpServer>
-#include <QtNetwork/QTcpSocket>
 
 #include <QLabel>
 #include <QMouseEvent>
@@ -22,38 +20,17 @@ namespace {
 
 using Screen = TestApplication::Screen;
 
-// Answers every request with one status and body, in the loop of the test.
-class OneAnswerServer {
- public:
-  OneAnswerServer(const QByteArray& status, const QByteArray& body) {
-    server_.listen(QHostAddress::LocalHost);
-    QObject::connect(&server_, &QTcpServer::newConnection, &server_, [this, status, body] {
-      QTcpSocket* const socket = server_.nextPendingConnection();
-      QObject::connect(socket, &QTcpSocket::readyRead, socket, [this, socket, status, body] {
-        if (!socket->peek(65536).contains("\r\n\r\n")) return;
-        paths += socket->readAll().split(' ').value(1);
-        socket->write("HTTP/1.1 " + status + "\r\nConnection: close\r\nContent-Length: " +
-                      QByteArray::number(body.size()) + "\r\n\r\n" + body);
-        socket->disconnectFromHost();
-      });
-    });
-  }
+// Answers every request with one status and body.
+struct OneAnswerServer {
+  OneAnswerServer(int status, const QByteArray& body)
+      : server(TestServer::answering([=](const ReceivedRequest&, Connection& connection) {
+          connection.answer(status, body.toStdString());
+        })) {}
 
-  QUrl url(const QString& path) const {
-    return QUrl(QStringLiteral("http://127.0.0.1:%1%2").arg(server_.serverPort()).arg(path));
-  }
+  QUrl url(const char* path) const { return QUrl(QString::fromStdString(server.url(path))); }
 
-  QList<QByteArray> paths;
-
- private:
-  QTcpServer server_;
+  TestServer server;
 };
-
-QByteArray styleWithGround(const char* color) {
-  return QByteArray(R"({"version":8,"sources":{},"layers":[{"id":"b","type":"background",)"
-                    R"("paint":{"background-color":")") +
-         color + R"("}}]})";
-}
 
 // A broad line through (0, 0) and a marker on it.
 void addRoute(MGLMapView& view) {
@@ -65,7 +42,7 @@ void addRoute(MGLMapView& view) {
 
 void expectRoute(MGLMapView& view) {
   EXPECT_TRUE(shows(view, {0, 0.005}, QColor(0, 0, 200)));
-  EXPECT_TRUE(shows(view, {0, 0}, QColor(0xd6, 0x33, 0x3f), {0, -12}));
+  EXPECT_TRUE(shows(view, {0, 0}, pinColor, {0, -12}));
 }
 
 void expectNote(const MGLMapView& view, const char* start, const char* reason) {
@@ -191,34 +168,29 @@ TEST(PlainMapTest, IsMovedByTheMouseAndZoomedByTheWheel) {
 TEST(MapTilesTest, TilesOfTheHostAreDrawnWithoutTheFirstEngine) {
   TestApplication application;
   application.hidePlugin("geoservices/libqtgeoservices_mapboxgl.so");
-  QImage tile(256, 256, QImage::Format_RGB32);
-  tile.fill(QColor(0, 120, 0));
   QByteArray png;
   QBuffer buffer(&png);
-  tile.save(&buffer, "PNG");
-  OneAnswerServer server("200 OK", png);
+  filledImage({256, 256}, QColor(0, 120, 0)).save(&buffer, "PNG");
+  const TestServer server(
+      TestServer::answering([&](const ReceivedRequest& request, Connection& connection) {
+        const bool isTile = request.target.starts_with("/tiles/14/");
+        connection.answer(isTile ? 200 : 404, isTile ? png.toStdString() : "");
+      }));
   MGLMapView view(QRect(0, 0, 400, 300));
-  view.setTileHost(server.url("/tiles"));
+  view.setTileHost(QUrl(QString::fromStdString(server.url("/tiles"))));
   addRoute(view);
   view.show();
   EXPECT_TRUE(shows(view, {0.005, 0.005}, QColor(0, 120, 0)));
   expectRoute(view);
   expectNote(view, "Drawn by Qt Location's engine osm.", "mapboxgl: ");
-  EXPECT_TRUE(server.paths.value(0).startsWith("/tiles/14/")) << server.paths.value(0).data();
 }
 
 TEST(MapStyleTest, StylesAreReadFromEachKindOfURLAndBadOnesLeaveTheRouteOnTheDefault) {
   const Printed printed;
   const TestApplication application;
-  OneAnswerServer good("200 OK", styleWithGround("#006000"));
-  OneAnswerServer missing("404 Not Found", styleWithGround("#600000"));
-  OneAnswerServer notAStyle("200 OK", R"({"version":7,"layers":[]})");
-  const auto file = [&](const char* name, const QByteArray& text) {
-    QFile out(application.folder() + '/' + name);
-    EXPECT_TRUE(out.open(QIODevice::WriteOnly));
-    out.write(text);
-    return QUrl::fromLocalFile(out.fileName());
-  };
+  OneAnswerServer good(200, styleWithGround("#006000"));
+  OneAnswerServer missing(404, styleWithGround("#600000"));
+  OneAnswerServer notAStyle(200, R"({"version":7,"layers":[]})");
   struct Case {
     QUrl url;
     QColor ground;
@@ -226,12 +198,13 @@ TEST(MapStyleTest, StylesAreReadFromEachKindOfURLAndBadOnesLeaveTheRouteOnTheDef
   };
   const Case table[] = {
       {good.url("/style.json"), QColor(0, 0x60, 0), ""},
-      {missing.url("/style.json"), plainGround, "Not Found"},
-      {file("good file.json", styleWithGround("#000060")), QColor(0, 0, 0x60), ""},
-      {file("torn.json", R"({"version":8,"lay)"), plainGround, "torn.json could not be read"},
+      {missing.url("/style.json"), plainGround, "server replied: Status"},
+      {application.file("good file.json", styleWithGround("#000060")), QColor(0, 0, 0x60), ""},
+      {application.file("torn.json", R"({"version":8,"lay)"), plainGround,
+       "torn.json could not be read"},
       {QUrl(), plainGround, ""},
       {notAStyle.url("/"), plainGround, "not a Mapbox style"},
-      {QUrl::fromLocalFile(application.folder() + "/none.json"), plainGround, "No such file"},
+      {QUrl::fromLocalFile("/none.json"), plainGround, "No such file"},
       {QUrl("qrc:/none.json"), plainGround, "could not be read"},
       {QUrl("mapbox://styles/a/b"), plainGround, "http, https, file and qrc"},
       {good.url("/again"), QColor(0, 0x60, 0), ""}};
@@ -257,16 +230,17 @@ TEST(MapStyleTest, StylesAreReadFromEachKindOfURLAndBadOnesLeaveTheRouteOnTheDef
 // is missing.
 TEST(MapStyleTest, NoticesOfTheSourcesAreShownOnTheMapInsideTheView) {
   const TestApplication application;
-  OneAnswerServer description("200 OK", R"({"tiles":[],"attribution":"&copy; Their surveyors"})");
-  OneAnswerServer missing("404 Not Found", R"({"attribution":"nobody"})");
-  OneAnswerServer server("200 OK", R"({"version":8,"layers":[],"sources":{
+  OneAnswerServer description(200, R"({"tiles":[],"attribution":"&copy; Their surveyors"})");
+  OneAnswerServer missing(404, R"({"attribution":"nobody"})");
+  OneAnswerServer server(200, R"({"version":8,"layers":[],"sources":{
       "a":{"type":"geojson","data":{"type":"FeatureCollection","features":[]},
            "attribution":"&copy; Somebody with a long name"},
       "b":{"type":"raster","tiles":[],"attribution":"&copy; Somebody with a long name"},
-      "c":{"type":"vector","url":")" + description.url("/").toEncoded() +
-                                       R"("},
-      "d":{"type":"vector","url":")" + missing.url("/").toEncoded() +
-                                       R"("}}})");
+      "c":{"type":"vector","url":")" +
+                                  description.url("/").toEncoded() +
+                                  R"("},
+      "d":{"type":"vector","url":")" +
+                                  missing.url("/").toEncoded() + R"("}}})");
   MGLMapView view(QRect(0, 0, 120, 200));
   const auto* const notice = view.findChild<QLabel*>();
   view.show();

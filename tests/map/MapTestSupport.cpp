@@ -1,16 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "MapTestSupport.h"
 
-#include <QtCore/QDir>
+#include <QtCore/QDirIterator>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QTimer>
-#include <fcntl.h>
-#include <sys/prctl.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <array>
-#include <csignal>
 
 namespace {
 
@@ -35,37 +28,6 @@ extern "C" const char* __tsan_default_options() { return "ignore_noninstrumented
 
 namespace quorvelkit::test {
 
-namespace {
-
-// Starts Xvfb on a display number of its own choice, which it writes when it is ready.
-int startDisplayServer() {
-  std::array<int, 2> pipe{};
-  if (::pipe(pipe.data()) != 0) return 0;
-  const int server = ::fork();
-  if (server == 0) {
-    ::prctl(PR_SET_PDEATHSIG, SIGTERM);
-    ::close(pipe[0]);
-    // It tells there of numbers that others have.
-    ::dup2(::open("/dev/null", O_WRONLY), STDERR_FILENO);
-    const std::string descriptor = std::to_string(pipe[1]);
-    ::execlp("Xvfb", "Xvfb", "-displayfd", descriptor.c_str(), "-screen", "0", "1280x1024x24",
-             "-nolisten", "tcp", "-noreset", nullptr);
-    ::_exit(127);
-  }
-  ::close(pipe[1]);
-  QByteArray number;
-  char digit = 0;
-  while (::read(pipe[0], &digit, 1) == 1 && digit != '\n') {
-    number += digit;
-  }
-  ::close(pipe[0]);
-  EXPECT_FALSE(number.isEmpty()) << "Xvfb did not start (scripts/setup --map installs it)";
-  qputenv("DISPLAY", ":" + number);
-  return server;
-}
-
-}  // namespace
-
 TestApplication::TestApplication(Screen screen) {
   usesOpenGL = usesOpenGL || screen == Screen::x11;
   qputenv("HOME", home_.path().toLocal8Bit());
@@ -76,7 +38,7 @@ TestApplication::TestApplication(Screen screen) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
   } else {
     qputenv("QT_QPA_PLATFORM", "xcb");
-    if (qEnvironmentVariableIsEmpty("DISPLAY")) server_ = startDisplayServer();
+    if (qEnvironmentVariableIsEmpty("DISPLAY")) startDisplayServer();
   }
   static int argumentCount = 1;
   static char name[] = "MapTests";
@@ -86,24 +48,37 @@ TestApplication::TestApplication(Screen screen) {
 
 TestApplication::~TestApplication() {
   application_.reset();
-  if (server_ <= 0) return;
-  ::kill(server_, SIGTERM);
-  ::waitpid(server_, nullptr, 0);
+  server_.terminate();
+  server_.waitForFinished();
+}
+
+// Xvfb takes a display number of its own choice, writes it when it is ready, and ends with this
+// process at the latest.
+void TestApplication::startDisplayServer() {
+  server_.setStandardErrorFile(QProcess::nullDevice());
+  server_.start("setpriv", {"--pdeathsig", "TERM", "Xvfb", "-displayfd", "1", "-screen", "0",
+                            "1280x1024x24", "-nolisten", "tcp", "-noreset"});
+  EXPECT_TRUE(server_.waitForReadyRead()) << "Xvfb did not start (scripts/setup --map installs it)";
+  qputenv("DISPLAY", ":" + server_.readLine().trimmed());
 }
 
 void TestApplication::hidePlugin(const QString& hidden) {
-  const QDir mine(home_.filePath(QStringLiteral("plugins")));
+  const QDir mine(home_.filePath("plugins"));
   for (const QString& path : QCoreApplication::libraryPaths()) {
-    const QDir theirs(path);
-    for (const QString& kind : theirs.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-      mine.mkpath(kind);
-      for (const QFileInfo& plugin : QDir(theirs.filePath(kind)).entryInfoList(QDir::Files)) {
-        const QString name = kind + '/' + plugin.fileName();
-        if (name != hidden) QFile::link(plugin.filePath(), mine.filePath(name));
-      }
+    QDirIterator plugins(path, QDir::Files, QDirIterator::Subdirectories);
+    while (plugins.hasNext()) {
+      const QString name = QDir(path).relativeFilePath(plugins.next());
+      mine.mkpath(QFileInfo(name).path());
+      if (name != hidden) QFile::link(plugins.filePath(), mine.filePath(name));
     }
   }
   QCoreApplication::setLibraryPaths({mine.path()});
+}
+
+QUrl TestApplication::file(const char* name, const QByteArray& text) const {
+  QFile out(home_.filePath(name));
+  EXPECT_TRUE(out.open(QIODevice::WriteOnly) && out.write(text) == text.size());
+  return QUrl::fromLocalFile(out.fileName());
 }
 
 bool waitUntil(const std::function<bool()>& condition) {
@@ -143,6 +118,18 @@ testing::AssertionResult shows(MGLMapView& view, Coordinate position, const QCol
          << "(" << position.latitude << ", " << position.longitude << ") is "
          << seen.name().toStdString() << " and not " << color.name().toStdString() << "; "
          << view.engineNote().toStdString() << " See MapTests-failure.png.";
+}
+
+QImage filledImage(const QSize& size, const QColor& color) {
+  QImage image(size, QImage::Format_RGB32);
+  image.fill(color);
+  return image;
+}
+
+QByteArray styleWithGround(const char* color) {
+  return QByteArray(R"({"version":8,"sources":{},"layers":[{"id":"b","type":"background",)"
+                    R"("paint":{"background-color":")") +
+         color + R"("}}]})";
 }
 
 std::shared_ptr<MGLPolyline> makeLine(std::vector<Coordinate> coordinates) {

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <QuorvelMap/MGLMapView.h>
+#include <QuorvelMap/MGLMapViewDelegate.h>
 #include <QuorvelMap/MGLPointAnnotation.h>
 #include <QuorvelMap/MGLPolyline.h>
 
+#include <QtCore/QProcess>
 #include <QtCore/QTemporaryDir>
 #include <QtWidgets/QApplication>
 #include <gtest/gtest.h>
@@ -30,10 +32,14 @@ class TestApplication {
 
   /// A fresh folder for the test's files; HOME and the caches are in it.
   QString folder() const { return home_.path(); }
+  /// Writes a file into it.
+  QUrl file(const char* name, const QByteArray& text) const;
 
  private:
+  void startDisplayServer();
+
   QTemporaryDir home_;
-  int server_ = 0;
+  QProcess server_;
   std::unique_ptr<QApplication> application_;
 };
 
@@ -49,9 +55,42 @@ bool isAlike(const QColor& a, const QColor& b);
 testing::AssertionResult shows(MGLMapView& view, Coordinate position, const QColor& color,
                                QPointF offset = {});
 
+/// Gives what it is told to give and notes with which view it was asked.
+struct Looks : MGLMapViewDelegate {
+  std::optional<MGLAnnotationImage> image;
+  std::optional<double> width;
+  std::optional<QColor> color;
+  std::optional<double> alpha;
+  std::vector<const MGLMapView*> askers;
+
+  std::optional<MGLAnnotationImage> imageForAnnotation(MGLMapView& view,
+                                                       const MGLAnnotation&) override {
+    askers.push_back(&view);
+    return image;
+  }
+  std::optional<double> lineWidthForPolylineAnnotation(MGLMapView& view,
+                                                       const MGLPolyline&) override {
+    askers.push_back(&view);
+    return width;
+  }
+  std::optional<QColor> strokeColorForShapeAnnotation(MGLMapView& view,
+                                                      const MGLAnnotation&) override {
+    askers.push_back(&view);
+    return color;
+  }
+  std::optional<double> alphaForShapeAnnotation(MGLMapView& view, const MGLAnnotation&) override {
+    askers.push_back(&view);
+    return alpha;
+  }
+};
+
+/// A picture of one colour.
+QImage filledImage(const QSize& size, const QColor& color);
+QByteArray styleWithGround(const char* color);
+
 std::shared_ptr<MGLPolyline> makeLine(std::vector<Coordinate> coordinates);
 std::shared_ptr<MGLPointAnnotation> makeMarker(Coordinate coordinate, const char* title);
 
-inline const QColor plainGround(0xec, 0xe9, 0xe2);
+inline const QColor plainGround(0xec, 0xe9, 0xe2), pinColor(0xd6, 0x33, 0x3f);
 
 }  // namespace quorvelkit::test
