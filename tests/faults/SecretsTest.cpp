@@ -56,12 +56,16 @@ TEST(SecretsTest, PrintedRequestsNameFieldsAndShowNoValues) {
     EXPECT_THAT(text, hasNoSecret) << key;
 }
 
-TEST(SecretsTest, TheLastWordsOfAProcessTellNone) {
+TEST(SecretsTest, TheLastWordsOfAProcessTellTheMisuseAndNoSecret) {
   QuorvelKit::setAccessToken("canary");
   QVBackendless::setUserToken("canary");
-  EXPECT_DEATH(QVBackendless::login(nullptr, [](const auto&) {}), hasNoSecret);
-  EXPECT_DEATH(QVConfiguration::get(nullptr), hasNoSecret);
-  EXPECT_DEATH(QVNavigation::route(nullptr, [](const auto&) {}), hasNoSecret);
+  const auto request = AllOf(hasNoSecret, HasSubstr("needs a request"));
+  const auto handler = AllOf(hasNoSecret, HasSubstr("needs a completion handler"));
+  EXPECT_DEATH(QVNavigation::route(nullptr, [](const auto&) {}), request);
+  EXPECT_DEATH(QVBackendless::login(nullptr, [](const auto&) {}), request);
+  EXPECT_DEATH(QVBackendless::login(nullptr), handler);
+  EXPECT_DEATH(QVConfiguration::get(nullptr), handler);
+  EXPECT_DEATH(QVBaseService::loadConfiguration(nullptr), handler);
 }
 
 // The public headers without their comments.

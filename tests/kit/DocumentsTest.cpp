@@ -5,7 +5,6 @@
 #include "examples/snippets/TypeAhead.h"
 
 #include <QuorvelPlatform/MainQueue.h>
-#include <QuorvelPlatform/URLError.h>
 
 #include <gtest/gtest.h>
 

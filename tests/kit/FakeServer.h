@@ -48,9 +48,9 @@ class FakeServer {
     const std::lock_guard lock(state_->mutex);
     state_->answers[path] = std::move(answer);
   }
-  Answer answer(const std::string& path) const {
+  void hold(const std::string& path) {
     const std::lock_guard lock(state_->mutex);
-    return state_->answers.at(path);
+    state_->answers.at(path).isHeld = true;
   }
   /// Waits until so many requests have come in, then gives all of them.
   std::vector<URLRequest> requests(std::size_t atLeast = 0) {

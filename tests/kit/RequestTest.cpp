@@ -41,8 +41,6 @@ TEST(QVBaseRequestTest, isNotMadeWithoutAddress) {
   QVBaseRequest request;
   request.setParameters(ValueMap{{"a", 1}});
   EXPECT_FALSE(request.request() || request.postRequest() || request.deleteRequest());
-  EXPECT_EQ(request.retryCount(), 0);
-  EXPECT_EQ(request.maxNumberOfRetries(), 3);
 }
 
 TEST(QVBaseRequestTest, makesARequestOfEachMethod) {
@@ -191,12 +189,6 @@ TEST(QVSuggestRequestTest, putsTheTextInAsItStands) {
   }
 }
 
-TEST(QVReverseGeocodeRequestTest, sendsLongitudeFirst) {
-  configureBoth();
-  EXPECT_EQ(text(QVReverseGeocodeRequest({34.0522, -118.2437}).url()),
-            "http://find.test/api/v1/reverseGeocode?location=-118.2437,34.0522");
-}
-
 // What is set after construction is what is sent.
 TEST(RequestTest, sendsWhatItWasGivenLast) {
   configureBoth();
@@ -204,26 +196,21 @@ TEST(RequestTest, sendsWhatItWasGivenLast) {
   QVRouteRequest route({}, {}, QVRouteRequest::Instant());
   route.setStart(here);
   route.setEnd(there);
-  EXPECT_TRUE(route.start() == here && route.end() == there);
   EXPECT_EQ(text(route.url()),
             "http://nav.test/v4/route?startLat=1.0&startLon=2.0&endLat=3.0&endLon=4.0"
             "&time=1970-01-01T00:00:00Z&requestType=DepartureTime");
   QVAddressCandidatesRequest candidates("", {});
   candidates.setSingleLine("a b");
   candidates.setLocation(here);
-  EXPECT_EQ(candidates.singleLine(), "a b");
-  EXPECT_TRUE(candidates.location() == here && !candidates.searchExtent() &&
-              !candidates.magicKey());
   EXPECT_EQ(text(candidates.url()),
             "http://find.test/api/v1/findAddressCandidates?singleLine=a%20b&location=2.0,1.0");
   QVSuggestRequest suggest("", {});
   suggest.setText("ab");
   suggest.setLocation(there);
-  EXPECT_TRUE(suggest.text() == "ab" && suggest.location() == there && !suggest.searchExtent());
   EXPECT_EQ(text(suggest.url()), "http://find.test/api/v1/suggest?text=ab&location=4.0,3.0");
-  QVReverseGeocodeRequest reverse(Coordinate{});
+  QVReverseGeocodeRequest reverse(there);
+  EXPECT_EQ(text(reverse.url()), "http://find.test/api/v1/reverseGeocode?location=4.0,3.0");
   reverse.setLocation(here);
-  EXPECT_EQ(reverse.location(), here);
   EXPECT_EQ(text(reverse.url()), "http://find.test/api/v1/reverseGeocode?location=2.0,1.0");
 }
 
@@ -239,11 +226,8 @@ TEST(RootURLTest, decidesWhetherThereIsAnAddress) {
   route.setParameters(ValueMap{{"kept", 1}});
   EXPECT_EQ(countURLs(), 0);
   EXPECT_TRUE(route.parameters()->contains("kept"));
-  for (const char* body : {"{}", "[]", "no JSON", "", R"({"quorvel-navigation-root-url":1,
-                           "quorvel-find-root-url":null})"}) {
-    configure(body);
-    EXPECT_EQ(countURLs(), 0) << body;
-  }
+  configure("{}");
+  EXPECT_EQ(countURLs(), 0);
   EXPECT_TRUE(route.parameters()->contains("kept"));
   configure(R"({"quorvel-navigation-root-url":"http://n/"})");
   EXPECT_EQ(countURLs(), 1);

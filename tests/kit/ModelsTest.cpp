@@ -1,0 +1,272 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <QuorvelKit/QVAddress.h>
+#include <QuorvelKit/QVCandidate.h>
+#include <QuorvelKit/QVConfigurationResponse.h>
+#include <QuorvelKit/QVLoginResponse.h>
+#include <QuorvelKit/QVRoute.h>
+#include <QuorvelKit/QVSearchExtent.h>
+#include <QuorvelKit/QVSuggestion.h>
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+#include <type_traits>
+
+namespace quorvelkit {
+namespace {
+
+// The values of documents that pass the read of each type of property, and what they pass as.
+template <class T>
+using Passing = std::map<std::string, T>;
+template <class T>
+const Passing<T> passing;
+template <>
+const Passing<std::string> passing<std::string> = {
+    {R"("a text")", "a text"}, {R"("")", ""},         {R"("3")", "3"},
+    {R"("true")", "true"},     {R"("Yelp")", "Yelp"}, {R"("onramp")", "onramp"},
+    {R"("I")", "I"},           {R"("left")", "left"}, {R"("arterial")", "arterial"},
+    {R"("north")", "north"}};
+template <>
+const Passing<double> passing<double> = {{"3", 3},
+                                         {"3.0", 3},
+                                         {"3.5", 3.5},
+                                         {"1e300", 1e300},
+                                         {"9223372036854775808", 9223372036854775808.0}};
+template <>
+const Passing<std::int64_t> passing<std::int64_t> = {{"3", 3}, {"3.0", 3}};
+template <>
+const Passing<bool> passing<bool> = {{"true", true}, {"false", false}};
+template <>
+const Passing<std::vector<std::string>> passing<std::vector<std::string>> = {
+    {R"(["a","b"])", {"a", "b"}}, {"[]", {}}};
+template <>
+const Passing<ValueMap> passing<ValueMap> = {{"{}", {}}, {R"({"a":1})", {{"a", 1}}}};
+template <RawRepresentable E>
+const Passing<E> passing<E> = [] {
+  Passing<E> all;
+  for (const auto& [value, text] : rawValues<E>)
+    all['"' + std::string(text) + '"'] = value;
+  return all;
+}();
+template <class T>
+const Passing<T>& passing<std::optional<T>> = passing<T>;
+
+// What a property is when nothing passes.
+template <class T>
+const T otherwise = T();
+template <RawRepresentable E>
+const E otherwise<E> = E::unknown;
+
+// A model, or the response that is one, of a document.
+template <class Model>
+std::shared_ptr<Model> madeOf(const std::string& document) {
+  if constexpr (std::is_base_of_v<QVBaseResponse, Model>) {
+    return makeResponse<Model>(Data(document), std::make_shared<QVBaseRequest>());
+  } else {
+    return std::make_shared<Model>(JSON::parse(document));
+  }
+}
+
+// Reads a property from documents that have its member absent, null and of every kind that JSON
+// has. The model's members stand inside `before` and `after`.
+template <class Model, class T>
+void expectField(const std::string& key, T (Model::*property)() const,
+                 const std::string& before = "", const std::string& after = "") {
+  SCOPED_TRACE(__PRETTY_FUNCTION__ + (' ' + key));
+  const auto readFrom = [&](const std::string& document) {
+    return (*madeOf<Model>(before + document + after).*property)();
+  };
+  EXPECT_EQ(readFrom(R"({"other":1})"), otherwise<T>);
+  EXPECT_EQ(readFrom("[1]"), otherwise<T>);
+  for (const char* sample : {"null",        "true",         "false",      "3",
+                             "3.0",         "3.5",          "1e300",      "9223372036854775808",
+                             "[]",          R"(["a","b"])", R"(["a",1])", "{}",
+                             R"({"a":1})",  R"("a text")",  R"("")",      R"("3")",
+                             R"("true")",   R"("Yelp")",    R"("left")",  R"("arterial")",
+                             R"("onramp")", R"("north")",   R"("I")"}) {
+    const auto found = passing<T>.find(sample);
+    EXPECT_EQ(readFrom("{\"" + key + "\":" + sample + '}'),
+              found == passing<T>.end() ? otherwise<T> : T(found->second))
+        << sample;
+  }
+}
+
+TEST(QVCandidateTest, readsEachMemberOrLeavesItAbsent) {
+  expectField("Address", &QVCandidate::address);
+  expectField("score", &QVCandidate::score);
+  expectField("attributes", &QVCandidate::attributes);
+  expectField("origin", &QVCandidate::origin);
+  expectField("provide", &QVCandidate::provider);
+  expectField("rating", &QVCandidate::rating);
+  expectField("reviewCount", &QVCandidate::reviewCount);
+  expectField("providerUrl", &QVCandidate::providerUrl);
+  expectField("phone", &QVCandidate::phone);
+  expectField("categories", &QVCandidate::categories);
+  const std::string attributes = R"({"Address":"1","attributes":)";
+  expectField("Match_addr", &QVCandidate::matchAddress, attributes, "}");
+  expectField("magicKey", &QVCandidate::placeAddress, attributes, "}");
+  expectField("Addr_type", &QVCandidate::addressType, attributes, "}");
+}
+
+TEST(QVCandidateTest, isAtTheOriginUnlessTheAnswerSaysWhere) {
+  struct Row {
+    const char* json;
+    Coordinate location;
+  };
+  for (const auto& [json, location] : {
+           Row{R"({"location":{"x":-118.2,"y":34.1}})", {34.1, -118.2}},
+           Row{R"({"location":{"x":-118.2}})", {0, -118.2}},
+           Row{R"({"location":[1,2]})", {}},
+           Row{"null", {}},
+       }) {
+    EXPECT_EQ(QVCandidate(JSON::parse(json)).location(), location) << json;
+  }
+  QVCandidate none(std::nullopt);
+  EXPECT_EQ(none.location(), std::nullopt);
+  EXPECT_TRUE(none.categories().empty());
+  none.setLocation(Coordinate{1, 2});
+  EXPECT_EQ(none.location(), (Coordinate{1, 2}));
+}
+
+TEST(QVSuggestionTest, readsEachMemberOrLeavesItAbsent) {
+  expectField("text", &QVSuggestion::text);
+  expectField("magicKey", &QVSuggestion::magicKey);
+  expectField("isCollection", &QVSuggestion::isCollection);
+  expectField("origin", &QVSuggestion::origin);
+  expectField("provide", &QVSuggestion::provider);
+  expectField("score", &QVSuggestion::score);
+  expectField("rating", &QVSuggestion::rating);
+  expectField("reviewCount", &QVSuggestion::reviewCount);
+  expectField("price", &QVSuggestion::price);
+  expectField("providerUrl", &QVSuggestion::providerUrl);
+  expectField("menuUrl", &QVSuggestion::menuUrl);
+  expectField("url", &QVSuggestion::url);
+  expectField("phone", &QVSuggestion::phone);
+  expectField("categories", &QVSuggestion::categories);
+}
+
+TEST(QVAddressTest, readsEachMemberOrLeavesItAbsent) {
+  expectField("Region", &QVAddress::region);
+  expectField("Postal", &QVAddress::postal);
+  expectField("Match_addr", &QVAddress::matchAddress);
+  expectField("Loc_name", &QVAddress::locationName);
+  expectField("Address", &QVAddress::address);
+  expectField("CountryCode", &QVAddress::countyCode);
+  expectField("PostalExt", &QVAddress::postalExtension);
+  expectField("Neighborhood", &QVAddress::neighborhood);
+  expectField("Subregion", &QVAddress::subregion);
+  expectField("City", &QVAddress::city);
+  EXPECT_EQ(QVAddress(std::nullopt).city(), std::nullopt);
+}
+
+TEST(QVLoginResponseTest, readsEachMemberOrLeavesItAbsent) {
+  expectField("code", &QVLoginResponse::code);
+  expectField("message", &QVLoginResponse::message);
+  expectField("objectId", &QVLoginResponse::objectId);
+  expectField("user-token", &QVLoginResponse::userToken);
+}
+
+TEST(QVConfigurationResponseTest, readsEachMemberOrLeavesItAbsent) {
+  expectField("quorvel-navigation-root-url", &QVConfigurationResponse::quorvelNavigationRootURL);
+  expectField("quorvel-find-root-url", &QVConfigurationResponse::quorvelFindRootURL);
+}
+
+TEST(QVSearchExtentTest, writesWestSouthEastNorth) {
+  EXPECT_EQ((QVSearchExtent{{33.9, -118.5}, {34.2, -118.1}}).string(), "-118.5,33.9,-118.1,34.2");
+  EXPECT_EQ((QVSearchExtent{{34, -118}, {0.00001, 0.1 + 0.2}}).string(), "-118.0,34.0,0.3,1e-05");
+}
+
+TEST(QVRouteTest, readsEachMemberOrLeavesItAbsent) {
+  expectField("distance", &QVRoute::totalDistanceInMiles);
+  expectField("duration", &QVRoute::totalDurationInMinutes);
+  expectField("startNode", &QVRoute::startNode);
+  expectField("endNode", &QVRoute::endNode);
+  expectField("notify", &QVPoint::notify);
+  expectField("t", &QVPoint::travelTimeInSeconds);
+  expectField("d", &QVPoint::distanceInMiles);
+  expectField("lat", &QVPoint::latitude);
+  expectField("lon", &QVPoint::longitude);
+  expectField("say", &QVPoint::say);
+  expectField("edge", &QVPoint::edge);
+  expectField("node", &QVPoint::node);
+  expectField("dir", &QVTurn::direction);
+  expectField("instruct", &QVTurn::instruction);
+  expectField("name", &QVStreet::name);
+  expectField("dir", &QVStreet::function);
+  expectField("dir", &QVStreet::connection);
+  expectField("dir", &QVStreet::direction);
+  expectField("number", &QVHighway::number);
+  expectField("dir", &QVHighway::direction);
+  EXPECT_EQ(QVHighway(std::nullopt).number(), std::nullopt);
+  EXPECT_EQ(QVHighway(std::nullopt).direction(), QVHighwayType::unknown);
+}
+
+TEST(QVRouteTest, buildsAChildUnlessItIsMissingOrNull) {
+  struct Row {
+    std::string member;
+    bool present;
+  };
+  for (const auto& [member, present] : {Row{"", false}, Row{"null", false}, Row{"{}", true},
+                                        Row{"5", true}, Row{R"("x")", true}, Row{"[]", true}}) {
+    const auto document = [member = member](const std::string& key) {
+      return JSON::parse(member.empty() ? "{}" : "{\"" + key + "\":" + member + "}");
+    };
+    EXPECT_EQ(QVPoint(document("turn")).turn() != nullptr, present) << member;
+    EXPECT_EQ(QVTurn(document("st")).street() != nullptr, present) << member;
+    EXPECT_EQ(QVStreet(document("hwy")).highway() != nullptr, present) << member;
+  }
+}
+
+TEST(QVRouteTest, keepsAllPointsInOrderWhateverTheyAre) {
+  for (const char* text :
+       {"{}", R"({"points":null})", R"({"points":{"a":1}})", "[]", "7", "null"}) {
+    EXPECT_TRUE(QVRoute(JSON::parse(text)).points().empty()) << text;
+  }
+  const QVRoute route(JSON::parse(
+      R"({"points":[{"node":1},{"node":1},null,"x",{"lat":34.1,"turn":
+          {"st":{"name":"Fleet Street","hwy":{"number":1}}}},{"lat":1,"lon":2}]})"));
+  ASSERT_EQ(route.points().size(), 6U);
+  EXPECT_EQ(route.points()[1].node(), 1);
+  EXPECT_EQ(route.points()[2].node(), std::nullopt);
+  EXPECT_EQ(route.points()[4].location(), Coordinate());
+  EXPECT_EQ(route.points()[4].turn()->street()->name(), "Fleet Street");
+  EXPECT_EQ(route.points()[4].turn()->street()->highway()->number(), 1);
+  EXPECT_EQ(route.points()[5].location(), (Coordinate{1, 2}));
+}
+
+// A property that skipped the virtual read would not see the override.
+class HalvedPoint : public QVPoint {
+ public:
+  using QVPoint::QVPoint;
+  std::optional<Value> getValue(const KeyView& key) const override {
+    if (key == KeyView("lat")) return Value(*QVPoint::getValue(key)->number() / 2);
+    return QVPoint::getValue(key);
+  }
+};
+
+TEST(QVRouteTest, readsThroughOverriddenMembers) {
+  const HalvedPoint point(JSON::parse(R"({"lat":10,"lon":2})"));
+  EXPECT_EQ(point.latitude(), 5);
+  EXPECT_EQ(point.location(), (Coordinate{5, 2}));
+}
+
+TEST(QVRouteTest, copiesShareTheDocumentAndOutliveTheOriginal) {
+  std::optional<QVRoute> route(
+      JSON::parse(R"({"distance":1.5,"points":[{"node":7,"turn":{"instruct":"Go"}}]})"));
+  const QVRoute copy = *route;
+  const QVPoint point = route->points().front();
+  EXPECT_EQ(&copy.points(), &route->points());
+  route.reset();
+  EXPECT_EQ(copy.totalDistanceInMiles(), 1.5);
+  EXPECT_EQ(point.turn()->instruction(), "Go");
+  static_assert(sizeof(QVPoint) <= 56);
+  static_assert(!std::is_copy_constructible_v<QVBaseObject>);
+  static_assert(!std::is_constructible_v<QVRoute, std::optional<JSON>>);
+  static_assert(!std::is_constructible_v<QVPoint, std::nullopt_t>);
+  static_assert(!std::is_constructible_v<QVTurn, std::optional<JSON>>);
+  static_assert(!std::is_constructible_v<QVStreet, std::optional<JSON>>);
+}
+
+}  // namespace
+}  // namespace quorvelkit
