@@ -105,30 +105,21 @@ TEST(JSONAccessorsTest, ConvertsNumbersByOneRule) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.json.description());
-    EXPECT_EQ(c.json.int64Value(), c.int64);
-    EXPECT_EQ(c.json.intValue(), c.int64);
-    EXPECT_EQ(c.json.uInt64Value(), c.uInt64);
-    EXPECT_EQ(c.json.uIntValue(), c.uInt64);
-    EXPECT_EQ(c.json.int8Value(), c.int8);
-    EXPECT_EQ(c.json.uInt8Value(), c.uInt8);
-    EXPECT_EQ(c.json.int16Value(), static_cast<std::int16_t>(c.uInt16));
-    EXPECT_EQ(c.json.uInt16Value(), c.uInt16);
-    EXPECT_EQ(c.json.int32Value(), c.int32);
-    EXPECT_EQ(c.json.uInt32Value(), static_cast<std::uint32_t>(c.int32));
     const bool present = c.json.type() == JSON::Type::number || c.json.type() == JSON::Type::bool_;
-    const auto expect = [&](auto optional, auto value) {
-      EXPECT_EQ(optional, present ? std::optional(value) : std::nullopt);
+    const auto expect = [&](auto value, auto optional, auto expected) {
+      EXPECT_EQ(value, expected);
+      EXPECT_EQ(optional, present ? std::optional(expected) : std::nullopt);
     };
-    expect(c.json.int64(), c.int64);
-    expect(c.json.int_(), c.int64);
-    expect(c.json.uInt64(), c.uInt64);
-    expect(c.json.uInt(), c.uInt64);
-    expect(c.json.int8(), c.int8);
-    expect(c.json.uInt8(), c.uInt8);
-    expect(c.json.int16(), static_cast<std::int16_t>(c.uInt16));
-    expect(c.json.uInt16(), c.uInt16);
-    expect(c.json.int32(), c.int32);
-    expect(c.json.uInt32(), static_cast<std::uint32_t>(c.int32));
+    expect(c.json.int64Value(), c.json.int64(), c.int64);
+    expect(c.json.intValue(), c.json.int_(), c.int64);
+    expect(c.json.uInt64Value(), c.json.uInt64(), c.uInt64);
+    expect(c.json.uIntValue(), c.json.uInt(), c.uInt64);
+    expect(c.json.int8Value(), c.json.int8(), c.int8);
+    expect(c.json.uInt8Value(), c.json.uInt8(), c.uInt8);
+    expect(c.json.int16Value(), c.json.int16(), static_cast<std::int16_t>(c.uInt16));
+    expect(c.json.uInt16Value(), c.json.uInt16(), c.uInt16);
+    expect(c.json.int32Value(), c.json.int32(), c.int32);
+    expect(c.json.uInt32Value(), c.json.uInt32(), static_cast<std::uint32_t>(c.int32));
   }
   EXPECT_EQ(JSON(1e19).int64Value(), INT64_MAX);
   EXPECT_EQ(JSON(1e19).uInt64Value(), 10000000000000000000U);
@@ -201,53 +192,45 @@ TEST(JSONAccessorsTest, ComparesValuesOfOneKind) {
   const JSON unknown(Value::unsupported(1));
   const auto array = [](Value v) { return JSON::makeArray({std::move(v)}); };
   const JSON map = JSON::parse(R"({"a":1,"b":[1,2]})");
-  // Each relation as "<", "=", "e" (equal, hence also <= and >=, but kinds without an order) or
-  // "n" for none at all.
-  const struct {
-    JSON a;
-    JSON b;
-    char relation;
-  } cases[] = {
-      {1, 2, '<'},
-      {1, 1.0, '='},
-      {1, true, 'n'},
-      {0, false, 'n'},
-      {1, "1", 'n'},
-      {nan, nan, '='},
-      {nan, -infinity, '<'},
-      {9007199254740993, 9007199254740992.0, '>'},
-      {"a", "b", '<'},
-      {"a", "ab", '<'},
-      {"\xC3\xA9", "z", '>'},
-      {"", "", '='},
-      {true, true, '='},
-      {true, false, 'n'},
-      {array(1), array(1.0), '='},
-      {array(1), array(2), 'n'},
-      {array(1), array(true), 'n'},
-      {array(nullptr), array(nullptr), '='},
-      {map, JSON::makeDictionary({{"b", JSON::makeArray({1, 2.0})}, {"a", 1}}), '='},
-      {map, JSON::parse(R"({"a":1,"c":[1,2]})"), 'n'},
-      {map, JSON::parse(R"({"a":1})"), 'n'},
-      {map["b"], JSON::parse("[1,2]"), '='},
-      {map, map, '='},
-      {nullptr, nullptr, '='},
-      {nullptr, map["x"], '='},
-      {nullptr, false, 'n'},
-      {unknown, unknown, 'n'},
-      {unknown, nullptr, 'n'},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.a.description() + " and " + c.b.description());
-    const bool same = c.relation == '=';
-    EXPECT_EQ(c.a == c.b, same);
-    EXPECT_EQ(c.b == c.a, same);
-    EXPECT_EQ(c.a != c.b, !same);
-    EXPECT_EQ(c.a < c.b, c.relation == '<');
-    EXPECT_EQ(c.b > c.a, c.relation == '<');
-    EXPECT_EQ(c.a > c.b, c.relation == '>');
-    EXPECT_EQ(c.a <= c.b, same || c.relation == '<');
-    EXPECT_EQ(c.a >= c.b, same || c.relation == '>');
+  using Pairs = std::vector<std::pair<JSON, JSON>>;
+  const Pairs ascending = {{1, 2},     {nan, -infinity}, {9007199254740992.0, 9007199254740993},
+                           {"a", "b"}, {"a", "ab"},      {"z", "\xC3\xA9"}};
+  const Pairs equal = {{1, 1.0},
+                       {nan, nan},
+                       {"", ""},
+                       {true, true},
+                       {array(1), array(1.0)},
+                       {array(nullptr), array(nullptr)},
+                       {map, map},
+                       {map, JSON::makeDictionary({{"b", JSON::makeArray({1, 2.0})}, {"a", 1}})},
+                       {map["b"], JSON::parse("[1,2]")},
+                       {nullptr, nullptr},
+                       {nullptr, map["x"]}};
+  const Pairs unrelated = {{1, true},
+                           {0, false},
+                           {1, "1"},
+                           {true, false},
+                           {array(1), array(2)},
+                           {array(1), array(true)},
+                           {map, JSON::parse(R"({"a":1,"c":[1,2]})")},
+                           {map, JSON::parse(R"({"a":1})")},
+                           {nullptr, false},
+                           {unknown, unknown},
+                           {unknown, nullptr}};
+  for (const Pairs* pairs : {&ascending, &equal, &unrelated}) {
+    for (const auto& [a, b] : *pairs) {
+      SCOPED_TRACE(a.description() + " and " + b.description());
+      const bool less = pairs == &ascending, same = pairs == &equal;
+      EXPECT_EQ(a == b, same);
+      EXPECT_EQ(b == a, same);
+      EXPECT_EQ(a != b, !same);
+      EXPECT_EQ(a < b, less);
+      EXPECT_EQ(b > a, less);
+      EXPECT_EQ(a <= b, same || less);
+      EXPECT_EQ(b >= a, same || less);
+      EXPECT_FALSE(a > b || b < a);
+      EXPECT_EQ(a >= b, same);
+    }
   }
 }
 
