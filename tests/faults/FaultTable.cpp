@@ -14,13 +14,13 @@ Expected answers(int status, const std::string& body, const std::string& descrip
 }
 
 FaultTable::FaultTable()
-    : elsewhere_(TestServer::answering([this](const ReceivedRequest& received, Connection& to) {
+    : elsewhere_([this](const ReceivedRequest& received, Connection& to) {
         {
           const std::lock_guard lock(mutex_);
           heard_ += received.head + received.body;
         }
         to.answer(200, R"({"from":"elsewhere"})");
-      })),
+      }),
       silent_([](Connection& connection) { connection.stall(); }) {
   addConnecting();
   addTLS();

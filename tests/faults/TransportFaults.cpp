@@ -8,30 +8,24 @@
 namespace quorvelkit::test {
 
 void FaultTable::addConnecting() {
+  // All is well but the way to the server.
+  const auto row = [](const char* name, std::string root, Expected expected,
+                      std::chrono::milliseconds patience = 0ms) {
+    return Fault{
+        name, whole(), std::move(expected), {.root = std::move(root), .patience = patience}};
+  };
+  const auto at = [](int port) { return "http://127.0.0.1:" + std::to_string(port); };
+  Fault offline = row("no network", "http://unknown.test", fails(E::notConnectedToInternet));
+  offline.way.isOffline = true;
   add("connecting",
       {
-          {"unknown name", whole(), fails(E::cannotFindHost), {.root = "http://unknown.test"}},
-          {"no name server", whole(), fails(E::cannotFindHost), {.root = "http://later.test"}},
-          {"no network",
-           whole(),
-           fails(E::notConnectedToInternet),
-           {.root = "http://unknown.test", .isOffline = true}},
-          {"refused",
-           whole(),
-           fails(E::cannotConnectToHost),
-           {.root = "http://127.0.0.1:" + std::to_string(unusedPort())}},
-          {"stall for a name",
-           whole(),
-           fails(E::timedOut),
-           {.root = "http://slow.test", .patience = impatient}},
-          {"stall for a connection",
-           whole(),
-           fails(E::timedOut),
-           {.root = "http://127.0.0.1:" + std::to_string(deafPort()), .patience = impatient}},
-          {"refused by the first address only",
-           whole(),
-           answers(200),
-           {.root = "http://second.test:PORT"}},
+          row("unknown name", "http://unknown.test", fails(E::cannotFindHost)),
+          row("no name server", "http://later.test", fails(E::cannotFindHost)),
+          offline,
+          row("refused", at(unusedPort()), fails(E::cannotConnectToHost)),
+          row("stall for a name", "http://slow.test", fails(E::timedOut), impatient),
+          row("stall for a connection", at(deafPort()), fails(E::timedOut), impatient),
+          row("refused by the first address only", "http://second.test:PORT", answers(200)),
       });
 }
 
@@ -175,7 +169,7 @@ void FaultTable::addSlowness() {
       clock.task->resume();
       connection.send(start);
       std::size_t sent = 0;
-      for (; !clock.isDoneIn(pause) && sent + drop < middle.size(); sent += drop)
+      for (; !clock.isDone(pause) && sent + drop < middle.size(); sent += drop)
         connection.send(std::string_view(middle).substr(sent, drop));
       clock.result();
       connection.send(middle.substr(sent) + end);

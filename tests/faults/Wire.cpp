@@ -2,6 +2,7 @@
 #include "tests/faults/Wire.h"
 
 #include <cstdint>
+#include <sstream>
 
 namespace quorvelkit::test {
 
@@ -37,6 +38,15 @@ std::string gzipBomb(std::size_t size) {
   put(0, 7, true);  // the end of the block
   put(0, 8, false);
   return stream;
+}
+
+std::string chunked(const std::string& body, std::size_t pieceSize) {
+  std::ostringstream text;
+  for (std::size_t at = 0; at < body.size(); at += pieceSize) {
+    const std::string piece = body.substr(at, pieceSize);
+    text << std::hex << piece.size() << ";x=1\r\n" << piece << "\r\n";
+  }
+  return text.str() + "0\r\nTrailer: x\r\n\r\n";
 }
 
 std::string head(int status, std::string_view headerLines) {

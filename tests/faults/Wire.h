@@ -2,7 +2,6 @@
 // Answers as they stand on the wire, whole ones and others.
 #pragma once
 
-#include "tests/support/AnswerText.h"
 #include "tests/support/TestServer.h"
 
 #include <cstddef>
@@ -16,6 +15,8 @@ extern const std::string helloGzip, helloDeflate, helloBrotli;
 /// A gzip stream of so many times "x", without the checksums at its end.
 std::string gzipBomb(std::size_t size);
 
+/// A body in chunks of that size.
+std::string chunked(const std::string& body, std::size_t pieceSize);
 /// A status line with header lines.
 std::string head(int status, std::string_view headerLines = {});
 

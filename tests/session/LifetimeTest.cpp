@@ -30,20 +30,6 @@ TestServer::Script script() {
   });
 }
 
-TEST(LifetimeTest, TasksGoOnWithoutTheirSession) {
-  const TestServer server(script());
-  auto session = URLSession::make();
-  const Call call(requestFor(server.url("/quick")), session),
-      stalled(requestFor(server.url("/stall")), session);
-  call.task->resume();
-  stalled.task->resume();
-  session.reset();
-  EXPECT_EQ(call.result().body(), "quick");
-  EXPECT_FALSE(stalled.isDone());
-  stalled.task->cancel();
-  EXPECT_EQ(stalled.result().code(), URLError::cancelled);
-}
-
 TEST(LifetimeTest, AHandlerMayCancelAndStartOthersAndDropEverything) {
   const TestServer server(script());
   auto session = URLSession::make();

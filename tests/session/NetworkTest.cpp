@@ -36,10 +36,9 @@ TEST(NetworkTest, ComesBackWithoutARestart) {
   if (::unshare(CLONE_NEWNET) != 0 || !setLoopback(true)) {
     GTEST_SKIP() << "a namespace for networks takes the rights of root";
   }
-  const TestServer server(
-      TestServer::answering([](const ReceivedRequest& received, Connection& connection) {
-        received.target == "/stall" ? connection.stall() : connection.answer(200, "ok");
-      }));
+  const TestServer server([](const ReceivedRequest& received, Connection& connection) {
+    received.target == "/stall" ? connection.stall() : connection.answer(200, "ok");
+  });
   const auto session = URLSession::make();
   for (int round = 0; round < 3; ++round) {
     EXPECT_EQ(send(requestFor(server.url()), session).body(), "ok");

@@ -25,9 +25,8 @@ class TLSTest : public testing::Test {
     configuration.timeoutIntervalForRequest = 5s;
     return URLSession::make(configuration);
   }
-  static TestServer::Script answering() {
-    return TestServer::answering(
-        [](const auto&, auto& connection) { connection.answer(200, "ok"); });
+  static void answer(const ReceivedRequest&, Connection& connection) {
+    connection.answer(200, "ok");
   }
 
   const Certificates certificates;
@@ -49,14 +48,14 @@ TEST_F(TLSTest, NothingIsSentToAServerThatIsNotWhoItSays) {
 TEST_F(TLSTest, NoKeysAreWrittenWhereTheEnvironmentSays) {
   const std::string file = testing::TempDir() + "/keys-" + std::to_string(getpid());
   setenv("SSLKEYLOGFILE", file.c_str(), 1);
-  const TestServer server(answering(), certificates.tls("good"));
+  const TestServer server(answer, certificates.tls("good"));
   EXPECT_EQ(send(requestFor(server.url()), session()).body(), "ok");
   EXPECT_FALSE(std::filesystem::exists(file));
   EXPECT_EQ(std::getenv("SSLKEYLOGFILE"), file);
 }
 
 TEST_F(TLSTest, TheSystemsAuthoritiesDoNotKnowTheTests) {
-  const TestServer server(answering(), certificates.tls("good"));
+  const TestServer server(answer, certificates.tls("good"));
   EXPECT_EQ(send(requestFor(server.url())).code(), URLError::serverCertificateHasUnknownRoot);
   URLSessionConfiguration configuration;
   configuration.caFile = "/nonexistent.pem";
@@ -64,21 +63,18 @@ TEST_F(TLSTest, TheSystemsAuthoritiesDoNotKnowTheTests) {
             URLError::secureConnectionFailed);
 }
 
+// The fault table has the redirect by itself; here HTTP leads up to the server that leads down.
 TEST_F(TLSTest, NoRedirectLeadsDownToHTTP) {
-  const TestServer plain(answering());
-  const TestServer secure(TestServer::answering([&](const auto& received, auto& connection) {
-                            connection.answer(302, "stay",
-                                              "Location: " + plain.url(received.target) + "\r\n");
-                          }),
-                          certificates.tls("good"));
-  const TestServer upward(TestServer::answering([&](const auto&, auto& connection) {
+  const TestServer plain(answer);
+  const TestServer secure(
+      [&](const auto&, auto& connection) {
+        connection.answer(302, "stay", "Location: " + plain.url() + "\r\n");
+      },
+      certificates.tls("good"));
+  const TestServer upward([&](const auto&, auto& connection) {
     connection.answer(302, "", "Location: " + secure.url() + "\r\n");
-  }));
-  for (const TestServer* first : {&secure, &upward}) {
-    const Result result = send(requestFor(first->url()), session());
-    EXPECT_EQ(result.status(), 302);
-    EXPECT_EQ(result.body(), "stay");
-  }
+  });
+  EXPECT_EQ(send(requestFor(upward.url()), session()).body(), "stay");
   EXPECT_EQ(plain.connectionCount(), 0);
 }
 
@@ -90,9 +86,7 @@ TEST_F(TLSTest, BrokenPipesReachNobody) {
         connection.reset();
       },
       certificates.tls("good"));
-  URLRequest request = requestFor(server.url());
-  request.setHTTPMethod("POST");
-  request.setHTTPBody(Data(std::string(5'000'000, 'x')));
+  const URLRequest request = requestFor(server.url(), "POST", std::string(5'000'000, 'x'));
   for (int i = 0; i < 10; ++i) {
     EXPECT_EQ(send(request, session()).code(), URLError::networkConnectionLost);
   }

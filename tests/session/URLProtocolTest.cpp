@@ -40,7 +40,8 @@ class Scripted : public URLProtocol {
     ++seen_->stopped;
     seen_->stopThread = std::this_thread::get_id();
   }
-  static Registration install(Script script, const std::shared_ptr<Seen>& seen) {
+  static Registration install(Script script,
+                              const std::shared_ptr<Seen>& seen = std::make_shared<Seen>()) {
     return registerFactory([script = std::move(script), seen](const URLRequest&) {
       return std::make_unique<Scripted>(script, seen);
     });
@@ -94,10 +95,8 @@ TEST(URLProtocolTest, TheFactoryRegisteredLastIsAskedFirstUntilItGoes) {
       client->didFinishLoading();
     };
   };
-  const auto first = std::make_shared<Scripted::Seen>();
-  const auto second = std::make_shared<Scripted::Seen>();
-  Scripted::install(answering("first"), first);
-  const auto registration = Scripted::install(answering("second"), second);
+  Scripted::install(answering("first"));
+  const auto registration = Scripted::install(answering("second"));
   URLProtocol::registerFactory([](const URLRequest&) { return nullptr; });
   const auto answer = [] { return std::string(send(requestFor("a:b")).body()); };
   EXPECT_EQ(answer(), "second");
@@ -185,8 +184,7 @@ TEST(URLProtocolTest, ACancellationBeforeTheHandlerIsAlwaysSeen) {
 }
 
 TEST(URLProtocolTest, ATaskLetsGoOfItsHandlerOnceThatHasRun) {
-  const auto seen = std::make_shared<Scripted::Seen>();
-  Scripted::install([](const URLRequest&, auto client) { client->didFinishLoading(); }, seen);
+  Scripted::install([](const URLRequest&, auto client) { client->didFinishLoading(); });
   struct Tracker {
     Awaited<std::thread::id> gone;
     ~Tracker() { gone.set(std::this_thread::get_id()); }

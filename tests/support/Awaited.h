@@ -37,10 +37,6 @@ class Awaited {
     std::unique_lock lock(shared_->mutex);
     return shared_->changed.wait_for(lock, time, [&] { return shared_->value.has_value(); });
   }
-  bool isSet() const {
-    const std::lock_guard lock(shared_->mutex);
-    return shared_->value.has_value();
-  }
 
  private:
   struct Shared {

@@ -12,7 +12,18 @@ int Result::status() const {
   return http == nullptr ? 0 : http->statusCode();
 }
 
-URLRequest requestFor(std::string_view url) { return URLRequest(URL::parse(url).value()); }
+std::optional<std::string_view> Result::header(std::string_view name) const {
+  const auto* http = dynamic_cast<const HTTPURLResponse*>(response.get());
+  return http == nullptr ? std::nullopt : http->value(name);
+}
+
+URLRequest requestFor(std::string_view url, std::string_view method,
+                      std::optional<std::string> body) {
+  URLRequest request(URL::parse(url).value());
+  request.setHTTPMethod(std::string(method));
+  if (body) request.setHTTPBody(Data(*std::move(body)));
+  return request;
+}
 
 Call::Call(URLRequest request, const std::shared_ptr<URLSession>& session,
            std::function<void()> inHandler)

@@ -26,9 +26,12 @@ struct Result {
   /// The code of the error, 0 without one.
   std::int64_t code() const { return error ? error->code() : 0; }
   std::string_view body() const { return data ? data->view() : std::string_view(); }
+  /// A field of an HTTP response.
+  std::optional<std::string_view> header(std::string_view name) const;
 };
 
-URLRequest requestFor(std::string_view url);
+URLRequest requestFor(std::string_view url, std::string_view method = "GET",
+                      std::optional<std::string> body = std::nullopt);
 
 /// A task together with its result.
 class Call {
@@ -41,9 +44,8 @@ class Call {
                 std::function<void()> inHandler = nullptr);
 
   Result result() const { return result_.get(); }
-  bool isDone() const { return result_.isSet(); }
   /// Whether it is done, now or within so much time.
-  bool isDoneIn(std::chrono::milliseconds time) const { return result_.waitFor(time); }
+  bool isDone(std::chrono::milliseconds within = {}) const { return result_.waitFor(within); }
   int completions() const { return *completions_; }
 
   const std::shared_ptr<URLSessionDataTask> task;

@@ -9,6 +9,10 @@
 
 namespace quorvelkit::test {
 
+std::string withLength(const std::string& head, std::string_view body) {
+  return (head + "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n").append(body);
+}
+
 Connection::~Connection() {
   close();
   SSL_free(tls_);
@@ -82,9 +86,8 @@ std::optional<ReceivedRequest> Connection::read() {
 }
 
 void Connection::answer(int status, std::string_view body, std::string_view headerLines) {
-  std::string text = "HTTP/1.1 " + std::to_string(status) + " Status\r\n";
-  text.append("Content-Length: " + std::to_string(body.size()) + "\r\n");
-  send(text.append(headerLines).append("\r\n").append(body));
+  const std::string line = "HTTP/1.1 " + std::to_string(status) + " Status\r\n";
+  send(withLength(line + std::string(headerLines), body));
 }
 
 void Connection::stall() {

@@ -15,8 +15,8 @@ namespace quorvelkit::test {
 
 namespace {
 
-// A socket bound to a free port of the loopback interface.
-std::pair<int, int> boundSocket() {
+// A socket bound to a free port of the loopback interface, and its address.
+std::pair<int, sockaddr_in> boundSocket() {
   const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   sockaddr_in address{};
   address.sin_family = AF_INET;
@@ -26,7 +26,7 @@ std::pair<int, int> boundSocket() {
   if (::bind(socket, generic, size) != 0 || ::getsockname(socket, generic, &size) != 0) {
     throw std::runtime_error("No port could be had.");
   }
-  return {socket, ntohs(address.sin_port)};
+  return {socket, address};
 }
 
 int chooseHTTP2(SSL*, const unsigned char** chosen, unsigned char* size, const unsigned char*,
@@ -56,7 +56,9 @@ ssl_ctx_st* makeContext(const TestServer::TLS& tls) {
 TestServer::TestServer(Script script, std::optional<TLS> tls)
     : script_(std::move(script)), secure_(tls.has_value()) {
   if (tls) context_ = makeContext(*tls);
-  std::tie(socket_, port_) = boundSocket();
+  const auto [socket, address] = boundSocket();
+  socket_ = socket;
+  port_ = ntohs(address.sin_port);
   ::listen(socket_, 128);
   acceptor_ = std::thread([this] { accept(); });
 }
@@ -126,23 +128,18 @@ void TestServer::serve(const std::shared_ptr<Connection>& connection) {
   connections_.remove(connection);
 }
 
-int unusedPort() {
-  const auto [socket, port] = boundSocket();
-  ::close(socket);
-  return port;
-}
+// The socket stays bound, so that no server gets the port after all.
+int unusedPort() { return ntohs(boundSocket().second.sin_port); }
 
 // More wait there than it has places for, for good.
 int deafPort() {
-  const auto [socket, port] = boundSocket();
+  const auto [socket, address] = boundSocket();
   ::listen(socket, 0);
-  sockaddr_in address{};
-  socklen_t size = sizeof address;
-  auto* const generic = reinterpret_cast<sockaddr*>(&address);
-  ::getsockname(socket, generic, &size);
-  for (int i = 0; i < 8; ++i)
-    ::connect(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0), generic, size);
-  return port;
+  for (int i = 0; i < 8; ++i) {
+    ::connect(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0),
+              reinterpret_cast<const sockaddr*>(&address), sizeof address);
+  }
+  return ntohs(address.sin_port);
 }
 
 }  // namespace quorvelkit::test

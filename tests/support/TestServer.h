@@ -86,6 +86,8 @@ class TestServer {
   };
 
   explicit TestServer(Script script, std::optional<TLS> tls = std::nullopt);
+  explicit TestServer(Handler handler, std::optional<TLS> tls = std::nullopt)
+      : TestServer(answering(std::move(handler)), std::move(tls)) {}
   TestServer(const TestServer&) = delete;
   TestServer& operator=(const TestServer&) = delete;
   ~TestServer();
@@ -117,6 +119,9 @@ class TestServer {
   std::vector<std::thread> threads_;
   std::thread acceptor_;
 };
+
+/// The head of an answer, the length of the body, and the body, as they stand on the wire.
+std::string withLength(const std::string& head, std::string_view body);
 
 /// A port of the loopback interface on which nothing listens.
 int unusedPort();
