@@ -26,6 +26,13 @@ if(QUORVELKIT_SANITIZERS)
   endif()
 endif()
 
+# A shared library is optimised as a whole. A static one is not: its objects would only link with the
+# compiler that made them.
+if(BUILD_SHARED_LIBS)
+  include(CheckIPOSupported)
+  check_ipo_supported(RESULT QUORVELKIT_OPTIMISE_WHOLE LANGUAGES CXX)
+endif()
+
 if(QUORVELKIT_COVERAGE)
   add_compile_options(-fprofile-instr-generate -fcoverage-mapping)
   add_link_options(-fprofile-instr-generate)
@@ -60,5 +67,6 @@ function(quorvelkit_library_settings target)
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON
     POSITION_INDEPENDENT_CODE ON
+    INTERPROCEDURAL_OPTIMIZATION_RELEASE "${QUORVELKIT_OPTIMISE_WHOLE}"
     VERIFY_INTERFACE_HEADER_SETS ON)
 endfunction()
