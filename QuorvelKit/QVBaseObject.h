@@ -6,6 +6,7 @@
 #include <QuorvelKit/QVResponseKey.h>
 #include <QuorvelKit/QVStrictRead.h>
 #include <QuorvelPlatform/Export.h>
+#include <QuorvelPlatform/LargePages.h>
 
 #include <cstddef>
 #include <optional>
@@ -71,6 +72,7 @@ class QUORVELKIT_EXPORT QVBaseObject {
     if (!list || list->kind() != ValueView::Kind::array) return models;
     const std::size_t count = list->size();
     models.reserve(count);
+    detail::preferLargePages(models.data(), count * sizeof(Model));
     for (std::size_t i = 0; i < count; ++i)
       models.emplace_back(JSON(list->element(i)));
     return models;

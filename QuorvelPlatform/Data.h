@@ -19,12 +19,13 @@ class Data {
   explicit Data(std::string bytes)
       : bytes_(std::make_shared<const std::string>(std::move(bytes))) {}
 
-  const char* data() const noexcept { return view().data(); }
+  /// The bytes, with a 0 behind them that is none of them.
+  const char* data() const noexcept { return bytes_ ? bytes_->c_str() : ""; }
   std::size_t size() const noexcept { return bytes_ ? bytes_->size() : 0; }
   bool empty() const noexcept { return size() == 0; }
   /// The bytes; valid as long as this value or a copy of it lives.
   std::string_view view() const noexcept {
-    return bytes_ ? std::string_view(*bytes_) : std::string_view();
+    return {data(), size()};
   }
 
   friend bool operator==(const Data& a, const Data& b) noexcept { return a.view() == b.view(); }

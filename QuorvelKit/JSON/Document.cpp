@@ -9,7 +9,7 @@ const Node* Document::memberOfAnySize(const Node& map, const KeyView& key) const
   const std::uint32_t size = map.count();
   const Node* const members = nodes.data() + map.first();
   const auto is = [&](const Node& node) {
-    return node.hash() == key.hash() && isKey(node.key, key);
+    return node.hash() == key.hash() && isKey(node.key(), key);
   };
   if (size < indexedMembers) {
     const Node* const found = std::find_if(members, members + size, is);
@@ -21,7 +21,7 @@ const Node* Document::memberOfAnySize(const Node& map, const KeyView& key) const
       std::lower_bound(begin, end, key, [&](std::uint32_t position, const KeyView& sought) {
         const Node& node = members[position];
         if (node.hash() != sought.hash()) return node.hash() < sought.hash();
-        return keyText(node.key) < sought.text();
+        return keyText(node.key()) < sought.text();
       });
   return found != end && is(members[*found]) ? members + *found : nullptr;
 }

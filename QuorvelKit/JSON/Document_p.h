@@ -2,9 +2,9 @@
 #pragma once
 
 #include <QuorvelKit/JSON/Value.h>
+#include <QuorvelPlatform/LargePages.h>
 
-#include <sys/mman.h>
-
+#include <array>
 #include <bit>
 #include <cstdint>
 #include <cstdlib>
@@ -15,16 +15,28 @@
 
 namespace quorvelkit::detail {
 
+// What says which member of its map a node is: the number of its key and, above room for the tag,
+// the key's hash. Other nodes have an empty one.
+struct Label {
+  std::uint32_t key = 0;
+  std::uint32_t hashAndTag = 0;
+
+  static Label make(std::uint32_t key, std::uint32_t hash) noexcept { return {key, hash << 8U}; }
+};
+
 // A value of a parsed document. Scalars stand in the payload; that of a text is its place in the
 // document's text, that of a container the place of its children: {offset or first, length or
-// count}, 32 bits each. Members carry the number of their key and its hash.
+// count}, 32 bits each.
 struct Node {
   std::uint64_t payload = 0;
-  std::uint32_t key = 0;
-  std::uint32_t tagAndHash = 0;
+  Label label;
 
-  ValueTag tag() const noexcept { return static_cast<ValueTag>(tagAndHash & 0xFFU); }
-  std::uint32_t hash() const noexcept { return tagAndHash >> 8U; }
+  static Node make(std::uint64_t payload, ValueTag tag, Label label) noexcept {
+    return {payload, {label.key, label.hashAndTag | static_cast<std::uint32_t>(tag)}};
+  }
+  ValueTag tag() const noexcept { return static_cast<ValueTag>(label.hashAndTag & 0xFFU); }
+  std::uint32_t key() const noexcept { return label.key; }
+  std::uint32_t hash() const noexcept { return label.hashAndTag >> 8U; }
   std::uint32_t first() const noexcept { return static_cast<std::uint32_t>(payload); }
   std::uint32_t count() const noexcept { return static_cast<std::uint32_t>(payload >> 32U); }
 
@@ -33,18 +45,6 @@ struct Node {
   }
 };
 static_assert(sizeof(Node) == 16);
-
-// Lets the system back a huge block by large pages where it can: to touch it the first time costs a
-// fault for each page. The C library maps blocks of this size by themselves, page by page.
-inline void preferLargePages(void* block, std::size_t size) noexcept {
-  constexpr std::size_t hugeBlock = 32 << 20;
-  constexpr std::size_t pageSize = 4096;
-  if (size < hugeBlock) return;
-  void* first = block;
-  // What lies before the first whole page is left as it is.
-  std::size_t room = size;
-  if (std::align(pageSize, pageSize, first, room)) madvise(first, room, MADV_HUGEPAGE);
-}
 
 // A growing run of trivial things, moved by realloc: big runs are moved without being copied.
 template <class T>
@@ -144,18 +144,29 @@ struct Document : Counted {
   static bool isQuick(const Node& map, const KeyView& key) noexcept {
     return map.count() < indexedMembers && key.text().size() <= sizeof(Key::front);
   }
+  bool isQuickKey(const Node& node, const KeyView& key) const noexcept {
+    if (node.hash() != key.hash()) return false;
+    const Key& found = keys[node.key()];
+    return found.front == key.front() && found.length == key.text().size();
+  }
   // A map's member, null when there is none.
   const Node* quickMember(const Node& map, const KeyView& key) const noexcept {
-    const Node* const end = nodes.data() + map.first() + map.count();
-    for (const Node* node = end - map.count(); node != end; ++node) {
-      if (node->hash() != key.hash()) continue;
-      const Key& found = keys[node->key];
-      if (found.front == key.front() && found.length == key.text().size()) return node;
+    const Node* const first = nodes.data() + map.first();
+    std::atomic<std::uint8_t>& place = places[key.hash() % places.size()];
+    const std::uint32_t guessed = place.load(std::memory_order_relaxed);
+    if (guessed < map.count() && isQuickKey(first[guessed], key)) return first + guessed;
+    for (std::uint32_t i = 0; i < map.count(); ++i) {
+      if (!isQuickKey(first[i], key)) continue;
+      place.store(static_cast<std::uint8_t>(i), std::memory_order_relaxed);
+      return first + i;
     }
     return nullptr;
   }
   const Node* memberOfAnySize(const Node& map, const KeyView& key) const noexcept;
 
+  // Where the member of a key was found last, by the key's hash: the maps of a document are like
+  // each other. Whatever stands there, it is only the place to look at first.
+  mutable std::array<std::atomic<std::uint8_t>, 256> places{};
   Run<Node> nodes;
   Run<char> text;
   Run<Key> keys;

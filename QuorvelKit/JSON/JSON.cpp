@@ -16,7 +16,7 @@ std::optional<JSON::Type> JSON::typeFromRawValue(std::int64_t rawValue) noexcept
 
 JSON::JSON(const Data& data, JSONReadingOptions options, std::optional<Error>* error) {
   std::string problem;
-  std::optional<Value> value = detail::parseDocument(data.view(), problem);
+  std::optional<Value> value = detail::parseDocument(data, problem);
   if (value && options != JSONReadingOptions::allowFragments && !ValueCore::isArray(*value) &&
       !ValueCore::isMap(*value)) {
     problem = "The document is neither an array nor a map";
@@ -31,7 +31,7 @@ JSON::JSON(const Data& data, JSONReadingOptions options, std::optional<Error>* e
 
 JSON JSON::parse(std::string_view text) {
   std::string problem;
-  return JSON(detail::parseDocument(text, problem).value_or(Value()));
+  return JSON(detail::parseDocument(Data(std::string(text)), problem).value_or(Value()));
 }
 
 JSON::JSON(const std::vector<JSON>& elements) {

@@ -6,26 +6,22 @@
 
 namespace quorvelkit::detail {
 
-std::uint32_t KeyTable::number(std::size_t start, bool unescaped) {
+KeyTable::Entry* KeyTable::find(std::size_t start, bool unescaped) {
   Run<char>& text = document_.text;
   const std::string_view key(text.data() + start, text.size() - start);
   if (entries_.size() * 2 >= slots_.size()) grow();
   std::size_t slot = static_cast<std::size_t>(secretHash(key)) & (slots_.size() - 1);
-  while (slots_[slot] != none) {
-    if (document_.keyText(slots_[slot]) == key) {
-      text.shrinkTo(start);
-      return slots_[slot];
-    }
-    slot = (slot + 1) & (slots_.size() - 1);
+  for (; slots_[slot]; slot = (slot + 1) & (slots_.size() - 1)) {
+    if (document_.keyText(slots_[slot]->number) != key) continue;
+    text.shrinkTo(start);
+    return slots_[slot];
   }
-  const auto number = static_cast<std::uint32_t>(entries_.size());
-  slots_[slot] = number;
-
-  Entry entry{.front = 1,
-              .frontMask = 0,
-              .length = static_cast<std::uint32_t>(key.size()),
-              .hash = KeyView(key).hash(),
-              .next = {}};
+  Entry entry = none_;
+  entry.length = static_cast<std::uint32_t>(key.size());
+  entry.number = static_cast<std::uint32_t>(entries_.size());
+  entry.bit = std::uint64_t{1} << (entry.number % 64);
+  entry.label = Label::make(entry.number, KeyView(key).hash());
+  entry.follower = entry.otherFollower = &none_;
   if (unescaped) {
     char front[sizeof entry.front] = {};
     char mask[sizeof entry.front] = {};
@@ -36,25 +32,24 @@ std::uint32_t KeyTable::number(std::size_t start, bool unescaped) {
     std::memcpy(&entry.front, front, sizeof front);
     std::memcpy(&entry.frontMask, mask, sizeof mask);
   }
-  entries_.push_back(entry);
   document_.keys.push({KeyView(key).front(), static_cast<std::uint32_t>(start), entry.length});
-  return number;
+  return slots_[slot] = &entries_.emplace_back(entry);
 }
 
-bool KeyTable::isWhole(std::uint32_t key, const char* p, const char* end) const noexcept {
-  const std::string_view text = document_.keyText(key);
+bool KeyTable::isWhole(const Entry& key, const char* p, const char* end) const noexcept {
+  const std::string_view text = document_.keyText(key.number);
   const std::string_view bytes(p, end);
   return bytes.size() > text.size() && bytes[text.size()] == '"' && bytes.starts_with(text);
 }
 
 void KeyTable::grow() {
-  slots_.assign(std::max<std::size_t>(64, slots_.size() * 2), none);
-  for (std::uint32_t number = 0; number < entries_.size(); ++number) {
+  slots_.assign(std::max<std::size_t>(64, slots_.size() * 2), nullptr);
+  for (Entry& entry : entries_) {
     std::size_t slot =
-        static_cast<std::size_t>(secretHash(document_.keyText(number))) & (slots_.size() - 1);
-    while (slots_[slot] != none)
+        static_cast<std::size_t>(secretHash(document_.keyText(entry.number))) & (slots_.size() - 1);
+    while (slots_[slot])
       slot = (slot + 1) & (slots_.size() - 1);
-    slots_[slot] = number;
+    slots_[slot] = &entry;
   }
 }
 

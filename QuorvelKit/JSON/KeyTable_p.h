@@ -4,7 +4,8 @@
 #include <QuorvelKit/JSON/Document_p.h>
 
 #include <cstdint>
-#include <string_view>
+#include <cstring>
+#include <deque>
 #include <vector>
 
 namespace quorvelkit::detail {
@@ -12,66 +13,68 @@ namespace quorvelkit::detail {
 // The keys of a document under construction: each text once, with a number of its own.
 class KeyTable {
  public:
-  explicit KeyTable(Document& document) : document_(document) {}
-
-  static constexpr std::uint32_t none = UINT32_MAX;
-
-  // The number of the key that the bytes begin with, a quotation mark behind it, when it is one of
-  // the two that followed the last key before: documents repeat themselves; otherwise none. The
-  // bytes stand right behind a key's opening quotation mark.
-  std::uint32_t guess(const char* p, const char* end) const noexcept {
-    if (begins(next_.first, p, end)) return next_.first;
-    return begins(next_.other, p, end) ? next_.other : none;
-  }
-  // The number of the key whose text ends the document's text since `start`; the text is taken
-  // back when the key is known. An unescaped one stood in the bytes letter for letter.
-  std::uint32_t number(std::size_t start, bool unescaped);
-  // Tells which key came last.
-  void follow(std::uint32_t key) noexcept {
-    if (key != next_.first && last_ != none) {
-      Followers& next = entries_[last_].next;
-      (next.first == none ? next.first : next.other) = key;
-    }
-    last_ = key;
-    next_ = entries_[key].next;
-  }
-
-  std::uint32_t hash(std::uint32_t key) const noexcept { return entries_[key].hash; }
-  // Behind the closing quotation mark of a guessed key.
-  std::size_t lengthWithMark(std::uint32_t key) const noexcept { return entries_[key].length + 1U; }
-
- private:
-  // The keys that came behind another: the first one, and the last other one.
-  struct Followers {
-    std::uint32_t first = none;
-    std::uint32_t other = none;
-  };
   struct Entry {
     // The first bytes of the text and its closing quotation mark, and which bytes of a word they
-    // fill. A text that was escaped has a front that no bytes match.
+    // fill. No bytes match those of a text that was escaped, or of no key.
     std::uint64_t front;
     std::uint64_t frontMask;
     std::uint32_t length;
-    std::uint32_t hash;
-    Followers next;
+    std::uint32_t number;
+    std::uint64_t bit;  // one of 64, by the number
+    Label label;        // of a member with this key
+    // The keys that came behind this one: the first, and the last other one.
+    Entry* follower;
+    Entry* otherFollower;
   };
 
-  bool begins(std::uint32_t key, const char* p, const char* end) const noexcept {
+  explicit KeyTable(Document& document) : document_(document) {}
+  KeyTable(const KeyTable&) = delete;
+  KeyTable& operator=(const KeyTable&) = delete;
+
+  // The key that the bytes begin with, a quotation mark behind it, when it is one of the two that
+  // followed the last key before: documents repeat themselves; otherwise null. The bytes stand
+  // right behind a key's opening quotation mark.
+  Entry* guess(const char* p, const char* end) const noexcept {
     std::uint64_t front = 0;
-    if (key == none || end - p < static_cast<std::ptrdiff_t>(sizeof front)) return false;
-    const Entry& entry = entries_[key];
+    if (end - p < static_cast<std::ptrdiff_t>(sizeof front)) return nullptr;
     std::memcpy(&front, p, sizeof front);
-    if ((front & entry.frontMask) != entry.front) return false;
-    return entry.length < sizeof front || isWhole(key, p, end);
+    if (begins(front, *last_->follower, p, end)) return last_->follower;
+    if (begins(front, *last_->otherFollower, p, end)) return last_->otherFollower;
+    return nullptr;
   }
-  bool isWhole(std::uint32_t key, const char* p, const char* end) const noexcept;
+  // The key whose text ends the document's text since `start`; the text is taken back when the key
+  // is known. An unescaped one stood in the bytes letter for letter.
+  Entry* find(std::size_t start, bool unescaped);
+  // Tells which key came last.
+  void follow(Entry* key) noexcept {
+    if (key != last_->follower) {
+      (last_->follower == &none_ ? last_->follower : last_->otherFollower) = key;
+    }
+    last_ = key;
+  }
+
+ private:
+  bool begins(std::uint64_t front, const Entry& key, const char* p,
+              const char* end) const noexcept {
+    if ((front & key.frontMask) != key.front) return false;
+    return key.length < sizeof front || isWhole(key, p, end);
+  }
+  bool isWhole(const Entry& key, const char* p, const char* end) const noexcept;
   void grow();
 
   Document& document_;
-  std::vector<Entry> entries_;
-  std::vector<std::uint32_t> slots_;
-  std::uint32_t last_ = none;
-  Followers next_;  // What followed it before.
+  std::deque<Entry> entries_;  // They stay where they are.
+  std::vector<Entry*> slots_;
+  // Stands for followers that are not known, and in front of the first key.
+  Entry none_{.front = 1,
+              .frontMask = 0,
+              .length = 0,
+              .number = 0,
+              .bit = 0,
+              .label = {},
+              .follower = &none_,
+              .otherFollower = &none_};
+  Entry* last_ = &none_;
 };
 
 }  // namespace quorvelkit::detail

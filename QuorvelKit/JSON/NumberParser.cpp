@@ -27,7 +27,7 @@ struct Scan {
 
 // Appends the digits at the front of eight bytes, all at once, and gives their count. (The first
 // byte is the lowest one of a word on every machine that the library is built for.)
-unsigned takeOfEight(const char* p, std::uint64_t& digits) noexcept {
+[[gnu::always_inline]] inline unsigned takeOfEight(const char* p, std::uint64_t& digits) noexcept {
   static_assert(std::endian::native == std::endian::little);
   static constexpr std::uint64_t powers[] = {1,       10,        100,        1'000,      10'000,
                                              100'000, 1'000'000, 10'000'000, 100'000'000};
@@ -50,36 +50,25 @@ unsigned takeOfEight(const char* p, std::uint64_t& digits) noexcept {
   return count;
 }
 
-// Few numbers have more than eight digits on a side of the point.
-[[gnu::always_inline]] inline const char* takeDigits(const char* p, const char* end,
+// Appends the digits at the front of sixteen bytes; there may be more when all of them are digits.
+[[gnu::always_inline]] inline unsigned takeOfSixteen(const char* p,
                                                      std::uint64_t& digits) noexcept {
-  if (end - p >= 8) {
-    const unsigned count = takeOfEight(p, digits);
-    p += count;
-    if (count < 8) return p;
-  }
-  for (; p != end && isDigit(*p); ++p)
+  const unsigned count = takeOfEight(p, digits);
+  return count < 8 ? count : 8 + takeOfEight(p + 8, digits);
+}
+
+const char* takeDigits(const char* p, std::uint64_t& digits) noexcept {
+  for (; isDigit(*p); ++p)
     digits = digits * 10 + static_cast<std::uint64_t>(*p - '0');
   return p;
 }
 
-// Most numbers have one to three digits before the point: where they end is foreseen better by the
-// processor's branches than found out by arithmetic that all further reading waits for.
-[[gnu::always_inline]] inline const char* takeFewDigits(const char* p, const char* end,
-                                                        std::uint64_t& digits) noexcept {
-  for (int few = 0; few < 3; ++few, ++p) {
-    if (p == end || !isDigit(*p)) return p;
-    digits = digits * 10 + static_cast<std::uint64_t>(*p - '0');
-  }
-  return takeDigits(p, end, digits);
-}
-
-const char* scanExponent(const char* p, const char* end, Scan& scan) noexcept {
-  const bool negative = p != end && *p == '-';
-  if (p != end && (*p == '-' || *p == '+')) ++p;
-  if (p == end || !isDigit(*p)) return nullptr;
+const char* scanExponent(const char* p, Scan& scan) noexcept {
+  const bool negative = *p == '-';
+  if (*p == '-' || *p == '+') ++p;
+  if (!isDigit(*p)) return nullptr;
   std::int64_t exponent = 0;
-  for (; p != end && isDigit(*p); ++p) {
+  for (; isDigit(*p); ++p) {
     // Larger than any exponent that a document has the room to make up for with digits.
     if (exponent < 100'000'000'000) exponent = exponent * 10 + (*p - '0');
   }
@@ -107,13 +96,24 @@ bool setInteger(ValueBits& bits, const Scan& scan, std::uint64_t magnitude) noex
   return true;
 }
 
-// The rest of a number that is not done with its digits: one with an exponent, or with as many
-// digits as may not fit. Apart, so that the others need not make room for it.
-[[gnu::noinline]] const char* finishNumber(const char* begin, const char* p, const char* end,
-                                           Scan scan, ValueBits& bits) noexcept {
-  if (p != end && (*p == 'e' || *p == 'E')) {
+// Any number, byte by byte.
+[[gnu::noinline]] const char* anyNumber(const char* begin, ValueBits& bits) noexcept {
+  Scan scan{.negative = *begin == '-'};
+  const char* const whole = begin + (scan.negative ? 1 : 0);
+  const char* p = takeDigits(whole, scan.digits);
+  scan.digitCount = p - whole;
+  if (scan.digitCount == 0 || (*whole == '0' && scan.digitCount > 1)) return nullptr;
+  if (*p == '.') {
+    const char* const fraction = ++p;
+    p = takeDigits(p, scan.digits);
+    if (p == fraction) return nullptr;
+    scan.digitCount += p - fraction;
+    scan.exponent = fraction - p;
     scan.integer = false;
-    p = scanExponent(p + 1, end, scan);
+  }
+  if (*p == 'e' || *p == 'E') {
+    scan.integer = false;
+    p = scanExponent(p + 1, scan);
     if (!p) return nullptr;
   }
   if (scan.digitCount > safeDigits) scan.digitCount -= leadingZeros(begin, p);
@@ -121,7 +121,7 @@ bool setInteger(ValueBits& bits, const Scan& scan, std::uint64_t magnitude) noex
     std::uint64_t magnitude = scan.digits;
     bool fits = scan.digitCount <= safeDigits;
     if (!fits && scan.digitCount == safeDigits + 1) {
-      fits = std::from_chars(begin + (scan.negative ? 1 : 0), p, magnitude).ec == std::errc();
+      fits = std::from_chars(whole, p, magnitude).ec == std::errc();
     }
     if (fits && setInteger(bits, scan, magnitude)) return p;
   }
@@ -137,26 +137,34 @@ bool setInteger(ValueBits& bits, const Scan& scan, std::uint64_t magnitude) noex
 
 }  // namespace
 
+// Nearly all numbers have no exponent and few digits; those that do not end near the document's end
+// are read with hardly a question asked. Whatever is different is left to anyNumber().
 const char* parseNumber(const char* begin, const char* end, ValueBits& bits) noexcept {
+  constexpr std::ptrdiff_t bytesLookedAt = 1 + 3 + 16 + 1 + 16 + 1;
+  constexpr std::ptrdiff_t fewDigits = safeDigits - 1;
+  if (end - begin < bytesLookedAt) return anyNumber(begin, bits);
   const bool negative = *begin == '-';
   const char* const whole = begin + (negative ? 1 : 0);
+  const char* p = whole;
   std::uint64_t digits = 0;
-  const char* p = takeFewDigits(whole, end, digits);
+  // Most numbers have one to three digits before the point: where they end is foreseen better by
+  // the processor's branches than found out by arithmetic that all further reading waits for.
+  while (p != whole + 3 && isDigit(*p))
+    digits = digits * 10 + static_cast<std::uint64_t>(*p++ - '0');
+  if (p == whole + 3) p += takeOfSixteen(p, digits);
   std::ptrdiff_t digitCount = p - whole;
   if (digitCount == 0 || (*whole == '0' && digitCount > 1)) return nullptr;
-  std::ptrdiff_t fractionCount = 0;
-  if (p != end && *p == '.') {
-    const char* const fraction = ++p;
-    p = takeDigits(p, end, digits);
-    fractionCount = p - fraction;
+  unsigned fractionCount = 0;
+  if (*p == '.') {
+    fractionCount = takeOfSixteen(p + 1, digits);
     if (fractionCount == 0) return nullptr;
+    p += 1 + fractionCount;
     digitCount += fractionCount;
   }
   constexpr std::uint64_t exactlyDouble = std::uint64_t{1} << 53U;
-  const bool hasExponent = p != end && (*p == 'e' || *p == 'E');
-  if (hasExponent || digitCount >= safeDigits || (fractionCount != 0 && digits > exactlyDouble)) {
-    return finishNumber(begin, p, end,
-                        {digits, digitCount, -fractionCount, negative, fractionCount == 0}, bits);
+  if (digitCount > fewDigits || isDigit(*p) || *p == 'e' || *p == 'E' ||
+      (fractionCount != 0 && digits > exactlyDouble)) {
+    return anyNumber(begin, bits);
   }
   const auto integer = static_cast<std::int64_t>(digits);
   if (fractionCount == 0) {

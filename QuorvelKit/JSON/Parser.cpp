@@ -18,19 +18,19 @@ namespace {
 // together. So children are contiguous, and nothing recurs.
 //
 // The steps take the place where they begin and give the one behind what they read, or null after
-// a failure. (A member that held the place would be written to memory at every one.)
+// a failure. (A member that held the place would be written to memory at every one.) Few ask
+// whether they are at the end: the 0 behind the bytes is nothing that may stand in a document.
 class Parser {
  public:
-  explicit Parser(std::string_view bytes) : begin_(bytes.data()), end_(begin_ + bytes.size()) {}
+  explicit Parser(const Data& bytes) : begin_(bytes.data()), end_(begin_ + bytes.size()) {}
 
   std::optional<Value> run(std::string& problem);
 
  private:
   struct Frame {
     std::size_t firstChild;
-    std::uint64_t keysSeen;  // a bit for each key number modulo 64
-    std::uint32_t key;       // of the container itself
-    std::uint32_t hash;
+    std::uint64_t keysSeen;  // the bits of the keys
+    Label label;             // of the container itself
     bool isMap;
     bool repeatsKey;
   };
@@ -43,32 +43,23 @@ class Parser {
   const char* open(const char* p, bool isMap);
   const char* close(const char* p);
   const char* key(const char* p);
-  const char* otherKey(const char* p);
-  const char* takeKey(const char* p, std::uint32_t key);
-  void lookForRepeated(std::uint32_t key) noexcept;
+  const char* otherKey(const char* p, KeyTable::Entry*& key);
+  void lookForRepeated(const KeyTable::Entry& key) noexcept;
   const char* stringValue(const char* p);
   const char* word(const char* p, std::string_view text, ValueTag tag);
-  static std::uint64_t keyBit(std::uint32_t key) noexcept {
-    return std::uint64_t{1} << (key % 64U);
-  }
-  // Whether the innermost map has no such key for sure.
-  bool isNew(std::uint32_t key) const noexcept {
-    return (frames_[depth_ - 1].keysSeen & keyBit(key)) == 0;
-  }
   void push(std::uint64_t payload, ValueTag tag) {
-    pending_.push({payload, key_, static_cast<std::uint32_t>(tag) | hash_});
+    pending_.push(Node::make(payload, tag, label_));
   }
   void makeRoom(const char* p, std::size_t count);
   void dropRepeatedKeys(std::size_t first);
   void appendIndex(std::uint32_t first, std::uint32_t count);
 
-  const char* skipSpace(const char* p) const noexcept {
-    while (p != end_ && static_cast<unsigned char>(*p) <= ' ' &&
+  static const char* skipSpace(const char* p) noexcept {
+    while (static_cast<unsigned char>(*p) <= ' ' &&
            (*p == ' ' || *p == '\n' || *p == '\r' || *p == '\t'))
       ++p;
     return p;
   }
-  bool at(const char* p, char c) const noexcept { return p != end_ && *p == c; }
   const char* fail(const char* p, const char* problem) noexcept {
     failedAt_ = p;
     problem_ = problem;
@@ -82,11 +73,10 @@ class Parser {
   std::unique_ptr<Document> document_ = std::make_unique<Document>();
   KeyTable keys_{*document_};
   Run<Node> pending_;
-  std::array<Frame, deepestNesting> frames_;
-  std::size_t depth_ = 0;
-  // Of the value to come; the hash stands where nodes have it, and is 0 in arrays.
-  std::uint32_t key_ = 0;
-  std::uint32_t hash_ = 0;
+  // The first frame is the document's own.
+  std::array<Frame, deepestNesting + 1> frames_;
+  Frame* frame_ = frames_.data();
+  Label label_;  // Of the value to come; empty in arrays.
 };
 
 std::optional<Value> Parser::run(std::string& problem) {
@@ -113,24 +103,23 @@ bool Parser::document() {
   do {
     p = value(p);
     if (p) p = afterValue(p);
-  } while (p && depth_ != 0);
+  } while (p && frame_ != frames_.data());
   if (p && p != end_) p = fail(p, "Unexpected character behind the document");
   return p != nullptr;
 }
 
 const char* Parser::value(const char* p) {
   for (;;) {
-    if (p == end_) return fail(p, "Unexpected end");
     switch (*p) {
       case '{':
         p = open(p, true);
-        if (!p || at(p, '}')) return p ? close(p) : nullptr;
+        if (!p || *p == '}') return p ? close(p) : nullptr;
         p = key(p);
         if (!p) return nullptr;
         break;
       case '[':
         p = open(p, false);
-        if (!p || at(p, ']')) return p ? close(p) : nullptr;
+        if (!p || *p == ']') return p ? close(p) : nullptr;
         break;
       case '"': return stringValue(p);
       case 't': return word(p, "true", ValueTag::true_);
@@ -139,7 +128,10 @@ const char* Parser::value(const char* p) {
       default: {
         ValueBits number;
         const char* const stop = parseNumber(p, end_, number);
-        if (!stop) return fail(p, "Unexpected character or unreadable number");
+        if (!stop) {
+          return fail(p,
+                      p == end_ ? "Unexpected end" : "Unexpected character or unreadable number");
+        }
         push(number.payload, number.tag());
         return stop;
       }
@@ -148,65 +140,60 @@ const char* Parser::value(const char* p) {
 }
 
 const char* Parser::open(const char* p, bool isMap) {
-  if (depth_ == deepestNesting) return fail(p, "Nesting too deep");
-  frames_[depth_++] = {pending_.size(), 0, key_, hash_, isMap, false};
-  hash_ = 0;
+  if (frame_ == &frames_.back()) return fail(p, "Nesting too deep");
+  *++frame_ = {pending_.size(), 0, label_, isMap, false};
+  label_ = {};
   return skipSpace(p + 1);
 }
 
 const char* Parser::afterValue(const char* p) {
   for (;;) {
     p = skipSpace(p);
-    if (depth_ == 0) return p;
-    const bool isMap = frames_[depth_ - 1].isMap;
-    if (at(p, ',')) {
+    if (frame_ == frames_.data()) return p;
+    const bool isMap = frame_->isMap;
+    if (*p == ',') {
       p = skipSpace(p + 1);
       return isMap ? key(p) : p;
     }
-    if (!at(p, isMap ? '}' : ']')) {
+    if (*p != (isMap ? '}' : ']')) {
       return fail(p, isMap ? "Expected ',' or '}'" : "Expected ',' or ']'");
     }
     p = close(p);
   }
 }
 
-// A key that comes as it was guessed, and is new to its map, calls nothing.
+// A key that comes as it was guessed calls nothing.
 const char* Parser::key(const char* p) {
-  if (!at(p, '"')) return fail(p, "Expected a key");
-  const std::uint32_t guessed = keys_.guess(p + 1, end_);
-  if (guessed == KeyTable::none || !isNew(guessed)) return otherKey(p + 1);
-  return takeKey(p + 1 + keys_.lengthWithMark(guessed), guessed);
+  if (*p != '"') return fail(p, "Expected a key");
+  ++p;
+  KeyTable::Entry* key = keys_.guess(p, end_);
+  p = key ? p + key->length + 1 : otherKey(p, key);
+  if (!p) return nullptr;
+  keys_.follow(key);
+  label_ = key->label;
+  if ((frame_->keysSeen & key->bit) != 0) lookForRepeated(*key);
+  frame_->keysSeen |= key->bit;
+  p = skipSpace(p);
+  if (*p != ':') return fail(p, "Expected ':'");
+  return skipSpace(p + 1);
 }
 
-[[gnu::noinline]] const char* Parser::otherKey(const char* p) {
+[[gnu::noinline]] const char* Parser::otherKey(const char* p, KeyTable::Entry*& key) {
   Run<char>& text = document_->text;
   const std::size_t start = text.size();
   const StringResult result = parseString(p, end_, text);
   if (result.problem) return fail(result.stop, result.problem);
-  const std::uint32_t key = keys_.number(start, !result.escaped);
-  if (!isNew(key)) lookForRepeated(key);
-  return takeKey(result.stop, key);
-}
-
-// From behind the closing quotation mark to the value.
-const char* Parser::takeKey(const char* p, std::uint32_t key) {
-  keys_.follow(key);
-  key_ = key;
-  hash_ = keys_.hash(key) << 8U;
-  frames_[depth_ - 1].keysSeen |= keyBit(key);
-  p = skipSpace(p);
-  if (!at(p, ':')) return fail(p, "Expected ':'");
-  return skipSpace(p + 1);
+  key = keys_.find(start, !result.escaped);
+  return result.stop;
 }
 
 // Large maps find out when they are sorted.
-void Parser::lookForRepeated(std::uint32_t key) noexcept {
-  Frame& frame = frames_[depth_ - 1];
-  const std::size_t members = pending_.size() - frame.firstChild;
-  if (frame.repeatsKey || members >= Document::indexedMembers) return;
-  const Node* const first = pending_.data() + frame.firstChild;
-  frame.repeatsKey =
-      std::any_of(first, first + members, [&](const Node& n) { return n.key == key; });
+[[gnu::noinline]] void Parser::lookForRepeated(const KeyTable::Entry& key) noexcept {
+  const std::size_t members = pending_.size() - frame_->firstChild;
+  if (frame_->repeatsKey || members >= Document::indexedMembers) return;
+  const Node* const first = pending_.data() + frame_->firstChild;
+  frame_->repeatsKey =
+      std::any_of(first, first + members, [&](const Node& n) { return n.key() == key.number; });
 }
 
 const char* Parser::stringValue(const char* p) {
@@ -226,7 +213,7 @@ const char* Parser::word(const char* p, std::string_view text, ValueTag tag) {
 
 const char* Parser::close(const char* p) {
   ++p;
-  const Frame& frame = frames_[--depth_];
+  const Frame& frame = *frame_--;
   const bool large = pending_.size() - frame.firstChild >= Document::indexedMembers;
   if (frame.isMap && (frame.repeatsKey || large)) dropRepeatedKeys(frame.firstChild);
 
@@ -239,8 +226,7 @@ const char* Parser::close(const char* p) {
   if (frame.isMap && count >= Document::indexedMembers) {
     appendIndex(static_cast<std::uint32_t>(first), static_cast<std::uint32_t>(count));
   }
-  key_ = frame.key;
-  hash_ = frame.hash;
+  label_ = frame.label;
   push(Node::range(first, count), frame.isMap ? ValueTag::frozenMap : ValueTag::frozenArray);
   return p;
 }
@@ -251,7 +237,8 @@ void Parser::makeRoom(const char* p, std::size_t count) {
   const auto read = static_cast<std::size_t>(p - begin_);
   const auto all = static_cast<std::size_t>(end_ - begin_);
   const std::size_t least = document_->nodes.size() + count;
-  if (read < all / 8) return document_->nodes.reserve(2 * least);
+  constexpr std::size_t enough = 1 << 20;
+  if (read < std::min(all / 8, enough)) return document_->nodes.reserve(2 * least);
   const double rest = 1.01 * static_cast<double>(all) / static_cast<double>(read);
   const auto expected = [&](std::size_t soFar) {
     return std::max(static_cast<std::size_t>(static_cast<double>(soFar) * rest),
@@ -269,12 +256,12 @@ void Parser::dropRepeatedKeys(std::size_t first) {
   for (std::uint32_t i = 0; i < count; ++i)
     order[i] = i;
   std::sort(order.begin(), order.end(), [&](std::uint32_t a, std::uint32_t b) {
-    return members[a].key != members[b].key ? members[a].key < members[b].key : a < b;
+    return members[a].key() != members[b].key() ? members[a].key() < members[b].key() : a < b;
   });
   std::vector<bool> dropped(count, false);
   for (std::uint32_t i = 0; i < count;) {
     std::uint32_t last = i;
-    while (last + 1 < count && members[order[last + 1]].key == members[order[i]].key)
+    while (last + 1 < count && members[order[last + 1]].key() == members[order[i]].key())
       ++last;
     members[order[i]] = members[order[last]];
     for (std::uint32_t j = i + 1; j <= last; ++j)
@@ -299,14 +286,14 @@ void Parser::appendIndex(std::uint32_t first, std::uint32_t count) {
             [&](std::uint32_t a, std::uint32_t b) {
               if (members[a].hash() != members[b].hash())
                 return members[a].hash() < members[b].hash();
-              return document_->keyText(members[a].key) < document_->keyText(members[b].key);
+              return document_->keyText(members[a].key()) < document_->keyText(members[b].key());
             });
-  document_->nodes.push({Node::range(start, count), 0, 0});
+  document_->nodes.push({Node::range(start, count), {}});
 }
 
 }  // namespace
 
-std::optional<Value> parseDocument(std::string_view bytes, std::string& problem) {
+std::optional<Value> parseDocument(const Data& bytes, std::string& problem) {
   return Parser(bytes).run(problem);
 }
 

@@ -2,10 +2,10 @@
 #pragma once
 
 #include <QuorvelKit/JSON/Value.h>
+#include <QuorvelPlatform/Data.h>
 
 #include <optional>
 #include <string>
-#include <string_view>
 
 namespace quorvelkit::detail {
 
@@ -14,6 +14,6 @@ inline constexpr std::size_t deepestNesting = 512;
 
 // Reads a JSON document (RFC 8259). On failure returns nothing and sets the problem, a sentence
 // with the offset of the byte where reading stopped.
-std::optional<Value> parseDocument(std::string_view bytes, std::string& problem);
+std::optional<Value> parseDocument(const Data& bytes, std::string& problem);
 
 }  // namespace quorvelkit::detail

@@ -69,7 +69,7 @@ std::pair<std::string_view, ValueView> ValueView::memberAt(std::size_t index) co
     const Node& node = document.nodes[bits_.node()];
     if (index >= node.count()) return {};
     const Node& member = document.nodes[node.first() + index];
-    return {document.keyText(member.key), ValueCore::view(document.bits(member))};
+    return {document.keyText(member.key()), ValueCore::view(document.bits(member))};
   }
   if (bits_.tag() == ValueTag::map) {
     const ValueMap& members = ValueCore::cell<MapCell>(*this).members;

@@ -188,7 +188,7 @@ void EasyHandle::setMethod(const URLRequest& request) {
   if (!body.empty() || expectsBody) {
     curl_easy_setopt(easy_, CURLOPT_POST, 1L);
     curl_easy_setopt(easy_, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body.size()));
-    curl_easy_setopt(easy_, CURLOPT_POSTFIELDS, body.empty() ? "" : body.data());
+    curl_easy_setopt(easy_, CURLOPT_POSTFIELDS, body.data());
   } else if (!isHead) {
     curl_easy_setopt(easy_, CURLOPT_HTTPGET, 1L);
   }
