@@ -24,9 +24,7 @@ class Data {
   std::size_t size() const noexcept { return bytes_ ? bytes_->size() : 0; }
   bool empty() const noexcept { return size() == 0; }
   /// The bytes; valid as long as this value or a copy of it lives.
-  std::string_view view() const noexcept {
-    return {data(), size()};
-  }
+  std::string_view view() const noexcept { return {data(), size()}; }
 
   friend bool operator==(const Data& a, const Data& b) noexcept { return a.view() == b.view(); }
 
