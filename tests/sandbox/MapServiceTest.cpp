@@ -26,10 +26,7 @@ constexpr const char* sampleMap = R"({"type":"FeatureCollection","features":[
    "properties":{"leisure":"park"}}]})";
 
 JSON get(const MapService& service, const std::string& path) {
-  HTTPRequest request;
-  request.method = "GET";
-  request.path = path;
-  const auto answer = service.answer(request, "http://127.0.0.1:1");
+  const auto answer = service.answer({"GET", path, {}, "", nullptr}, "http://127.0.0.1:1");
   EXPECT_TRUE(answer && answer->status == 200) << path;
   return answer ? JSON::parse(answer->body) : JSON();
 }
@@ -102,10 +99,7 @@ TEST(MapServiceTest, OthersRequestsAreLeftToOthers) {
   EXPECT_EQ((get(service, "/style.json")[{"sources", "water", "attribution"}].stringValue()),
             "Quorvel, an invented town");
   for (const auto& [method, path] : {std::pair("POST", "/style.json"), {"GET", "/v4/route"}}) {
-    HTTPRequest request;
-    request.method = method;
-    request.path = path;
-    EXPECT_FALSE(service.answer(request, ""));
+    EXPECT_FALSE(service.answer({method, path, {}, "", nullptr}, ""));
   }
 }
 

@@ -1,16 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "sandbox/HTTPServer.h"
 #include "sandbox/Sandbox.h"
 #include "tests/sandbox/RunProgram.h"
 #include "tests/sandbox/SearchTown.h"
+#include "tests/support/TestServer.h"
 
 #include <gmock/gmock.h>
-#include <signal.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
-#include <cstdio>
 #include <fstream>
 #include <mutex>
 #include <regex>
@@ -25,6 +21,21 @@ using testing::StartsWith;
 const std::string quorvel = QUORVEL;
 const std::string sandboxProgram = QUORVEL_SANDBOX;
 const std::string demo = " --from 40.4523,-38.2804 --to 40.4469,-38.1872";
+
+struct Run {
+  std::string arguments;
+  int exitCode;
+  std::string says;  // On standard output; on standard error when it fails.
+};
+
+void expectEach(const std::string& program, const std::vector<Run>& runs,
+                const std::string& more = "") {
+  for (const auto& [arguments, exitCode, says] : runs) {
+    const Output output = run(program + arguments + more);
+    EXPECT_EQ(output.exitCode, exitCode) << arguments << '\n' << output.err;
+    EXPECT_THAT(exitCode == 0 ? output.out : output.err, HasSubstr(says)) << arguments;
+  }
+}
 
 class QuorvelTest : public testing::Test {
  protected:
@@ -69,107 +80,80 @@ TEST_F(QuorvelTest, tellsWhenToLeave) {
 }
 
 TEST_F(QuorvelTest, failsWithAnExplanation) {
-  const std::string dead = [] {
-    Sandbox gone(MapData::builtInTown());
-    gone.start(0);
-    return gone.url();
-  }();
-  struct Case {
-    std::string arguments;
-    int exitCode;
-    const char* says;
-  };
-  const std::vector<Case> cases = {
-      {" route --backend " + sandbox.url() + " --from 1,1 --to 2,2", 1, "no road within"},
-      {" route --backend " + dead + demo, 1, "with --backend"},
-      {" route --trace --backend " + dead + demo, 1, "Login failed"},
-      {" route --backend " + sandbox.url() + "/elsewhere" + demo, 1, "status 404"},
-      {" route --backend 'no url'" + demo, 1, "is no URL"},
-      {" route --from 1,1", 2, "--to is required"},
-      {" route --from '1;2' --to 1,2", 2, "is no LAT,LON"},
-      {" route --from 91,0 --to 1,2", 2, "is no LAT,LON"},
-      {" route --from 1 --to 1,2", 2, "is no LAT,LON"},
-      {" route --arrive noon" + demo, 2, "is no RFC 3339 time"},
-      {" route --json --geojson" + demo, 2, "excludes"},
-      {" fly", 2, "required"},
-      {"", 2, "required"},
-  };
-  for (const Case& c : cases) {
-    const Output output = run(quorvel + c.arguments);
-    EXPECT_EQ(output.exitCode, c.exitCode) << c.arguments;
-    EXPECT_THAT(output.err, HasSubstr(c.says)) << c.arguments;
-  }
-  EXPECT_EQ(run(quorvel + " route --help").exitCode, 0);
-}
-
-Output find(const std::string& arguments, const std::string& backend) {
-  return run(quorvel + ' ' + arguments + " --backend " + backend);
+  const std::string here = " route --backend " + sandbox.url();
+  const std::string dead =
+      " --backend http://127.0.0.1:" + std::to_string(quorvelkit::test::unusedPort());
+  expectEach(quorvel, {{here + " --from 1,1 --to 2,2", 1, "no road within"},
+                       {here + "/elsewhere" + demo, 1, "status 404"},
+                       {" route" + dead + demo, 1, "with --backend"},
+                       {" route --trace" + dead + demo, 1, "Login failed"},
+                       {" route --backend 'no url'" + demo, 1, "is no URL"},
+                       {" route --from 1,1", 2, "--to is required"},
+                       {" route --from '1;2' --to 1,2", 2, "is no LAT,LON"},
+                       {" route --from 91,0 --to 1,2", 2, "is no LAT,LON"},
+                       {" route --from 1 --to 1,2", 2, "is no LAT,LON"},
+                       {" route --arrive noon" + demo, 2, "is no RFC 3339 time"},
+                       {" route --json --geojson" + demo, 2, "excludes"},
+                       {" route --help", 0, "--arrive"},
+                       {" fly", 2, "required"},
+                       {"", 2, "required"}});
 }
 
 TEST(QuorvelFindTest, PrintsWhatItFindsOrWhyNot) {
   Sandbox sandbox(searchTown());
   ASSERT_TRUE(sandbox.start(0));
-  const std::string near = " --near 10,20";
-  const struct {
-    std::string arguments;
-    int exitCode;
-    const char* says;  // On standard output; on standard error when it fails.
-  } cases[] = {
-      {"candidates '100 Harbor Street'" + near, 0,
-       "100 Harbor Street, Testville, Maryland, 21231\n"},
-      {"candidates '100 Harbor Street'" + near, 0, "\n  100  9.9998,20.0  "},
-      {"candidates 'Cafe & Muller'" + near, 0, "cafe, +1 555 0100, https://mueller.example"},
-      {"candidates 'First Bank'" + near + " --extent 10.04,19,11,21", 0, "  100  10.05,20.004  "},
-      {"candidates 'Harbor Street'" + near + " --extent 10.04,19,11,21", 1, "not inside --extent"},
-      {"candidates x --key street.w1.150" + near, 0, "150 Harbor Street, "},
-      {"candidates Atlantis" + near, 1, "There is no such place"},
-      {"suggest 'Harbor P'" + near, 0, "Harbor Point, Testville"},
-      {"suggest 'caf\u00E9 m\u00FC'" + near, 0, "Caf\u00E9 M\u00FCller, 133 Harbor Street"},
-      {"suggest 'a&location=0,0#'" + near, 1, "Nothing"},
-      {"reverse 9.9999,20.0045", 0, "150 Harbor Street, Testville, Maryland, 21231\n\n"},
-      {"reverse 9.9999,20.0045", 0, "neighborhood  Harbor Point\n"},
-      {"reverse -33.8,-151.2", 1, "no address within ten kilometers"},
-      {"route --from '100 Harbor Street' --to 10,20.008", 0, "Arrive at your destination"},
-      {"route --from '100 Harbor St' --to '200 Harbor St'" + near, 0,
-       "200 Harbor St: 200 Harbor Street, Testville"},
-      {"route --from Atlantis --to 10,20.008", 1, "There is no place 'Atlantis'"},
-      {"route --from 'Harbor Point' --to 'First Bank'", 1, "--near"},
-      {"candidates ' '" + near, 2, "is empty"},
-      {"candidates \"$(printf '\\377')\"" + near, 2, "not UTF-8"},
-      {"candidates x", 2, "--near is required"},
-      {"candidates x --near x", 2, "is no LAT,LON"},
-      {"candidates x" + near + " --extent 2,1,1,2", 2, "is no S,W,N,E"},
-      {"candidates x" + near + " --extent 1,2,3", 2, "is no S,W,N,E"},
-      {"reverse here", 2, "is no LAT,LON"},
-  };
-  for (const auto& [arguments, exitCode, says] : cases) {
-    const Output output = find(arguments, sandbox.url());
-    EXPECT_EQ(output.exitCode, exitCode) << arguments << '\n' << output.err;
-    EXPECT_THAT(exitCode == 0 ? output.out : output.err, HasSubstr(says)) << arguments;
-  }
+  const std::string near = " --near 10,20", north = near + " --extent 10.04,19,11,21";
+  const std::string backend = " --backend " + sandbox.url();
+  expectEach(
+      quorvel + ' ',
+      {{"candidates '100 Harbor Street'" + near, 0,
+        "100 Harbor Street, Testville, Maryland, 21231\n"},
+       {"candidates '100 Harbor Street'" + near, 0, "\n  100  9.9998,20.0  "},
+       {"candidates 'Cafe & Muller'" + near, 0, "cafe, +1 555 0100, https://mueller.example"},
+       {"candidates 'First Bank'" + north, 0, "  100  10.05,20.004  "},
+       {"candidates 'Harbor Street'" + north, 1, "not inside --extent"},
+       {"candidates x --key street.w1.150" + near, 0, "150 Harbor Street, "},
+       {"candidates Atlantis" + near, 1, "There is no such place"},
+       {"suggest 'Harbor P'" + near, 0, "Harbor Point, Testville"},
+       {"suggest 'caf\u00E9 m\u00FC'" + near, 0, "Caf\u00E9 M\u00FCller, 133 Harbor Street"},
+       {"suggest 'a&location=0,0#'" + near, 1, "Nothing"},
+       {"reverse 9.9999,20.0045", 0, "150 Harbor Street, Testville, Maryland, 21231\n\n"},
+       {"reverse 9.9999,20.0045", 0, "neighborhood  Harbor Point\n"},
+       {"reverse -33.8,-151.2", 1, "no address within ten kilometers"},
+       {"route --from '100 Harbor Street' --to 10,20.008", 0, "Arrive at your destination"},
+       {"route --from '100 Harbor St' --to '200 Harbor St'" + near, 0,
+        "200 Harbor St: 200 Harbor Street, Testville"},
+       {"route --from Atlantis --to 10,20.008", 1, "There is no place 'Atlantis'"},
+       {"route --from 'Harbor Point' --to 'First Bank'", 1, "--near"},
+       {"candidates ' '" + near, 2, "is empty"},
+       {"candidates \"$(printf '\\377')\"" + near, 2, "not UTF-8"},
+       {"candidates x", 2, "--near is required"},
+       {"candidates x --near x", 2, "is no LAT,LON"},
+       {"candidates x" + near + " --extent 2,1,1,2", 2, "is no S,W,N,E"},
+       {"candidates x" + near + " --extent 1,2,3", 2, "is no S,W,N,E"},
+       {"reverse here", 2, "is no LAT,LON"}},
+      backend);
   // The answer itself, with nothing around it even when the exchanges are told.
   for (const char* command :
        {"candidates Harbor --near 10,20", "suggest Harbor --near 10,20", "reverse 10,20"}) {
-    const Output output = find(command + std::string(" --json --trace"), sandbox.url());
+    const Output output = run(quorvel + ' ' + command + " --json --trace" + backend);
     EXPECT_EQ(JSON::parse(output.out).type(), JSON::Type::dictionary) << command;
     EXPECT_THAT(output.err, HasSubstr("/api/v1/")) << command;
   }
 }
 
 TEST(QuorvelFindTest, DoesNotWaitForAServerThatNobodyNamed) {
-  HTTPServer server([](const HTTPRequest& request) {
-    const std::string token(36, 't');
-    return HTTPAnswer::json(request.method == "POST" ? JSON::makeDictionary({{"user-token", token}})
-                                                     : JSON::makeDictionary({}));
-  });
-  const std::string backend = "http://127.0.0.1:" + std::to_string(server.bind(0));
-  server.start();
-  for (const char* command : {"candidates x --near 1,2", "suggest x --near 1,2", "reverse 1,2",
-                              "route --from x --to 1,2"}) {
-    const Output output = find(command, backend);
-    EXPECT_EQ(output.exitCode, 1) << command;
-    EXPECT_THAT(output.err, HasSubstr("names no find server")) << command;
-  }
+  const quorvelkit::test::TestServer server(
+      quorvelkit::test::TestServer::answering([](const auto&, auto& connection) {
+        connection.answer(200, R"({"user-token":"11111111-2222-4333-8444-555555555555"})");
+      }));
+  const char* says = "names no find server";
+  expectEach(quorvel,
+             {{" candidates x --near 1,2", 1, says},
+              {" suggest x --near 1,2", 1, says},
+              {" reverse 1,2", 1, says},
+              {" route --from x --to 1,2", 1, says}},
+             " --backend " + server.url(""));
 }
 
 // Neither the programs nor the log of the sandbox say what lets one in.
@@ -203,47 +187,29 @@ TEST(QuorvelSecretsTest, stayOutOfOutputAndLog) {
   EXPECT_FALSE(std::regex_search(text, std::regex("[0-9A-Fa-f]{8}(-[0-9A-Fa-f]{4}){3}-")));
 }
 
-TEST(QuorvelSandboxTest, printsItsAddressAndStopsWhenTold) {
-  for (const int signal : {SIGTERM, SIGINT}) {
-    std::array<int, 2> ends{};
-    ASSERT_EQ(pipe(ends.data()), 0);
-    const pid_t process = fork();
-    if (process == 0) {
-      dup2(ends[1], STDOUT_FILENO);
-      execl(sandboxProgram.c_str(), sandboxProgram.c_str(), "--port", "0", nullptr);
-      _exit(127);
-    }
-    close(ends[1]);
-    FILE* output = fdopen(ends[0], "r");
-    std::array<char, 256> line{};
-    ASSERT_NE(fgets(line.data(), line.size(), output), nullptr);
-    const std::string greeting(line.data());
-    ASSERT_THAT(greeting, StartsWith("listening on http://127.0.0.1:"));
-    const Output answer =
-        run(quorvel + " route --backend " + greeting.substr(13, greeting.size() - 14) + demo);
-    EXPECT_EQ(answer.exitCode, 0) << answer.err;
-    kill(process, signal);
-    int status = 0;
-    ASSERT_EQ(waitpid(process, &status, 0), process);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-    (void)fclose(output);
+TEST(QuorvelSandboxTest, printsItsAddressAndATripAndStopsWhenTold) {
+  const std::string pipe = testing::TempDir() + "/says-" + std::to_string(getpid());
+  for (const std::string signal : {"TERM", "INT"}) {
+    const Output output =
+        run("{ mkfifo " + pipe + "; " + sandboxProgram + " --port 0 >" + pipe + " & exec 3<" +
+            pipe + "; rm " + pipe +
+            "; read -r greeting <&3; echo $greeting"
+            "; read -r try quorvel arguments <&3; " +
+            quorvel + " $arguments; kill -" + signal + " $!; wait $!; echo It ended with $?; }");
+    EXPECT_THAT(output.out, StartsWith("listening on http://127.0.0.1:"));
+    EXPECT_THAT(output.out, HasSubstr("Arrive at your destination")) << output.err;
+    EXPECT_THAT(output.out, testing::EndsWith("It ended with 0\n"));
   }
 }
 
 TEST(QuorvelSandboxTest, refusesWhatItCannotUse) {
   const std::string empty = testing::TempDir() + "/empty-" + std::to_string(getpid()) + ".geojson";
   std::ofstream(empty) << R"({"type":"FeatureCollection","features":[]})";
-  const std::vector<std::tuple<std::string, int, std::string>> cases = {
-      {" --map /nowhere.geojson", 1, "cannot be read"},
-      {" --map " + sandboxProgram, 1, "no JSON"},
-      {" --map " + empty, 1, "holds no roads"},
-      {" --port 70000", 2, "--port"},
-      {" --prot 1", 2, "--prot"}};
-  for (const auto& [arguments, exitCode, says] : cases) {
-    const Output output = run(sandboxProgram + arguments);
-    EXPECT_EQ(output.exitCode, exitCode) << arguments;
-    EXPECT_THAT(output.err, HasSubstr(says)) << arguments;
-  }
+  expectEach(sandboxProgram, {{" --map /nowhere.geojson", 1, "cannot be read"},
+                              {" --map " + sandboxProgram, 1, "no JSON"},
+                              {" --map " + empty, 1, "holds no roads"},
+                              {" --port 70000", 2, "--port"},
+                              {" --prot 1", 2, "--prot"}});
   unlink(empty.c_str());
 }
 

@@ -24,12 +24,7 @@ const std::string configurationPath =
 
 class SandboxTest : public testing::Test {
  protected:
-  std::mutex mutex;
-  std::vector<std::string> log;
-  Sandbox sandbox{MapData::builtInTown(), [this](const std::string& line) {
-                    const std::lock_guard lock(mutex);
-                    log.push_back(line);
-                  }};
+  Sandbox sandbox{MapData::builtInTown()};
 
   SandboxTest() {
     EXPECT_TRUE(sandbox.start(0));
@@ -66,7 +61,7 @@ TEST_F(SandboxTest, checksTheLogin) {
     int status;
     int code;
   };
-  const std::vector<Case> cases = {
+  const Case cases[] = {
       {"application-id", "0", {}, 400, 2002},
       {"application-id", {}, {}, 400, 2002},
       {"secret-key", "0", {}, 400, 2002},
@@ -76,8 +71,7 @@ TEST_F(SandboxTest, checksTheLogin) {
       {"", {}, R"({"login":"x","password":"kvm40972"})", 401, 3003},
       {"", {}, R"({"login":1,"password":"kvm40972"})", 400, 3011},
       {"", {}, R"({"login":"sdk-)", 400, 3011},
-      {"", {}, "", 400, 3011},
-  };
+      {"", {}, "", 400, 3011}};
   for (const Case& c : cases) {
     const auto result = logIn(c.header, c.value, c.body);
     const JSON body = JSON::parse(result.body());
@@ -94,20 +88,12 @@ TEST_F(SandboxTest, givesTheConfigurationToBearersOfItsTokensOnly) {
   const auto good = getConfiguration(token);
   EXPECT_EQ(JSON::parse(good.body())["quorvel-navigation-root-url"].stringValue(), sandbox.url());
   EXPECT_EQ(JSON::parse(good.body())["quorvel-find-root-url"].stringValue(), sandbox.url());
-  for (const std::optional<std::string>& wrong :
-       {std::optional<std::string>(), std::optional<std::string>(""),
-        std::optional<std::string>(std::string(36, 'A'))}) {
+  using Token = std::optional<std::string>;
+  for (const Token& wrong : {Token(), Token(""), Token(std::string(36, 'A'))}) {
     const auto refused = getConfiguration(wrong);
     EXPECT_EQ(refused.status(), 401);
     EXPECT_EQ(JSON::parse(refused.body())["code"].intValue(), 3064);
   }
-  sandbox.stop();
-  for (const std::string& line : log) {
-    for (const std::string& secret : {token, std::string("kvm40972"), std::string("D41F06A3")}) {
-      EXPECT_EQ(line.find(secret), std::string::npos) << line;
-    }
-  }
-  EXPECT_EQ(log.size(), 6U);
 }
 
 TEST_F(SandboxTest, knowsWhatItDoesNotHave) {
@@ -186,19 +172,13 @@ TEST_F(SandboxTest, answersManyAtOnceEachWithItsOwn) {
           ASSERT_FALSE(response->candidates().empty()) << text;
           EXPECT_THAT(*response->candidates().front().matchAddress(), testing::StartsWith(text));
         });
-    QVFind::suggest(
-        std::make_shared<QVSuggestRequest>(urlEncode(text), here), [&, text](const auto& response) {
-          ++answered;
-          ASSERT_FALSE(response->suggestions().empty()) << text;
-          EXPECT_THAT(*response->suggestions().front().text(), testing::StartsWith(text));
-        });
     QVNavigation::route(std::make_shared<QVRouteRequest>(here, Coordinate{10, 20.008}),
                         [&](const auto& response) {
                           ++answered;
                           sizes.insert(response->route()->points().size());
                         });
   }
-  ASSERT_TRUE(quorvelkit::test::runMainQueueUntil([&] { return answered == 120; }));
+  ASSERT_TRUE(quorvelkit::test::runMainQueueUntil([&] { return answered == 80; }));
   EXPECT_EQ(sizes.size(), 1U);
   EXPECT_GT(*sizes.begin(), 2U);
 }

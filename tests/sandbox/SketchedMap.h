@@ -2,8 +2,8 @@
 #pragma once
 
 #include "sandbox/Geometry.h"
-#include "sandbox/MapData.h"
 #include "sandbox/RouteService.h"
+#include "tests/sandbox/MapText.h"
 
 #include <QuorvelKit/JSON/JSON.h>
 
@@ -22,42 +22,31 @@ struct At {
   Coordinate position() const { return {0.001 * north / 1.11195, 0.001 * east / 1.11195}; }
 };
 
-/// Streets drawn for one test, near where equator and prime meridian cross.
+/// Streets sketched for one test, near where equator and prime meridian cross.
 class SketchedMap {
  public:
-  /// Adds a street; its tags are "highway=residential" and those given, as "key=value".
-  SketchedMap& street(std::string name, std::vector<At> line, std::vector<std::string> tags = {}) {
-    std::vector<Tags::Pair> pairs;
-    for (const std::string& tag : tags) {
-      const std::size_t equals = tag.find('=');
-      pairs.emplace_back(tag.substr(0, equals), tag.substr(equals + 1));
-    }
-    if (!name.empty()) pairs.emplace_back("name", std::move(name));
-    pairs.emplace_back("highway", "residential");
-    MapWay way{nextId_++, Tags(std::move(pairs)), {}};
-    for (const At& at : line)
-      way.line.push_back(at.position());
-    map_.ways.push_back(std::move(way));
-    return *this;
-  }
-  SketchedMap& node(At at, std::int64_t id, std::vector<Tags::Pair> tags) {
-    map_.nodes.push_back({id, at.position(), Tags(std::move(tags))});
-    return *this;
+  /// As MapText.h says, with places east and north of the middle.
+  explicit SketchedMap(const std::string& text)
+      : map_(mapFromText(text, [](double east, double north) {
+          return At{east, north}.position();
+        })) {
+    // Maps have long had more of them than 32 bits can count.
+    for (MapWay& way : map_.ways)
+      way.id += 4'000'000'000;
+    for (MapNode& node : map_.nodes)
+      node.id += 9'000'000'000;
   }
 
   /// The answer to a request for a route.
-  HTTPAnswer ask(At from, At to, const QueryParameters& more = {}) const {
-    QueryParameters parameters{{"time", "2017-03-01T14:05:00Z"}, {"requestType", "DepartureTime"}};
-    const auto add = [&](const std::string& name, double value) {
-      parameters.emplace(name, std::to_string(value));
-    };
-    add("startLat", from.position().latitude);
-    add("startLon", from.position().longitude);
-    add("endLat", to.position().latitude);
-    add("endLon", to.position().longitude);
-    parameters.insert(more.begin(), more.end());
+  HTTPAnswer ask(At from, At to, QueryParameters parameters = {}) const {
+    parameters.insert({{"startLat", std::to_string(from.position().latitude)},
+                       {"startLon", std::to_string(from.position().longitude)},
+                       {"endLat", std::to_string(to.position().latitude)},
+                       {"endLon", std::to_string(to.position().longitude)},
+                       {"time", "2017-03-01T14:05:00Z"},
+                       {"requestType", "DepartureTime"}});
     const RouteService service(std::make_shared<MapData>(map_));
-    return *service.answer({"GET", "/v4/route", parameters, "", nullptr});
+    return *service.answer({"GET", "/v4/route", std::move(parameters), "", nullptr});
   }
   JSON route(At from, At to, const QueryParameters& more = {}) const {
     return JSON::parse(ask(from, to, more).body);
@@ -65,19 +54,21 @@ class SketchedMap {
 
  private:
   MapData map_;
-  std::int64_t nextId_ = 4'000'000'000;
 };
 
-/// The turns of a route document, without departing and arriving: "left: Turn left onto Elm".
-inline std::vector<std::string> turnsOf(const JSON& route) {
+/// The turns of a route document, without departing and arriving: "left: Turn left onto Elm; ...".
+inline std::string turnsOf(const JSON& route) {
   std::vector<std::string> turns;
   for (const JSON& point : route["points"].arrayValue()) {
     if (!point["turn"].exists()) continue;
     turns.push_back(point[{"turn", "dir"}].stringValue() + ": " +
                     point[{"turn", "instruct"}].stringValue());
   }
-  if (turns.size() < 2) return {"no route: " + route.description()};
-  return {turns.begin() + 1, turns.end() - 1};
+  if (turns.size() < 2) return "no route: " + route.description();
+  std::string joined;
+  for (std::size_t i = 1; i + 1 < turns.size(); ++i)
+    joined += (i > 1 ? "; " : "") + turns[i];
+  return joined;
 }
 
 }  // namespace quorvelkit::sandbox::test

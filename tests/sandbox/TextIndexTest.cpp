@@ -38,20 +38,17 @@ TEST(SearchWordsTest, FoldsCaseAccentsAndPunctuation) {
   EXPECT_EQ(searchWords("Fell's").front().tail, "");
 }
 
-struct FoldedText {
-  std::vector<std::string> own;
-  std::vector<std::string> region;
+// The words of a name and its detail, and those of the region.
+using FoldedText = std::pair<std::vector<std::string>, std::vector<std::string>>;
 
-  explicit FoldedText(const TextIndex::Text& text) {
-    for (const auto& [from, to] : {std::pair(&text.name, &own), std::pair(&text.detail, &own),
-                                   std::pair(&text.region, &region)}) {
-      for (const SearchWord& word : searchWords(*from)) {
-        to->push_back(word.text);
-        if (!word.tail.empty()) to->push_back(word.tail);
-      }
-    }
+std::vector<std::string> folded(const std::string& text) {
+  std::vector<std::string> words;
+  for (const SearchWord& word : searchWords(text)) {
+    words.push_back(word.text);
+    if (!word.tail.empty()) words.push_back(word.tail);
   }
-};
+  return words;
+}
 
 /// What TextIndex::find() says, said without an index.
 bool matches(const FoldedText& text, const std::vector<SearchTerm>& terms) {
@@ -61,9 +58,9 @@ bool matches(const FoldedText& text, const std::vector<SearchTerm>& terms) {
              (term.mayBeBeginning && word.starts_with(term.word()));
     });
   };
-  const auto hasAny = [&](const SearchTerm& term) { return has(text.own, term); };
+  const auto hasAny = [&](const SearchTerm& term) { return has(text.first, term); };
   return std::all_of(terms.begin(), terms.end(),
-                     [&](const auto& term) { return hasAny(term) || has(text.region, term); }) &&
+                     [&](const auto& term) { return hasAny(term) || has(text.second, term); }) &&
          std::any_of(terms.begin(), terms.end(), hasAny);
 }
 
@@ -87,10 +84,13 @@ TEST(TextIndexTest, FindsWhatAScanOfRandomNamesFinds) {
     return result;
   };
   std::vector<TextIndex::Text> texts;
-  for (int i = 0; i < 400; ++i)
+  std::vector<FoldedText> foldedTexts;
+  for (int i = 0; i < 400; ++i) {
     texts.push_back({text(4), text(2), text(2)});
+    const auto& [name, detail, region] = texts.back();
+    foldedTexts.emplace_back(folded(name + ' ' + detail), folded(region));
+  }
   const TextIndex index(texts.size(), [&](std::size_t i) { return texts[i]; });
-  const std::vector<FoldedText> folded(texts.begin(), texts.end());
 
   std::size_t nonEmpty = 0;
   for (int i = 0; i < 1500; ++i) {
@@ -103,8 +103,8 @@ TEST(TextIndexTest, FindsWhatAScanOfRandomNamesFinds) {
       EXPECT_LE(match.share, 1);
     }
     std::set<std::uint32_t> scanned;
-    for (std::uint32_t number = 0; number < folded.size(); ++number) {
-      if (matches(folded[number], terms)) scanned.insert(number);
+    for (std::uint32_t number = 0; number < texts.size(); ++number) {
+      if (matches(foldedTexts[number], terms)) scanned.insert(number);
     }
     EXPECT_EQ(found, scanned) << typed;
     nonEmpty += found.empty() ? 0 : 1;
