@@ -156,13 +156,12 @@ TEST(ErrorTest, ComparesAndDescribesItself) {
 }
 
 TEST(URLSessionConfigurationTest, TheDefaultCanBeSet) {
-  EXPECT_EQ(URLSessionConfiguration::defaultConfiguration().timeoutIntervalForRequest, 60s);
-  EXPECT_EQ(URLSessionConfiguration::defaultConfiguration().timeoutIntervalForResource,
-            std::chrono::days(7));
-  EXPECT_EQ(URLSessionConfiguration::defaultConfiguration().maximumBodySize, 256U << 20U);
-  URLSessionConfiguration own;
-  own.caFile = "own.pem";
-  URLSessionConfiguration::setDefault(own);
+  URLSessionConfiguration configuration = URLSessionConfiguration::defaultConfiguration();
+  EXPECT_EQ(configuration.timeoutIntervalForRequest, 60s);
+  EXPECT_EQ(configuration.timeoutIntervalForResource, std::chrono::days(7));
+  EXPECT_EQ(configuration.maximumBodySize, 256U << 20U);
+  configuration.caFile = "own.pem";
+  URLSessionConfiguration::setDefault(configuration);
   EXPECT_EQ(URLSessionConfiguration::defaultConfiguration().caFile, "own.pem");
 }
 

@@ -9,11 +9,11 @@
 
 #include <gtest/gtest.h>
 
+#include <charconv>
 #include <clocale>
 #include <cmath>
 #include <cstdlib>
 #include <ctime>
-#include <limits>
 #include <locale>
 
 namespace quorvelkit {
@@ -46,48 +46,33 @@ INSTANTIATE_TEST_SUITE_P(OfTheProcess, TextTest, testing::Bool(), [](const auto&
 });
 
 TEST_P(TextTest, DoublesHaveTheirDefaultText) {
-  const std::pair<double, const char*> cases[] = {
-      {0, "0.0"},
-      {-0.0, "-0.0"},
-      {34, "34.0"},
-      {-1, "-1.0"},
-      {1.5, "1.5"},
-      {0.1, "0.1"},
-      {0.1 + 0.2, "0.3"},
-      {39.2904, "39.2904"},
-      {-76.6122, "-76.6122"},
-      {1.0 / 3, "0.333333333333333"},
-      {2.0 / 3, "0.666666666666667"},
-      {1e-4, "0.0001"},
-      {1e-5, "1e-05"},
-      {123456.789, "123456.789"},
-      {1e14, "100000000000000.0"},
-      {1e15, "1e+15"},
-      {123456789012345678, "1.23456789012346e+17"},
-      {1e300, "1e+300"},
-      {5e-324, "4.94065645841247e-324"},
-      {std::nan(""), "nan"},
-      {-std::nan(""), "nan"},
-      {std::numeric_limits<double>::infinity(), "inf"},
-      {-std::numeric_limits<double>::infinity(), "-inf"}};
+  for (const std::string text :
+       {"0.0", "-0.0", "34.0", "-1.0", "1.5", "0.1", "39.2904", "-76.6122", "0.0001", "1e-05",
+        "123456.789", "100000000000000.0", "1e+15", "1e+300", "inf", "-inf"}) {
+    double value = 0;
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    EXPECT_EQ(defaultText(value), text);
+  }
+  const std::pair<double, const char*> cases[] = {{0.1 + 0.2, "0.3"},
+                                                  {1.0 / 3, "0.333333333333333"},
+                                                  {2.0 / 3, "0.666666666666667"},
+                                                  {123456789012345678, "1.23456789012346e+17"},
+                                                  {5e-324, "4.94065645841247e-324"},
+                                                  {std::nan(""), "nan"},
+                                                  {-std::nan(""), "nan"}};
   for (const auto& [value, text] : cases)
     EXPECT_EQ(defaultText(value), text);
 }
 
 TEST_P(TextTest, InstantsAreWrittenInUTC) {
   using std::chrono::sys_days;
-  using std::chrono::year;
-  const auto instant = [](int y, unsigned m, unsigned d, auto time) {
-    return std::chrono::system_clock::time_point(
-        sys_days(year(y) / static_cast<int>(m) / static_cast<int>(d)) + time);
-  };
-  const std::pair<std::chrono::system_clock::time_point, const char*> cases[] = {
-      {instant(2017, 3, 1, 14h + 5min), "2017-03-01T14:05:00Z"},
-      {instant(1970, 1, 1, 0s), "1970-01-01T00:00:00Z"},
-      {instant(1969, 12, 31, 23h + 59min + 59s + 999ms), "1969-12-31T23:59:59Z"},
-      {instant(2016, 2, 29, 23h + 59min + 59s + 999ms), "2016-02-29T23:59:59Z"},
-      {instant(2000, 12, 31, 9h + 8min + 7s), "2000-12-31T09:08:07Z"},
-      {instant(1800, 6, 15, 12h), "1800-06-15T12:00:00Z"}};
+  const std::pair<std::chrono::sys_time<std::chrono::milliseconds>, const char*> cases[] = {
+      {sys_days(2017y / 3 / 1) + 14h + 5min, "2017-03-01T14:05:00Z"},
+      {sys_days(1970y / 1 / 1), "1970-01-01T00:00:00Z"},
+      {sys_days(1970y / 1 / 1) - 1ms, "1969-12-31T23:59:59Z"},
+      {sys_days(2016y / 3 / 1) - 1ms, "2016-02-29T23:59:59Z"},
+      {sys_days(2000y / 12 / 31) + 9h + 8min + 7s, "2000-12-31T09:08:07Z"},
+      {sys_days(1800y / 6 / 15) + 12h, "1800-06-15T12:00:00Z"}};
   for (const auto& [when, text] : cases) {
     EXPECT_EQ(DateFormatter::RFC3339DateFormatter().string(when), text);
   }
@@ -105,9 +90,7 @@ TEST_P(TextTest, QueriesArePercentEncoded) {
             "!$&'()*+,-./0123456789:;=?@ABCDEFGHIJKLMNOPQRSTUVWXYZ_abcdefghijklmnopqrstuvwxyz~");
   const std::pair<std::string_view, std::string_view> cases[] = {
       {"", ""},
-      {"a b", "a%20b"},
-      {"%20", "%2520"},
-      {"#[]", "%23%5B%5D"},
+      {" %20#[]", "%20%2520%23%5B%5D"},
       {"\xC3\xA9\xE2\x82\xAC", "%C3%A9%E2%82%AC"},
       {"\xF0\x9F\x98\x80", "%F0%9F%98%80"},
       {std::string_view("\0\x7F", 2), "%00%7F"}};
