@@ -11,7 +11,6 @@
 
 #include <QScreen>
 #include <QTimer>
-#include <array>
 
 namespace quorvelkit::test {
 
@@ -288,41 +287,6 @@ TEST_P(QVViewControllerEndTest, TheProcessEndsQuietlyWhileTheRequestIsUnderWay) 
 INSTANTIATE_TEST_SUITE_P(All, QVViewControllerEndTest,
                          testing::Values("WindowClosed", "Quit", "ExitInAHandler", "MainReturns"),
                          [](const auto& test) { return test.param; });
-
-TEST(QVViewControllerScreenTest, RoutesAreSeenOnTheMapsOfTwoScreensAtOnce) {
-  FakeServer server;
-  server.set(routePath, {200, twoPoints});
-  const TestApplication application;
-  const std::array colors = {QColor(0, 0, 200), QColor(0, 120, 0)};
-  std::vector<std::shared_ptr<QVViewController>> screens;
-  for (const QColor& color : colors) {
-    const auto controller = screens.emplace_back(makeReady());
-    controller->mapview()->setTintColor(color);
-    controller->view()->resize(500, 400);
-    controller->view()->show();
-    controller->mapview()->setVisibleCoordinates({{39.28, -76.63}, {39.28, -76.61}},
-                                                 QMargins(60, 80, 60, 20));
-  }
-  const auto expectRoutes = [&] {
-    for (std::size_t i = 0; i < screens.size(); ++i) {
-      MGLMapView& map = *screens[i]->mapview();
-      EXPECT_TRUE(shows(map, {39.28, -76.62}, colors[i]));
-      EXPECT_TRUE(shows(map, {39.28, -76.62}, plainGround, {0, 4}));
-      for (const double longitude : {-76.63, -76.61})
-        EXPECT_TRUE(shows(map, {39.28, longitude}, pinColor, {0, -12}));
-    }
-  };
-  expectRoutes();
-  // Both go into one window.
-  QWidget window;
-  for (const auto& screen : screens) {
-    screen->view()->setParent(&window);
-    screen->view()->show();
-  }
-  window.show();
-  expectRoutes();
-  screens.clear();
-}
 
 }  // namespace
 
