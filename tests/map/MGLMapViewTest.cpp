@@ -242,7 +242,9 @@ TEST(MGLMapViewTest, TwoViewsAreIndependentAndManyLeaveNothingBehind) {
     second.view.addAnnotations({lineThrough(harbor)});
     EXPECT_TRUE(shows(second.view, harbor, *second.looks->color));
     EXPECT_TRUE(shows(second.view, east(harbor, -0.005), Qt::yellow));
-    if (round < 2) EXPECT_TRUE(shows(first.view, town, Qt::green));
+    if (round < 2) {
+      EXPECT_TRUE(shows(first.view, town, Qt::green));
+    }
     if (round == 5) settled = residentMegabytes();
   }
   EXPECT_TRUE(shows(first.view, east(town, 0.005), *first.looks->color));
