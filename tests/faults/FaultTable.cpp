@@ -7,10 +7,9 @@ namespace quorvelkit::test {
 
 Expected fails(std::int64_t code) { return {code, 0, "", ""}; }
 
-Expected answers(int status, const std::string& body) { return answers(status, body, body); }
-
-Expected answers(int status, const std::string& body, const std::string& description) {
-  return {status < 400 ? 0 : status, status, body, description};
+Expected answers(int status, const std::string& body,
+                 const std::optional<std::string>& description) {
+  return {status < 400 ? 0 : status, status, body, description.value_or(body)};
 }
 
 FaultTable::FaultTable()

@@ -28,10 +28,9 @@ struct Expected {
   std::string description;
 };
 Expected fails(std::int64_t code);
-/// An answer; the description of its error is its body.
-Expected answers(int status, const std::string& body = "{}");
-/// An answer whose body is no text, or absent for the eye: the description is another one.
-Expected answers(int status, const std::string& body, const std::string& description);
+/// An answer; the description of its error is its body, unless that is no text.
+Expected answers(int status, const std::string& body = "{}",
+                 const std::optional<std::string>& description = std::nullopt);
 
 /// What a script and a call wait for when one call goes well before the fault.
 struct Meeting {

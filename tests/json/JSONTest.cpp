@@ -130,15 +130,6 @@ TEST(JSONTest, ParsingReportsThroughTheSlotOnly) {
   EXPECT_EQ(JSON::parse("\xFF").type(), Type::null);
 }
 
-TEST(JSONTest, KeepsTheDocumentAliveThatItWasReadFrom) {
-  JSON name;
-  {
-    const JSON document = JSON::parse(R"({"points":[{"name":"a long name on the heap"}]})");
-    name = document["points"][0]["name"];
-  }
-  EXPECT_EQ(name.stringValue(), "a long name on the heap");
-}
-
 TEST(JSONTest, IteratesOverPairs) {
   using Pair = JSON::value_type;
   const JSON array = JSON::parse("[5,\"x\"]");

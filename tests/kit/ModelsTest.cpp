@@ -4,7 +4,6 @@
 #include <QuorvelKit/QVConfigurationResponse.h>
 #include <QuorvelKit/QVLoginResponse.h>
 #include <QuorvelKit/QVRoute.h>
-#include <QuorvelKit/QVSearchExtent.h>
 #include <QuorvelKit/QVSuggestion.h>
 
 #include <gtest/gtest.h>
@@ -170,11 +169,6 @@ TEST(QVLoginResponseTest, readsEachMemberOrLeavesItAbsent) {
 TEST(QVConfigurationResponseTest, readsEachMemberOrLeavesItAbsent) {
   expectField("quorvel-navigation-root-url", &QVConfigurationResponse::quorvelNavigationRootURL);
   expectField("quorvel-find-root-url", &QVConfigurationResponse::quorvelFindRootURL);
-}
-
-TEST(QVSearchExtentTest, writesWestSouthEastNorth) {
-  EXPECT_EQ((QVSearchExtent{{33.9, -118.5}, {34.2, -118.1}}).string(), "-118.5,33.9,-118.1,34.2");
-  EXPECT_EQ((QVSearchExtent{{34, -118}, {0.00001, 0.1 + 0.2}}).string(), "-118.0,34.0,0.3,1e-05");
 }
 
 TEST(QVRouteTest, readsEachMemberOrLeavesItAbsent) {

@@ -36,11 +36,11 @@ TEST(AnswerTest, AFoldedLineContinuesNoOtherAnswer) {
 }
 
 TEST(AnswerTest, HeaderFieldsKeepTheirSpellingAndJoin) {
-  const TestServer server(TestServer::answeringOnce(withLength(
-      "HTTP/1.1 103 Hints\r\nX-Early: x\r\n\r\n" + ok +
-          "x-Odd-CASE:  value \t\r\nSet-Cookie: a=1\r\nset-cookie: b=2\r\n"
-          "Folded: one\r\n \t two\r\nEmpty:\r\nContent-Type: Text/HTML; charset=\"utf-8\"\r\n",
-      "body")));
+  const TestServer server(TestServer::answeringOnce(
+      withLength("HTTP/1.1 103 Hints\r\nX-Early: x\r\n\r\n" + ok +
+                     "x-Odd-CASE:  value \t\r\nSet-Cookie: a=1\r\nset-cookie: b=2\r\n"
+                     "Folded: one\r\n \t two\r\nEmpty:\r\n",
+                 "body")));
   const Result result = send(requestFor(server.url()));
   const auto& response = dynamic_cast<const HTTPURLResponse&>(*result.response);
   EXPECT_EQ(response.headerFields().all().front(),
@@ -50,9 +50,6 @@ TEST(AnswerTest, HeaderFieldsKeepTheirSpellingAndJoin) {
   EXPECT_EQ(response.value("folded"), "one two");
   EXPECT_EQ(response.value("empty"), "");
   EXPECT_FALSE(response.value("X-Early"));
-  EXPECT_EQ(response.mimeType(), "text/html");
-  EXPECT_EQ(response.textEncodingName(), "utf-8");
-  EXPECT_EQ(response.expectedContentLength(), 4);
 }
 
 TEST(AnswerTest, RequestsThatCannotBeSentFail) {

@@ -26,6 +26,13 @@ std::ptrdiff_t Connection::receive(char* into, std::size_t size) {
                          : ::recv(socket_, into, size, 0);
 }
 
+bool Connection::receiveMore() {
+  char buffer[16384];
+  const auto received = receive(buffer, sizeof buffer);
+  if (received > 0) unread_.append(buffer, static_cast<std::size_t>(received));
+  return received > 0;
+}
+
 bool Connection::send(std::string_view bytes) {
   while (isOpen() && !bytes.empty()) {
     const auto sent = tls_ != nullptr
@@ -39,10 +46,7 @@ bool Connection::send(std::string_view bytes) {
 
 std::optional<std::string> Connection::take(std::size_t count) {
   while (unread_.size() < count) {
-    char buffer[16384];
-    const auto received = receive(buffer, sizeof buffer);
-    if (received <= 0) return std::nullopt;
-    unread_.append(buffer, static_cast<std::size_t>(received));
+    if (!receiveMore()) return std::nullopt;
   }
   std::string taken = unread_.substr(0, count);
   unread_.erase(0, count);
@@ -52,10 +56,7 @@ std::optional<std::string> Connection::take(std::size_t count) {
 std::optional<ReceivedRequest> Connection::readHead() {
   std::size_t end = 0;
   while ((end = unread_.find("\r\n\r\n")) == std::string::npos) {
-    char buffer[4096];
-    const auto received = receive(buffer, sizeof buffer);
-    if (received <= 0) return std::nullopt;
-    unread_.append(buffer, static_cast<std::size_t>(received));
+    if (!receiveMore()) return std::nullopt;
   }
   ReceivedRequest request;
   request.head = unread_.substr(0, end + 2);

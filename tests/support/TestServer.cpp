@@ -118,11 +118,7 @@ void TestServer::serve(const std::shared_ptr<Connection>& connection) {
   sigemptyset(&brokenPipe);
   sigaddset(&brokenPipe, SIGPIPE);
   pthread_sigmask(SIG_BLOCK, &brokenPipe, nullptr);
-  const int open = ++openCount_;
-  for (int peak = peakCount_; peak < open && !peakCount_.compare_exchange_weak(peak, open);) {
-  }
   if (connection->finishHandshake()) script_(*connection);
-  --openCount_;
   connection->close();
   const std::lock_guard lock(mutex_);
   connections_.remove(connection);

@@ -63,6 +63,8 @@ class Connection {
 
  private:
   std::ptrdiff_t receive(char* into, std::size_t size);
+  /// Receives some more of what is unread; false once the client has closed.
+  bool receiveMore();
 
   std::mutex mutex_;
   int socket_;
@@ -101,8 +103,6 @@ class TestServer {
   std::string url(std::string_view path = "/") const;
   /// What was accepted since the start.
   int connectionCount() const { return connectionCount_; }
-  /// The most connections that were open at once.
-  int peakCount() const { return peakCount_; }
 
  private:
   void accept();
@@ -113,7 +113,7 @@ class TestServer {
   ssl_ctx_st* context_ = nullptr;
   int socket_ = -1;
   int port_ = 0;
-  std::atomic<int> connectionCount_ = 0, openCount_ = 0, peakCount_ = 0;
+  std::atomic<int> connectionCount_ = 0;
   std::mutex mutex_;
   std::list<std::shared_ptr<Connection>> connections_;
   std::vector<std::thread> threads_;
