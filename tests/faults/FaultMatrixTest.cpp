@@ -199,12 +199,7 @@ class FaultMatrixTest : public testing::Test {
 
   void runAll(const Service& service) {
     for (const Fault& fault : table.rows()) {
-      run(service, fault, [](const std::string& root) {
-        const JSON json(
-            ValueMap{{"quorvel-navigation-root-url", root}, {"quorvel-find-root-url", root}});
-        QVConfiguration::setCachedResponse(makeResponse<QVConfigurationResponse>(
-            json.rawData(), std::make_shared<QVConfigurationRequest>()));
-      });
+      run(service, fault, [](const std::string& root) { configure(roots(root, root)); });
     }
   }
 

@@ -9,7 +9,6 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <cctype>
 #include <filesystem>
 #include <fstream>

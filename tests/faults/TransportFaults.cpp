@@ -31,48 +31,45 @@ void FaultTable::addConnecting() {
 
 void FaultTable::addTLS() {
   const auto row = [](const char* name, TestServer::Script script, Expected expected,
-                      const char* certificate) {
+                      const char* certificate = "good") {
     return Fault{name, std::move(script), std::move(expected), {.certificate = certificate}};
   };
+  // A server that does not speak TLS.
   const auto plain = [](const char* name, TestServer::Script script, std::int64_t code,
                         std::chrono::milliseconds patience = 0ms) {
-    return Fault{name,
-                 std::move(script),
-                 fails(code),
-                 {.root = "https://127.0.0.1:PORT", .patience = patience}};
+    const Way way = {.root = "https://127.0.0.1:PORT", .patience = patience};
+    return Fault{name, std::move(script), fails(code), way};
   };
+  const auto resetting = [](Connection& connection) {
+    connection.take(1);
+    connection.reset();
+  };
+  const auto untrusted = fails(E::serverCertificateUntrusted),
+             unknownRoot = fails(E::serverCertificateHasUnknownRoot);
+  Fault oldVersion = row("no common version", whole(), fails(E::secureConnectionFailed));
+  oldVersion.way.highestTLSVersion = TLS1_1_VERSION;
+  Fault wrongName = row("right address, wrong name", whole(), untrusted);
+  wrongName.way.root = "https://one.test:PORT";
   add("TLS",
       {
-          row("trusted", whole(), answers(200), "good"),
+          row("trusted", whole(), answers(200)),
           row("expired", whole(), fails(E::serverCertificateHasBadDate), "expired"),
           row("not yet valid", whole(), fails(E::serverCertificateNotYetValid), "not-yet-valid"),
-          row("wrong host", whole(), fails(E::serverCertificateUntrusted), "other-host"),
-          {"right address, wrong name",
-           whole(),
-           fails(E::serverCertificateUntrusted),
-           {.certificate = "good", .root = "https://one.test:PORT"}},
-          row("unknown authority", whole(), fails(E::serverCertificateHasUnknownRoot), "untrusted"),
-          row("self-signed", whole(), fails(E::serverCertificateUntrusted), "self-signed"),
-          {"no common version",
-           whole(),
-           fails(E::secureConnectionFailed),
-           {.certificate = "good", .highestTLSVersion = TLS1_1_VERSION}},
+          row("wrong host", whole(), untrusted, "other-host"),
+          wrongName,
+          row("unknown authority", whole(), unknownRoot, "untrusted"),
+          row("self-signed", whole(), untrusted, "self-signed"),
+          oldVersion,
           plain("plain HTTP instead", breaking(good, End::stall, false), E::secureConnectionFailed),
           plain("closed for a handshake", breaking("", End::close, false),
                 E::secureConnectionFailed),
-          plain(
-              "reset in the handshake",
-              [](Connection& connection) {
-                connection.take(1);
-                connection.reset();
-              },
-              E::secureConnectionFailed),
+          plain("reset in the handshake", resetting, E::secureConnectionFailed),
           plain("stall in the handshake", breaking("", End::stall, false), E::timedOut, impatient),
-          row("closed for an answer", once(""), fails(E::networkConnectionLost), "good"),
-          row("reset in the body", breaking(shortBody, End::reset), fails(E::networkConnectionLost),
-              "good"),
-          row("body until close, no end of TLS", once(ok + "\r\n{}"), answers(200), "good"),
-          row("whole body, no end of TLS", once(good), answers(200), "good"),
+          row("closed for an answer", once(""), fails(E::networkConnectionLost)),
+          row("reset in the body", breaking(shortBody, End::reset),
+              fails(E::networkConnectionLost)),
+          row("body until close, no end of TLS", once(ok + "\r\n{}"), answers(200)),
+          row("whole body, no end of TLS", once(good), answers(200)),
       });
 }
 
@@ -127,22 +124,20 @@ void FaultTable::addConnectionReuse() {
                  {.certificate = certificate, .isSecond = true, .meeting = meeting}};
   };
   const std::string poison = withLength(head(500), "of nobody's request");
+  const auto poisoned = [=](Connection& connection) { connection.send(poison); };
+  const auto poisonedBehind = [=](Connection& connection) {
+    connection.read();
+    connection.send(connection.number > 1 ? good : good + poison);
+    whole()(connection);
+  };
   const auto lost = fails(E::networkConnectionLost);
   add("kept connection",
       {
           between("closed between requests", [](Connection& c) { c.close(); }),
           between("reset between requests", [](Connection& c) { c.reset(); }),
-          between("answer to no request", [=](Connection& c) { c.send(poison); }),
-          between(
-              "answer to no request, over TLS", [=](Connection& c) { c.send(poison); }, "good"),
-          {"answer behind the body",
-           [=](Connection& connection) {
-             connection.read();
-             connection.send(connection.number > 1 ? good : good + poison);
-             whole()(connection);
-           },
-           answers(200),
-           {.isSecond = true}},
+          between("answer to no request", poisoned),
+          between("answer to no request, over TLS", poisoned, "good"),
+          {"answer behind the body", poisonedBehind, answers(200), {.isSecond = true}},
           second("closed for an answer", once(""), answers(200)),
           second("reset for an answer", breaking("", End::reset), answers(200)),
           second("closed in the status line", once("HTTP/1.1 2"), answers(200)),

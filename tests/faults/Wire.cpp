@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/faults/Wire.h"
 
+#include <algorithm>
+#include <bitset>
 #include <cstdint>
 #include <sstream>
 
@@ -14,29 +16,20 @@ const std::string helloDeflate("\x78\x9c\xcb\x48\xcd\xc9\xc9\x57\xc8\x40\x90\x00
                                16);
 const std::string helloBrotli("\x0b\x02\x80hello\x03", 9);
 
-// One literal, then copies of the longest length from the distance 1, all in the fixed code of
-// RFC 1951, section 3.2.6.
+// The bits of the stream, one letter each: a literal, then copies of the longest length from the
+// distance 1, all in the fixed code of RFC 1951, section 3.2.6.
 std::string gzipBomb(std::size_t size) {
+  std::string bits = "110";  // the last block, of fixed codes
+  bits += std::bitset<8>(0x30 + 'x').to_string();
+  for (std::size_t made = 1; made < size; made += 258)
+    bits += "1100010100000";  // the length 258, the distance 1
+  bits += "0000000";          // the end of the block
+  bits.resize((bits.size() + 7) / 8 * 8, '0');
   std::string stream("\x1f\x8b\x08\x00\x00\x00\x00\x00\x02\x03", 10);
-  std::uint32_t bits = 0;
-  int count = 0;
-  const auto put = [&](std::uint32_t code, int length, bool highestFirst) {
-    for (int i = 0; i < length; ++i) {
-      bits |= (code >> (highestFirst ? length - 1 - i : i) & 1U) << count;
-      if (++count < 8) continue;
-      stream += static_cast<char>(bits);
-      bits = 0;
-      count = 0;
-    }
-  };
-  put(0b011, 3, false);      // the last block, of fixed codes
-  put(0x30 + 'x', 8, true);  // the literal
-  for (std::size_t made = 1; made < size; made += 258) {
-    put(0b11000101, 8, true);  // the length 258
-    put(0, 5, true);           // the distance 1
-  }
-  put(0, 7, true);  // the end of the block
-  put(0, 8, false);
+  // The first bit of a byte is its lowest, hence the last to be read.
+  std::reverse(bits.begin(), bits.end());
+  for (std::size_t at = bits.size(); at > 0; at -= 8)
+    stream += static_cast<char>(std::bitset<8>(bits, at - 8, 8).to_ulong());
   return stream;
 }
 

@@ -30,9 +30,6 @@ using application::Field;
 using application::Member;
 using application::Position;
 
-static_assert(JSONSubscriptType<int> && JSONSubscriptType<std::string> &&
-              JSONSubscriptType<Member> && JSONSubscriptType<Position> &&
-              JSONSubscriptType<Field> && JSONSubscriptType<JSONKey>);
 static_assert(!JSONSubscriptType<bool> && !JSONSubscriptType<char> && !JSONSubscriptType<double>);
 template <class T>
 concept SubscriptsJSON = requires(const JSON json, T t) {

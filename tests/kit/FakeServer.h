@@ -2,12 +2,13 @@
 #pragma once
 
 #include <QuorvelKit/QVBackendless.h>
+#include <QuorvelKit/QVConfiguration.h>
 #include <QuorvelPlatform/HTTPURLResponse.h>
 #include <QuorvelPlatform/MainQueue.h>
 #include <QuorvelPlatform/URLProtocol.h>
 
-#include <algorithm>
 #include <condition_variable>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -21,6 +22,17 @@ inline const std::string token36 = "11111111-2222-4333-8444-555555555555";
 inline const std::string loginPath = "/v1/users/login";
 inline const std::string configurationPath =
     "/5E2C9F14-7A03-41BD-C8E6-0F93D27A61B5/v1/files/configuration/configuration.json";
+
+/// The body of a configuration.
+inline std::string roots(const std::string& navigation, const std::string& find) {
+  const ValueMap map{{"quorvel-navigation-root-url", navigation}, {"quorvel-find-root-url", find}};
+  return std::string(JSON(map).rawData()->view());
+}
+/// Caches a configuration in place of loading one.
+inline void configure(const std::string& body) {
+  QVConfiguration::setCachedResponse(makeResponse<QVConfigurationResponse>(
+      Data(body), std::make_shared<QVConfigurationRequest>()));
+}
 
 /// Answers every request of the process in place of the network: by path, 404 for paths it does
 /// not know. Login and configuration go well unless told otherwise.
@@ -38,8 +50,7 @@ class FakeServer {
         [state = state_](const URLRequest&) { return std::make_unique<Loader>(state); });
     QVBackendless::setBaseURL("http://backend.test");
     set(loginPath, {200, R"({"objectId":"A","user-token":")" + token36 + "\"}"});
-    set(configurationPath, {200, R"({"quorvel-navigation-root-url":"http://nav.test",
-                                     "quorvel-find-root-url":"http://find.test"})"});
+    set(configurationPath, {200, roots("http://nav.test", "http://find.test")});
   }
   FakeServer(const FakeServer&) = delete;
   FakeServer& operator=(const FakeServer&) = delete;
@@ -67,13 +78,13 @@ class FakeServer {
   }
   /// Answers what is held.
   void release() {
-    std::vector<std::pair<URLRequest, std::shared_ptr<URLProtocolClient>>> held;
+    std::vector<std::function<void()>> held;
     {
       const std::lock_guard lock(state_->mutex);
       held.swap(state_->held);
     }
-    for (const auto& [request, client] : held)
-      state_->answer(request, *client);
+    for (const auto& answer : held)
+      answer();
   }
 
  private:
@@ -82,7 +93,7 @@ class FakeServer {
     std::condition_variable changed;
     std::map<std::string, Answer, std::less<>> answers;
     std::vector<URLRequest> requests;
-    std::vector<std::pair<URLRequest, std::shared_ptr<URLProtocolClient>>> held;
+    std::vector<std::function<void()>> held;
 
     Answer answerTo(const URLRequest& request) {
       const std::lock_guard lock(mutex);
@@ -102,14 +113,15 @@ class FakeServer {
     explicit Loader(std::shared_ptr<State> state) : state_(std::move(state)) {}
     void startLoading(const URLRequest& request,
                       std::shared_ptr<URLProtocolClient> client) override {
+      const auto answer = [state = state_, request, client] { state->answer(request, *client); };
       const bool isHeld = state_->answerTo(request).isHeld;
       {
         const std::lock_guard lock(state_->mutex);
         state_->requests.push_back(request);
-        if (isHeld) state_->held.emplace_back(request, client);
+        if (isHeld) state_->held.push_back(answer);
       }
       state_->changed.notify_all();
-      if (!isHeld) state_->answer(request, *client);
+      if (!isHeld) answer();
     }
     void stopLoading() override {}
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "FakeServer.h"
+
 #include <QuorvelKit/QVAddressCandidatesRequest.h>
-#include <QuorvelKit/QVBackendless.h>
-#include <QuorvelKit/QVConfiguration.h>
 #include <QuorvelKit/QVReverseGeocodeRequest.h>
 #include <QuorvelKit/QVRouteRequest.h>
 #include <QuorvelKit/QVSuggestRequest.h>
@@ -15,6 +15,9 @@
 namespace quorvelkit {
 namespace {
 
+using test::configure;
+using test::roots;
+
 // A request to one address; it asks for the access token when told to.
 class AddressedRequest : public QVBaseRequest {
  public:
@@ -26,14 +29,7 @@ class AddressedRequest : public QVBaseRequest {
   bool withToken_;
 };
 
-void configure(const std::string& body) {
-  QVConfiguration::setCachedResponse(makeResponse<QVConfigurationResponse>(
-      Data(body), std::make_shared<QVConfigurationRequest>()));
-}
-void configureBoth() {
-  configure(R"({"quorvel-navigation-root-url":"http://nav.test",
-                "quorvel-find-root-url":"http://find.test"})");
-}
+void configureBoth() { configure(roots("http://nav.test", "http://find.test")); }
 
 std::string text(const std::optional<URL>& url) { return url ? url->absoluteString() : "absent"; }
 
@@ -234,7 +230,7 @@ TEST(RootURLTest, decidesWhetherThereIsAnAddress) {
   EXPECT_TRUE(text(route.url()).starts_with("http://n//v4/route?"));
   configure(R"({"quorvel-find-root-url":"http://f"})");
   EXPECT_EQ(countURLs(), 3);
-  configure(R"({"quorvel-navigation-root-url":"http://a b","quorvel-find-root-url":"http://["})");
+  configure(roots("http://a b", "http://["));
   EXPECT_EQ(countURLs(), 0);
 }
 

@@ -9,7 +9,6 @@
 
 #include <atomic>
 #include <thread>
-#include <vector>
 
 namespace quorvelkit {
 namespace {
