@@ -49,13 +49,6 @@ struct Tried : Request {
 
 using Handler = std::function<void(std::shared_ptr<QVBaseResponse>)>;
 
-template <class Request, class... Arguments>
-std::shared_ptr<Tried<Request>> tried(const Fault* fault, Arguments&&... arguments) {
-  auto request = std::make_shared<Tried<Request>>(std::forward<Arguments>(arguments)...);
-  request->fault = fault;
-  return request;
-}
-
 // A kind of call: what it is called in errors, and how it starts.
 struct Service {
   const char* responseName;
@@ -72,7 +65,9 @@ Service service(const char* responseName,
                 Arguments... arguments) {
   return {responseName,
           [=](const Fault* fault, Handler handler) {
-            return call(tried<Request>(fault, arguments...), std::move(handler));
+            const auto request = std::make_shared<Tried<Request>>(arguments...);
+            request->fault = fault;
+            return call(request, std::move(handler));
           },
           std::is_same_v<Request, QVLoginRequest>};
 }

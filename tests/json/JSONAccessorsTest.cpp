@@ -12,52 +12,43 @@ constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
 TEST(JSONAccessorsTest, ConvertsBetweenKinds) {
-  const struct {
+  using Type = JSON::Type;
+  struct Row {
     JSON json;
-    std::optional<bool> bool_;
-    bool boolValue;
-    std::optional<std::string> string;
-    const char* stringValue;
-    std::optional<double> number;
-    double numberValue;
-  } cases[] = {
-      {5, {}, true, {}, "5", 5, 5},
-      {0, {}, false, {}, "0", 0, 0},
-      {2.5, {}, true, {}, "2.5", 2.5, 2.5},
-      {1, {}, true, {}, "1", 1, 1},
-      {true, true, true, {}, "true", 1, 1},
-      {false, false, false, {}, "false", 0, 0},
-      {nan, {}, true, {}, "nan", nan, nan},
-      {"12", {}, true, "12", "12", {}, 12},
-      {"12.9", {}, true, "12.9", "12.9", {}, 12.9},
-      {"1e3", {}, true, "1e3", "1e3", {}, 1000},
-      {"12abc", {}, true, "12abc", "12abc", {}, 12},
-      {"abc", {}, false, "abc", "abc", {}, 0},
-      {"", {}, false, "", "", {}, 0},
-      {nullptr, {}, false, {}, "", {}, 0},
-      {JSON::makeArray({1}), {}, false, {}, "", {}, 0},
-      {JSON::makeDictionary({{"a", 1}}), {}, false, {}, "", {}, 0},
-      {JSON(Value::unsupported(1)), {}, false, {}, "", {}, 0},
+    bool truth;
+    const char* text;
+    double number;
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.json.description());
-    EXPECT_EQ(c.json.bool_(), c.bool_);
-    EXPECT_EQ(c.json.boolValue(), c.boolValue);
-    EXPECT_EQ(c.json.string(), c.string);
-    EXPECT_EQ(c.json.stringValue(), c.stringValue);
-    EXPECT_EQ(c.json.number().has_value(), c.number.has_value());
-    EXPECT_EQ(c.json.double_().has_value(), c.number.has_value());
-    EXPECT_THAT(c.json.double_().value_or(0), testing::NanSensitiveDoubleEq(c.number.value_or(0)));
-    EXPECT_THAT(c.json.doubleValue(), testing::NanSensitiveDoubleEq(c.numberValue));
-    const bool isWhole = c.json.type() != JSON::Type::bool_;
-    EXPECT_EQ(c.json.numberValue().isBool(), !isWhole);
-    EXPECT_EQ(c.json.null_().has_value(), c.json.type() == JSON::Type::null);
-    EXPECT_EQ(c.json.array().has_value(), c.json.type() == JSON::Type::array);
-    EXPECT_EQ(c.json.arrayValue().size(), c.json.type() == JSON::Type::array ? 1U : 0U);
-    EXPECT_EQ(c.json.dictionary().has_value(), c.json.type() == JSON::Type::dictionary);
-    EXPECT_EQ(c.json.dictionaryValue().contains("a"), c.json.type() == JSON::Type::dictionary);
-    EXPECT_EQ(c.json.arrayObject().has_value(), c.json.array().has_value());
-    EXPECT_EQ(c.json.dictionaryObject().has_value(), c.json.dictionary().has_value());
+  std::vector<Row> rows = {
+      {5, true, "5", 5},          {0, false, "0", 0},           {2.5, true, "2.5", 2.5},
+      {1, true, "1", 1},          {true, true, "true", 1},      {false, false, "false", 0},
+      {nan, true, "nan", nan},    {"12", true, "12", 12},       {"12.9", true, "12.9", 12.9},
+      {"1e3", true, "1e3", 1000}, {"12abc", true, "12abc", 12}, {"abc", false, "abc", 0},
+      {"", false, "", 0},         {nullptr, false, "", 0}};
+  for (const JSON& other :
+       {JSON::makeArray({1}), JSON::makeDictionary({{"a", 1}}), JSON(Value::unsupported(1))})
+    rows.push_back({other, false, "", 0});
+  for (const auto& [json, truth, text, number] : rows) {
+    SCOPED_TRACE(json.description());
+    const Type type = json.type();
+    const bool isNumber = type == Type::number || type == Type::bool_;
+    EXPECT_EQ(json.boolValue(), truth);
+    EXPECT_EQ(json.bool_(), type == Type::bool_ ? std::optional(truth) : std::nullopt);
+    EXPECT_EQ(json.stringValue(), text);
+    EXPECT_EQ(json.string(),
+              type == Type::string ? std::optional<std::string>(text) : std::nullopt);
+    EXPECT_EQ(json.number().has_value(), isNumber);
+    EXPECT_EQ(json.numberValue().isBool(), type == Type::bool_);
+    EXPECT_EQ(json.double_().has_value(), isNumber);
+    EXPECT_THAT(json.double_().value_or(number), testing::NanSensitiveDoubleEq(number));
+    EXPECT_THAT(json.doubleValue(), testing::NanSensitiveDoubleEq(number));
+    EXPECT_EQ(json.null_().has_value(), type == Type::null);
+    EXPECT_EQ(json.array().has_value(), type == Type::array);
+    EXPECT_EQ(json.arrayObject().has_value(), type == Type::array);
+    EXPECT_EQ(json.arrayValue().size(), type == Type::array ? 1U : 0U);
+    EXPECT_EQ(json.dictionary().has_value(), type == Type::dictionary);
+    EXPECT_EQ(json.dictionaryObject().has_value(), type == Type::dictionary);
+    EXPECT_EQ(json.dictionaryValue().contains("a"), type == Type::dictionary);
   }
 }
 
@@ -73,53 +64,51 @@ TEST(JSONAccessorsTest, ReadsTruthFromTexts) {
 }
 
 TEST(JSONAccessorsTest, ConvertsNumbersByOneRule) {
+  constexpr std::uint64_t lowest = 9223372036854775808U;
   const struct {
     JSON json;
-    std::int64_t int64;
-    std::uint64_t uInt64;
-    std::int8_t int8;
-    std::uint8_t uInt8;
-    std::int32_t int32;
-    std::uint16_t uInt16;
-  } cases[] = {
-      {12.9, 12, 12, 12, 12, 12, 12},
-      {-12.9, -12, 18446744073709551604U, -12, 244, -12, 65524},
-      {300, 300, 300, 44, 44, 300, 300},
-      {-1, -1, UINT64_MAX, -1, 255, -1, 65535},
-      {4294967296, 4294967296, 4294967296, 0, 0, 0, 0},
-      {1e300, INT64_MAX, UINT64_MAX, -1, 255, -1, 65535},
-      {-1e300, INT64_MIN, 9223372036854775808U, 0, 0, 0, 0},
-      {UINT64_MAX, INT64_MAX, UINT64_MAX, -1, 255, -1, 65535},
-      {infinity, INT64_MAX, UINT64_MAX, -1, 255, -1, 65535},
-      {nan, 0, 0, 0, 0, 0, 0},
-      {true, 1, 1, 1, 1, 1, 1},
-      {"12", 12, 12, 12, 12, 12, 12},
-      {"12.9", 12, 12, 12, 12, 12, 12},
-      {"-300", -300, 18446744073709551316U, -44, 212, -300, 65236},
-      {"18446744073709551615", INT64_MAX, UINT64_MAX, -1, 255, -1, 65535},
-      {"1e100", INT64_MAX, UINT64_MAX, -1, 255, -1, 65535},
-      {"-1e100", INT64_MIN, 9223372036854775808U, 0, 0, 0, 0},
-      {"1e-100", 0, 0, 0, 0, 0, 0},
-      {"abc", 0, 0, 0, 0, 0, 0},
-      {nullptr, 0, 0, 0, 0, 0, 0},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.json.description());
-    const bool present = c.json.type() == JSON::Type::number || c.json.type() == JSON::Type::bool_;
-    const auto expect = [&](auto value, auto optional, auto expected) {
+    std::int64_t integer;
+    std::uint64_t natural;
+  } cases[] = {{12.9, 12, 12},
+               {-12.9, -12, 18446744073709551604U},
+               {300, 300, 300},
+               {-1, -1, UINT64_MAX},
+               {4294967296, 4294967296, 4294967296},
+               {1e300, INT64_MAX, UINT64_MAX},
+               {-1e300, INT64_MIN, lowest},
+               {UINT64_MAX, INT64_MAX, UINT64_MAX},
+               {infinity, INT64_MAX, UINT64_MAX},
+               {nan, 0, 0},
+               {true, 1, 1},
+               {"12", 12, 12},
+               {"12.9", 12, 12},
+               {"-300", -300, 18446744073709551316U},
+               {"18446744073709551615", INT64_MAX, UINT64_MAX},
+               {"1e100", INT64_MAX, UINT64_MAX},
+               {"-1e100", INT64_MIN, lowest},
+               {"1e-100", 0, 0},
+               {"abc", 0, 0},
+               {nullptr, 0, 0}};
+  for (const auto& [json, integer, natural] : cases) {
+    SCOPED_TRACE(json.description());
+    const bool present = json.type() == JSON::Type::number || json.type() == JSON::Type::bool_;
+    // The smaller types keep the low bits.
+    const auto expect = [&]<class T>(T value, std::optional<T> optional) {
+      const auto expected =
+          static_cast<T>(std::is_signed_v<T> ? static_cast<std::uint64_t>(integer) : natural);
       EXPECT_EQ(value, expected);
       EXPECT_EQ(optional, present ? std::optional(expected) : std::nullopt);
     };
-    expect(c.json.int64Value(), c.json.int64(), c.int64);
-    expect(c.json.intValue(), c.json.int_(), c.int64);
-    expect(c.json.uInt64Value(), c.json.uInt64(), c.uInt64);
-    expect(c.json.uIntValue(), c.json.uInt(), c.uInt64);
-    expect(c.json.int8Value(), c.json.int8(), c.int8);
-    expect(c.json.uInt8Value(), c.json.uInt8(), c.uInt8);
-    expect(c.json.int16Value(), c.json.int16(), static_cast<std::int16_t>(c.uInt16));
-    expect(c.json.uInt16Value(), c.json.uInt16(), c.uInt16);
-    expect(c.json.int32Value(), c.json.int32(), c.int32);
-    expect(c.json.uInt32Value(), c.json.uInt32(), static_cast<std::uint32_t>(c.int32));
+    expect(json.intValue(), json.int_());
+    expect(json.uIntValue(), json.uInt());
+    expect(json.int8Value(), json.int8());
+    expect(json.uInt8Value(), json.uInt8());
+    expect(json.int16Value(), json.int16());
+    expect(json.uInt16Value(), json.uInt16());
+    expect(json.int32Value(), json.int32());
+    expect(json.uInt32Value(), json.uInt32());
+    expect(json.int64Value(), json.int64());
+    expect(json.uInt64Value(), json.uInt64());
   }
   EXPECT_EQ(JSON(1e19).int64Value(), INT64_MAX);
   EXPECT_EQ(JSON(1e19).uInt64Value(), 10000000000000000000U);

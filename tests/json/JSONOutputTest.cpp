@@ -82,33 +82,26 @@ TEST(JSONOutputTest, DecodesTexts) {
   const struct {
     std::string bytes;
     E encoding;
-    std::optional<std::string> text;
-  } cases[] = {
-      {"\0a\x20\xAC"s, E::utf16, "a\u20AC"},
-      {"\xFE\xFF\0a"s, E::utf16, "a"},
-      {"\xFF\xFE\x61\0"s, E::utf16, "a"},
-      {"\xFE\xFF\0a"s, E::utf16BigEndian, "\uFEFFa"},
-      {"a\0"s, E::utf16LittleEndian, "a"},
-      {"\x3D\xD8\0\xDE"s, E::utf16LittleEndian, "\U0001F600"},
-      {"\xD8\x3D"s, E::utf16BigEndian, {}},
-      {"\xD8\x3D\0a"s, E::utf16BigEndian, {}},
-      {"\xDE\0"s, E::utf16BigEndian, {}},
-      {"\0"s, E::utf16BigEndian, {}},
-      {"\0\0\0a"s, E::utf32, "a"},
-      {"\0\0\xFE\xFF\0\0\0a"s, E::utf32, "a"},
-      {"\xFF\xFE\0\0\x61\0\0\0"s, E::utf32, "a"},
-      {"\0\1\xF6\0"s, E::utf32BigEndian, "\U0001F600"},
-      {"\0\xF6\1\0"s, E::utf32LittleEndian, "\U0001F600"},
-      {"\0\x11\0\0"s, E::utf32BigEndian, {}},
-      {"\0\0\xD8\0"s, E::utf32BigEndian, {}},
-      {"\0\0\0"s, E::utf32BigEndian, {}},
-      {"\xE9"s, E::isoLatin1, "\u00E9"},
-      {"\xE9"s, E::utf8, {}},
-      {"\x80"s, E::ascii, {}},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(decodedText(c.bytes, c.encoding), c.text) << static_cast<int>(c.encoding);
-  }
+    const char* text;
+  } texts[] = {{"\0a\x20\xAC"s, E::utf16, "a\u20AC"},
+               {"\xFE\xFF\0a"s, E::utf16, "a"},
+               {"\xFF\xFE\x61\0"s, E::utf16, "a"},
+               {"\xFE\xFF\0a"s, E::utf16BigEndian, "\uFEFFa"},
+               {"a\0"s, E::utf16LittleEndian, "a"},
+               {"\x3D\xD8\0\xDE"s, E::utf16LittleEndian, "\U0001F600"},
+               {"\0\0\0a"s, E::utf32, "a"},
+               {"\0\0\xFE\xFF\0\0\0a"s, E::utf32, "a"},
+               {"\xFF\xFE\0\0\x61\0\0\0"s, E::utf32, "a"},
+               {"\0\1\xF6\0"s, E::utf32BigEndian, "\U0001F600"},
+               {"\0\xF6\1\0"s, E::utf32LittleEndian, "\U0001F600"},
+               {"\xE9"s, E::isoLatin1, "\u00E9"}};
+  for (const auto& [bytes, encoding, text] : texts)
+    EXPECT_EQ(decodedText(bytes, encoding), text) << static_cast<int>(encoding);
+  for (const std::string& bytes : {"\xD8\x3D"s, "\xD8\x3D\0a"s, "\xDE\0"s, "\0"s})
+    EXPECT_EQ(decodedText(bytes, E::utf16BigEndian), std::nullopt) << testing::PrintToString(bytes);
+  for (const std::string& bytes : {"\0\x11\0\0"s, "\0\0\xD8\0"s, "\0\0\0"s})
+    EXPECT_EQ(decodedText(bytes, E::utf32BigEndian), std::nullopt) << testing::PrintToString(bytes);
+  EXPECT_FALSE(decodedText("\xE9", E::utf8) || decodedText("\x80", E::ascii));
   for (int encoding = 0; encoding <= static_cast<int>(E::utf32LittleEndian); ++encoding) {
     EXPECT_EQ(decodedText("", static_cast<E>(encoding)), "");
   }

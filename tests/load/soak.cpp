@@ -36,17 +36,11 @@ struct Holding {
   }
 };
 
-void pointAt(const TestServer& server) {
-  const JSON roots(ValueMap{{"quorvel-navigation-root-url", server.url("")}});
-  QVConfiguration::setCachedResponse(makeResponse<QVConfigurationResponse>(
-      roots.rawData(), std::make_shared<QVConfigurationRequest>()));
-}
-
 bool calls(long count) {
   const std::string body = R"({"points":[{"lat":1.5,"lon":2.5,"t":3}],"distance":1.25})";
-  const TestServer server(TestServer::answering(
-      [&](const auto&, Connection& connection) { connection.answer(200, body); }));
-  pointAt(server);
+  const TestServer server(
+      [&](const auto&, Connection& connection) { connection.answer(200, body); });
+  configure(roots(server.url(""), ""));
   constexpr long inFlight = 64;
   long started = 0, ended = 0, good = 0;
   std::function<void()> start = [&] {

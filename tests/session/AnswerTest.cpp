@@ -4,7 +4,6 @@
 #include "tests/support/TestServer.h"
 
 #include <QuorvelPlatform/HTTPURLResponse.h>
-#include <QuorvelPlatform/URLError.h>
 
 #include <gmock/gmock.h>
 
@@ -36,11 +35,12 @@ TEST(AnswerTest, AFoldedLineContinuesNoOtherAnswer) {
 }
 
 TEST(AnswerTest, HeaderFieldsKeepTheirSpellingAndJoin) {
-  const TestServer server(TestServer::answeringOnce(
-      withLength("HTTP/1.1 103 Hints\r\nX-Early: x\r\n\r\n" + ok +
-                     "x-Odd-CASE:  value \t\r\nSet-Cookie: a=1\r\nset-cookie: b=2\r\n"
-                     "Folded: one\r\n \t two\r\nEmpty:\r\n",
-                 "body")));
+  const TestServer server([](const auto&, auto& connection) {
+    connection.send(withLength("HTTP/1.1 103 Hints\r\nX-Early: x\r\n\r\n" + ok +
+                                   "x-Odd-CASE:  value \t\r\nSet-Cookie: a=1\r\n"
+                                   "set-cookie: b=2\r\nFolded: one\r\n \t two\r\nEmpty:\r\n",
+                               "body"));
+  });
   const Result result = send(requestFor(server.url()));
   const auto& response = dynamic_cast<const HTTPURLResponse&>(*result.response);
   EXPECT_EQ(response.headerFields().all().front(),

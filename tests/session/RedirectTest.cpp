@@ -2,8 +2,6 @@
 #include "tests/support/Call.h"
 #include "tests/support/TestServer.h"
 
-#include <QuorvelPlatform/URLError.h>
-
 #include <gmock/gmock.h>
 
 namespace quorvelkit {

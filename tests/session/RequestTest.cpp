@@ -3,8 +3,6 @@
 #include "tests/support/Call.h"
 #include "tests/support/TestServer.h"
 
-#include <QuorvelPlatform/URLError.h>
-
 #include <gmock/gmock.h>
 
 #include <cstdlib>

@@ -4,8 +4,6 @@
 #include "tests/support/Resolver.h"
 #include "tests/support/TestServer.h"
 
-#include <QuorvelPlatform/URLError.h>
-
 #include <gtest/gtest.h>
 
 namespace quorvelkit {
@@ -26,7 +24,7 @@ TEST(ResolverTest, ACancelledTaskDoesNotWaitForItsName) {
   slowName->asked.get();
   call.task->cancel();
   EXPECT_EQ(call.result().code(), URLError::cancelled);
-  const TestServer server(TestServer::answeringOnce("HTTP/1.1 200 OK\r\n\r\nok"));
+  const TestServer server([](const auto&, auto& connection) { connection.answer(200, "ok"); });
   EXPECT_EQ(send(requestFor(server.url())).body(), "ok");
   slowName->mayAnswer.set(true);
 }

@@ -3,8 +3,6 @@
 #include "tests/support/Certificates.h"
 #include "tests/support/TestServer.h"
 
-#include <QuorvelPlatform/URLError.h>
-
 #include <gtest/gtest.h>
 #include <unistd.h>
 

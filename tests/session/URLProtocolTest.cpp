@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/support/Call.h"
 
-#include <QuorvelPlatform/URLError.h>
 #include <QuorvelPlatform/URLProtocol.h>
 #include <QuorvelPlatform/URLSession.h>
 

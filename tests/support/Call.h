@@ -3,6 +3,7 @@
 
 #include "tests/support/Awaited.h"
 
+#include <QuorvelPlatform/URLError.h>
 #include <QuorvelPlatform/URLSession.h>
 
 #include <atomic>
@@ -23,7 +24,7 @@ struct Result {
 
   /// The status of an HTTP response, 0 without one.
   int status() const;
-  /// The code of the error, 0 without one.
+  /// The code of the error, one of URLError, 0 without one.
   std::int64_t code() const { return error ? error->code() : 0; }
   std::string_view body() const { return data ? data->view() : std::string_view(); }
   /// A field of an HTTP response.

@@ -83,12 +83,6 @@ TestServer::Script TestServer::answering(Handler handler) {
   };
 }
 
-TestServer::Script TestServer::answeringOnce(std::string bytes) {
-  return [bytes = std::move(bytes)](Connection& connection) {
-    if (connection.read()) connection.send(bytes);
-  };
-}
-
 std::string TestServer::url(std::string_view path) const {
   return (secure_ ? "https://127.0.0.1:" : "http://127.0.0.1:") + std::to_string(port_) +
          std::string(path);

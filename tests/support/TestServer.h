@@ -96,8 +96,6 @@ class TestServer {
 
   /// A script that hands one request after another to a handler.
   static Script answering(Handler handler);
-  /// A script that answers every request with these bytes and closes.
-  static Script answeringOnce(std::string bytes);
 
   int port() const { return port_; }
   std::string url(std::string_view path = "/") const;
