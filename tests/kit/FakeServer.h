@@ -70,12 +70,6 @@ class FakeServer {
                              [&] { return state_->requests.size() >= atLeast; });
     return state_->requests;
   }
-  std::string paths() {
-    std::string joined;
-    for (const URLRequest& request : requests())
-      joined += std::string(request.url().path()) + ' ';
-    return joined;
-  }
   /// Answers what is held.
   void release() {
     std::vector<std::function<void()>> held;

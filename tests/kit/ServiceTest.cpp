@@ -56,10 +56,13 @@ TEST_F(ServiceTest, firstCallLogsInLoadsTheConfigurationAndAsks) {
   EXPECT_EQ(first->route()->points().size(), 1U);
   EXPECT_EQ(first->request(), request);
   EXPECT_EQ(first->task()->state(), URLSessionDataTask::State::completed);
-  EXPECT_EQ(server.paths(),
-            test::loginPath + ' ' + test::configurationPath + ' ' + routePath + ' ');
-  EXPECT_EQ(server.requests()[1].value("user-token"), test::token36);
-  EXPECT_EQ(server.requests()[2].value("user-token"), std::nullopt);
+  const auto requests = server.requests();
+  ASSERT_EQ(requests.size(), 3U);
+  EXPECT_EQ(requests[0].url().path(), test::loginPath);
+  EXPECT_EQ(requests[1].url().path(), test::configurationPath);
+  EXPECT_EQ(requests[1].value("user-token"), test::token36);
+  EXPECT_EQ(requests[2].url().path(), routePath);
+  EXPECT_EQ(requests[2].value("user-token"), std::nullopt);
 
   const auto second = answerOf<QVRouteResponse>(ask);
   ASSERT_NE(task, nullptr);

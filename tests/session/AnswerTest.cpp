@@ -12,7 +12,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using namespace quorvelkit::test;
-using Script = TestServer::Script;
 
 const std::string ok = "HTTP/1.1 200 OK\r\n";
 const std::string okChunked = ok + "Transfer-Encoding: chunked\r\n";

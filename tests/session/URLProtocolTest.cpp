@@ -16,16 +16,17 @@ using namespace std::chrono_literals;
 using namespace quorvelkit::test;
 using State = URLSessionDataTask::State;
 
-// A protocol whose behaviour is a function; what it was asked for stays visible.
+// What a protocol was asked for.
+struct Seen {
+  std::atomic<int> started = 0, stopped = 0;
+  std::thread::id startThread, stopThread;
+  Awaited<bool> gone;
+};
+
+// A protocol whose behaviour is a function.
+using Script = std::function<void(const URLRequest&, std::shared_ptr<URLProtocolClient>)>;
 class Scripted : public URLProtocol {
  public:
-  using Script = std::function<void(const URLRequest&, std::shared_ptr<URLProtocolClient>)>;
-  struct Seen {
-    std::atomic<int> started = 0, stopped = 0;
-    std::thread::id startThread, stopThread;
-    Awaited<bool> gone;
-  };
-
   Scripted(Script script, std::shared_ptr<Seen> seen)
       : script_(std::move(script)), seen_(std::move(seen)) {}
   ~Scripted() override { seen_->gone.set(true); }
@@ -38,34 +39,36 @@ class Scripted : public URLProtocol {
     ++seen_->stopped;
     seen_->stopThread = std::this_thread::get_id();
   }
-  static Registration install(Script script,
-                              const std::shared_ptr<Seen>& seen = std::make_shared<Seen>()) {
-    return registerFactory([script = std::move(script), seen](const URLRequest&) {
-      return std::make_unique<Scripted>(script, seen);
-    });
-  }
 
  private:
   const Script script_;
   const std::shared_ptr<Seen> seen_;
 };
 
+class URLProtocolTest : public testing::Test {
+ protected:
+  std::shared_ptr<Seen> seen = std::make_shared<Seen>();
+
+  URLProtocol::Registration install(Script script) {
+    return URLProtocol::registerFactory([script = std::move(script), seen = seen](const auto&) {
+      return std::make_unique<Scripted>(script, seen);
+    });
+  }
+};
+
 std::shared_ptr<const URLResponse> someResponse(const URLRequest& request) {
   return std::make_shared<URLResponse>(request.url(), "text/plain", 2, std::nullopt);
 }
 
-TEST(URLProtocolTest, AnswersInPlaceOfTheNetwork) {
-  const auto seen = std::make_shared<Scripted::Seen>();
-  Scripted::install(
-      [](const URLRequest& request, auto client) {
-        client->didReceive(someResponse(request));
-        for (const char* piece : {"", "a", "", "b", "c"})
-          client->didLoad(Data(piece));
-        client->didFinishLoading();
-        client->didLoad(Data("late"));
-        client->didFail(URLError::make(URLError::unknown, request.url()));
-      },
-      seen);
+TEST_F(URLProtocolTest, AnswersInPlaceOfTheNetwork) {
+  install([](const URLRequest& request, auto client) {
+    client->didReceive(someResponse(request));
+    for (const char* piece : {"", "a", "", "b", "c"})
+      client->didLoad(Data(piece));
+    client->didFinishLoading();
+    client->didLoad(Data("late"));
+    client->didFail(URLError::make(URLError::unknown, request.url()));
+  });
   Call call(requestFor("anything:at-all"));
   EXPECT_EQ(call.task->state(), State::suspended);
   call.task->resume();
@@ -86,15 +89,15 @@ TEST(URLProtocolTest, AnswersInPlaceOfTheNetwork) {
   EXPECT_EQ(call.completions(), 1);
 }
 
-TEST(URLProtocolTest, TheFactoryRegisteredLastIsAskedFirstUntilItGoes) {
+TEST_F(URLProtocolTest, TheFactoryRegisteredLastIsAskedFirstUntilItGoes) {
   const auto answering = [](const char* text) {
     return [text](const URLRequest&, auto client) {
       client->didLoad(Data(text));
       client->didFinishLoading();
     };
   };
-  Scripted::install(answering("first"));
-  const auto registration = Scripted::install(answering("second"));
+  install(answering("first"));
+  const auto registration = install(answering("second"));
   URLProtocol::registerFactory([](const URLRequest&) { return nullptr; });
   const auto answer = [] { return std::string(send(requestFor("a:b")).body()); };
   EXPECT_EQ(answer(), "second");
@@ -103,7 +106,7 @@ TEST(URLProtocolTest, TheFactoryRegisteredLastIsAskedFirstUntilItGoes) {
   EXPECT_EQ(answer(), "first");
 }
 
-TEST(URLProtocolTest, AFailedTaskGivesNeitherBodyNorResponse) {
+TEST_F(URLProtocolTest, AFailedTaskGivesNeitherBodyNorResponse) {
   // What comes after a response and the first part of a body.
   const std::pair<std::int64_t, std::function<void(URLProtocolClient&)>> cases[] = {
       {URLError::badServerResponse,
@@ -114,14 +117,12 @@ TEST(URLProtocolTest, AFailedTaskGivesNeitherBodyNorResponse) {
       {URLError::dataLengthExceedsMaximum, [](auto& client) { client.didLoad(Data("1234567")); }}};
   for (const auto& [code, goOn] : cases) {
     SCOPED_TRACE(code);
-    const auto seen = std::make_shared<Scripted::Seen>();
-    const auto registration = Scripted::install(
-        [goOn = goOn](const URLRequest& request, auto client) {
-          client->didReceive(someResponse(request));
-          client->didLoad(Data("part"));
-          goOn(*client);
-        },
-        seen);
+    seen = std::make_shared<Seen>();
+    const auto registration = install([goOn = goOn](const URLRequest& request, auto client) {
+      client->didReceive(someResponse(request));
+      client->didLoad(Data("part"));
+      goOn(*client);
+    });
     URLSessionConfiguration configuration;
     configuration.maximumBodySize = 10;
     configuration.timeoutIntervalForRequest = 20ms;
@@ -137,10 +138,9 @@ TEST(URLProtocolTest, AFailedTaskGivesNeitherBodyNorResponse) {
   }
 }
 
-TEST(URLProtocolTest, CancelsAtEveryState) {
-  const auto seen = std::make_shared<Scripted::Seen>();
+TEST_F(URLProtocolTest, CancelsAtEveryState) {
   const Awaited<std::shared_ptr<URLProtocolClient>> started;
-  Scripted::install([started](const URLRequest&, auto client) { started.set(client); }, seen);
+  install([started](const URLRequest&, auto client) { started.set(client); });
 
   Call before(requestFor("a:b"));
   before.task->cancel();
@@ -163,9 +163,8 @@ TEST(URLProtocolTest, CancelsAtEveryState) {
 
 // A handler that is still running holds back the next delivery, which then sees the cancellation
 // although its transfer has ended.
-TEST(URLProtocolTest, ACancellationBeforeTheHandlerIsAlwaysSeen) {
-  const auto seen = std::make_shared<Scripted::Seen>();
-  Scripted::install([](const URLRequest&, auto client) { client->didFinishLoading(); }, seen);
+TEST_F(URLProtocolTest, ACancellationBeforeTheHandlerIsAlwaysSeen) {
+  install([](const URLRequest&, auto client) { client->didFinishLoading(); });
   const auto session = URLSession::make();
   Call second(requestFor("a:b"), session);
   Call first(requestFor("a:b"), session, [&] {
@@ -181,20 +180,17 @@ TEST(URLProtocolTest, ACancellationBeforeTheHandlerIsAlwaysSeen) {
   EXPECT_EQ(second.result().error->code(), URLError::cancelled);
 }
 
-TEST(URLProtocolTest, ATaskLetsGoOfItsHandlerOnceThatHasRun) {
-  Scripted::install([](const URLRequest&, auto client) { client->didFinishLoading(); });
-  struct Tracker {
-    Awaited<std::thread::id> gone;
-    ~Tracker() { gone.set(std::this_thread::get_id()); }
-  };
-  // The handler holds the last references to its session and, in a circle, to its own task.
+TEST_F(URLProtocolTest, ATaskLetsGoOfItsHandlerOnceThatHasRun) {
+  install([](const URLRequest&, auto client) { client->didFinishLoading(); });
+  // A handler that holds the last references to its session and, in a circle, to its own task.
   struct Owned {
     std::shared_ptr<URLSession> session = URLSession::make();
     std::shared_ptr<URLSessionDataTask> task;
-    Tracker tracker;
+    Awaited<std::thread::id> gone;
+    ~Owned() { gone.set(std::this_thread::get_id()); }
   };
   auto owned = std::make_shared<Owned>();
-  const auto gone = owned->tracker.gone;
+  const auto gone = owned->gone;
   const Awaited<std::thread::id> ran;
   auto task = owned->session->dataTask(
       requestFor("a:b"), [owned, ran](auto, auto, auto) { ran.set(std::this_thread::get_id()); });
@@ -204,8 +200,8 @@ TEST(URLProtocolTest, ATaskLetsGoOfItsHandlerOnceThatHasRun) {
   task.reset();
   EXPECT_EQ(gone.get(), ran.get());
 
-  auto dropped = std::make_shared<Tracker>();
-  auto droppedGone = dropped->gone;
+  auto dropped = std::make_shared<Owned>();
+  const auto droppedGone = dropped->gone;
   URLSession::make()->dataTask(requestFor("a:b"), [dropped](auto, auto, auto) {});
   dropped.reset();
   EXPECT_EQ(droppedGone.get(), std::this_thread::get_id());

@@ -25,11 +25,8 @@ class Awaited {
   }
   /// The value; throws when none comes in half a minute.
   T get() const {
-    std::unique_lock lock(shared_->mutex);
-    if (!shared_->changed.wait_for(lock, std::chrono::seconds(30),
-                                   [&] { return shared_->value.has_value(); })) {
-      throw std::runtime_error("Waited in vain.");
-    }
+    if (!waitFor(std::chrono::seconds(30))) throw std::runtime_error("Waited in vain.");
+    const std::lock_guard lock(shared_->mutex);
     return *shared_->value;
   }
   /// Whether there is a value, now or within so much time.
