@@ -75,6 +75,8 @@ TEST(JSONAccessorsTest, ConvertsNumbersByOneRule) {
                {300, 300, 300},
                {-1, -1, UINT64_MAX},
                {4294967296, 4294967296, 4294967296},
+               {9223372036854775808.0, INT64_MAX, lowest},
+               {18446744073709551616.0, INT64_MAX, UINT64_MAX},
                {1e300, INT64_MAX, UINT64_MAX},
                {-1e300, INT64_MIN, lowest},
                {UINT64_MAX, INT64_MAX, UINT64_MAX},
