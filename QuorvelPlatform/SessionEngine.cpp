@@ -144,7 +144,8 @@ void SessionEngine::post(Message message) {
 void SessionEngine::deliver(std::shared_ptr<DataTask> task, Outcome outcome) {
   if (!completions_.push(std::move(task), std::move(outcome))) return;
   if (isIOThread()) {
-    delivered_ = true;
+    constexpr std::chrono::microseconds longestGathering(500);
+    if (!std::exchange(delivered_, true)) gathersUntil_ = now_ + longestGathering;
   } else {
     wakeOther();
   }
@@ -192,9 +193,12 @@ void SessionEngine::transfer(Lock& lock) {
     batch_.swap(inbox_);
     lock.unlock();
     performOnce();
+    const bool isBusy = delivered_ && network_.wait(std::chrono::nanoseconds(0));
     lock.lock();
-    // The other thread completes what ended in this round, unless nothing is left to do here.
+    // The other thread completes what ended, unless nothing is left to do here. To wake it costs as
+    // much as a transfer; while the network has more to do at once, it is called for all together.
     const bool goesOn = !inbox_.empty() || !loads_.empty();
+    if (goesOn && isBusy && now_ < gathersUntil_) continue;
     const bool wakesOther = std::exchange(delivered_, false) && goesOn;
     const bool sleeps = goesOn && inbox_.empty() && !stopping_;
     if (!wakesOther && !sleeps) continue;

@@ -89,7 +89,8 @@ class SessionEngine {
   std::vector<Message> batch_;
   std::vector<Message> own_;
   std::vector<std::shared_ptr<Load>> loads_;
-  bool delivered_ = false;  // Something in this round, and no thread was told to complete it.
+  bool delivered_ = false;  // Something, and no thread was told to complete it.
+  Load::Clock::time_point gathersUntil_;
   Load::Clock::time_point now_;
   Load::Clock::time_point nextDeadline_ = Load::Clock::time_point::max();
 };

@@ -91,17 +91,20 @@ void MultiLoop::perform() {
   }
 }
 
-void MultiLoop::wait(std::chrono::nanoseconds longest) {
-  if (!isIdle_) return;
+bool MultiLoop::wait(std::chrono::nanoseconds longest) {
+  if (!isIdle_) return true;
   using std::chrono::milliseconds;
   const auto rounded = std::chrono::ceil<milliseconds>(
       std::min<std::chrono::nanoseconds>(longest, std::chrono::hours(1)));
   const auto timeout = std::max(rounded, milliseconds(0)).count();
   curl_waitfd bell{bell_, CURL_WAIT_POLLIN, 0};
-  curl_multi_poll(multi_, &bell, 1, static_cast<int>(timeout), nullptr);
-  if (bell.revents == 0) return;
-  eventfd_t rings = 0;
-  eventfd_read(bell_, &rings);
+  int ready = 0;
+  curl_multi_poll(multi_, &bell, 1, static_cast<int>(timeout), &ready);
+  if (bell.revents != 0) {
+    eventfd_t rings = 0;
+    eventfd_read(bell_, &rings);
+  }
+  return ready > 0;
 }
 
 void MultiLoop::wakeUp() { eventfd_write(bell_, 1); }
