@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Fuzzing.h"
+#include "tests/support/TestServer.h"
 
 #include <QuorvelPlatform/ASCII.h>
 #include <QuorvelPlatform/URLError.h>
 #include <QuorvelPlatform/URLSession.h>
 
-#include <arpa/inet.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <future>
@@ -25,16 +24,11 @@ constexpr std::size_t maximumBodySize = 1U << 20U;
 // answers without a body, so that redirects come to an end.
 class Server {
  public:
-  Server() : socket_(::socket(AF_INET, SOCK_STREAM, 0)) {
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t length = sizeof address;
-    auto* const generic = reinterpret_cast<sockaddr*>(&address);
-    require(::bind(socket_, generic, length) == 0 && ::listen(socket_, 64) == 0);
-    require(::getsockname(socket_, generic, &length) == 0);
+  Server() {
+    const auto [socket, address] = test::boundSocket();
+    require(::listen(socket, 64) == 0);
     url = "http://127.0.0.1:" + std::to_string(ntohs(address.sin_port));
-    std::thread([this] { serve(); }).detach();
+    std::thread([this, socket = socket] { serve(socket); }).detach();
   }
   void setBytes(std::string bytes) {
     const std::lock_guard lock(mutex_);
@@ -45,26 +39,15 @@ class Server {
   std::string url;
 
  private:
-  void serve() {
+  void serve(int socket) {
     for (;;) {
-      const int connection = ::accept(socket_, nullptr, nullptr);
-      std::string request;
-      char buffer[4096];
-      while (request.find("\r\n\r\n") == std::string::npos) {
-        const auto count = ::recv(connection, buffer, sizeof buffer, 0);
-        if (count <= 0) break;
-        request.append(buffer, static_cast<std::size_t>(count));
-      }
-      {
-        const std::lock_guard lock(mutex_);
-        const std::string bytes = left_-- > 0 ? bytes_ : "HTTP/1.1 204 Last\r\n\r\n";
-        static_cast<void>(::send(connection, bytes.data(), bytes.size(), MSG_NOSIGNAL));
-      }
-      ::close(connection);
+      test::Connection connection(::accept(socket, nullptr, nullptr), nullptr);
+      if (!connection.readHead()) continue;
+      const std::lock_guard lock(mutex_);
+      connection.send(left_-- > 0 ? bytes_ : "HTTP/1.1 204 Last\r\n\r\n");
     }
   }
 
-  const int socket_;
   std::mutex mutex_;
   std::string bytes_;
   int left_ = 0;

@@ -4,7 +4,7 @@
 #include <QuorvelPlatform/PercentEncoding.h>
 #include <QuorvelPlatform/URL.h>
 
-#include <nlohmann/json.hpp>
+#include <tests/support/JSONOracle.h>
 
 using namespace quorvelkit;
 using namespace quorvelkit::fuzz;
@@ -23,14 +23,10 @@ std::string decoded(std::string_view text) {
   return bytes;
 }
 
-// Whether an independent writer of JSON takes the text for UTF-8.
+// Whether an independent writer of JSON takes all of the text for UTF-8.
 bool isText(const std::string& bytes) {
-  try {
-    static_cast<void>(nlohmann::json(bytes).dump());
-    return true;
-  } catch (const nlohmann::json::type_error&) {
-    return false;
-  }
+  const std::string written = Oracle(bytes).dump(-1, ' ', false, Oracle::error_handler_t::ignore);
+  return Oracle::parse(written) == bytes;
 }
 
 }  // namespace

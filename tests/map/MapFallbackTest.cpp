@@ -32,23 +32,24 @@ struct OneAnswerServer {
   TestServer server;
 };
 
-// A broad line through (0, 0) and a marker on it.
-void addRoute(MGLMapView& view) {
-  view.setTintColor(QColor(0, 0, 200));
-  view.setZoomLevel(13);
-  view.addAnnotations(
-      {makeLine({{-0.01, -0.01}, {0, 0}, {0, 0.01}}), makeMarker({0, 0}, "origin")});
-}
+// A view of a broad line through (0, 0) and a marker on it.
+struct ViewOfRoute : MGLMapView {
+  ViewOfRoute() : MGLMapView(QRect(0, 0, 400, 300)) {
+    setTintColor(QColor(0, 0, 200));
+    setZoomLevel(13);
+    addAnnotations({makeLine({{-0.01, -0.01}, {0, 0}, {0, 0.01}}), makeMarker({0, 0}, "origin")});
+  }
+  // The route is seen, and the note names the engine and what stood in the way of another.
+  void expectRoute(const char* note, const char* reason) {
+    EXPECT_TRUE(shows(*this, {0, 0.005}, QColor(0, 0, 200)));
+    EXPECT_TRUE(shows(*this, {0, 0}, pinColor, {0, -12}));
+    EXPECT_TRUE(engineNote().startsWith(note) && engineNote().contains(reason))
+        << engineNote().toStdString();
+  }
+};
 
-void expectRoute(MGLMapView& view) {
-  EXPECT_TRUE(shows(view, {0, 0.005}, QColor(0, 0, 200)));
-  EXPECT_TRUE(shows(view, {0, 0}, pinColor, {0, -12}));
-}
-
-void expectNote(const MGLMapView& view, const char* start, const char* reason) {
-  EXPECT_TRUE(view.engineNote().startsWith(start) && view.engineNote().contains(reason))
-      << view.engineNote().toStdString();
-}
+constexpr const char* plain = "Drawn without a map, on a plain background.";
+constexpr const char* byMapboxgl = "Drawn by Qt Location's engine mapboxgl.";
 
 // What the process prints and logs from here on, but for what Qt and the engine say of OpenGL.
 class Printed {
@@ -72,7 +73,6 @@ struct Missing {
   const char* plugin;
   Screen screen;
   const char* setting;
-  const char* note;
   const char* reason;
 
   friend std::ostream& operator<<(std::ostream& out, const Missing& m) { return out << m.name; }
@@ -88,47 +88,41 @@ TEST_P(MapFallbackTest, TheRouteIsSeenTheNoteTellsWhatIsMissingAndNothingIsPrint
   if (sign > 0) qputenv(setting.left(sign), setting.mid(sign + 1));
   TestApplication application(GetParam().screen);
   application.hidePlugin(GetParam().plugin);
-  MGLMapView view(QRect(0, 0, 400, 300));
-  addRoute(view);
+  ViewOfRoute view;
   view.show();
-  expectRoute(view);
-  expectNote(view, GetParam().note, GetParam().reason);
+  view.expectRoute(*GetParam().reason == 0 ? byMapboxgl : plain, GetParam().reason);
   EXPECT_EQ(printed.text(), "");
 }
 
-constexpr const char* plain = "Drawn without a map, on a plain background.";
+constexpr const char* noOpenGL = "mapboxgl: OpenGL cannot be used here";
 
 INSTANTIATE_TEST_SUITE_P(
     All, MapFallbackTest,
     testing::Values(
-        Missing{"Nothing", "", Screen::x11, "", "Drawn by Qt Location's engine mapboxgl.", ""},
-        Missing{"SQLite", "sqldrivers/libqsqlite.so", Screen::x11, "", plain,
-                "mapboxgl: Qt's SQLite driver is missing"},
-        Missing{"Mapboxgl", "geoservices/libqtgeoservices_mapboxgl.so", Screen::x11, "", plain,
-                "mapboxgl: Qt Location has no plugin"},
-        Missing{"OpenGL", "", Screen::none, "", plain, "mapboxgl: OpenGL cannot be used here"},
-        Missing{"OpenGLOnAScreen", "", Screen::x11, "QT_XCB_GL_INTEGRATION=none", plain,
-                "mapboxgl: OpenGL cannot be used here"},
-        Missing{"OpenGLInQtQuick", "", Screen::x11, "QT_QUICK_BACKEND=software", plain,
-                "mapboxgl: Qt Quick draws without OpenGL here"}),
+        Missing{"Nothing", "", Screen::x11, "", ""},
+        Missing{"SQLite", "sqldrivers/libqsqlite.so", Screen::x11, "", "SQLite driver is missing"},
+        Missing{"Mapboxgl", "geoservices/libqtgeoservices_mapboxgl.so", Screen::x11, "",
+                "Qt Location has no plugin"},
+        Missing{"OpenGL", "", Screen::none, "", noOpenGL},
+        Missing{"OpenGLOnAScreen", "", Screen::x11, "QT_XCB_GL_INTEGRATION=none", noOpenGL},
+        Missing{"OpenGLInQtQuick", "", Screen::x11, "QT_QUICK_BACKEND=software",
+                "Qt Quick draws without OpenGL here"}),
     [](const auto& test) { return test.param.name; });
 
 TEST(MapFailureTest, TheRouteIsSeenWhenTheSceneGraphFailsLater) {
   const Printed printed;
   const TestApplication application;
-  MGLMapView view(QRect(0, 0, 400, 300));
-  addRoute(view);
+  ViewOfRoute view;
   view.show();
   for (int failure = 0; failure < 2; ++failure) {
     auto* const scene = view.findChild<QQuickWidget*>();
     ASSERT_NE(scene, nullptr);
-    expectNote(view, "Drawn by Qt Location's engine mapboxgl.", "");
+    EXPECT_TRUE(view.engineNote().startsWith(byMapboxgl)) << view.engineNote().toStdString();
     // Qt tells of it as often as it tries to draw.
     for (int i = 0; i < 2; ++i)
       Q_EMIT scene->sceneGraphError(QQuickWindow::ContextNotAvailable, "no context");
     EXPECT_TRUE(waitUntil([&] { return view.findChild<QQuickWidget*>() == nullptr; }));
-    expectRoute(view);
-    expectNote(view, plain, "Qt Quick: no context");
+    view.expectRoute(plain, "Qt Quick: no context");
     // A new style is a new attempt.
     view.setStyleURL(QUrl());
   }
@@ -138,10 +132,9 @@ TEST(MapFailureTest, TheRouteIsSeenWhenTheSceneGraphFailsLater) {
 // What is under the mouse stays under it, while the map is dragged and while it is zoomed.
 TEST(PlainMapTest, IsMovedByTheMouseAndZoomedByTheWheel) {
   const TestApplication application(Screen::none);
-  MGLMapView view(QRect(0, 0, 400, 300));
-  addRoute(view);
+  ViewOfRoute view;
   view.show();
-  expectRoute(view);
+  view.expectRoute(plain, "");
   QWidget* const ground = view.childAt(view.rect().center());
   const auto move = [&](QEvent::Type type, const QPointF& to) {
     QMouseEvent event(type, to, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
@@ -176,13 +169,11 @@ TEST(MapTilesTest, TilesOfTheHostAreDrawnWithoutTheFirstEngine) {
         const bool isTile = request.target.starts_with("/tiles/14/");
         connection.answer(isTile ? 200 : 404, isTile ? png.toStdString() : "");
       }));
-  MGLMapView view(QRect(0, 0, 400, 300));
+  ViewOfRoute view;
   view.setTileHost(QUrl(QString::fromStdString(server.url("/tiles"))));
-  addRoute(view);
   view.show();
   EXPECT_TRUE(shows(view, {0.005, 0.005}, QColor(0, 120, 0)));
-  expectRoute(view);
-  expectNote(view, "Drawn by Qt Location's engine osm.", "mapboxgl: ");
+  view.expectRoute("Drawn by Qt Location's engine osm.", "mapboxgl: ");
 }
 
 TEST(MapStyleTest, StylesAreReadFromEachKindOfURLAndBadOnesLeaveTheRouteOnTheDefault) {
@@ -208,8 +199,7 @@ TEST(MapStyleTest, StylesAreReadFromEachKindOfURLAndBadOnesLeaveTheRouteOnTheDef
       {QUrl("qrc:/none.json"), plainGround, "could not be read"},
       {QUrl("mapbox://styles/a/b"), plainGround, "http, https, file and qrc"},
       {good.url("/again"), QColor(0, 0x60, 0), ""}};
-  MGLMapView view(QRect(0, 0, 400, 300));
-  addRoute(view);
+  ViewOfRoute view;
   view.show();
   for (const auto& [url, ground, reason] : table) {
     view.setStyleURL(url);
@@ -218,8 +208,7 @@ TEST(MapStyleTest, StylesAreReadFromEachKindOfURLAndBadOnesLeaveTheRouteOnTheDef
     EXPECT_TRUE(waitUntil([&, why = reason] { return view.engineNote().contains(why); }))
         << reason << " / " << view.engineNote().toStdString();
     EXPECT_EQ(view.engineNote().contains("could not be read"), *reason != 0);
-    expectRoute(view);
-    expectNote(view, "Drawn by Qt Location's engine mapboxgl.", "");
+    view.expectRoute(byMapboxgl, "");
   }
   // Nobody is left waiting when the view goes while its style is on the way.
   MGLMapView(QRect(0, 0, 10, 10)).setStyleURL(good.url("/late"));

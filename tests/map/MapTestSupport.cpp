@@ -132,10 +132,6 @@ QByteArray styleWithGround(const char* color) {
          color + R"("}}]})";
 }
 
-std::shared_ptr<MGLPolyline> makeLine(std::vector<Coordinate> coordinates) {
-  return std::make_shared<MGLPolyline>(std::move(coordinates));
-}
-
 std::shared_ptr<MGLPointAnnotation> makeMarker(Coordinate coordinate, const char* title) {
   auto marker = std::make_shared<MGLPointAnnotation>();
   marker->setCoordinate(coordinate);

@@ -88,7 +88,9 @@ struct Looks : MGLMapViewDelegate {
 QImage filledImage(const QSize& size, const QColor& color);
 QByteArray styleWithGround(const char* color);
 
-std::shared_ptr<MGLPolyline> makeLine(std::vector<Coordinate> coordinates);
+inline std::shared_ptr<MGLPolyline> makeLine(std::vector<Coordinate> coordinates) {
+  return std::make_shared<MGLPolyline>(std::move(coordinates));
+}
 std::shared_ptr<MGLPointAnnotation> makeMarker(Coordinate coordinate, const char* title);
 
 inline const QColor plainGround(0xec, 0xe9, 0xe2), pinColor(0xd6, 0x33, 0x3f);

@@ -92,11 +92,10 @@ TEST(HTTPURLResponseTest, EveryStatusHasAPhrase) {
       own += std::to_string(status) + ' ' + phrase + '\n';
   }
   EXPECT_EQ(own,
-            "100 continue\n101 switching protocols\n"
-            "200 no error\n201 created\n202 accepted\n203 non-authoritative information\n"
-            "204 no content\n205 reset content\n206 partial content\n"
-            "300 multiple choices\n301 moved permanently\n302 found\n303 see other\n"
-            "304 not modified\n305 needs proxy\n307 temporarily redirected\n"
+            "100 continue\n101 switching protocols\n200 no error\n201 created\n202 accepted\n"
+            "203 non-authoritative information\n204 no content\n205 reset content\n"
+            "206 partial content\n300 multiple choices\n301 moved permanently\n302 found\n"
+            "303 see other\n304 not modified\n305 needs proxy\n307 temporarily redirected\n"
             "400 bad request\n401 unauthorized\n402 payment required\n403 forbidden\n"
             "404 not found\n405 method not allowed\n406 unacceptable\n"
             "407 proxy authentication required\n408 request timed out\n409 conflict\n"

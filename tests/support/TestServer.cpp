@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/support/TestServer.h"
 
-#include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <openssl/ssl.h>
 #include <sys/socket.h>
@@ -13,20 +12,6 @@
 namespace quorvelkit::test {
 
 namespace {
-
-// A socket bound to a free port of the loopback interface, and its address.
-std::pair<int, sockaddr_in> boundSocket() {
-  const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t size = sizeof address;
-  auto* const generic = reinterpret_cast<sockaddr*>(&address);
-  if (::bind(socket, generic, size) != 0 || ::getsockname(socket, generic, &size) != 0) {
-    throw std::runtime_error("No port could be had.");
-  }
-  return {socket, address};
-}
 
 int chooseHTTP2(SSL*, const unsigned char** chosen, unsigned char* size, const unsigned char*,
                 unsigned, void*) {
@@ -51,6 +36,19 @@ ssl_ctx_st* makeContext(const TestServer::TLS& tls) {
 }
 
 }  // namespace
+
+std::pair<int, sockaddr_in> boundSocket() {
+  const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  socklen_t size = sizeof address;
+  auto* const generic = reinterpret_cast<sockaddr*>(&address);
+  if (::bind(socket, generic, size) != 0 || ::getsockname(socket, generic, &size) != 0) {
+    throw std::runtime_error("No port could be had.");
+  }
+  return {socket, address};
+}
 
 TestServer::TestServer(Script script, std::optional<TLS> tls)
     : script_(std::move(script)), secure_(tls.has_value()) {

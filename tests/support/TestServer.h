@@ -3,6 +3,8 @@
 
 #include <QuorvelPlatform/HTTPHeaderFields.h>
 
+#include <netinet/in.h>
+
 #include <atomic>
 #include <functional>
 #include <list>
@@ -12,6 +14,7 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <utility>
 #include <vector>
 
 struct ssl_ctx_st;
@@ -121,6 +124,8 @@ class TestServer {
 /// The head of an answer, the length of the body, and the body, as they stand on the wire.
 std::string withLength(const std::string& head, std::string_view body);
 
+/// A socket bound to a free port of the loopback interface, and its address.
+std::pair<int, sockaddr_in> boundSocket();
 /// A port of the loopback interface on which nothing listens.
 int unusedPort();
 /// A port of the loopback interface that takes no notice of who wants to connect.
