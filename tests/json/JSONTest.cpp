@@ -155,16 +155,11 @@ TEST(JSONTest, IteratesOverPairs) {
 }
 
 TEST(JSONTest, IndexesCompareWithinTheirCase) {
-  const JSONIndex array1 = JSONIndex::array(1);
-  const JSONIndex array2 = JSONIndex::array(2);
-  EXPECT_TRUE(array1 < array2 && array2 > array1 && array1 != array2 && array1 == array1);
-  EXPECT_TRUE(JSONIndex::dictionary(1) <= JSONIndex::dictionary(1));
-  EXPECT_TRUE(JSONIndex::null() == JSONIndex::null() && !(JSONIndex::null() < JSONIndex::null()));
-  EXPECT_EQ(JSONIndex::null().next(), JSONIndex::null());
-  for (const JSONIndex other : {JSONIndex::dictionary(1), JSONIndex::null()}) {
-    EXPECT_FALSE(array1 == other || array1 < other || array1 > other || array1 <= other ||
-                 array1 >= other);
-  }
+  const JSONIndex one = JSONIndex::array(1), two = JSONIndex::array(2), none = JSONIndex::null();
+  EXPECT_TRUE(one < two && two > one && one != two && one == one && one <= one);
+  EXPECT_TRUE(none == none && !(none < none) && none.next() == none);
+  for (const JSONIndex other : {JSONIndex::dictionary(1), none})
+    EXPECT_FALSE(one == other || one < other || one > other || one <= other || one >= other);
 }
 
 // The tables of the models say which values pass a read.

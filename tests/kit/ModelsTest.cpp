@@ -111,18 +111,13 @@ TEST(QVCandidateTest, readsEachMemberOrLeavesItAbsent) {
 }
 
 TEST(QVCandidateTest, isAtTheOriginUnlessTheAnswerSaysWhere) {
-  struct Row {
-    const char* json;
-    Coordinate location;
-  };
-  for (const auto& [json, location] : {
-           Row{R"({"location":{"x":-118.2,"y":34.1}})", {34.1, -118.2}},
-           Row{R"({"location":{"x":-118.2}})", {0, -118.2}},
-           Row{R"({"location":[1,2]})", {}},
-           Row{"null", {}},
-       }) {
+  const std::pair<const char*, Coordinate> cases[] = {
+      {R"({"location":{"x":-118.2,"y":34.1}})", {34.1, -118.2}},
+      {R"({"location":{"x":-118.2}})", {0, -118.2}},
+      {R"({"location":[1,2]})", {}},
+      {"null", {}}};
+  for (const auto& [json, location] : cases)
     EXPECT_EQ(QVCandidate(JSON::parse(json)).location(), location) << json;
-  }
   QVCandidate none(std::nullopt);
   EXPECT_EQ(none.location(), std::nullopt);
   EXPECT_TRUE(none.categories().empty());
@@ -199,12 +194,9 @@ TEST(QVRouteTest, readsEachMemberOrLeavesItAbsent) {
 }
 
 TEST(QVRouteTest, buildsAChildUnlessItIsMissingOrNull) {
-  struct Row {
-    std::string member;
-    bool present;
-  };
-  for (const auto& [member, present] : {Row{"", false}, Row{"null", false}, Row{"{}", true},
-                                        Row{"5", true}, Row{R"("x")", true}, Row{"[]", true}}) {
+  const std::pair<std::string, bool> cases[] = {{"", false}, {"null", false},  {"{}", true},
+                                                {"5", true}, {R"("x")", true}, {"[]", true}};
+  for (const auto& [member, present] : cases) {
     const auto document = [member = member](const std::string& key) {
       return JSON::parse(member.empty() ? "{}" : "{\"" + key + "\":" + member + "}");
     };

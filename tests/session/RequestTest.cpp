@@ -35,32 +35,29 @@ TEST(RequestTest, RequestsAreSentAsTheyWereSet) {
     const char* name;
     URLRequest request;
     testing::Matcher<std::string> head;
-    std::string body;
   } cases[] = {
       {"GET", request("get"),
        AllOf(StartsWith("GET /a/../b%7e?c=d&e HTTP/1.1\r\n"), has("Accept: */*\r\n"),
              has("Accept-Encoding: gzip\r\n"), has("User-Agent: QuorvelKit/"), lacks("Content-"),
-             lacks("#")),
-       ""},
-      {"HEAD", request("HEAD"), AllOf(StartsWith("HEAD /"), lacks("Content-")), ""},
+             lacks("#"))},
+      {"HEAD", request("HEAD"), AllOf(StartsWith("HEAD /"), lacks("Content-"))},
       {"POST", request("POST", "a=b"),
        AllOf(StartsWith("POST /"), has("Content-Length: 3\r\n"),
-             has("Content-Type: application/x-www-form-urlencoded\r\n")),
-       "a=b"},
+             has("Content-Type: application/x-www-form-urlencoded\r\n"))},
       {"POST of a type", request("POST", "{}", {{"content-type", "application/json"}}),
-       AllOf(has("content-type: application/json\r\n"), lacks("form")), "{}"},
+       AllOf(has("content-type: application/json\r\n"), lacks("form"))},
       {"POST without a body", request("POST"),
-       AllOf(has("Content-Length: 0\r\n"), lacks("Content-Type")), ""},
+       AllOf(has("Content-Length: 0\r\n"), lacks("Content-Type"))},
       {"POST of much", request("POST", large),
-       AllOf(lacks("Expect"), has("Content-Length: 2000000")), large},
+       AllOf(lacks("Expect"), has("Content-Length: 2000000"))},
       {"PUT", request("put", "x"),
-       AllOf(StartsWith("PUT /"), has("Content-Length: 1\r\n"), lacks("Content-Type")), "x"},
-      {"PUT without a body", request("PUT"), has("Content-Length: 0\r\n"), ""},
-      {"DELETE", request("DELETE"), AllOf(StartsWith("DELETE /"), lacks("Content-")), ""},
-      {"DELETE with a body", request("DELETE", "x"), has("Content-Length: 1\r\n"), "x"},
-      {"a method of its own", request("pAtCh", "x"), StartsWith("pAtCh /"), "x"},
+       AllOf(StartsWith("PUT /"), has("Content-Length: 1\r\n"), lacks("Content-Type"))},
+      {"PUT without a body", request("PUT"), has("Content-Length: 0\r\n")},
+      {"DELETE", request("DELETE"), AllOf(StartsWith("DELETE /"), lacks("Content-"))},
+      {"DELETE with a body", request("DELETE", "x"), has("Content-Length: 1\r\n")},
+      {"a method of its own", request("pAtCh", "x"), StartsWith("pAtCh /")},
       {"bytes that are no text", request("POST", std::string("\0\xff\r\n", 4)),
-       has("Content-Length: 4\r\n"), std::string("\0\xff\r\n", 4)},
+       has("Content-Length: 4\r\n")},
       {"own fields",
        request("GET", {},
                {{"x-oWn", "v"},
@@ -71,8 +68,7 @@ TEST(RequestTest, RequestsAreSentAsTheyWereSet) {
                 {"Authorization", "secret"}}),
        AllOf(has("x-oWn: v\r\n"), has("Empty:\r\n"), has("Accept: a/b\r\n"),
              has("User-Agent: me\r\n"), has("Accept-Encoding: identity\r\n"),
-             has("Authorization: secret\r\n"), lacks("*/*"), lacks("QuorvelKit"), lacks("gzip")),
-       ""},
+             has("Authorization: secret\r\n"), lacks("*/*"), lacks("QuorvelKit"), lacks("gzip"))},
       {"fields that are the session's business",
        request("POST", "abc",
                {{"Host", "evil"},
@@ -82,10 +78,9 @@ TEST(RequestTest, RequestsAreSentAsTheyWereSet) {
                 {"Expect", "100-continue"},
                 {"Proxy-Authorization", "x"}}),
        AllOf(lacks("evil"), has("Content-Length: 3\r\n"), lacks("close"), lacks("chunked"),
-             lacks("100-"), lacks("Proxy")),
-       "abc"},
+             lacks("100-"), lacks("Proxy"))},
   };
-  for (const auto& [name, base, head, body] : cases) {
+  for (const auto& [name, base, head] : cases) {
     SCOPED_TRACE(name);
     const Awaited<ReceivedRequest> seen;
     const TestServer server([&](const auto& received, auto& connection) {
@@ -96,7 +91,7 @@ TEST(RequestTest, RequestsAreSentAsTheyWereSet) {
     sent.setURL(*URL::parse(server.url("/a/../b%7e?c=d&e#f")));
     EXPECT_EQ(send(sent).code(), 0);
     EXPECT_THAT(seen.get().head, head);
-    EXPECT_EQ(seen.get().body, body);
+    EXPECT_EQ(seen.get().body, base.httpBody().value_or(Data()).view());
     EXPECT_EQ(seen.get().value("Host"), "127.0.0.1:" + std::to_string(server.port()));
   }
 }

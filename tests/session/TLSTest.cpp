@@ -61,21 +61,6 @@ TEST_F(TLSTest, TheSystemsAuthoritiesDoNotKnowTheTests) {
             URLError::secureConnectionFailed);
 }
 
-// The fault table has the redirect by itself; here HTTP leads up to the server that leads down.
-TEST_F(TLSTest, NoRedirectLeadsDownToHTTP) {
-  const TestServer plain(answer);
-  const TestServer secure(
-      [&](const auto&, auto& connection) {
-        connection.answer(302, "stay", "Location: " + plain.url() + "\r\n");
-      },
-      certificates.tls("good"));
-  const TestServer upward([&](const auto&, auto& connection) {
-    connection.answer(302, "", "Location: " + secure.url() + "\r\n");
-  });
-  EXPECT_EQ(send(requestFor(upward.url()), session()).body(), "stay");
-  EXPECT_EQ(plain.connectionCount(), 0);
-}
-
 // A connection that dies while TLS still writes raises SIGPIPE, which would end this process.
 TEST_F(TLSTest, BrokenPipesReachNobody) {
   const TestServer server(
