@@ -76,15 +76,6 @@ bool takeRequest(Connection& connection) {
   }
 }
 
-TestServer::Script sending(std::string frames, bool stays) {
-  return [frames = std::move(frames), stays](Connection& connection) {
-    constexpr int acknowledgement = 1;
-    if (!takeRequest(connection)) return;
-    connection.send(frame(settings, 0, "", 0) + frame(settings, acknowledgement, "", 0) + frames);
-    if (stays) connection.stall();
-  };
-}
-
 }  // namespace
 
 std::string frame(Type type, int flags, std::string_view payload, int stream) {
@@ -107,8 +98,14 @@ std::string reset(int errorCode) {
   return frame(rstStream, 0, bigEndian(static_cast<std::uint32_t>(errorCode), 4));
 }
 
-TestServer::Script answering(std::string frames) { return sending(std::move(frames), true); }
-TestServer::Script closing(std::string frames) { return sending(std::move(frames), false); }
+TestServer::Script answering(std::string frames, bool stays) {
+  return [frames = std::move(frames), stays](Connection& connection) {
+    constexpr int acknowledgement = 1;
+    if (!takeRequest(connection)) return;
+    connection.send(frame(settings, 0, "", 0) + frame(settings, acknowledgement, "", 0) + frames);
+    if (stays) connection.stall();
+  };
+}
 
 }  // namespace http2
 }  // namespace quorvelkit::test

@@ -38,10 +38,9 @@ std::string frame(Type type, int flags, std::string_view payload, int stream = 1
 /// A header block for the status 200, with that length unless it is below zero.
 std::string ok(int length = -1);
 std::string reset(int errorCode);
-/// Takes a request and then sends the frames behind the settings; ends when the client does.
-TestServer::Script answering(std::string frames);
-/// The same, but closes.
-TestServer::Script closing(std::string frames);
+/// Takes a request and then sends the frames behind the settings; ends when the client does, or
+/// closes at once.
+TestServer::Script answering(std::string frames, bool stays = true);
 
 }  // namespace http2
 }  // namespace quorvelkit::test

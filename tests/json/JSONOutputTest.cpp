@@ -59,11 +59,8 @@ TEST(JSONOutputTest, RefusesWhatIsNoDocument) {
 }
 
 TEST(JSONOutputTest, DecodesItsBytesWithTheEncoding) {
-  const JSON scalars[] = {"t\xC3\xA9", 42, 2.5, true, JSON()};
-  const char* const texts[] = {"t\xC3\xA9", "42", "2.5", "true", "null"};
-  for (std::size_t i = 0; i < std::size(scalars); ++i) {
-    EXPECT_EQ(scalars[i].rawString(TextEncoding::utf32), texts[i]);
-  }
+  for (const JSON& scalar : {JSON("t\xC3\xA9"), JSON(42), JSON(2.5), JSON(true), JSON()})
+    EXPECT_EQ(scalar.rawString(TextEncoding::utf32), scalar.description());
   EXPECT_EQ(JSON(Value::unsupported(1)).rawString(), std::nullopt);
   const JSON accented = JSON::makeArray({"\xC3\xA9"});
   const auto decoded = [](const JSON& json, TextEncoding encoding) {

@@ -30,7 +30,6 @@ using application::Field;
 using application::Member;
 using application::Position;
 
-static_assert(!JSONSubscriptType<bool> && !JSONSubscriptType<char> && !JSONSubscriptType<double>);
 template <class T>
 concept SubscriptsJSON = requires(const JSON json, T t) {
   json[t];

@@ -17,41 +17,35 @@
 namespace quorvelkit {
 namespace {
 
-// The values of documents that pass the read of each type of property, and what they pass as.
+// The values of documents that pass the read of a property of some type, and what they pass as.
 template <class T>
-using Passing = std::map<std::string, T>;
+std::map<std::string, T> passing(const T& /*otherwise*/) {
+  if constexpr (std::is_same_v<T, std::string>) {
+    return {{R"("a text")", "a text"}, {R"("")", ""},         {R"("3")", "3"},
+            {R"("true")", "true"},     {R"("Yelp")", "Yelp"}, {R"("onramp")", "onramp"},
+            {R"("I")", "I"},           {R"("left")", "left"}, {R"("arterial")", "arterial"},
+            {R"("north")", "north"}};
+  } else if constexpr (std::is_same_v<T, double>) {
+    return {{"3", 3}, {"3.0", 3}, {"3.5", 3.5}, {"1e300", 1e300}, {"9223372036854775808", 0x1p63}};
+  } else if constexpr (std::is_same_v<T, std::int64_t>) {
+    return {{"3", 3}, {"3.0", 3}};
+  } else if constexpr (std::is_same_v<T, bool>) {
+    return {{"true", true}, {"false", false}};
+  } else if constexpr (std::is_same_v<T, std::vector<std::string>>) {
+    return {{R"(["a","b"])", {"a", "b"}}, {"[]", {}}};
+  } else if constexpr (std::is_same_v<T, ValueMap>) {
+    return {{"{}", {}}, {R"({"a":1})", {{"a", 1}}}};
+  } else {
+    std::map<std::string, T> cases;
+    for (const auto& [value, text] : rawValues<T>)
+      cases['"' + std::string(text) + '"'] = value;
+    return cases;
+  }
+}
 template <class T>
-const Passing<T> passing;
-template <>
-const Passing<std::string> passing<std::string> = {
-    {R"("a text")", "a text"}, {R"("")", ""},         {R"("3")", "3"},
-    {R"("true")", "true"},     {R"("Yelp")", "Yelp"}, {R"("onramp")", "onramp"},
-    {R"("I")", "I"},           {R"("left")", "left"}, {R"("arterial")", "arterial"},
-    {R"("north")", "north"}};
-template <>
-const Passing<double> passing<double> = {{"3", 3},
-                                         {"3.0", 3},
-                                         {"3.5", 3.5},
-                                         {"1e300", 1e300},
-                                         {"9223372036854775808", 9223372036854775808.0}};
-template <>
-const Passing<std::int64_t> passing<std::int64_t> = {{"3", 3}, {"3.0", 3}};
-template <>
-const Passing<bool> passing<bool> = {{"true", true}, {"false", false}};
-template <>
-const Passing<std::vector<std::string>> passing<std::vector<std::string>> = {
-    {R"(["a","b"])", {"a", "b"}}, {"[]", {}}};
-template <>
-const Passing<ValueMap> passing<ValueMap> = {{"{}", {}}, {R"({"a":1})", {{"a", 1}}}};
-template <RawRepresentable E>
-const Passing<E> passing<E> = [] {
-  Passing<E> all;
-  for (const auto& [value, text] : rawValues<E>)
-    all['"' + std::string(text) + '"'] = value;
-  return all;
-}();
-template <class T>
-const Passing<T>& passing<std::optional<T>> = passing<T>;
+std::map<std::string, T> passing(const std::optional<T>& /*otherwise*/) {
+  return passing(T());
+}
 
 // What a property is when nothing passes.
 template <class T>
@@ -75,6 +69,7 @@ template <class Model, class T>
 void expectField(const std::string& key, T (Model::*property)() const,
                  const std::string& before = "", const std::string& after = "") {
   SCOPED_TRACE(__PRETTY_FUNCTION__ + (' ' + key));
+  const auto values = passing(otherwise<T>);
   const auto readFrom = [&](const std::string& document) {
     return (*madeOf<Model>(before + document + after).*property)();
   };
@@ -86,9 +81,9 @@ void expectField(const std::string& key, T (Model::*property)() const,
                              R"({"a":1})",  R"("a text")",  R"("")",      R"("3")",
                              R"("true")",   R"("Yelp")",    R"("left")",  R"("arterial")",
                              R"("onramp")", R"("north")",   R"("I")"}) {
-    const auto found = passing<T>.find(sample);
+    const auto found = values.find(sample);
     EXPECT_EQ(readFrom("{\"" + key + "\":" + sample + '}'),
-              found == passing<T>.end() ? otherwise<T> : T(found->second))
+              found == values.end() ? otherwise<T> : T(found->second))
         << sample;
   }
 }

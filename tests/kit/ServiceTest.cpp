@@ -69,7 +69,6 @@ TEST_F(ServiceTest, firstCallLogsInLoadsTheConfigurationAndAsks) {
   EXPECT_EQ(second->task(), task);
   EXPECT_EQ(second->request(), request);
   EXPECT_EQ(server.requests().size(), 4U);
-  EXPECT_EQ(QVBaseService::sharedSession(), QVBaseService::sharedSession());
 
   server.set(routePath, {500, "out of order"});
   EXPECT_TRUE(answerOf<QVRouteResponse>(ask)->error());
