@@ -92,13 +92,14 @@ TEST(JSONAccessorsTest, ConvertsNumbersByOneRule) {
                {"1e-100", 0, 0},
                {"abc", 0, 0},
                {nullptr, 0, 0}};
-  for (const auto& [json, integer, natural] : cases) {
+  for (const auto& c : cases) {
+    const JSON& json = c.json;
     SCOPED_TRACE(json.description());
     const bool present = json.type() == JSON::Type::number || json.type() == JSON::Type::bool_;
     // The smaller types keep the low bits.
     const auto expect = [&]<class T>(T value, std::optional<T> optional) {
       const auto expected =
-          static_cast<T>(std::is_signed_v<T> ? static_cast<std::uint64_t>(integer) : natural);
+          static_cast<T>(std::is_signed_v<T> ? static_cast<std::uint64_t>(c.integer) : c.natural);
       EXPECT_EQ(value, expected);
       EXPECT_EQ(optional, present ? std::optional(expected) : std::nullopt);
     };
