@@ -59,6 +59,9 @@ endfunction()
 function(quorvelkit_library_settings target)
   target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:quorvelkit_build_settings>)
   target_compile_features(${target} PUBLIC cxx_std_20)
+  # Its functions call each other directly: nobody puts others in their place.
+  target_compile_options(${target} PRIVATE -fno-semantic-interposition)
+  target_link_options(${target} PRIVATE -Wl,-Bsymbolic-functions)
   quorvelkit_precompile_headers(${target})
   target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR})
   set_target_properties(${target} PROPERTIES

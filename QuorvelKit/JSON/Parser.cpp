@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 namespace quorvelkit::detail {
@@ -22,7 +24,9 @@ namespace {
 // whether they are at the end: the 0 behind the bytes is nothing that may stand in a document.
 class Parser {
  public:
-  explicit Parser(const Data& bytes) : begin_(bytes.data()), end_(begin_ + bytes.size()) {}
+  explicit Parser(const Data& bytes) : begin_(bytes.data()), end_(begin_ + bytes.size()) {
+    *frame_ = {};  // Of the document.
+  }
 
   std::optional<Value> run(std::string& problem);
 
@@ -31,20 +35,22 @@ class Parser {
     std::size_t firstChild;
     std::uint64_t keysSeen;  // the bits of the keys
     Label label;             // of the container itself
+    char end;
     bool isMap;
     bool repeatsKey;
   };
 
   bool document();
-  // A scalar, an empty container, or all that opens before the next value.
+  // A scalar, an empty container or what opens another one, and what closes behind it, up to the
+  // next key or value or the end of the document.
   const char* value(const char* p);
-  // Goes on behind a complete value, to the next value or the end of the document.
   const char* afterValue(const char* p);
   const char* open(const char* p, bool isMap);
   const char* close(const char* p);
   const char* key(const char* p);
-  const char* otherKey(const char* p, KeyTable::Entry*& key);
+  std::pair<KeyTable::Entry*, const char*> otherKey(const char* p);
   void lookForRepeated(const KeyTable::Entry& key) noexcept;
+  const char* number(const char* p);
   const char* stringValue(const char* p);
   const char* word(const char* p, std::string_view text, ValueTag tag);
   void push(std::uint64_t payload, ValueTag tag) {
@@ -73,7 +79,6 @@ class Parser {
   std::unique_ptr<Document> document_ = std::make_unique<Document>();
   KeyTable keys_{*document_};
   Run<Node> pending_;
-  // The first frame is the document's own.
   std::array<Frame, deepestNesting + 1> frames_;
   Frame* frame_ = frames_.data();
   Label label_;  // Of the value to come; empty in arrays.
@@ -101,47 +106,33 @@ bool Parser::document() {
   const bool hasMark = std::string_view(begin_, end_).starts_with("\xEF\xBB\xBF");
   const char* p = skipSpace(begin_ + (hasMark ? 3 : 0));
   do {
-    p = value(p);
-    if (p) p = afterValue(p);
+    if (frame_->isMap) p = key(p);
+    if (p) p = value(p);
   } while (p && frame_ != frames_.data());
   if (p && p != end_) p = fail(p, "Unexpected character behind the document");
   return p != nullptr;
 }
 
 const char* Parser::value(const char* p) {
-  for (;;) {
-    switch (*p) {
-      case '{':
-        p = open(p, true);
-        if (!p || *p == '}') return p ? close(p) : nullptr;
-        p = key(p);
-        if (!p) return nullptr;
-        break;
-      case '[':
-        p = open(p, false);
-        if (!p || *p == ']') return p ? close(p) : nullptr;
-        break;
-      case '"': return stringValue(p);
-      case 't': return word(p, "true", ValueTag::true_);
-      case 'f': return word(p, "false", ValueTag::false_);
-      case 'n': return word(p, "null", ValueTag::null);
-      default: {
-        ValueBits number;
-        const char* const stop = parseNumber(p, end_, number);
-        if (!stop) {
-          return fail(p,
-                      p == end_ ? "Unexpected end" : "Unexpected character or unreadable number");
-        }
-        push(number.payload, number.tag());
-        return stop;
-      }
-    }
+  switch (*p) {
+    case '{':
+    case '[':
+      p = open(p, *p == '{');
+      if (!p || *p != frame_->end) return p;
+      p = close(p);
+      break;
+    case '"': p = stringValue(p); break;
+    case 't': p = word(p, "true", ValueTag::true_); break;
+    case 'f': p = word(p, "false", ValueTag::false_); break;
+    case 'n': p = word(p, "null", ValueTag::null); break;
+    default: p = number(p);
   }
+  return p ? afterValue(p) : nullptr;
 }
 
 const char* Parser::open(const char* p, bool isMap) {
   if (frame_ == &frames_.back()) return fail(p, "Nesting too deep");
-  *++frame_ = {pending_.size(), 0, label_, isMap, false};
+  *++frame_ = {pending_.size(), 0, label_, isMap ? '}' : ']', isMap, false};
   label_ = {};
   return skipSpace(p + 1);
 }
@@ -150,13 +141,9 @@ const char* Parser::afterValue(const char* p) {
   for (;;) {
     p = skipSpace(p);
     if (frame_ == frames_.data()) return p;
-    const bool isMap = frame_->isMap;
-    if (*p == ',') {
-      p = skipSpace(p + 1);
-      return isMap ? key(p) : p;
-    }
-    if (*p != (isMap ? '}' : ']')) {
-      return fail(p, isMap ? "Expected ',' or '}'" : "Expected ',' or ']'");
+    if (*p == ',') return skipSpace(p + 1);
+    if (*p != frame_->end) {
+      return fail(p, frame_->isMap ? "Expected ',' or '}'" : "Expected ',' or ']'");
     }
     p = close(p);
   }
@@ -167,8 +154,12 @@ const char* Parser::key(const char* p) {
   if (*p != '"') return fail(p, "Expected a key");
   ++p;
   KeyTable::Entry* key = keys_.guess(p, end_);
-  p = key ? p + key->length + 1 : otherKey(p, key);
-  if (!p) return nullptr;
+  if (key) {
+    p += key->length + 1;
+  } else {
+    std::tie(key, p) = otherKey(p);
+    if (!key) return nullptr;
+  }
   keys_.follow(key);
   label_ = key->label;
   if ((frame_->keysSeen & key->bit) != 0) lookForRepeated(*key);
@@ -178,13 +169,13 @@ const char* Parser::key(const char* p) {
   return skipSpace(p + 1);
 }
 
-[[gnu::noinline]] const char* Parser::otherKey(const char* p, KeyTable::Entry*& key) {
+// Gives the key as well, null after a failure.
+[[gnu::noinline]] std::pair<KeyTable::Entry*, const char*> Parser::otherKey(const char* p) {
   Run<char>& text = document_->text;
   const std::size_t start = text.size();
   const StringResult result = parseString(p, end_, text);
-  if (result.problem) return fail(result.stop, result.problem);
-  key = keys_.find(start, !result.escaped);
-  return result.stop;
+  if (result.problem) return {nullptr, fail(result.stop, result.problem)};
+  return {keys_.find(start, !result.escaped), result.stop};
 }
 
 // Large maps find out when they are sorted.
@@ -194,6 +185,16 @@ const char* Parser::key(const char* p) {
   const Node* const first = pending_.data() + frame_->firstChild;
   frame_->repeatsKey =
       std::any_of(first, first + members, [&](const Node& n) { return n.key() == key.number; });
+}
+
+const char* Parser::number(const char* p) {
+  ValueBits number;
+  const char* const stop = parseNumber(p, end_, number);
+  if (!stop) {
+    return fail(p, p == end_ ? "Unexpected end" : "Unexpected character or unreadable number");
+  }
+  push(number.payload, number.tag());
+  return stop;
 }
 
 const char* Parser::stringValue(const char* p) {
