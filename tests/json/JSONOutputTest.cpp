@@ -33,22 +33,11 @@ TEST(JSONOutputTest, WritesDocuments) {
 }
 
 TEST(JSONOutputTest, RefusesWhatIsNoDocument) {
-  const double huge = std::numeric_limits<double>::infinity();
-  ValueMap badKey;
-  badKey.set("\xC3", 1);
-  const JSON refused[] = {
-      1,
-      "text",
-      true,
-      JSON(),
-      JSON::makeArray({huge}),
-      JSON::makeArray({std::nan("")}),
-      JSON::makeArray({Decimal::notANumber()}),
-      JSON::makeDictionary({{"a", JSON::makeArray({Value::unsupported(1)})}}),
-      JSON::makeArray({"\xFF"}),
-      badKey,
-      JSON(Value::unsupported(1)),
-  };
+  std::vector<JSON> refused = {
+      1, "text", true, JSON(), ValueMap{{"\xC3", 1}}, JSON(Value::unsupported(1))};
+  for (const Value& leaf : {Value(std::numeric_limits<double>::infinity()), Value(std::nan("")),
+                            Value(Decimal::notANumber()), Value("\xFF"), Value::unsupported(1)})
+    refused.push_back(JSON::makeDictionary({{"a", JSON::makeArray({leaf})}}));
   for (const JSON& json : refused) {
     std::optional<Error> error;
     EXPECT_EQ(json.rawData(JSONWritingOptions::none, &error), std::nullopt);
