@@ -83,7 +83,7 @@ TEST(JSONDeepTest, HostileDocumentsAreRefusedOrRead) {
     EXPECT_EQ(map["0"], 2);
     EXPECT_EQ(map[std::to_string(many - 1)], 1);
 
-    const std::string longText(5'000'000, 'x');
+    const std::string longText(100'000'000, 'x');
     EXPECT_EQ(JSON::parse("[\"" + longText + "\"]")[0].view().text(), longText);
     const std::string zeros(many, '0'), nines(many, '9');
     for (const std::string& number : {nines, "-" + nines, "1e" + nines, zeros, "1." + zeros + "x"})

@@ -234,6 +234,18 @@ TEST(QVRouteTest, readsThroughOverriddenMembers) {
   EXPECT_EQ(point.location(), (Coordinate{5, 2}));
 }
 
+TEST(QVRouteTest, readsOtherJSONButBuildsNothingAnew) {
+  QVPoint point(JSON::parse(R"({"lat":1,"turn":{"dir":"left"}})"));
+  const QVPoint copy = point;
+  point.setJSON(JSON::parse(R"({"lat":2,"turn":{"dir":"right"}})"));
+  EXPECT_EQ(point.latitude(), 2);
+  EXPECT_EQ(copy.latitude(), 1);
+  ASSERT_TRUE(point.turn());
+  EXPECT_EQ(point.turn()->direction(), QVTurnDirection::left);
+  point.setJSON(std::nullopt);
+  EXPECT_FALSE(point.latitude());
+}
+
 TEST(QVRouteTest, copiesShareTheDocumentAndOutliveTheOriginal) {
   std::optional<QVRoute> route(
       JSON::parse(R"({"distance":1.5,"points":[{"node":7,"turn":{"instruct":"Go"}}]})"));
