@@ -10,10 +10,9 @@ using namespace quorvelkit::fuzz;
 
 // Any body of the configuration: requests have an address exactly when their root makes one.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-  BodyProtocol::setBody(textOf(bytes, size));
   QVBackendless::setUserToken("");
   QVConfiguration::setCachedResponse(nullptr);
-  callAndWait([](const auto& handler) { QVConfiguration::get(handler); });
+  callAndWait(textOf(bytes, size), [](const auto& handler) { QVConfiguration::get(handler); });
   const auto configuration = QVConfiguration::cachedResponse();
   require(configuration && !configuration->error());
   const auto check = [](QVBaseRequest& request, const std::optional<std::string>& root,

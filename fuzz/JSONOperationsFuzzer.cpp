@@ -20,9 +20,8 @@ Oracle* child(Oracle& value, const JSONKey& step) {
 
 void write(Oracle& value, const std::vector<JSONKey>& path, const Oracle& object) {
   Oracle* container = &value;
-  for (std::size_t i = 0; i + 1 < path.size() && container; ++i) {
+  for (std::size_t i = 0; i + 1 < path.size() && container; ++i)
     container = child(*container, path[i]);
-  }
   if (!container || path.empty()) return;
   if (container->is_object() && path.back().kind() == JSONKey::Case::key) {
     (*container)[path.back().key()] = object;

@@ -11,9 +11,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   touch(response->code(), response->message(), response->objectId());
   require(response->userToken() == JSON(Data(body))["user-token"].string());
 
-  BodyProtocol::setBody(body);
   QVBackendless::setUserToken("of an earlier login");
-  callAndWait([](const auto& handler) { QVBackendless::login(handler); });
+  callAndWait(body, [](const auto& handler) { QVBackendless::login(handler); });
   require(QVBackendless::userToken() == response->userToken().value_or(""));
   return 0;
 }

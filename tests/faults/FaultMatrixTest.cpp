@@ -21,13 +21,6 @@ namespace {
 
 using namespace quorvelkit::test;
 
-const std::string canaries[] = {"canary-access-token",
-                                "canary-authorization",
-                                "canary-cookie",
-                                "canary-user-token-36-characters-long",
-                                "kvm40972",
-                                "D41F06A3-92BE-4C57-AB08-6E1D3C5F7092"};
-
 // A request of the library as an application may use it: with secrets, and as a row wants it.
 template <class Request>
 struct Tried : Request {
@@ -110,9 +103,9 @@ class FaultMatrixTest : public testing::Test {
     MainQueue::main().runPending();
     for (const int runs : handlerRuns)
       EXPECT_EQ(runs, 1);
-    for (const std::string& canary : canaries) {
-      EXPECT_EQ(said.str().find(canary), std::string::npos) << canary << " was printed";
-      EXPECT_EQ(table.heardElsewhere().find(canary), std::string::npos) << canary << " went astray";
+    for (const char* canary : {"canary", "kvm40972", "D41F06A3"}) {
+      EXPECT_EQ(said.str().find(canary), std::string::npos) << "was printed:\n" << said.str();
+      EXPECT_EQ(table.heardElsewhere().find(canary), std::string::npos) << table.heardElsewhere();
     }
   }
 
@@ -162,10 +155,9 @@ class FaultMatrixTest : public testing::Test {
   }
 
   // Runs a row; `pointAt` tells the library where the row's server is, `alsoDo` what to try on it.
-  void run(
-      const Service& service, const Fault& fault,
-      const std::function<void(const std::string& root)>& pointAt,
-      const std::function<void()>& alsoDo = [] {}) {
+  void run(const Service& service, const Fault& fault,
+           const std::function<void(const std::string& root)>& pointAt,
+           const std::function<void()>& alsoDo = nullptr) {
     SCOPED_TRACE(std::string(service.responseName) + ", " + fault.phase + ": " + fault.name);
     std::optional<TestServer::TLS> tls;
     if (!fault.way.certificate.empty()) {
@@ -189,13 +181,12 @@ class FaultMatrixTest : public testing::Test {
     online = !fault.way.isOffline;
     check(service, fault, *deliver(service, &fault));
     online = true;
-    alsoDo();
+    if (alsoDo) alsoDo();
   }
 
   void runAll(const Service& service) {
-    for (const Fault& fault : table.rows()) {
+    for (const Fault& fault : table.rows())
       run(service, fault, [](const std::string& root) { configure(roots(root, root)); });
-    }
   }
 
   // No route or search call delivers anything when loading the configuration came, or comes, to

@@ -171,9 +171,8 @@ TEST(JSONAccessorsTest, ReadsAndWritesURLs) {
   EXPECT_EQ(JSON("https://example.com/a b?q=ü").url()->absoluteString(),
             "https://example.com/a%20b?q=%C3%BC");
   EXPECT_EQ(JSON("50%").url()->absoluteString(), "50%25");
-  for (const JSON& json : {JSON(""), JSON("\xFF"), JSON(1), JSON()}) {
+  for (const JSON& json : {JSON(""), JSON("\xFF"), JSON(1), JSON()})
     EXPECT_EQ(json.url(), std::nullopt);
-  }
   JSON json;
   json.setURL(URL::parse("http://a/b"));
   EXPECT_EQ(json, "http://a/b");

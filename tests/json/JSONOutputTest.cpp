@@ -65,22 +65,19 @@ TEST(JSONOutputTest, DecodesItsBytesWithTheEncoding) {
 
 TEST(JSONOutputTest, DecodesTexts) {
   using E = TextEncoding;
-  const struct {
-    std::string bytes;
-    E encoding;
-    const char* text;
-  } texts[] = {{"\0a\x20\xAC"s, E::utf16, "a\u20AC"},
-               {"\xFE\xFF\0a"s, E::utf16, "a"},
-               {"\xFF\xFE\x61\0"s, E::utf16, "a"},
-               {"\xFE\xFF\0a"s, E::utf16BigEndian, "\uFEFFa"},
-               {"a\0"s, E::utf16LittleEndian, "a"},
-               {"\x3D\xD8\0\xDE"s, E::utf16LittleEndian, "\U0001F600"},
-               {"\0\0\0a"s, E::utf32, "a"},
-               {"\0\0\xFE\xFF\0\0\0a"s, E::utf32, "a"},
-               {"\xFF\xFE\0\0\x61\0\0\0"s, E::utf32, "a"},
-               {"\0\1\xF6\0"s, E::utf32BigEndian, "\U0001F600"},
-               {"\0\xF6\1\0"s, E::utf32LittleEndian, "\U0001F600"},
-               {"\xE9"s, E::isoLatin1, "\u00E9"}};
+  const std::tuple<std::string, E, const char*> texts[] = {
+      {"\0a\x20\xAC"s, E::utf16, "a\u20AC"},
+      {"\xFE\xFF\0a"s, E::utf16, "a"},
+      {"\xFF\xFE\x61\0"s, E::utf16, "a"},
+      {"\xFE\xFF\0a"s, E::utf16BigEndian, "\uFEFFa"},
+      {"a\0"s, E::utf16LittleEndian, "a"},
+      {"\x3D\xD8\0\xDE"s, E::utf16LittleEndian, "\U0001F600"},
+      {"\0\0\0a"s, E::utf32, "a"},
+      {"\0\0\xFE\xFF\0\0\0a"s, E::utf32, "a"},
+      {"\xFF\xFE\0\0\x61\0\0\0"s, E::utf32, "a"},
+      {"\0\1\xF6\0"s, E::utf32BigEndian, "\U0001F600"},
+      {"\0\xF6\1\0"s, E::utf32LittleEndian, "\U0001F600"},
+      {"\xE9"s, E::isoLatin1, "\u00E9"}};
   for (const auto& [bytes, encoding, text] : texts)
     EXPECT_EQ(decodedText(bytes, encoding), text) << static_cast<int>(encoding);
   for (const std::string& bytes : {"\xD8\x3D"s, "\xD8\x3D\0a"s, "\xDE\0"s, "\0"s})
@@ -88,9 +85,8 @@ TEST(JSONOutputTest, DecodesTexts) {
   for (const std::string& bytes : {"\0\x11\0\0"s, "\0\0\xD8\0"s, "\0\0\0"s})
     EXPECT_EQ(decodedText(bytes, E::utf32BigEndian), std::nullopt) << testing::PrintToString(bytes);
   EXPECT_FALSE(decodedText("\xE9", E::utf8) || decodedText("\x80", E::ascii));
-  for (int encoding = 0; encoding <= static_cast<int>(E::utf32LittleEndian); ++encoding) {
+  for (int encoding = 0; encoding <= static_cast<int>(E::utf32LittleEndian); ++encoding)
     EXPECT_EQ(decodedText("", static_cast<E>(encoding)), "");
-  }
 }
 
 }  // namespace

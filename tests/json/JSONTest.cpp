@@ -30,11 +30,7 @@ TEST(JSONTest, TypesHaveTheirRawValues) {
 
 TEST(JSONTest, IsMadeFromEveryKindOfObject) {
   const std::string text = "text";
-  const struct {
-    JSON json;
-    Type type;
-    const char* description;
-  } cases[] = {
+  const std::tuple<JSON, Type, const char*> cases[] = {
       {JSON(), Type::null, "null"},
       {nullptr, Type::null, "null"},
       {Null(), Type::null, "null"},
@@ -61,14 +57,14 @@ TEST(JSONTest, IsMadeFromEveryKindOfObject) {
        "{\n  \"a\": [],\n  \"b\": 2\n}"},
       {Value::unsupported(std::any(3)), Type::unknown, "unknown"},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.description);
-    EXPECT_EQ(c.json.type(), c.type);
-    EXPECT_EQ(c.json.description(), c.description);
-    EXPECT_EQ(c.json.debugDescription(), c.description);
-    EXPECT_EQ(c.json.error().has_value(), c.type == Type::unknown);
-    EXPECT_TRUE(c.json.exists());
-    EXPECT_EQ(JSON::fromRawValue(c.json.rawValue()), std::optional(JSON(c.json.object())));
+  for (const auto& [json, type, description] : cases) {
+    SCOPED_TRACE(description);
+    EXPECT_EQ(json.type(), type);
+    EXPECT_EQ(json.description(), description);
+    EXPECT_EQ(json.debugDescription(), description);
+    EXPECT_EQ(json.error().has_value(), type == Type::unknown);
+    EXPECT_TRUE(json.exists());
+    EXPECT_EQ(JSON::fromRawValue(json.rawValue()), std::optional(JSON(json.object())));
   }
 }
 
@@ -97,12 +93,7 @@ TEST(JSONTest, AnUnsupportedObjectMakesItUnknown) {
 }
 
 TEST(JSONTest, ParsingReportsThroughTheSlotOnly) {
-  const struct {
-    const char* text;
-    JSONReadingOptions options;
-    Type type;
-    bool fails;
-  } cases[] = {
+  const std::tuple<const char*, JSONReadingOptions, Type, bool> cases[] = {
       {"\"abc\"", JSONReadingOptions::allowFragments, Type::string, false},
       {"null", JSONReadingOptions::allowFragments, Type::null, false},
       {"null", JSONReadingOptions::none, Type::null, true},
@@ -111,15 +102,15 @@ TEST(JSONTest, ParsingReportsThroughTheSlotOnly) {
       {"{}", JSONReadingOptions::none, Type::dictionary, false},
       {"{\"a\":", JSONReadingOptions::allowFragments, Type::null, true},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.text);
+  for (const auto& [text, options, type, fails] : cases) {
+    SCOPED_TRACE(text);
     std::optional<Error> error;
-    const JSON json(Data(std::string(c.text)), c.options, &error);
-    EXPECT_EQ(json.type(), c.type);
+    const JSON json(Data(std::string(text)), options, &error);
+    EXPECT_EQ(json.type(), type);
     EXPECT_EQ(json.error(), std::nullopt);
     EXPECT_TRUE(json.exists());
-    ASSERT_EQ(error.has_value(), c.fails);
-    if (!c.fails) continue;
+    ASSERT_EQ(error.has_value(), fails);
+    if (!fails) continue;
     EXPECT_EQ(error->domain(), ErrorDomain);
     EXPECT_EQ(error->code(), ErrorInvalidJSON);
   }

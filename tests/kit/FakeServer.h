@@ -70,6 +70,11 @@ class FakeServer {
                              [&] { return state_->requests.size() >= atLeast; });
     return state_->requests;
   }
+  /// Lets go of the requests that have come in.
+  void forget() {
+    const std::lock_guard lock(state_->mutex);
+    state_->requests.clear();
+  }
   /// Answers what is held.
   void release() {
     std::vector<std::function<void()>> held;

@@ -300,9 +300,8 @@ TEST(RawValuesTest, areTheTextsOfTheServers) {
 }
 
 TEST(RawValuesTest, areFoundByTheExactTextOnly) {
-  for (const char* text : {"provider", "countrycode", "Code", "code ", ""}) {
+  for (const char* text : {"provider", "countrycode", "Code", "code ", ""})
     EXPECT_EQ(fromRawValue<QVResponseKey>(text), std::nullopt) << text;
-  }
   EXPECT_EQ(fromRawValue<QVRouteRequestType>("arrivaltime"), std::nullopt);
   EXPECT_EQ(fromRawValue<QVOrigin>("Mapbox"), std::nullopt);
   EXPECT_DEATH(rawValue(static_cast<QVOrigin>(7)), "no such case");

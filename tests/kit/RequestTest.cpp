@@ -174,9 +174,8 @@ TEST(QVSuggestRequestTest, putsTheTextInAsItStands) {
     request.setSearchExtent(extent);
     EXPECT_EQ(text(request.url()), expected + "&searchExtent=2.0,1.0,4.0,3.0");
   }
-  for (const char* line : {"fells point", "Plaça", "a\"b", "a[b]", "100%", "a\nb", "\xff", "<a>"}) {
+  for (const char* line : {"fells point", "Plaça", "a\"b", "a[b]", "100%", "a\nb", "\xff", "<a>"})
     EXPECT_EQ(text(QVSuggestRequest(line, {}).url()), "absent") << line;
-  }
 }
 
 // What is set after construction is what is sent.

@@ -80,24 +80,19 @@ TEST_F(ServiceTest, firstCallLogsInLoadsTheConfigurationAndAsks) {
 
 // That a failed login leaves no token is in the fault table.
 TEST_F(ServiceTest, loginKeepsATokenOf36CharactersOnly) {
-  struct Row {
-    int status;
-    std::string body, token;
-    bool isHeld;
-  };
   std::string letters;
   for (int i = 0; i < 36; ++i)
     letters += "é";
   const auto good = [](const std::string& token) { return "{\"user-token\":\"" + token + "\"}"; };
   const std::string x35(35, 'x');
-  for (const auto& [status, body, token, isHeld] : {
-           Row{200, good(test::token36), test::token36, true},
-           Row{200, good(letters), letters, true},
-           Row{200, good(x35), x35, false},
-           Row{200, good(x35 + "xx"), x35 + "xx", false},
-           Row{200, R"({"objectId":1,"user-token":123456})", "", false},
-           Row{500, good(x35), x35, false},
-       }) {
+  const std::tuple<int, std::string, std::string, bool> cases[] = {
+      {200, good(test::token36), test::token36, true},
+      {200, good(letters), letters, true},
+      {200, good(x35), x35, false},
+      {200, good(x35 + "xx"), x35 + "xx", false},
+      {200, R"({"objectId":1,"user-token":123456})", "", false},
+      {500, good(x35), x35, false}};
+  for (const auto& [status, body, token, isHeld] : cases) {
     SCOPED_TRACE(body);
     QVBackendless::setUserToken("stale");
     server.set(test::loginPath, {status, body});

@@ -35,10 +35,8 @@ std::shared_ptr<MGLPolyline> lineThrough(Coordinate middle) {
 }
 
 double residentMegabytes() {
-  std::ifstream statm("/proc/self/statm");
-  long total = 0;
-  long resident = 0;
-  statm >> total >> resident;
+  long total = 0, resident = 0;
+  std::ifstream("/proc/self/statm") >> total >> resident;
   return static_cast<double>(resident) * 4096 / 1e6;
 }
 
@@ -108,8 +106,7 @@ TEST(MGLMapViewTest, MarkersStandOnTheirPositionsAndTitlesAreReadableOnDarkGroun
   // Above the pin, dark letters on a white plate.
   const QImage picture = scene.view.grab().toImage();
   const QPoint tip = scene.view.convertCoordinate({0, 0}).toPoint();
-  int white = 0;
-  int dark = 0;
+  int white = 0, dark = 0;
   for (int y = -60; y < -40; ++y) {
     for (int x = -12; x <= 12; ++x) {
       const QColor pixel = picture.pixelColor(tip + QPoint(x, y));
@@ -158,9 +155,8 @@ TEST(MGLMapViewTest, LinesCrossTheAntimeridianTheShortWay) {
     Scene scene({0, 180});
     scene.view.show();
     scene.view.addAnnotations({makeLine({{0, 179.98}, {0, -179.99}, {0, 179.99}, {0, -179.98}})});
-    for (const double longitude : {179.985, 179.9999, 180.0, -179.9999, -179.985}) {
+    for (const double longitude : {179.985, 179.9999, 180.0, -179.9999, -179.985})
       EXPECT_TRUE(shows(scene.view, {0, longitude}, *scene.looks->color)) << longitude;
-    }
     scene.view.setCenterCoordinate({0, 0});
     EXPECT_TRUE(shows(scene.view, {0, 0}, plainGround)) << "a line around the world";
     scene.view.addAnnotations({makeLine({{0, -0.01}, {NAN, 0}, {0, 0.01}})});
@@ -185,9 +181,7 @@ TEST(MGLMapViewTest, ListsAnnotationsInOrderOnceAndRemovesThem) {
 
 TEST(MGLMapViewTest, KeepsPlaceAndLinesThroughResizesAndInOtherWindows) {
   const TestApplication application;
-  QWidget first;
-  QWidget second;
-  QWidget frame;
+  QWidget first, second, frame;
   Scene scene(town, 12.5);
   scene.view.addAnnotations({lineThrough(town)});
   // It goes by itself, or along with a widget above it.
@@ -253,11 +247,7 @@ TEST(MGLMapViewTest, TwoViewsAreIndependentAndManyLeaveNothingBehind) {
 
 TEST(MGLMapViewTest, VisibleCoordinatesAreInsideTheMarginsAndFillTheView) {
   const TestApplication application(Screen::none);
-  const struct {
-    const char* name;
-    std::vector<Coordinate> positions;
-    QMargins margins;
-  } table[] = {
+  const std::tuple<const char*, std::vector<Coordinate>, QMargins> table[] = {
       {"a town", {{39.27, -76.65}, {39.31, -76.58}, {39.29, -76.60}}, {}},
       {"uneven margins", {{39.27, -76.65}, {39.31, -76.58}}, {150, 10, 20, 90}},
       {"across the antimeridian", {{-17, 179.5}, {-16, -179.5}, {-16.5, 180}}, {20, 20, 20, 20}},

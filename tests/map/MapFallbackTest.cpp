@@ -23,9 +23,7 @@ using Screen = TestApplication::Screen;
 // Answers every request with one status and body.
 struct OneAnswerServer {
   OneAnswerServer(int status, const QByteArray& body)
-      : server(TestServer::answering([=](const ReceivedRequest&, Connection& connection) {
-          connection.answer(status, body.toStdString());
-        })) {}
+      : server([=](const auto&, Connection& to) { to.answer(status, body.toStdString()); }) {}
 
   QUrl url(const char* path) const { return QUrl(QString::fromStdString(server.url(path))); }
 
@@ -69,11 +67,9 @@ class Printed {
 };
 
 struct Missing {
-  const char* name;
-  const char* plugin;
+  const char *name, *plugin;
   Screen screen;
-  const char* setting;
-  const char* reason;
+  const char *setting, *reason;
 
   friend std::ostream& operator<<(std::ostream& out, const Missing& m) { return out << m.name; }
 };
@@ -164,11 +160,10 @@ TEST(MapTilesTest, TilesOfTheHostAreDrawnWithoutTheFirstEngine) {
   QByteArray png;
   QBuffer buffer(&png);
   filledImage({256, 256}, QColor(0, 120, 0)).save(&buffer, "PNG");
-  const TestServer server(
-      TestServer::answering([&](const ReceivedRequest& request, Connection& connection) {
-        const bool isTile = request.target.starts_with("/tiles/14/");
-        connection.answer(isTile ? 200 : 404, isTile ? png.toStdString() : "");
-      }));
+  const TestServer server([&](const ReceivedRequest& request, Connection& connection) {
+    const bool isTile = request.target.starts_with("/tiles/14/");
+    connection.answer(isTile ? 200 : 404, isTile ? png.toStdString() : "");
+  });
   ViewOfRoute view;
   view.setTileHost(QUrl(QString::fromStdString(server.url("/tiles"))));
   view.show();
@@ -182,12 +177,7 @@ TEST(MapStyleTest, StylesAreReadFromEachKindOfURLAndBadOnesLeaveTheRouteOnTheDef
   OneAnswerServer good(200, styleWithGround("#006000"));
   OneAnswerServer missing(404, styleWithGround("#600000"));
   OneAnswerServer notAStyle(200, R"({"version":7,"layers":[]})");
-  struct Case {
-    QUrl url;
-    QColor ground;
-    const char* reason;
-  };
-  const Case table[] = {
+  const std::tuple<QUrl, QColor, const char*> table[] = {
       {good.url("/style.json"), QColor(0, 0x60, 0), ""},
       {missing.url("/style.json"), plainGround, "server replied: Status"},
       {application.file("good file.json", styleWithGround("#000060")), QColor(0, 0, 0x60), ""},

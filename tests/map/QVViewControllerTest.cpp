@@ -26,8 +26,7 @@ constexpr const char* twoPoints =
 class CountingController : public QVViewController {
  public:
   using QVViewController::QVViewController;
-  int loads = 0;
-  int layouts = 0;
+  int loads = 0, layouts = 0;
 
  protected:
   void viewDidLoad() override {
@@ -99,17 +98,14 @@ TEST_F(QVViewControllerTest, IsNewOnceMadeAndRequestsOnceItsViewLoads) {
 }
 
 TEST_F(QVViewControllerTest, DrawsMarkersAtTheRoutesEndsAndALineThroughAllPoints) {
-  const struct {
-    const char* body;
-    std::size_t annotations;
-    std::vector<Coordinate> points;
-  } table[] = {{twoPoints, 3, {{39.28, -76.63}, {39.28, -76.61}}},
-               {R"({"points":[{"lat":1,"lon":2}]})", 3, {{1, 2}}},
-               {R"({"points":[{"lat":1,"lon":2},{"lat":3},{"lat":"4","lon":5}]})",
-                3,
-                {{1, 2}, {0, 0}, {0, 0}}},
-               {"{}", 1, {}},
-               {"no route", 0, {}}};
+  const std::tuple<const char*, std::size_t, std::vector<Coordinate>> table[] = {
+      {twoPoints, 3, {{39.28, -76.63}, {39.28, -76.61}}},
+      {R"({"points":[{"lat":1,"lon":2}]})", 3, {{1, 2}}},
+      {R"({"points":[{"lat":1,"lon":2},{"lat":3},{"lat":"4","lon":5}]})",
+       3,
+       {{1, 2}, {0, 0}, {0, 0}}},
+      {"{}", 1, {}},
+      {"no route", 0, {}}};
   for (const auto& [body, count, points] : table) {
     SCOPED_TRACE(body);
     const auto controller = makeReady();
@@ -253,26 +249,25 @@ struct Undying : QVViewController {
   ~Undying() override { abort(); }
 };
 
-class QVViewControllerEndTest : public testing::TestWithParam<std::string> {
- protected:
-  [[noreturn]] static void end(const std::string& ending) {
-    FakeServer server;
-    server.set(routePath, {200, twoPoints, true});
-    auto application = std::make_unique<TestApplication>();
-    auto screen = makeReady<Undying>();
-    screen->view()->show();
-    MGLMapView& map = *screen->mapview();
-    map.addAnnotations({makeLine({{0, -50}, {0, 50}})});
-    if (!shows(map, {0, 0}, map.tintColor()) || server.requests(3).size() < 3) _exit(8);
-    if (ending == "WindowClosed") QTimer::singleShot(0, screen->view(), &QWidget::close);
-    if (ending == "Quit") QTimer::singleShot(0, &QCoreApplication::quit);
-    if (ending == "ExitInAHandler") MainQueue::main().async([] { exit(0); });
-    if (ending != "MainReturns") QApplication::exec();
-    screen.reset();
-    application.reset();
-    exit(0);
-  }
-};
+[[noreturn]] void end(const std::string& ending) {
+  FakeServer server;
+  server.set(routePath, {200, twoPoints, true});
+  auto application = std::make_unique<TestApplication>();
+  auto screen = makeReady<Undying>();
+  screen->view()->show();
+  MGLMapView& map = *screen->mapview();
+  map.addAnnotations({makeLine({{0, -50}, {0, 50}})});
+  if (!shows(map, {0, 0}, map.tintColor()) || server.requests(3).size() < 3) _exit(8);
+  if (ending == "WindowClosed") QTimer::singleShot(0, screen->view(), &QWidget::close);
+  if (ending == "Quit") QTimer::singleShot(0, &QCoreApplication::quit);
+  if (ending == "ExitInAHandler") MainQueue::main().async([] { exit(0); });
+  if (ending != "MainReturns") QApplication::exec();
+  screen.reset();
+  application.reset();
+  exit(0);
+}
+
+class QVViewControllerEndTest : public testing::TestWithParam<std::string> {};
 
 TEST_P(QVViewControllerEndTest, TheProcessEndsQuietlyWhileTheRequestIsUnderWay) {
   testing::GTEST_FLAG(death_test_style) = "threadsafe";

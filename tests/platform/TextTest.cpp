@@ -73,9 +73,8 @@ TEST_P(TextTest, InstantsAreWrittenInUTC) {
       {sys_days(2016y / 3 / 1) - 1ms, "2016-02-29T23:59:59Z"},
       {sys_days(2000y / 12 / 31) + 9h + 8min + 7s, "2000-12-31T09:08:07Z"},
       {sys_days(1800y / 6 / 15) + 12h, "1800-06-15T12:00:00Z"}};
-  for (const auto& [when, text] : cases) {
+  for (const auto& [when, text] : cases)
     EXPECT_EQ(DateFormatter::RFC3339DateFormatter().string(when), text);
-  }
 }
 
 TEST_P(TextTest, QueriesArePercentEncoded) {

@@ -37,11 +37,7 @@ TEST(DirectionsTest, nameTheTurnByItsAngle) {
 
 // All ways begin at {0, .5}, on the street that runs north from {0, 0}.
 TEST(DirectionsTest, sayNoMoreAndNoLessThanTheWayNeeds) {
-  const struct {
-    At to;
-    const char* turns;
-    const char* streets;
-  } cases[] = {
+  const std::tuple<At, const char*, const char*> cases[] = {
       // Straight over a crossing.
       {{0, 3.5}, "", R"(
           Main Street: 0,0 0,2 0,4
@@ -158,13 +154,10 @@ TEST(DirectionsTest, countTheExitsOfARoundabout) {
 
 TEST(DirectionsTest, departWithACompassPointAndArriveOnASide) {
   const SketchedMap map("Main Street: 0,0 0,6");
-  const struct {
-    At from, to;
-    const char* depart;
-    const char* arrive;
-  } cases[] = {{{0, 1}, {.2, 5}, "Head north on Main Street", " on the right"},
-               {{0, 5}, {.2, 1}, "Head south on Main Street", " on the left"},
-               {{0, 5}, {0, 1}, "Head south on Main Street", ""}};
+  const std::tuple<At, At, const char*, const char*> cases[] = {
+      {{0, 1}, {.2, 5}, "Head north on Main Street", " on the right"},
+      {{0, 5}, {.2, 1}, "Head south on Main Street", " on the left"},
+      {{0, 5}, {0, 1}, "Head south on Main Street", ""}};
   for (const auto& [from, to, depart, arrive] : cases) {
     const auto points = map.route(from, to)["points"].arrayValue();
     EXPECT_EQ((points.front()[{"turn", "instruct"}].stringValue()), depart);

@@ -29,24 +29,22 @@ HTTPAnswer answer(const std::string& target, const std::string& method = "GET") 
 }
 
 TEST(FindServiceTest, TellsWhatIsWrongWithARequest) {
-  const struct {
-    const char* target;
-    int status;
-    const char* about;  // What the message names.
-  } cases[] = {{"findAddressCandidates?location=20,10", 400, "singleLine"},
-               {"findAddressCandidates?singleLine=x", 400, "location"},
-               {"findAddressCandidates?text=x&location=20,10", 400, "singleLine"},
-               {"findAddressCandidates?singleLine=&location=20,10", 200, ""},
-               {"findAddressCandidates?singleLine=x&location=2e1,1.0e+1", 200, ""},
-               {"suggest?singleLine=x&location=20,10", 400, "text"},
-               {"suggest?text=x&location=20,95", 400, "latitude"},  // Latitude first?
-               {"suggest?text=x&location=20,10&searchExtent=1,2,3", 400, "west"},
-               {"suggest?text=x&location=20,10&searchExtent=1,9,3,4", 400, "south"},
-               {"suggest?text=x&location=20,10&searchExtent=9,2,3,4", 200, ""},
-               {"reverseGeocode", 400, "location"},
-               {"reverseGeocode?location=20,60", 404, "address"},
-               {"reverseGeocode?location=20,10", 200, ""},
-               {"elsewhere", 0, ""}};
+  // What the message names comes last.
+  const std::tuple<const char*, int, const char*> cases[] = {
+      {"findAddressCandidates?location=20,10", 400, "singleLine"},
+      {"findAddressCandidates?singleLine=x", 400, "location"},
+      {"findAddressCandidates?text=x&location=20,10", 400, "singleLine"},
+      {"findAddressCandidates?singleLine=&location=20,10", 200, ""},
+      {"findAddressCandidates?singleLine=x&location=2e1,1.0e+1", 200, ""},
+      {"suggest?singleLine=x&location=20,10", 400, "text"},
+      {"suggest?text=x&location=20,95", 400, "latitude"},  // Latitude first?
+      {"suggest?text=x&location=20,10&searchExtent=1,2,3", 400, "west"},
+      {"suggest?text=x&location=20,10&searchExtent=1,9,3,4", 400, "south"},
+      {"suggest?text=x&location=20,10&searchExtent=9,2,3,4", 200, ""},
+      {"reverseGeocode", 400, "location"},
+      {"reverseGeocode?location=20,60", 404, "address"},
+      {"reverseGeocode?location=20,10", 200, ""},
+      {"elsewhere", 0, ""}};
   for (const auto& [target, status, about] : cases) {
     SCOPED_TRACE(target);
     const HTTPAnswer given = answer(target);

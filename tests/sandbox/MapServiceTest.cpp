@@ -98,9 +98,8 @@ TEST(MapServiceTest, OthersRequestsAreLeftToOthers) {
   const MapService service(MapData::builtInTown());
   EXPECT_EQ((get(service, "/style.json")[{"sources", "water", "attribution"}].stringValue()),
             "Quorvel, an invented town");
-  for (const auto& [method, path] : {std::pair("POST", "/style.json"), {"GET", "/v4/route"}}) {
+  for (const auto& [method, path] : {std::pair("POST", "/style.json"), {"GET", "/v4/route"}})
     EXPECT_FALSE(service.answer({method, path, {}, "", nullptr}, ""));
-  }
 }
 
 }  // namespace

@@ -37,22 +37,18 @@ constexpr Coordinate west{10, 20};
 TEST(PlaceSearchTest, FindsPlacesByText) {
   const char* const cafe = "Caf\u00E9 M\u00FCller, 133 Harbor Street, Testville, Maryland, 21231";
   const char* const square = "Pla\u00E7a de l\u2019\u00C0ncora, Testville, Maryland";
-  const struct {
-    const char* best;
-    double leastScore, mostScore;
-    std::vector<const char*> texts;
-  } cases[] = {
-      {"100 Harbor Street, Testville, Maryland, 21231",
+  const char* const house = "100 Harbor Street, Testville, Maryland, 21231";
+  const char* const between = "150 Harbor Street, Testville, Maryland, 21231";
+  // The best place, its score at least and at most, and texts that find it.
+  const std::tuple<const char*, double, double, std::vector<const char*>> cases[] = {
+      {house, 100, 100, {"100 Harbor Street", "harbor st 100"}},
+      {house,
        100,
        100,
-       {"100 Harbor Street", "harbor st 100", "100 Harbor Street, Testville, MD 21231",
-        "100 Harbor Street, Testville, USA"}},
+       {"100 Harbor Street, Testville, MD 21231", "100 Harbor St, Testville, USA"}},
       // "Atlantis" is nowhere.
-      {"100 Harbor Street, Testville, Maryland, 21231", 60, 80, {"100 Harbor Street Atlantis"}},
-      {"150 Harbor Street, Testville, Maryland, 21231",
-       90,
-       90,
-       {"150 Harbor Street", "150 Harbor Street, Testville 21231"}},
+      {house, 60, 80, {"100 Harbor Street Atlantis"}},
+      {between, 90, 90, {"150 Harbor Street", "150 Harbor Street, Testville 21231"}},
       // Beyond the street's last number the street itself is the answer.
       {"Harbor Street, Testville, Maryland", 70, 80, {"9999 Harbor Street"}},
       {"Coast Motorway, Sankt Olaf, Maryland", 80, 90, {"12 Coast Motorway"}},
@@ -126,9 +122,8 @@ TEST(PlaceSearchTest, EveryKeyFindsItsPlaceAlone) {
     EXPECT_EQ(again->label(), place.label());
     EXPECT_EQ(again->position, place.position);
   }
-  for (const auto& found : town().suggestions("150 Harbor Street", {west, {}})) {
+  for (const auto& found : town().suggestions("150 Harbor Street", {west, {}}))
     EXPECT_EQ(gazetteer.placeWithKey(found.place.key)->label(), found.place.label());
-  }
   const std::string street = town().candidates("Harbor Street", {west, {}}).front().place.key;
   for (const std::string& key :
        {std::string(), street + ".9999", street + ".", street + ".1x", street + ".100",
@@ -139,10 +134,8 @@ TEST(PlaceSearchTest, EveryKeyFindsItsPlaceAlone) {
 
 TEST(ReverseGeocoderTest, TellsTheNearestAddress) {
   const ReverseGeocoder geocoder(gazetteerOfTown());
-  const struct {
-    Coordinate position;
-    const char* label;  // Null where nothing is near.
-  } cases[] = {
+  // Null where nothing is near.
+  const std::pair<Coordinate, const char*> cases[] = {
       {{9.9997, 20.0001}, "100 Harbor Street, Testville, Maryland, 21231"},
       {{9.9999, 20.0045}, "150 Harbor Street, Testville, Maryland, 21231"},
       {{10.0001, 20.105}, "67 Harbor Street, Sankt Olaf, Maryland"},

@@ -13,16 +13,14 @@ SketchedMap block(const std::string& upperSide = "") {
 }
 
 TEST(RoutingTest, obeysTheTagsOfAWay) {
-  const struct {
-    bool leadsEast, leadsWest;
-    std::vector<const char*> ways;
-  } cases[] = {{true, true, {"", "access=no; motor_vehicle=yes", "maxspeed=nonsense"}},
-               {true, false, {"oneway=yes", "oneway=true", "oneway=1"}},
-               {true, false, {"junction=roundabout", "highway=motorway"}},
-               {false, true, {"oneway=-1"}},
-               {false, false, {"oneway=reversible", "access=private", "motorcar=no"}},
-               {false, false, {"highway=footway", "highway=construction"}},
-               {false, false, {"maxspeed=5 mph"}}};  // Open, but the way around is faster.
+  const std::tuple<bool, bool, std::vector<const char*>> cases[] = {
+      {true, true, {"", "access=no; motor_vehicle=yes", "maxspeed=nonsense"}},
+      {true, false, {"oneway=yes", "oneway=true", "oneway=1"}},
+      {true, false, {"junction=roundabout", "highway=motorway"}},
+      {false, true, {"oneway=-1"}},
+      {false, false, {"oneway=reversible", "access=private", "motorcar=no"}},
+      {false, false, {"highway=footway", "highway=construction"}},
+      {false, false, {"maxspeed=5 mph"}}};  // Open, but the way around is faster.
   for (const auto& [leadsEast, leadsWest, ways] : cases) {
     for (const char* tags : ways) {
       const SketchedMap map = block(tags);
@@ -39,8 +37,7 @@ TEST(RoutingTest, addsUpDistanceAndTime) {
   EXPECT_NEAR(route["distance"].doubleValue(), 1000 / 1609.344, 1e-3);
   // A kilometer at nine tenths of the limit, and the light.
   EXPECT_NEAR(route["duration"].doubleValue(), (100 + 7) / 60.0, 0.01);
-  double seconds = -1;
-  double miles = -1;
+  double seconds = -1, miles = -1;
   for (const JSON& point : route["points"].arrayValue()) {
     EXPECT_GT(point["t"].doubleValue(), seconds);
     EXPECT_GT(point["d"].doubleValue(), miles);
@@ -98,20 +95,19 @@ TEST(RoutingTest, fromAPlaceToItself) {
 }
 
 TEST(RoutingTest, refusesWrongParameters) {
-  const struct {
-    const char* says;
-    std::vector<std::string> parameters;  // One without a value is missing.
-  } cases[] = {{" is missing", {"startLat", "endLon", "time", "requestType"}},
-               {" is no number", {"startLat=", "startLat=0.0x", "startLat=nan", "speed=fast"}},
-               {" is out of range", {"startLat=90.1", "endLon=-1e999", "endLon=inf", "speed=-1"}},
-               {" is out of range", {"endLon=180.1", "course=361"}},
-               {" is neither", {"requestType=departuretime"}},
-               {" is no RFC 3339", {"time=2017-02-29T14:05:00Z", "time=2017-03-01T24:05:00Z"}},
-               {" is no RFC 3339", {"time=2017-03-01T14:05:00", "time=2017-03-01T14:05:00Zz"}},
-               {" is no RFC 3339", {"time=2017-03-01", "time=now"}},
-               {nullptr, {"requestType=ArrivalTime", "speed=12.5", "course=360"}},
-               {nullptr, {"time=2017-03-01T14:05:00.25+01:00", "time=2017-03-01T14:05:00 01:00"}},
-               {nullptr, {"time=2016-02-29t23:59:60z"}}};
+  // A parameter without a value is missing.
+  const std::pair<const char*, std::vector<std::string>> cases[] = {
+      {" is missing", {"startLat", "endLon", "time", "requestType"}},
+      {" is no number", {"startLat=", "startLat=0.0x", "startLat=nan", "speed=fast"}},
+      {" is out of range", {"startLat=90.1", "endLon=-1e999", "endLon=inf", "speed=-1"}},
+      {" is out of range", {"endLon=180.1", "course=361"}},
+      {" is neither", {"requestType=departuretime"}},
+      {" is no RFC 3339", {"time=2017-02-29T14:05:00Z", "time=2017-03-01T24:05:00Z"}},
+      {" is no RFC 3339", {"time=2017-03-01T14:05:00", "time=2017-03-01T14:05:00Zz"}},
+      {" is no RFC 3339", {"time=2017-03-01", "time=now"}},
+      {nullptr, {"requestType=ArrivalTime", "speed=12.5", "course=360"}},
+      {nullptr, {"time=2017-03-01T14:05:00.25+01:00", "time=2017-03-01T14:05:00 01:00"}},
+      {nullptr, {"time=2016-02-29t23:59:60z"}}};
   const RouteService service(std::make_shared<MapData>());
   for (const auto& [says, parameters] : cases) {
     for (const std::string& parameter : parameters) {

@@ -26,9 +26,8 @@ inline Output run(const std::string& command) {
   const std::string errFile = testing::TempDir() + "/err-" + std::to_string(getpid());
   FILE* pipe = popen((command + " 2>" + errFile).c_str(), "r");
   std::array<char, 4096> chunk;
-  while (const std::size_t size = fread(chunk.data(), 1, chunk.size(), pipe)) {
+  while (const std::size_t size = fread(chunk.data(), 1, chunk.size(), pipe))
     output.out.append(chunk.data(), size);
-  }
   const int status = pclose(pipe);
   output.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   std::ifstream file(errFile);

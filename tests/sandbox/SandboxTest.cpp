@@ -51,21 +51,18 @@ class SandboxTest : public testing::Test {
 };
 
 TEST_F(SandboxTest, checksTheLogin) {
-  const struct {
-    const char* header;
-    const char* value;  // Null: it is missing.
-    const char* body;
-    int status, code;
-  } cases[] = {{"application-id", "0", account, 400, 2002},
-               {"application-id", nullptr, account, 400, 2002},
-               {"secret-key", "0", account, 400, 2002},
-               {"secret-key", nullptr, account, 400, 2002},
-               {"application-type", nullptr, account, 400, 2003},
-               {"more", "", R"({"login":"sdk-service@quorvel.example","password":"x"})", 401, 3003},
-               {"more", "", R"({"login":"x","password":"kvm40972"})", 401, 3003},
-               {"more", "", R"({"login":1,"password":"kvm40972"})", 400, 3011},
-               {"more", "", R"({"login":"sdk-)", 400, 3011},
-               {"more", "", "", 400, 3011}};
+  // A header whose value is null is missing.
+  const std::tuple<const char*, const char*, const char*, int, int> cases[] = {
+      {"application-id", "0", account, 400, 2002},
+      {"application-id", nullptr, account, 400, 2002},
+      {"secret-key", "0", account, 400, 2002},
+      {"secret-key", nullptr, account, 400, 2002},
+      {"application-type", nullptr, account, 400, 2003},
+      {"more", "", R"({"login":"sdk-service@quorvel.example","password":"x"})", 401, 3003},
+      {"more", "", R"({"login":"x","password":"kvm40972"})", 401, 3003},
+      {"more", "", R"({"login":1,"password":"kvm40972"})", 400, 3011},
+      {"more", "", R"({"login":"sdk-)", 400, 3011},
+      {"more", "", "", 400, 3011}};
   for (const auto& [header, value, body, status, code] : cases) {
     Headers headers = loginHeaders;
     headers.erase(header);

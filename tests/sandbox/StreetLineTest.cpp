@@ -20,24 +20,21 @@ TEST(StreetLineTest, InterpolatesBetweenKnownHouses) {
   line.addHouse(101, {0.0002, 0.01});
   line.addHouse(50, {-0.0002, 0.002});
   line.addHouse(90, {-0.0002, 0.006});
-  const struct {
-    int number;
-    double longitude;  // NaN where there is no such house.
-  } positions[] = {{1, 0}, {51, 0.005}, {26, NAN}, {60, 0.003}, {90, 0.006}, {92, NAN}, {103, NAN}};
+  // NaN where there is no such house.
+  const std::pair<int, double> positions[] = {{1, 0},      {51, 0.005}, {26, NAN}, {60, 0.003},
+                                              {90, 0.006}, {92, NAN},   {103, NAN}};
   for (const auto& [number, longitude] : positions) {
     const auto position = line.positionOf(number);
     ASSERT_EQ(position.has_value(), !std::isnan(longitude)) << number;
     if (!position) continue;
     EXPECT_NEAR(position->longitude, longitude, 1e-6) << number;
   }
-  const struct {
-    Coordinate position;
-    int number;  // 0 where none can be told.
-  } numbers[] = {{{0.0001, 0.005}, 51},    {{0.0001, 0.00995}, 101}, {{-0.0001, 0.003}, 60},
-                 {{-0.0001, 0.00545}, 84}, {{-0.0001, 0.008}, 0},    {{-0.0001, 0.001}, 0}};
-  for (const auto& [position, number] : numbers) {
+  // 0 where no number can be told.
+  const std::pair<Coordinate, int> numbers[] = {{{0.0001, 0.005}, 51},  {{0.0001, 0.00995}, 101},
+                                                {{-0.0001, 0.003}, 60}, {{-0.0001, 0.00545}, 84},
+                                                {{-0.0001, 0.008}, 0},  {{-0.0001, 0.001}, 0}};
+  for (const auto& [position, number] : numbers)
     EXPECT_EQ(line.numberAt(position).value_or(0), number) << position.longitude;
-  }
   EXPECT_TRUE(line.knowsHouse(50));
   EXPECT_FALSE(line.knowsHouse(60));
 }

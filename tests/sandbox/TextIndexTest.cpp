@@ -14,10 +14,7 @@ namespace quorvelkit::sandbox {
 namespace {
 
 TEST(SearchWordsTest, FoldsCaseAccentsAndPunctuation) {
-  const struct {
-    const char* text;
-    const char* folded;
-  } cases[] = {
+  const std::pair<const char*, const char*> cases[] = {
       {"1726 Fleet Street", "1726 fleet street"},
       {"  Fleet-Street,  (East)", "fleet street east"},
       {"AVINGUDA Merítxell", "avinguda meritxell"},
@@ -115,11 +112,7 @@ TEST(TextIndexTest, FindsWhatAScanOfRandomNamesFinds) {
 TEST(TextIndexTest, MeasuresHowMuchOfTheNameWasTyped) {
   const TextIndex::Text text{"Grace Memorial Church", "place of worship", "Baltimore"};
   const TextIndex index(1, [&](std::size_t) { return text; });
-  const struct {
-    const char* typed;
-    double share;
-    bool fromStart;
-  } cases[] = {
+  const std::tuple<const char*, double, bool> cases[] = {
       {"Grace Memorial Church", 1, true},    {"church grace memorial", 1, false},
       {"Memorial Church", 15.0 / 21, false}, {"gra", 3.0 / 21, true},
       {"grace baltimore", 5.0 / 21, true},   {"worship", 0.5, false},

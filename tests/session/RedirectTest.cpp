@@ -25,12 +25,7 @@ void redirect(const ReceivedRequest& received, Connection& connection) {
 
 TEST(RedirectTest, TheMethodFollowsTheStatus) {
   const TestServer server(redirect);
-  const struct {
-    int status;
-    const char* method;
-    std::optional<std::string> body;
-    const char* seen;
-  } cases[] = {
+  const std::tuple<int, const char*, std::optional<std::string>, const char*> cases[] = {
       {301, "GET", {}, "GET /to "},       {301, "POST", "b", "GET /to "},
       {301, "PUT", "b", "PUT /to b"},     {302, "POST", "b", "GET /to "},
       {302, "DELETE", {}, "DELETE /to "}, {303, "POST", "b", "GET /to "},

@@ -31,11 +31,7 @@ TEST(RequestTest, RequestsAreSentAsTheyWereSet) {
   const auto has = [](const char* text) { return HasSubstr(text); };
   const auto lacks = [](const char* text) { return Not(HasSubstr(text)); };
   const std::string large(2'000'000, 'x');
-  const struct {
-    const char* name;
-    URLRequest request;
-    testing::Matcher<std::string> head;
-  } cases[] = {
+  const std::tuple<const char*, URLRequest, testing::Matcher<std::string>> cases[] = {
       {"GET", request("get"),
        AllOf(StartsWith("GET /a/../b%7e?c=d&e HTTP/1.1\r\n"), has("Accept: */*\r\n"),
              has("Accept-Encoding: gzip\r\n"), has("User-Agent: QuorvelKit/"), lacks("Content-"),
@@ -170,9 +166,8 @@ TEST(RequestTest, CookiesLiveInTheirSessionAndGoInOneLine) {
 
 TEST(RequestTest, TheProxyComesFromTheConfigurationNeverFromTheEnvironment) {
   const std::string dead = "http://127.0.0.1:" + std::to_string(unusedPort());
-  for (const char* name : {"http_proxy", "HTTP_PROXY", "all_proxy", "ALL_PROXY"}) {
+  for (const char* name : {"http_proxy", "HTTP_PROXY", "all_proxy", "ALL_PROXY"})
     setenv(name, dead.c_str(), 1);
-  }
   setenv("no_proxy", "*", 1);
   const TestServer server(
       [](const auto& received, auto& connection) { connection.answer(200, received.target); });

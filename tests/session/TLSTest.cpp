@@ -70,9 +70,8 @@ TEST_F(TLSTest, BrokenPipesReachNobody) {
       },
       certificates.tls("good"));
   const URLRequest request = requestFor(server.url(), "POST", std::string(5'000'000, 'x'));
-  for (int i = 0; i < 10; ++i) {
+  for (int i = 0; i < 10; ++i)
     EXPECT_EQ(send(request, session()).code(), URLError::networkConnectionLost);
-  }
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tests/faults/Wire.h"
+#include "tests/faults/Scripts.h"
 
 #include <algorithm>
 #include <bitset>
