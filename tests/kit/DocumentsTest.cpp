@@ -51,18 +51,15 @@ TEST(DocumentsTest, showTheFilesThatAreTestedHere) {
 }
 
 TEST(DocumentsTest, askForRouteSaysWhatCameOfIt) {
-  struct Row {
-    FakeServer::Answer configuration, route;
-    std::string said;
-  };
+  using Answer = FakeServer::Answer;
   const std::string roots = R"({"quorvel-navigation-root-url":"http://nav.test"})";
   FakeServer server;
-  for (const auto& [configuration, route, said] : {
-           Row{{200, roots}, {200, R"({"points":[{},{}]})"}, "2 points"},
-           Row{{200, roots}, {404, "no way"}, "no way"},
-           Row{{200, "{}"}, {}, "The configuration names no navigation server."},
-           Row{{500, roots}, {}, "There is no configuration."},
-       }) {
+  const std::tuple<Answer, Answer, std::string> cases[] = {
+      {{200, roots}, {200, R"({"points":[{},{}]})"}, "2 points"},
+      {{200, roots}, {404, "no way"}, "no way"},
+      {{200, "{}"}, {}, "The configuration names no navigation server."},
+      {{500, roots}, {}, "There is no configuration."}};
+  for (const auto& [configuration, route, said] : cases) {
     QVConfiguration::setCachedResponse(nullptr);
     server.set(test::configurationPath, configuration);
     server.set("/v4/route", route);

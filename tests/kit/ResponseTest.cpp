@@ -33,11 +33,8 @@ TEST(QVBaseResponseTest, makesOneErrorOfWhatWentWrong) {
   const auto http = [](int code, std::string description) {
     return Error::described("QuorvelKit.QVRouteResponse", code, std::move(description));
   };
-  struct Row {
-    std::optional<int> code;
-    std::optional<std::string> body;
-    std::optional<Error> error, expected;
-  };
+  using Failure = std::optional<Error>;
+  using Row = std::tuple<std::optional<int>, std::optional<std::string>, Failure, Failure>;
   const std::vector<Row> rows = {
       {std::nullopt, std::nullopt, std::nullopt, std::nullopt},
       {std::nullopt, std::nullopt, lost, lost},
