@@ -23,7 +23,7 @@ class Data {
   const char* data() const noexcept { return bytes_ ? bytes_->c_str() : ""; }
   std::size_t size() const noexcept { return bytes_ ? bytes_->size() : 0; }
   bool empty() const noexcept { return size() == 0; }
-  /// The bytes; valid as long as this value or a copy of it lives.
+  /// The bytes; valid as long as this value or a copy of it lives. Never null, also of no bytes.
   std::string_view view() const noexcept { return {data(), size()}; }
 
   friend bool operator==(const Data& a, const Data& b) noexcept { return a.view() == b.view(); }

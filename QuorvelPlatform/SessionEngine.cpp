@@ -193,12 +193,11 @@ void SessionEngine::transfer(Lock& lock) {
     batch_.swap(inbox_);
     lock.unlock();
     performOnce();
-    const bool isBusy = delivered_ && network_.wait(std::chrono::nanoseconds(0));
+    const bool gathers = gathersMore();
     lock.lock();
-    // The other thread completes what ended, unless nothing is left to do here. To wake it costs as
-    // much as a transfer; while the network has more to do at once, it is called for all together.
+    if (gathers) continue;
+    // The other thread completes what ended, unless nothing is left to do here.
     const bool goesOn = !inbox_.empty() || !loads_.empty();
-    if (goesOn && isBusy && now_ < gathersUntil_) continue;
     const bool wakesOther = std::exchange(delivered_, false) && goesOn;
     const bool sleeps = goesOn && inbox_.empty() && !stopping_;
     if (!wakesOther && !sleeps) continue;
@@ -210,6 +209,14 @@ void SessionEngine::transfer(Lock& lock) {
     ioThreadSleeps_ = false;
   }
   ioThread_ = std::thread::id();
+}
+
+// To wake a thread costs as much as a small transfer. When calls come in crowds, and the network
+// has more to do at once, the other thread is called for several that ended.
+bool SessionEngine::gathersMore() {
+  const bool isCrowded = loads_.size() > HostLines::connectionsPerHost;
+  return delivered_ && isCrowded && !stopping_ && Load::Clock::now() < gathersUntil_ &&
+         network_.wait(std::chrono::nanoseconds(0));
 }
 
 void SessionEngine::performOnce() {

@@ -65,6 +65,7 @@ class SessionEngine {
   bool hasIOThread() const { return ioThread_.load() != std::thread::id(); }
   bool isIOThread() const { return ioThread_.load() == std::this_thread::get_id(); }
   void transfer(Lock& lock);
+  bool gathersMore();
   void performOnce();
   void post(Message message);
   void handle(std::vector<Message>& messages);

@@ -4,6 +4,7 @@
 #include <QuorvelKit/JSON/Value.h>
 #include <QuorvelPlatform/LargePages.h>
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstdint>
@@ -152,21 +153,19 @@ struct Document : Counted {
   // A map's member, null when there is none.
   const Node* quickMember(const Node& map, const KeyView& key) const noexcept {
     const Node* const first = nodes.data() + map.first();
-    std::atomic<std::uint8_t>& place = places[key.hash() % places.size()];
-    const std::uint32_t guessed = place.load(std::memory_order_relaxed);
-    if (guessed < map.count() && isQuickKey(first[guessed], key)) return first + guessed;
-    for (std::uint32_t i = 0; i < map.count(); ++i) {
-      if (!isQuickKey(first[i], key)) continue;
-      place.store(static_cast<std::uint8_t>(i), std::memory_order_relaxed);
-      return first + i;
+    const Node* const end = first + map.count();
+    const std::uint32_t place = places[key.hash() % places.size()];
+    if (place < map.count() && isQuickKey(first[place], key)) return first + place;
+    for (const Node* node = first; node != end; ++node) {
+      if (isQuickKey(*node, key)) return node;
     }
     return nullptr;
   }
   const Node* memberOfAnySize(const Node& map, const KeyView& key) const noexcept;
 
-  // Where the member of a key was found last, by the key's hash: the maps of a document are like
-  // each other. Whatever stands there, it is only the place to look at first.
-  mutable std::array<std::atomic<std::uint8_t>, 256> places{};
+  // Where the first member with a key stood in its map, by the key's hash: the maps of a document
+  // are like each other. It is only the place to look at first.
+  std::array<std::uint8_t, 256> places{};
   Run<Node> nodes;
   Run<char> text;
   Run<Key> keys;

@@ -52,7 +52,7 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   /// integers beyond 64 bits become doubles.
   explicit JSON(const Data& data, JSONReadingOptions options = JSONReadingOptions::allowFragments,
                 std::optional<Error>* error = nullptr);
-  /// Parses a text the same way. (The constructor from a text makes a string value.)
+  /// Parses a copy of a text the same way. (The constructor from a text makes a string value.)
   static JSON parse(std::string_view text);
 
   /// From an untyped value, and from everything that makes one: texts, numbers, booleans, null.

@@ -6,7 +6,7 @@
 
 namespace quorvelkit::detail {
 
-KeyTable::Entry* KeyTable::find(std::size_t start, bool unescaped) {
+KeyTable::Entry* KeyTable::find(std::size_t start, bool unescaped, std::size_t place) {
   Run<char>& text = document_.text;
   const std::string_view key(text.data() + start, text.size() - start);
   if (entries_.size() * 2 >= slots_.size()) grow();
@@ -21,6 +21,10 @@ KeyTable::Entry* KeyTable::find(std::size_t start, bool unescaped) {
   entry.number = static_cast<std::uint32_t>(entries_.size());
   entry.bit = std::uint64_t{1} << (entry.number % 64);
   entry.label = Label::make(entry.number, KeyView(key).hash());
+  if (place < Document::indexedMembers) {
+    auto& places = document_.places;
+    places[KeyView(key).hash() % places.size()] = static_cast<std::uint8_t>(place);
+  }
   entry.follower = entry.otherFollower = &none_;
   if (unescaped) {
     char front[sizeof entry.front] = {};

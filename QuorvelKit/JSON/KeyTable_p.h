@@ -15,7 +15,7 @@ class KeyTable {
  public:
   struct Entry {
     // The first bytes of the text and its closing quotation mark, and which bytes of a word they
-    // fill. No bytes match those of a text that was escaped, or of no key.
+    // fill. Those of a text that was escaped, and of none_, match no bytes.
     std::uint64_t front;
     std::uint64_t frontMask;
     std::uint32_t length;
@@ -43,8 +43,9 @@ class KeyTable {
     return nullptr;
   }
   // The key whose text ends the document's text since `start`; the text is taken back when the key
-  // is known. An unescaped one stood in the bytes letter for letter.
-  Entry* find(std::size_t start, bool unescaped);
+  // is known. An unescaped one stood in the bytes letter for letter. The place is that of its
+  // member in its map.
+  Entry* find(std::size_t start, bool unescaped, std::size_t place);
   // Tells which key came last.
   void follow(Entry* key) noexcept {
     if (key != last_->follower) {

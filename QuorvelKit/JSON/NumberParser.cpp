@@ -137,8 +137,8 @@ bool setInteger(ValueBits& bits, const Scan& scan, std::uint64_t magnitude) noex
 
 }  // namespace
 
-// Nearly all numbers have no exponent and few digits; those that do not end near the document's end
-// are read with hardly a question asked. Whatever is different is left to anyNumber().
+// Nearly all numbers have no exponent and few digits, and do not stand near the document's end:
+// they are read without asking for the end at every digit. The others are left to anyNumber().
 const char* parseNumber(const char* begin, const char* end, ValueBits& bits) noexcept {
   constexpr std::ptrdiff_t bytesLookedAt = 1 + 3 + 16 + 1 + 16 + 1;
   constexpr std::ptrdiff_t fewDigits = safeDigits - 1;

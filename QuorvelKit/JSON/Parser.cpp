@@ -175,7 +175,8 @@ const char* Parser::key(const char* p) {
   const std::size_t start = text.size();
   const StringResult result = parseString(p, end_, text);
   if (result.problem) return {nullptr, fail(result.stop, result.problem)};
-  return {keys_.find(start, !result.escaped), result.stop};
+  const std::size_t place = pending_.size() - frame_->firstChild;
+  return {keys_.find(start, !result.escaped, place), result.stop};
 }
 
 // Large maps find out when they are sorted.
@@ -240,7 +241,9 @@ void Parser::makeRoom(const char* p, std::size_t count) {
   const std::size_t least = document_->nodes.size() + count;
   constexpr std::size_t enough = 1 << 20;
   if (read < std::min(all / 8, enough)) return document_->nodes.reserve(2 * least);
-  const double rest = 1.01 * static_cast<double>(all) / static_cast<double>(read);
+  // By at most so much at a time, should the rest be something else after all.
+  constexpr double most = 16;
+  const double rest = std::min(1.01 * static_cast<double>(all) / static_cast<double>(read), most);
   const auto expected = [&](std::size_t soFar) {
     return std::max(static_cast<std::size_t>(static_cast<double>(soFar) * rest),
                     soFar + soFar / 64);

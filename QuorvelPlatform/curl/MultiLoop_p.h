@@ -26,7 +26,7 @@ class MultiLoop {
   /// Moves bytes as far as they go and ends the transfers that are through.
   void perform();
   /// Waits, unless there is more to perform, until a socket, a timer of a transfer or wakeUp() asks
-  /// for perform(), at most as long as given. Tells whether there is something to perform for sure.
+  /// for perform(), at most as long as given. False when none did.
   bool wait(std::chrono::nanoseconds longest);
   /// Ends the present or the next wait(). Any thread.
   void wakeUp();
