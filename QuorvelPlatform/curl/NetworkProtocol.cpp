@@ -8,6 +8,7 @@
 #include <QuorvelPlatform/curl/NetworkState_p.h>
 #include <QuorvelPlatform/curl/RedirectRule_p.h>
 
+#include <mutex>
 #include <utility>
 
 namespace quorvelkit {
@@ -56,6 +57,7 @@ class NetworkProtocol final : public URLProtocol,
   }
 
   void connectionIsFree() override {
+    const std::lock_guard lock(engine_.network().atWork());
     transfer_ = state_->takeTransfer();
     startTransfer();
   }
