@@ -11,10 +11,7 @@ const Node* Document::memberOfAnySize(const Node& map, const KeyView& key) const
   const auto is = [&](const Node& node) {
     return node.hash() == key.hash() && isKey(node.key(), key);
   };
-  if (size < indexedMembers) {
-    const Node* const found = std::find_if(members, members + size, is);
-    return found == members + size ? nullptr : found;
-  }
+  if (size < indexedMembers) return memberOfSmall(map, key, is);
   const std::uint32_t* const begin = index(map);
   const std::uint32_t* const end = begin + size;
   const std::uint32_t* const found =

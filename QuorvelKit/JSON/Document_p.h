@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QuorvelKit/JSON/KeyPlaces_p.h>
 #include <QuorvelKit/JSON/Value.h>
 #include <QuorvelPlatform/LargePages.h>
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <cstdint>
 #include <cstdlib>
@@ -23,6 +23,7 @@ struct Label {
   std::uint32_t hashAndTag = 0;
 
   static Label make(std::uint32_t key, std::uint32_t hash) noexcept { return {key, hash << 8U}; }
+  std::uint32_t hash() const noexcept { return hashAndTag >> 8U; }
 };
 
 // A value of a parsed document. Scalars stand in the payload; that of a text is its place in the
@@ -37,7 +38,7 @@ struct Node {
   }
   ValueTag tag() const noexcept { return static_cast<ValueTag>(label.hashAndTag & 0xFFU); }
   std::uint32_t key() const noexcept { return label.key; }
-  std::uint32_t hash() const noexcept { return label.hashAndTag >> 8U; }
+  std::uint32_t hash() const noexcept { return label.hash(); }
   std::uint32_t first() const noexcept { return static_cast<std::uint32_t>(payload); }
   std::uint32_t count() const noexcept { return static_cast<std::uint32_t>(payload >> 32U); }
 
@@ -150,27 +151,30 @@ struct Document : Counted {
     const Key& found = keys[node.key()];
     return found.front == key.front() && found.length == key.text().size();
   }
-  // A map's member, null when there is none.
   const Node* quickMember(const Node& map, const KeyView& key) const noexcept {
-    const Node* const first = nodes.data() + map.first();
-    const Node* const end = first + map.count();
-    const std::uint32_t place = places[key.hash() % places.size()];
-    if (place < map.count() && isQuickKey(first[place], key)) return first + place;
-    for (const Node* node = first; node != end; ++node) {
-      if (isQuickKey(*node, key)) return node;
-    }
-    return nullptr;
+    return memberOfSmall(map, key, [&](const Node& node) { return isQuickKey(node, key); });
   }
+  // A map's member, null when there is none.
   const Node* memberOfAnySize(const Node& map, const KeyView& key) const noexcept;
 
-  // Where the first member with a key stood in its map, by the key's hash: the maps of a document
-  // are like each other. It is only the place to look at first.
-  std::array<std::uint8_t, 256> places{};
+  KeyPlaces places;  // At least where the members of small maps stand.
   Run<Node> nodes;
   Run<char> text;
   Run<Key> keys;
   Run<std::uint32_t> order;
   std::uint32_t root = 0;
+
+ private:
+  template <class IsSought>
+  const Node* memberOfSmall(const Node& map, const KeyView& key, IsSought isSought) const noexcept {
+    const Node* const members = nodes.data() + map.first();
+    const KeyPlaces::Range range = places.of(key.hash());
+    const std::uint32_t end = std::min<std::uint32_t>(range.last + 1, map.count());
+    for (std::uint32_t place = range.first; place < end; ++place) {
+      if (isSought(members[place])) return members + place;
+    }
+    return nullptr;
+  }
 };
 
 }  // namespace quorvelkit::detail

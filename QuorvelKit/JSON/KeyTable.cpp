@@ -20,11 +20,9 @@ KeyTable::Entry* KeyTable::find(std::size_t start, bool unescaped, std::size_t p
   entry.length = static_cast<std::uint32_t>(key.size());
   entry.number = static_cast<std::uint32_t>(entries_.size());
   entry.bit = std::uint64_t{1} << (entry.number % 64);
+  entry.place = place;
   entry.label = Label::make(entry.number, KeyView(key).hash());
-  if (place < Document::indexedMembers) {
-    auto& places = document_.places;
-    places[KeyView(key).hash() % places.size()] = static_cast<std::uint8_t>(place);
-  }
+  document_.places.add(KeyView(key).hash(), place);
   entry.follower = entry.otherFollower = &none_;
   if (unescaped) {
     char front[sizeof entry.front] = {};

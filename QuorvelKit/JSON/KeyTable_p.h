@@ -21,6 +21,7 @@ class KeyTable {
     std::uint32_t length;
     std::uint32_t number;
     std::uint64_t bit;  // one of 64, by the number
+    std::size_t place;  // where its last member stood in its map
     Label label;        // of a member with this key
     // The keys that came behind this one: the first, and the last other one.
     Entry* follower;
@@ -72,6 +73,7 @@ class KeyTable {
               .length = 0,
               .number = 0,
               .bit = 0,
+              .place = 0,
               .label = {},
               .follower = &none_,
               .otherFollower = &none_};

@@ -56,6 +56,7 @@ class Parser {
   void push(std::uint64_t payload, ValueTag tag) {
     pending_.push(Node::make(payload, tag, label_));
   }
+  std::size_t membersSoFar() const noexcept { return pending_.size() - frame_->firstChild; }
   void makeRoom(const char* p, std::size_t count);
   void dropRepeatedKeys(std::size_t first);
   void appendIndex(std::uint32_t first, std::uint32_t count);
@@ -164,6 +165,10 @@ const char* Parser::key(const char* p) {
   label_ = key->label;
   if ((frame_->keysSeen & key->bit) != 0) lookForRepeated(*key);
   frame_->keysSeen |= key->bit;
+  if (key->place != membersSoFar()) {
+    key->place = membersSoFar();
+    document_->places.add(key->label.hash(), key->place);
+  }
   p = skipSpace(p);
   if (*p != ':') return fail(p, "Expected ':'");
   return skipSpace(p + 1);
@@ -175,13 +180,12 @@ const char* Parser::key(const char* p) {
   const std::size_t start = text.size();
   const StringResult result = parseString(p, end_, text);
   if (result.problem) return {nullptr, fail(result.stop, result.problem)};
-  const std::size_t place = pending_.size() - frame_->firstChild;
-  return {keys_.find(start, !result.escaped, place), result.stop};
+  return {keys_.find(start, !result.escaped, membersSoFar()), result.stop};
 }
 
 // Large maps find out when they are sorted.
 [[gnu::noinline]] void Parser::lookForRepeated(const KeyTable::Entry& key) noexcept {
-  const std::size_t members = pending_.size() - frame_->firstChild;
+  const std::size_t members = membersSoFar();
   if (frame_->repeatsKey || members >= Document::indexedMembers) return;
   const Node* const first = pending_.data() + frame_->firstChild;
   frame_->repeatsKey =
@@ -274,7 +278,9 @@ void Parser::dropRepeatedKeys(std::size_t first) {
   }
   std::uint32_t kept = 0;
   for (std::uint32_t i = 0; i < count; ++i) {
-    if (!dropped[i]) members[kept++] = members[i];
+    if (dropped[i]) continue;
+    document_->places.add(members[i].hash(), kept);
+    members[kept++] = members[i];
   }
   pending_.shrinkTo(first + kept);
 }

@@ -112,6 +112,28 @@ TEST(JSONParserTest, OfRepeatedKeysTheLastWinsInTheFirstPlace) {
   }
 }
 
+TEST(JSONParserTest, FindsMembersWhereverTheyStand) {
+  // The hashes of "turn" and "conn" and of "points" and "x" end alike.
+  const std::string keys[] = {"a", "points", "x", "turn", "conn", "providerUrl", "reviewCount"};
+  std::mt19937 random(42);
+  for (int round = 0; round < 2000; ++round) {
+    std::string text;
+    for (auto maps = 1 + random() % 4; maps > 0; --maps) {
+      std::string members;
+      for (auto count = random() % 6; count > 0; --count)
+        members += ",\"" + keys[random() % 7] + "\":" + std::to_string(random() % 100);
+      text += ",{" + members.substr(members.empty() ? 0 : 1) + "}";
+    }
+    text = "[" + text.substr(1) + "]";
+    const JSON found = parsed(text).value();
+    const JSON expected = parsedByOracle(text).value();
+    for (std::size_t map = 0; map < expected.size(); ++map) {
+      for (const std::string& key : keys)
+        ASSERT_EQ(found[map][key].number(), expected[map][key].number()) << key << " in " << text;
+    }
+  }
+}
+
 TEST(JSONParserTest, GuessedKeysAreTheKeysThatStandThere) {
   // Each pair of keys follows another once before, so that a guess is made and is wrong.
   const std::string keys[] = {"a",        "ab",        "abcdefg", "abcdefgh",     "abcdefghi",
