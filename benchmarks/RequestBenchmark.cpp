@@ -5,6 +5,7 @@
 #include <QuorvelKit/QVAddressCandidatesRequest.h>
 #include <QuorvelKit/QVConfiguration.h>
 #include <QuorvelKit/QVConfigurationRequest.h>
+#include <QuorvelKit/QVLoginRequest.h>
 #include <QuorvelKit/QVReverseGeocodeRequest.h>
 #include <QuorvelKit/QVRouteRequest.h>
 #include <QuorvelKit/QVSuggestRequest.h>
@@ -48,13 +49,15 @@ void suggestURL(benchmark::State& state) {
   url<QVSuggestRequest>(state, "1726%20Fleet", here, extent);
 }
 void reverseGeocodeURL(benchmark::State& state) { url<QVReverseGeocodeRequest>(state, here); }
+void loginURL(benchmark::State& state) { url<QVLoginRequest>(state); }
 void configurationURL(benchmark::State& state) { url<QVConfigurationRequest>(state); }
 
+BENCHMARK(loginURL)->Name("url/login");
+BENCHMARK(configurationURL)->Name("url/configuration");
 BENCHMARK(routeURL)->Name("url/route");
 BENCHMARK(candidatesURL)->Name("url/candidates");
 BENCHMARK(suggestURL)->Name("url/suggest");
 BENCHMARK(reverseGeocodeURL)->Name("url/reverse_geocode");
-BENCHMARK(configurationURL)->Name("url/configuration");
 
 }  // namespace
 }  // namespace quorvelkit::bench

@@ -70,11 +70,14 @@ OWN = [
     ("fetch_1kB/qt/64", "cpu_us/request", "us processor a request", 1, None),
     ("fetch_1MB/quorvelkit/64", "cpu_us/request", "us processor a request", 1, None),
     ("road/quorvelkit/1000", None, "us a route", 1e-3, None),
-    ("url/route", None, "ns", 1, None),
-    ("url/route", "allocations", "allocations", 1, None),
-    ("url/candidates", None, "ns", 1, None),
-    ("url/suggest", None, "ns", 1, None),
-    ("url/reverse_geocode", None, "ns", 1, None),
+] + [
+    row
+    for request in ("login", "configuration", "route", "candidates", "suggest", "reverse_geocode")
+    for row in (
+        (f"url/{request}", None, "ns", 1, None),
+        (f"url/{request}", "allocations", "allocations", 1, None),
+    )
+] + [
     ("map/view/100000", None, "ms processor, GUI thread", 1e-6, 20),
     ("map/screen/100000", None, "ms processor, GUI thread", 1e-6, 20),
     ("call/first", None, "us", 1e-3, None),
