@@ -56,6 +56,7 @@ class NetworkProtocol final : public URLProtocol,
     engine_.network().hosts().enter(*this, request.url());
   }
 
+  // The network library locks something of its own while it makes a handle.
   void connectionIsFree() override {
     const std::lock_guard lock(engine_.network().atWork());
     transfer_ = state_->takeTransfer();
