@@ -6,7 +6,7 @@
 #include <QuorvelKit/QVResponseKey.h>
 #include <QuorvelKit/QVStrictRead.h>
 #include <QuorvelPlatform/Export.h>
-#include <QuorvelPlatform/LargePages.h>
+#include <QuorvelPlatform/MemoryPages.h>
 
 #include <cstddef>
 #include <optional>

@@ -3,7 +3,7 @@
 
 #include <QuorvelKit/JSON/KeyPlaces_p.h>
 #include <QuorvelKit/JSON/Value.h>
-#include <QuorvelPlatform/LargePages.h>
+#include <QuorvelPlatform/MemoryPages.h>
 
 #include <algorithm>
 #include <bit>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelPlatform/ASCII.h>
 #include <QuorvelPlatform/HTTPHead_p.h>
+#include <QuorvelPlatform/MemoryPages.h>
 #include <QuorvelPlatform/URLError.h>
 #include <QuorvelPlatform/curl/ErrorMap_p.h>
 #include <QuorvelPlatform/curl/RedirectRule_p.h>
@@ -143,6 +144,7 @@ bool Transfer::didReceiveBody(std::string_view piece) {
   if (bodySize_ > maximumBodySize_) return stop(URLError::dataLengthExceedsMaximum);
   if (redirect_) return true;
   try {
+    if (body_.empty()) makeRoomForBody();
     body_ += piece;
   } catch (const std::bad_alloc&) {
     return stop(URLError::unknown);
@@ -150,16 +152,28 @@ bool Transfer::didReceiveBody(std::string_view piece) {
   return true;
 }
 
-// Refuses a coding that was not asked for, holds the length that the server announces against the
-// limit, unless decoding will make it another, and makes room for a modest one.
+// Refuses a coding that was not asked for, and holds the length that the server announces against
+// the limit, unless decoding will make it another.
 bool Transfer::expectBody() {
-  constexpr std::size_t modest = 1 << 20;
   if (coding_ == Coding::other) return stop(URLError::cannotDecodeContentData);
-  if (coding_ == Coding::gzip || isChunked_ || !length_) return true;
-  const auto announced = static_cast<std::uint64_t>(*length_);
-  if (announced > maximumBodySize_) return stop(URLError::dataLengthExceedsMaximum);
-  if (!redirect_ && announced <= modest) body_.reserve(static_cast<std::size_t>(announced));
-  return true;
+  if (announcedBodySize().value_or(0) <= maximumBodySize_) return true;
+  return stop(URLError::dataLengthExceedsMaximum);
+}
+
+std::optional<std::uint64_t> Transfer::announcedBodySize() const {
+  if (coding_ != Coding::none || isChunked_ || !length_) return std::nullopt;
+  return static_cast<std::uint64_t>(*length_);
+}
+
+// A server may announce more than it sends, so that room is made for a modest size only. The C
+// library gives the memory of bodies of some 100 kB back to the system when they are done with.
+void Transfer::makeRoomForBody() {
+  constexpr std::uint64_t large = 128 << 10;
+  constexpr std::uint64_t modest = 1 << 20;
+  const auto announced = announcedBodySize();
+  if (!announced || *announced > modest) return;
+  body_.reserve(static_cast<std::size_t>(*announced));
+  if (*announced >= large) detail::populatePages(body_.data(), body_.capacity());
 }
 
 void Transfer::didSend(std::int64_t total) {

@@ -65,6 +65,9 @@ class Transfer {
   bool takeNote(std::string_view headerLine);
   bool didReceiveHead();
   bool expectBody();
+  /// What the server said of the size of the body as it is delivered.
+  std::optional<std::uint64_t> announcedBodySize() const;
+  void makeRoomForBody();
   /// Ends the exchange with a code of URLError.
   bool stop(std::int64_t code);
 

@@ -7,6 +7,8 @@
 
 #include <gmock/gmock.h>
 
+#include <random>
+
 namespace quorvelkit {
 namespace {
 
@@ -48,6 +50,24 @@ TEST(AnswerTest, HeaderFieldsKeepTheirSpellingAndJoin) {
   EXPECT_EQ(response.value("folded"), "one two");
   EXPECT_EQ(response.value("empty"), "");
   EXPECT_FALSE(response.value("X-Early"));
+}
+
+// Room for a body is made in other ways the larger it is said to be.
+TEST(AnswerTest, BodiesOfAllSizesArriveAsTheyWereSent) {
+  std::mt19937_64 random(1);
+  std::string bytes;
+  while (bytes.size() < 5'000'000) {
+    const std::uint64_t next = random();
+    bytes.append(reinterpret_cast<const char*>(&next), sizeof next);
+  }
+  const TestServer server([&](const auto& request, auto& connection) {
+    connection.send(withLength(ok, bytes.substr(0, std::stoul(request.target.substr(1)))));
+  });
+  const auto session = URLSession::make();
+  for (const std::size_t size : {1, 4'096, 131'071, 131'072, 1'048'576, 1'048'577, 5'000'000}) {
+    const Result result = send(requestFor(server.url("/" + std::to_string(size))), session);
+    EXPECT_TRUE(result.body() == std::string_view(bytes).substr(0, size)) << size;
+  }
 }
 
 TEST(AnswerTest, RequestsThatCannotBeSentFail) {
