@@ -3,6 +3,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <string_view>
 
 namespace quorvelkit::detail {
 
@@ -15,6 +16,29 @@ void append(std::string& out, Arguments... arguments) {
   out.append(text, result.ptr);
 }
 
+// Most doubles were short decimals once: positions, distances, times. The digits of one that is an
+// integer of at most 15 digits divided by a power of ten are those of the integer, which are found
+// faster: such a division rounds to the nearest double, and two decimals of at most 15 digits are
+// never the same double. False for all others.
+bool appendShortDecimal(std::string& out, double value) {
+  constexpr int places = 9;
+  constexpr std::uint64_t scale = 1'000'000'000;
+  const double magnitude = std::fabs(value);
+  if (!(magnitude < 1e6)) return false;
+  const auto scaled = static_cast<std::uint64_t>(magnitude * scale + 0.5);
+  if (static_cast<double>(scaled) / scale != magnitude) return false;
+  if (std::signbit(value)) out += '-';
+  append(out, scaled / scale);
+  std::uint64_t fraction = scaled % scale;
+  if (fraction == 0) return true;
+  char text[1 + places] = {'.'};
+  for (int i = places; i > 0; --i, fraction /= 10)
+    text[i] = static_cast<char>('0' + fraction % 10);
+  const std::string_view digits(text, sizeof text);
+  out += digits.substr(0, digits.find_last_not_of('0') + 1);
+  return true;
+}
+
 }  // namespace
 
 void appendText(std::string& out, std::int64_t value) { append(out, value); }
@@ -24,7 +48,7 @@ void appendText(std::string& out, bool value) { out += value ? '1' : '0'; }
 void appendText(std::string& out, double value) {
   const double magnitude = std::fabs(value);
   if (value == 0 || (magnitude >= 1e-5 && magnitude < 1e17)) {
-    append(out, value, std::chars_format::fixed);
+    if (!appendShortDecimal(out, value)) append(out, value, std::chars_format::fixed);
   } else {
     append(out, value, std::chars_format::scientific);
   }

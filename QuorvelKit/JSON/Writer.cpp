@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelKit/JSON/NumberText_p.h>
+#include <QuorvelKit/JSON/PlainText_p.h>
 #include <QuorvelKit/JSON/ValueCore_p.h>
 #include <QuorvelKit/JSON/Writer_p.h>
 #include <QuorvelPlatform/UTF8.h>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <numeric>
 #include <vector>
@@ -20,21 +22,25 @@ class Writer {
         sorted_(contains(options, JSONWritingOptions::sortedKeys)),
         out_(out) {}
 
-  bool write(const ValueView& value);
+  // Views go by value: they fit two registers.
+  bool write(ValueView value);
 
  private:
   struct Frame {
     ValueView container;
+    bool isMap;
     std::size_t size;
     std::size_t next;
     std::vector<std::size_t> order;  // of the members, when they are sorted
   };
 
-  void open(const ValueView& container);
+  void open(ValueView container);
   void close();
-  bool child(Frame& frame, ValueView& value);
-  bool scalar(const ValueView& value);
+  bool member(const Frame& frame, std::size_t i);
+  bool child(ValueView value);
+  bool number(ValueView value);
   bool text(std::string_view text);
+  void escape(char character);
   void newLine() {
     if (pretty_) out_.append(1, '\n').append(frames_.size() * 2, ' ');
   }
@@ -45,7 +51,7 @@ class Writer {
   std::vector<Frame> frames_;
 };
 
-bool Writer::write(const ValueView& value) {
+bool Writer::write(ValueView value) {
   open(value);
   while (!frames_.empty()) {
     Frame& frame = frames_.back();
@@ -55,21 +61,16 @@ bool Writer::write(const ValueView& value) {
     }
     if (frame.next != 0) out_ += ',';
     newLine();
-    ValueView next;
-    if (!child(frame, next)) return false;
-    if (ValueCore::isArray(next) || ValueCore::isMap(next)) {
-      open(next);
-    } else if (!scalar(next)) {
-      return false;
-    }
+    const std::size_t i = frame.next++;
+    if (!(frame.isMap ? member(frame, i) : child(frame.container.element(i)))) return false;
   }
   return true;
 }
 
-void Writer::open(const ValueView& container) {
-  out_ += ValueCore::isMap(container) ? '{' : '[';
-  Frame frame{container, container.size(), 0, {}};
-  if (sorted_ && ValueCore::isMap(container)) {
+void Writer::open(ValueView container) {
+  Frame frame{container, ValueCore::isMap(container), container.size(), 0, {}};
+  out_ += frame.isMap ? '{' : '[';
+  if (sorted_ && frame.isMap) {
     frame.order.resize(frame.size);
     std::iota(frame.order.begin(), frame.order.end(), std::size_t{0});
     std::sort(frame.order.begin(), frame.order.end(), [&](std::size_t a, std::size_t b) {
@@ -80,64 +81,78 @@ void Writer::open(const ValueView& container) {
 }
 
 void Writer::close() {
-  const bool isMap = ValueCore::isMap(frames_.back().container);
+  const bool isMap = frames_.back().isMap;
   const bool empty = frames_.back().size == 0;
   frames_.pop_back();
   if (!empty) newLine();
   out_ += isMap ? '}' : ']';
 }
 
-// Writes the key of the next child, when it has one, and gives its value.
-bool Writer::child(Frame& frame, ValueView& value) {
-  const std::size_t i = frame.next++;
-  if (ValueCore::isArray(frame.container)) {
-    value = frame.container.element(i);
-    return true;
-  }
-  const auto [key, member] = frame.container.memberAt(frame.order.empty() ? i : frame.order[i]);
+bool Writer::member(const Frame& frame, std::size_t i) {
+  const auto [key, value] = frame.container.memberAt(frame.order.empty() ? i : frame.order[i]);
   if (!text(key)) return false;
   out_ += pretty_ ? ": " : ":";
-  value = member;
-  return true;
+  return child(value);
 }
 
-bool Writer::scalar(const ValueView& value) {
+// Opens a container, writes everything else.
+bool Writer::child(ValueView value) {
   switch (value.kind()) {
     case ValueView::Kind::null: out_ += "null"; return true;
     case ValueView::Kind::boolean: out_ += *value.boolean() ? "true" : "false"; return true;
     case ValueView::Kind::text: return text(*value.text());
-    case ValueView::Kind::number: {
-      const Number number = *value.storedNumber();
-      if (!std::isfinite(number.doubleValue())) return false;
-      std::visit([&](const auto& stored) { appendText(out_, stored); }, number.value());
-      return true;
-    }
+    case ValueView::Kind::number: return number(value);
+    case ValueView::Kind::array:
+    case ValueView::Kind::map: open(value); return true;
     default: return false;
   }
 }
 
-bool Writer::text(std::string_view text) {
-  if (!isUTF8(text)) return false;
-  out_ += '"';
-  std::size_t plain = 0;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const auto byte = static_cast<unsigned char>(text[i]);
-    if (byte >= ' ' && byte != '"' && byte != '\\') continue;
-    out_.append(text, plain, i - plain);
-    plain = i + 1;
-    constexpr std::string_view meanings = "\"\\\b\f\n\r\t";
-    constexpr std::string_view letters = "\"\\bfnrt";
-    const std::size_t known = meanings.find(text[i]);
-    if (known != std::string_view::npos) {
-      out_.append(1, '\\').append(1, letters[known]);
-    } else {
-      constexpr char hex[] = "0123456789abcdef";
-      out_.append("\\u00").append(1, hex[byte >> 4U]).append(1, hex[byte & 0xFU]);
-    }
+bool Writer::number(ValueView value) {
+  const ValueBits& bits = ValueCore::bits(value);
+  switch (bits.tag()) {
+    case ValueTag::int64: appendText(out_, static_cast<std::int64_t>(bits.payload)); return true;
+    case ValueTag::uint64: appendText(out_, bits.payload); return true;
+    default: break;
   }
-  out_.append(text, plain);
+  if (!std::isfinite(*value.number())) return false;
+  if (bits.tag() == ValueTag::float64) {
+    appendText(out_, std::bit_cast<double>(bits.payload));
+  } else {
+    appendText(out_, ValueCore::cell<DecimalCell>(value).decimal);
+  }
+  return true;
+}
+
+bool Writer::text(std::string_view text) {
+  const char* p = text.data();
+  const char* const end = p + text.size();
+  out_ += '"';
+  for (;;) {
+    std::uint64_t beyondASCII = 0;
+    const char* const stop = plainEnd(p, end, beyondASCII);
+    const std::string_view plain(p, stop);
+    if (beyondASCII != 0 && !isUTF8(plain)) return false;
+    out_ += plain;
+    if (stop == end) break;
+    escape(*stop);
+    p = stop + 1;
+  }
   out_ += '"';
   return true;
+}
+
+void Writer::escape(char character) {
+  constexpr std::string_view meanings = "\"\\\b\f\n\r\t";
+  constexpr std::string_view letters = "\"\\bfnrt";
+  const std::size_t known = meanings.find(character);
+  if (known != std::string_view::npos) {
+    out_.append(1, '\\').append(1, letters[known]);
+  } else {
+    constexpr char hex[] = "0123456789abcdef";
+    const auto byte = static_cast<unsigned char>(character);
+    out_.append("\\u00").append(1, hex[byte >> 4U]).append(1, hex[byte & 0xFU]);
+  }
 }
 
 }  // namespace

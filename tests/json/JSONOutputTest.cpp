@@ -32,6 +32,22 @@ TEST(JSONOutputTest, WritesDocuments) {
   EXPECT_EQ(out.str(), json.description());
 }
 
+TEST(JSONOutputTest, EscapesWhereverItIsNeeded) {
+  const std::pair<std::string, const char*> cases[] = {
+      {"\"", R"(\")"}, {"\\", R"(\\)"}, {"\x1F", R"(\u001f)"},    {"\0"s, R"(\u0000)"},
+      {"\t", R"(\t)"}, {"/", "/"},      {"\xC3\xA9", "\xC3\xA9"}, {"\xC3", nullptr},
+  };
+  for (const auto& [text, written] : cases) {
+    for (std::size_t before = 0; before < 20; ++before) {
+      const std::string left(before, 'a'), right(20 - before, '!');
+      const auto data = JSON::makeArray({left + text + right + text}).rawData();
+      ASSERT_EQ(data.has_value(), written != nullptr) << before;
+      if (!data) continue;
+      EXPECT_EQ(data->view(), "[\"" + left + written + right + written + "\"]");
+    }
+  }
+}
+
 TEST(JSONOutputTest, RefusesWhatIsNoDocument) {
   std::vector<JSON> refused = {
       1, "text", true, JSON(), ValueMap{{"\xC3", 1}}, JSON(Value::unsupported(1))};

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include <charconv>
+#include <cmath>
 #include <limits>
 #include <random>
 #include <sstream>
@@ -101,14 +102,27 @@ TEST(NumberTest, WritesTheFewestDigits) {
     EXPECT_EQ(Number(value).text(), text);
   EXPECT_TRUE(cases.eof());
 
+  // As the C++ library writes them: numbers of all sizes, short decimals and their neighbours.
+  const auto expectFewest = [](double value) {
+    if (!std::isfinite(value)) return;
+    const double size = std::fabs(value);
+    const bool isFixed = size == 0 || (size >= 1e-5 && size < 1e17);
+    char digits[64];
+    const char* const end =
+        std::to_chars(digits, digits + sizeof digits, value,
+                      isFixed ? std::chars_format::fixed : std::chars_format::scientific)
+            .ptr;
+    ASSERT_EQ(Number(value).text(), std::string_view(digits, end));
+  };
   std::mt19937_64 random(1);
   for (int i = 0; i < 20000; ++i) {
-    const double value = std::bit_cast<double>(random());
-    if (!(value - value == 0)) continue;
-    text = Number(value).text();
-    double back = 0;
-    std::from_chars(text.data(), text.data() + text.size(), back);
-    ASSERT_EQ(back, value) << text;
+    expectFewest(std::bit_cast<double>(random()));
+    const double power = std::pow(10.0, static_cast<double>(random() % 19));
+    const double whole = std::floor(std::ldexp(static_cast<double>(random()), -64) * power);
+    const double value = whole / std::pow(10.0, static_cast<double>(random() % 14));
+    for (const double each :
+         {value, -value, std::nextafter(value, 0.0), std::nextafter(value, endless)})
+      expectFewest(each);
   }
 }
 

@@ -64,7 +64,8 @@ TEST(AnswerTest, BodiesOfAllSizesArriveAsTheyWereSent) {
     connection.send(withLength(ok, bytes.substr(0, std::stoul(request.target.substr(1)))));
   });
   const auto session = URLSession::make();
-  for (const std::size_t size : {1, 4'096, 131'071, 131'072, 1'048'576, 1'048'577, 5'000'000}) {
+  for (const std::size_t size :
+       {1U, 4'096U, 131'071U, 131'072U, 1'048'576U, 1'048'577U, 5'000'000U}) {
     const Result result = send(requestFor(server.url("/" + std::to_string(size))), session);
     EXPECT_TRUE(result.body() == std::string_view(bytes).substr(0, size)) << size;
   }
