@@ -16,11 +16,16 @@
 namespace quorvelkit::bench {
 namespace {
 
-// A point with nine members: six numbers, three others.
-constexpr std::string_view pointText =
-    R"({"lat":39.28117,"lon":-76.594269,"t":48.8,"d":0.6563,"edge":127071195,"node":51385976,)"
-    R"("turn":{"dir":"left","instruct":"Turn left","st":{"name":"Fleet Street","dir":"arterial"}},)"
-    R"("notify":"In 0.2 miles, turn left","say":["Turn left"]})";
+// A point of nine members, or of so many: six numbers among others.
+std::string pointText(std::int64_t members) {
+  std::string text = R"({"lat":39.28117,"lon":-76.594269,"t":48.8,)";
+  for (std::int64_t i = 9; i < members; ++i)
+    text += "\"key" + std::to_string(i) + "\":" + std::to_string(i) + ',';
+  return text +
+         R"("d":0.6563,"edge":127071195,"node":51385976,)"
+         R"("turn":{"dir":"left","instruct":"Turn left","st":{"name":"Fleet Street","dir":"arterial"}},)"
+         R"("notify":"In 0.2 miles, turn left","say":["Turn left"]})";
+}
 constexpr std::array keys = {
     QVResponseKey::latitude,        QVResponseKey::longitude, QVResponseKey::travelTimeInSeconds,
     QVResponseKey::distanceInMiles, QVResponseKey::edge,      QVResponseKey::node};
@@ -34,9 +39,15 @@ rapidjson::Document rapid(std::string_view text) {
 std::string wholeMap(std::int64_t members) {
   return mapDocument(static_cast<std::size_t>(members));
 }
+std::string wholeRoute(std::int64_t points) {
+  return routeDocument(static_cast<std::size_t>(points));
+}
 std::string wholeArray(std::int64_t elements) {
   return arrayDocument(static_cast<std::size_t>(elements));
 }
+
+// Members of a map, elements of an array, points of a route.
+void smallAndLarge(benchmark::internal::Benchmark* benchmark) { benchmark->Arg(9)->Arg(1000); }
 
 // One iteration looks up all six numbers of a point; the times shown are divided by six.
 void perLookUp(benchmark::State& state) {
@@ -44,7 +55,7 @@ void perLookUp(benchmark::State& state) {
 }
 
 void memberView(benchmark::State& state) {
-  const JSON json = JSON::parse(pointText);
+  const JSON json = JSON::parse(pointText(state.range(0)));
   for (auto _ : state) {
     double sum = 0;
     for (const QVResponseKey key : keys)
@@ -54,7 +65,7 @@ void memberView(benchmark::State& state) {
   perLookUp(state);
 }
 void memberSubscript(benchmark::State& state) {
-  const JSON json = JSON::parse(pointText);
+  const JSON json = JSON::parse(pointText(state.range(0)));
   for (auto _ : state) {
     double sum = 0;
     for (const QVResponseKey key : keys)
@@ -64,7 +75,7 @@ void memberSubscript(benchmark::State& state) {
   perLookUp(state);
 }
 void memberGetValue(benchmark::State& state) {
-  const QVPoint point(JSON::parse(pointText));
+  const QVPoint point(JSON::parse(pointText(state.range(0))));
   for (auto _ : state) {
     double sum = 0;
     for (const QVResponseKey key : keys)
@@ -74,7 +85,7 @@ void memberGetValue(benchmark::State& state) {
   perLookUp(state);
 }
 void memberNlohmann(benchmark::State& state) {
-  const auto json = nlohmann::json::parse(pointText);
+  const auto json = nlohmann::json::parse(pointText(state.range(0)));
   for (auto _ : state) {
     double sum = 0;
     for (const char* key : keyTexts)
@@ -84,7 +95,7 @@ void memberNlohmann(benchmark::State& state) {
   perLookUp(state);
 }
 void memberRapid(benchmark::State& state) {
-  const auto json = rapid(pointText);
+  const auto json = rapid(pointText(state.range(0)));
   for (auto _ : state) {
     double sum = 0;
     for (const char* key : keyTexts)
@@ -93,15 +104,15 @@ void memberRapid(benchmark::State& state) {
   }
   perLookUp(state);
 }
-BENCHMARK(memberView)->Name("member/quorvelkit_view/9");
-BENCHMARK(memberSubscript)->Name("member/quorvelkit/9");
-BENCHMARK(memberGetValue)->Name("member/quorvelkit_getValue/9");
-BENCHMARK(memberNlohmann)->Name("member/nlohmann/9");
-BENCHMARK(memberRapid)->Name("member/rapidjson/9");
+BENCHMARK(memberView)->Name("member/quorvelkit_view")->Apply(smallAndLarge);
+BENCHMARK(memberSubscript)->Name("member/quorvelkit")->Apply(smallAndLarge);
+BENCHMARK(memberGetValue)->Name("member/quorvelkit_getValue")->Apply(smallAndLarge);
+BENCHMARK(memberNlohmann)->Name("member/nlohmann")->Apply(smallAndLarge);
+BENCHMARK(memberRapid)->Name("member/rapidjson")->Apply(smallAndLarge);
 
-// A member of a large map, another one each time, its key a text of the run.
+// A member of a map, another one each time, its key a text of the run.
 template <class Read>
-void largeMap(benchmark::State& state, Read read) {
+void anyKey(benchmark::State& state, Read read) {
   std::vector<std::string> texts;
   for (std::int64_t i = 0; i < state.range(0); ++i)
     texts.push_back("key" + std::to_string(i * 7919 % state.range(0)));
@@ -111,127 +122,133 @@ void largeMap(benchmark::State& state, Read read) {
     if (++next == texts.size()) next = 0;
   }
 }
-void largeMapOurs(benchmark::State& state) {
+void anyKeyOurs(benchmark::State& state) {
   const JSON json = JSON::parse(wholeMap(state.range(0)));
-  largeMap(state, [&](const char* key) { return json[std::string_view(key)].int64Value(); });
+  anyKey(state, [&](const char* key) { return json[std::string_view(key)].int64Value(); });
 }
-void largeMapNlohmann(benchmark::State& state) {
+void anyKeyNlohmann(benchmark::State& state) {
   const auto json = nlohmann::json::parse(wholeMap(state.range(0)));
-  largeMap(state, [&](const char* key) { return NlohmannMember{&json}.integer(key); });
+  anyKey(state, [&](const char* key) { return NlohmannMember{&json}.integer(key); });
 }
-void largeMapRapid(benchmark::State& state) {
+void anyKeyRapid(benchmark::State& state) {
   const auto json = rapid(wholeMap(state.range(0)));
-  largeMap(state, [&](const char* key) { return RapidMember{&json}.integer(key); });
+  anyKey(state, [&](const char* key) { return RapidMember{&json}.integer(key); });
 }
-BENCHMARK(largeMapOurs)->Name("member/quorvelkit")->Arg(1000);
-BENCHMARK(largeMapNlohmann)->Name("member/nlohmann")->Arg(1000);
-BENCHMARK(largeMapRapid)->Name("member/rapidjson")->Arg(1000);
+BENCHMARK(anyKeyOurs)->Name("any_key/quorvelkit")->Apply(smallAndLarge);
+BENCHMARK(anyKeyNlohmann)->Name("any_key/nlohmann")->Apply(smallAndLarge);
+BENCHMARK(anyKeyRapid)->Name("any_key/rapidjson")->Apply(smallAndLarge);
 
 template <class Read>
 void index(benchmark::State& state, Read read) {
+  const auto size = static_cast<int>(state.range(0));
   int next = 0;
   for (auto _ : state) {
     benchmark::DoNotOptimize(read(next));
-    next = (next + 61) % 1000;
+    next = (next + 61) % size;
   }
 }
 void indexOurs(benchmark::State& state) {
-  const JSON json = JSON::parse(wholeArray(1000));
+  const JSON json = JSON::parse(wholeArray(state.range(0)));
   index(state, [&](int i) { return json[i].int64Value(); });
 }
 void indexNlohmann(benchmark::State& state) {
-  const auto json = nlohmann::json::parse(wholeArray(1000));
+  const auto json = nlohmann::json::parse(wholeArray(state.range(0)));
   index(state, [&](int i) { return json[static_cast<std::size_t>(i)].get<std::int64_t>(); });
 }
 void indexRapid(benchmark::State& state) {
-  const auto json = rapid(wholeArray(1000));
+  const auto json = rapid(wholeArray(state.range(0)));
   index(state, [&](int i) { return json[static_cast<unsigned>(i)].GetInt64(); });
 }
-BENCHMARK(indexOurs)->Name("index/quorvelkit/1000");
-BENCHMARK(indexNlohmann)->Name("index/nlohmann/1000");
-BENCHMARK(indexRapid)->Name("index/rapidjson/1000");
+BENCHMARK(indexOurs)->Name("index/quorvelkit")->Apply(smallAndLarge);
+BENCHMARK(indexNlohmann)->Name("index/nlohmann")->Apply(smallAndLarge);
+BENCHMARK(indexRapid)->Name("index/rapidjson")->Apply(smallAndLarge);
 
-// The name of a street, five steps deep.
+// The name of the last street, five steps deep: one point in ten has a turn.
+int lastTurn(const benchmark::State& state) {
+  return static_cast<int>(state.range(0) - 1) / 10 * 10;
+}
+
 void pathOurs(benchmark::State& state) {
-  const JSON json = JSON::parse(routeDocument(1000));
+  const JSON json = JSON::parse(wholeRoute(state.range(0)));
+  const int turn = lastTurn(state);
   for (auto _ : state)
-    benchmark::DoNotOptimize(json[{"points", 500, "turn", "st", "name"}].string());
+    benchmark::DoNotOptimize(json[{"points", turn, "turn", "st", "name"}].string());
 }
 void pathNlohmann(benchmark::State& state) {
-  const auto json = nlohmann::json::parse(routeDocument(1000));
+  const auto json = nlohmann::json::parse(wholeRoute(state.range(0)));
+  const auto turn = static_cast<std::size_t>(lastTurn(state));
   for (auto _ : state) {
     benchmark::DoNotOptimize(
-        json.at("points").at(500).at("turn").at("st").at("name").get<std::string>());
+        json.at("points").at(turn).at("turn").at("st").at("name").get<std::string>());
   }
 }
 void pathRapid(benchmark::State& state) {
-  const auto json = rapid(routeDocument(1000));
+  const auto json = rapid(wholeRoute(state.range(0)));
+  const auto turn = static_cast<unsigned>(lastTurn(state));
   for (auto _ : state) {
-    const auto& name = json["points"][500]["turn"]["st"]["name"];
+    const auto& name = json["points"][turn]["turn"]["st"]["name"];
     benchmark::DoNotOptimize(std::string(name.GetString(), name.GetStringLength()));
   }
 }
-BENCHMARK(pathOurs)->Name("path_read/quorvelkit");
-BENCHMARK(pathNlohmann)->Name("path_read/nlohmann");
-BENCHMARK(pathRapid)->Name("path_read/rapidjson");
+BENCHMARK(pathOurs)->Name("path_read/quorvelkit")->Apply(smallAndLarge);
+BENCHMARK(pathNlohmann)->Name("path_read/nlohmann")->Apply(smallAndLarge);
+BENCHMARK(pathRapid)->Name("path_read/rapidjson")->Apply(smallAndLarge);
 
-// Writes one number of one point; on a document that was just parsed (a copy of it is an
+// Writes one number of the first point; on a document that was just parsed (a copy of it is an
 // independent value, which the peers must make whole), and on one that was written to before.
-constexpr int writtenPoint = 50;
-
 void writeParsedOurs(benchmark::State& state) {
-  const JSON json = JSON::parse(routeDocument(100));
+  const JSON json = JSON::parse(wholeRoute(state.range(0)));
   for (auto _ : state) {
     JSON copy = json;
-    copy.set({"points", writtenPoint, "lat"}, 1.5);
+    copy.set({"points", 0, "lat"}, 1.5);
     benchmark::DoNotOptimize(copy);
   }
 }
 void writeParsedNlohmann(benchmark::State& state) {
-  const auto json = nlohmann::json::parse(routeDocument(100));
+  const auto json = nlohmann::json::parse(wholeRoute(state.range(0)));
   for (auto _ : state) {
     auto copy = json;
-    copy["points"][writtenPoint]["lat"] = 1.5;
+    copy["points"][0]["lat"] = 1.5;
     benchmark::DoNotOptimize(copy);
   }
 }
 void writeParsedRapid(benchmark::State& state) {
-  const auto json = rapid(routeDocument(100));
+  const auto json = rapid(wholeRoute(state.range(0)));
   for (auto _ : state) {
     rapidjson::Document copy;
     copy.CopyFrom(json, copy.GetAllocator());
-    copy["points"][writtenPoint]["lat"] = 1.5;
+    copy["points"][0]["lat"] = 1.5;
     benchmark::DoNotOptimize(copy);
   }
 }
 void writeChangedOurs(benchmark::State& state) {
-  JSON json = JSON::parse(routeDocument(100));
+  JSON json = JSON::parse(wholeRoute(state.range(0)));
   for (auto _ : state)
-    json.set({"points", writtenPoint, "lat"}, 1.5);
+    json.set({"points", 0, "lat"}, 1.5);
   benchmark::DoNotOptimize(json);
 }
 void writeChangedNlohmann(benchmark::State& state) {
-  auto json = nlohmann::json::parse(routeDocument(100));
+  auto json = nlohmann::json::parse(wholeRoute(state.range(0)));
   for (auto _ : state)
-    json["points"][writtenPoint]["lat"] = 1.5;
+    json["points"][0]["lat"] = 1.5;
   benchmark::DoNotOptimize(json);
 }
 void writeChangedRapid(benchmark::State& state) {
-  auto json = rapid(routeDocument(100));
+  auto json = rapid(wholeRoute(state.range(0)));
   for (auto _ : state)
-    json["points"][writtenPoint]["lat"] = 1.5;
+    json["points"][0]["lat"] = 1.5;
   benchmark::DoNotOptimize(json);
 }
-BENCHMARK(writeParsedOurs)->Name("path_write_parsed/quorvelkit");
-BENCHMARK(writeParsedNlohmann)->Name("path_write_parsed/nlohmann");
-BENCHMARK(writeParsedRapid)->Name("path_write_parsed/rapidjson");
-BENCHMARK(writeChangedOurs)->Name("path_write_changed/quorvelkit");
-BENCHMARK(writeChangedNlohmann)->Name("path_write_changed/nlohmann");
-BENCHMARK(writeChangedRapid)->Name("path_write_changed/rapidjson");
+BENCHMARK(writeParsedOurs)->Name("path_write_parsed/quorvelkit")->Apply(smallAndLarge);
+BENCHMARK(writeParsedNlohmann)->Name("path_write_parsed/nlohmann")->Apply(smallAndLarge);
+BENCHMARK(writeParsedRapid)->Name("path_write_parsed/rapidjson")->Apply(smallAndLarge);
+BENCHMARK(writeChangedOurs)->Name("path_write_changed/quorvelkit")->Apply(smallAndLarge);
+BENCHMARK(writeChangedNlohmann)->Name("path_write_changed/nlohmann")->Apply(smallAndLarge);
+BENCHMARK(writeChangedRapid)->Name("path_write_changed/rapidjson")->Apply(smallAndLarge);
 
-// Keys and numbers of a map of 1000 members.
+// Keys and numbers of a map.
 void iterateOurs(benchmark::State& state) {
-  const JSON json = JSON::parse(wholeMap(1000));
+  const JSON json = JSON::parse(wholeMap(state.range(0)));
   for (auto _ : state) {
     std::int64_t sum = 0;
     for (const auto& [key, value] : json)
@@ -240,7 +257,7 @@ void iterateOurs(benchmark::State& state) {
   }
 }
 void iterateViewOurs(benchmark::State& state) {
-  const JSON json = JSON::parse(wholeMap(1000));
+  const JSON json = JSON::parse(wholeMap(state.range(0)));
   for (auto _ : state) {
     std::int64_t sum = 0;
     const ValueView view = json.view();
@@ -252,7 +269,7 @@ void iterateViewOurs(benchmark::State& state) {
   }
 }
 void iterateNlohmann(benchmark::State& state) {
-  const auto json = nlohmann::json::parse(wholeMap(1000));
+  const auto json = nlohmann::json::parse(wholeMap(state.range(0)));
   for (auto _ : state) {
     std::int64_t sum = 0;
     for (const auto& [key, value] : json.items())
@@ -261,7 +278,7 @@ void iterateNlohmann(benchmark::State& state) {
   }
 }
 void iterateRapid(benchmark::State& state) {
-  const auto json = rapid(wholeMap(1000));
+  const auto json = rapid(wholeMap(state.range(0)));
   for (auto _ : state) {
     std::int64_t sum = 0;
     for (const auto& [key, value] : json.GetObject())
@@ -269,23 +286,23 @@ void iterateRapid(benchmark::State& state) {
     benchmark::DoNotOptimize(sum);
   }
 }
-BENCHMARK(iterateOurs)->Name("iterate/quorvelkit/1000");
-BENCHMARK(iterateViewOurs)->Name("iterate/quorvelkit_view/1000");
-BENCHMARK(iterateNlohmann)->Name("iterate/nlohmann/1000");
-BENCHMARK(iterateRapid)->Name("iterate/rapidjson/1000");
+BENCHMARK(iterateOurs)->Name("iterate/quorvelkit")->Apply(smallAndLarge);
+BENCHMARK(iterateViewOurs)->Name("iterate/quorvelkit_view")->Apply(smallAndLarge);
+BENCHMARK(iterateNlohmann)->Name("iterate/nlohmann")->Apply(smallAndLarge);
+BENCHMARK(iterateRapid)->Name("iterate/rapidjson")->Apply(smallAndLarge);
 
 void writeOurs(benchmark::State& state) {
-  const JSON json = JSON::parse(routeDocument(1000));
+  const JSON json = JSON::parse(wholeRoute(state.range(0)));
   for (auto _ : state)
     benchmark::DoNotOptimize(json.rawData());
 }
 void writeNlohmann(benchmark::State& state) {
-  const auto json = nlohmann::json::parse(routeDocument(1000));
+  const auto json = nlohmann::json::parse(wholeRoute(state.range(0)));
   for (auto _ : state)
     benchmark::DoNotOptimize(json.dump());
 }
 void writeRapid(benchmark::State& state) {
-  const auto json = rapid(routeDocument(1000));
+  const auto json = rapid(wholeRoute(state.range(0)));
   for (auto _ : state) {
     rapidjson::StringBuffer out;
     rapidjson::Writer<rapidjson::StringBuffer> writer(out);
@@ -293,9 +310,9 @@ void writeRapid(benchmark::State& state) {
     benchmark::DoNotOptimize(std::string(out.GetString(), out.GetSize()));
   }
 }
-BENCHMARK(writeOurs)->Name("serialise/quorvelkit/1000")->Unit(benchmark::kMicrosecond);
-BENCHMARK(writeNlohmann)->Name("serialise/nlohmann/1000")->Unit(benchmark::kMicrosecond);
-BENCHMARK(writeRapid)->Name("serialise/rapidjson/1000")->Unit(benchmark::kMicrosecond);
+BENCHMARK(writeOurs)->Name("serialise/quorvelkit")->Apply(smallAndLarge);
+BENCHMARK(writeNlohmann)->Name("serialise/nlohmann")->Apply(smallAndLarge);
+BENCHMARK(writeRapid)->Name("serialise/rapidjson")->Apply(smallAndLarge);
 
 // 1000 coordinates as an array, and as texts of their own.
 std::vector<std::string> coordinates() {

@@ -26,24 +26,25 @@ PEERS = [
     for n in (50, 5000)
     for peer in ("ondemand_structs", "nlohmann", "rapidjson")
 ] + [
-    (f"{ours}", f"{what}/{peer}{size}", "time", None)
-    for ours, what, size, peers in (
-        ("member/quorvelkit_view/9", "member", "/9", ("rapidjson", "nlohmann")),
-        ("member/quorvelkit/9", "member", "/9", ("rapidjson", "nlohmann")),
-        ("member/quorvelkit_getValue/9", "member", "/9", ("rapidjson",)),
-        ("member/quorvelkit/1000", "member", "/1000", ("nlohmann", "rapidjson")),
-        ("index/quorvelkit/1000", "index", "/1000", ("rapidjson", "nlohmann")),
-        ("path_read/quorvelkit", "path_read", "", ("rapidjson", "nlohmann")),
-        ("path_write_parsed/quorvelkit", "path_write_parsed", "", ("rapidjson", "nlohmann")),
-        ("path_write_changed/quorvelkit", "path_write_changed", "", ("rapidjson", "nlohmann")),
-        ("iterate/quorvelkit_view/1000", "iterate", "/1000", ("rapidjson", "nlohmann")),
-        ("iterate/quorvelkit/1000", "iterate", "/1000", ("rapidjson", "nlohmann")),
-        ("serialise/quorvelkit/1000", "serialise", "/1000", ("rapidjson", "nlohmann")),
-        ("parse_numbers/quorvelkit/1000", "parse_numbers", "/1000", ("from_chars",)),
-        ("number_text/quorvelkit/1000", "number_text", "/1000", ("to_chars",)),
+    (f"{what}/{ours}/{n}", f"{what}/{peer}/{n}", "time", None)
+    for what, ours in (
+        ("member", "quorvelkit_view"),
+        ("member", "quorvelkit"),
+        ("member", "quorvelkit_getValue"),
+        ("any_key", "quorvelkit"),
+        ("index", "quorvelkit"),
+        ("path_read", "quorvelkit"),
+        ("path_write_parsed", "quorvelkit"),
+        ("path_write_changed", "quorvelkit"),
+        ("iterate", "quorvelkit_view"),
+        ("iterate", "quorvelkit"),
+        ("serialise", "quorvelkit"),
     )
-    for peer in peers
+    for n in (9, 1000)
+    for peer in ("rapidjson", "nlohmann")
 ] + [
+    ("parse_numbers/quorvelkit/1000", "parse_numbers/from_chars/1000", "time", None),
+    ("number_text/quorvelkit/1000", "number_text/to_chars/1000", "time", None),
     ("fetch_1kB/quorvelkit/64", "fetch_1kB/multi/64", "rate", 0.85),
     ("fetch_1kB/quorvelkit/64", "fetch_1kB/qt/64", "rate", 5),
     ("fetch_1kB/quorvelkit/1", "fetch_1kB/easy/1", "rate", 0.6),
@@ -51,6 +52,7 @@ PEERS = [
     ("fetch_1MB/quorvelkit/64", "fetch_1MB/multi/64", "rate", None),
     ("fetch_1MB/quorvelkit/64", "fetch_1MB/qt/64", "rate", None),
     ("fetch_1MB/quorvelkit/1", "fetch_1MB/easy/1", "rate", None),
+    ("fetch_1MB/quorvelkit/1", "fetch_1MB/qt/1", "rate", None),
     ("load/quorvelkit", "load/libcurl", "time", None),
 ]
 
@@ -65,17 +67,18 @@ OWN = [
     )
 ] + [
     ("member/quorvelkit_view/9", "per item", "ns a look-up", 1, 8),
-    ("fetch_1kB/quorvelkit/64", "cpu_us/request", "us processor a request", 1, None),
-    ("fetch_1kB/multi/64", "cpu_us/request", "us processor a request", 1, None),
-    ("fetch_1kB/qt/64", "cpu_us/request", "us processor a request", 1, None),
-    ("fetch_1MB/quorvelkit/64", "cpu_us/request", "us processor a request", 1, None),
+] + [
+    (f"fetch_{size}/{who}", "cpu_us/request", "us processor a request", 1, None)
+    for size in ("1kB", "1MB")
+    for who in ("quorvelkit/64", "multi/64", "qt/64", "quorvelkit/1", "easy/1", "qt/1")
+] + [
     ("road/quorvelkit/1000", None, "us a route", 1e-3, None),
 ] + [
     row
     for request in ("login", "configuration", "route", "candidates", "suggest", "reverse_geocode")
     for row in (
-        (f"url/{request}", None, "ns", 1, None),
-        (f"url/{request}", "allocations", "allocations", 1, None),
+        (f"url/{request}", "items_per_second", "thousand requests a second", 1e-3, None),
+        (f"url/{request}", "allocations", "allocations a request", 1, None),
     )
 ] + [
     ("map/view/100000", None, "ms processor, GUI thread", 1e-6, 20),

@@ -61,6 +61,9 @@ function(quorvelkit_library_settings target)
   target_compile_features(${target} PUBLIC cxx_std_20)
   # Its functions call each other directly: nobody puts others in their place.
   target_compile_options(${target} PRIVATE -fno-semantic-interposition)
+  # What a call returns in two registers stays in them: put together in one vector register by way
+  # of memory, it is waited for longer than a look-up takes.
+  target_compile_options(${target} PRIVATE -fno-tree-slp-vectorize)
   target_link_options(${target} PRIVATE -Wl,-Bsymbolic-functions)
   quorvelkit_precompile_headers(${target})
   target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR})

@@ -30,12 +30,12 @@ JSON failedOnWrongKind(const JSON& json, const Value& value, FailureReason reaso
   }
 }
 
-std::optional<ValueView> childAt(const ValueView& value, const JSONKey& step) {
-  if (step.kind() == JSONKey::Case::key) return value.member(step.key());
+// The child that the step leads to, absent() when there is none.
+ValueView childAt(ValueView value, const JSONKey& step) {
+  if (step.kind() == JSONKey::Case::key) return ValueCore::find(value, step.key());
   const bool inside = ValueCore::isArray(value) && step.index() >= 0 &&
                       static_cast<std::size_t>(step.index()) < value.size();
-  if (!inside) return std::nullopt;
-  return value.element(static_cast<std::size_t>(step.index()));
+  return inside ? value.element(static_cast<std::size_t>(step.index())) : ValueCore::absent();
 }
 
 // Whether an array has room for a write at the index, which must not be negative.
@@ -72,7 +72,8 @@ JSON JSON::operator[](const KeyView& key) const {
   if (!ValueCore::isMap(value_)) {
     return failedOnWrongKind(*this, value_, FailureReason::notADictionary, key.text());
   }
-  if (const std::optional<ValueView> member = value_.member(key)) return JSON(*member);
+  const ValueView member = ValueCore::find(value_, key);
+  if (!ValueCore::isAbsent(member)) return JSON(member);
   return failed(detail::failureBits(FailureReason::notExist, key.text()));
 }
 
@@ -85,10 +86,12 @@ JSON JSON::at(JSONPath path) const {
   if (path.size() == 1) return apply(*this, path[0]);
   ValueView current = value_;
   for (const JSONKey& step : path) {
-    const std::optional<ValueView> child = childAt(current, step);
+    const ValueView child = childAt(current, step);
     // The first step that does not fit decides about the error.
-    if (!child) return apply(&step == path.data() ? *this : JSON(current), step);
-    current = *child;
+    if (ValueCore::isAbsent(child)) {
+      return apply(&step == path.data() ? *this : JSON(current), step);
+    }
+    current = child;
   }
   return JSON(current);
 }
@@ -123,9 +126,8 @@ void JSON::set(JSONPath path, const JSON& value) {
   // Look before anything is made writable, so that a write that fits nowhere copies nothing.
   ValueView seen = value_;
   for (const JSONKey& step : parents) {
-    const std::optional<ValueView> child = childAt(seen, step);
-    if (!child) return;
-    seen = *child;
+    seen = childAt(seen, step);
+    if (ValueCore::isAbsent(seen)) return;
   }
   const JSONKey& last = path.back();
   const bool fits =

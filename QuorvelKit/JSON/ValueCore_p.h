@@ -63,6 +63,14 @@ struct ValueCore {
   }
   static Value& value(JSON& json) noexcept { return json.value_; }
 
+  // A member of a map, absent() when there is none: a view that goes through registers, as an
+  // optional one does not.
+  static ValueView find(ValueView map, const KeyView& key) noexcept {
+    return ValueView::find(map, key);
+  }
+  static ValueView absent() noexcept { return view({0, ValueView::absent}); }
+  static bool isAbsent(ValueView view) noexcept { return view.bits_.word == ValueView::absent; }
+
   template <class Cell>
   static const Cell& cell(const ValueView& view) noexcept {
     return *static_cast<const Cell*>(counted(view.bits_));

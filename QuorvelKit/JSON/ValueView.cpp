@@ -49,15 +49,15 @@ std::size_t ValueView::size() const noexcept {
   }
 }
 
-ValueView ValueView::element(std::size_t index) const noexcept {
-  if (bits_.tag() == ValueTag::frozenArray) {
-    const Document& document = ValueCore::document(*this);
-    const Node& node = document.nodes[bits_.node()];
+ValueView ValueView::elementOf(ValueView array, std::size_t index) noexcept {
+  if (array.bits_.tag() == ValueTag::frozenArray) {
+    const Document& document = ValueCore::document(array);
+    const Node& node = document.nodes[array.bits_.node()];
     if (index >= node.count()) return {};
     return ValueCore::view(document.bits(document.nodes[node.first() + index]));
   }
-  if (bits_.tag() == ValueTag::array) {
-    const ValueArray& elements = ValueCore::cell<ArrayCell>(*this).elements;
+  if (array.bits_.tag() == ValueTag::array) {
+    const ValueArray& elements = ValueCore::cell<ArrayCell>(array).elements;
     if (index < elements.size()) return elements[index];
   }
   return {};
@@ -78,26 +78,26 @@ std::pair<std::string_view, ValueView> ValueView::memberAt(std::size_t index) co
   return {};
 }
 
-ValueView ValueView::find(const KeyView& key) const noexcept {
-  if (bits_.tag() == ValueTag::frozenMap) {
-    const Document& document = ValueCore::document(*this);
-    const Node& map = document.nodes[bits_.node()];
-    if (Document::isQuick(map, key)) {
-      const Node* const node = document.quickMember(map, key);
-      return ValueCore::view(node ? document.bits(*node) : detail::ValueBits{0, absent});
+ValueView ValueView::find(ValueView map, const KeyView& key) noexcept {
+  if (map.bits_.tag() == ValueTag::frozenMap) {
+    const Document& document = ValueCore::document(map);
+    const Node& node = document.nodes[map.bits_.node()];
+    if (Document::isQuick(node, key)) {
+      const Node* const member = document.quickMember(node, key);
+      return ValueCore::view(member ? document.bits(*member) : detail::ValueBits{0, absent});
     }
   }
-  return findInAny(key);
+  return findInAny(map, key);
 }
 
 // Apart, so that the quick way calls nothing.
-ValueView ValueView::findInAny(const KeyView& key) const noexcept {
-  if (bits_.tag() == ValueTag::frozenMap) {
-    const Document& document = ValueCore::document(*this);
-    const Node* const node = document.memberOfAnySize(document.nodes[bits_.node()], key);
+ValueView ValueView::findInAny(ValueView map, const KeyView& key) noexcept {
+  if (map.bits_.tag() == ValueTag::frozenMap) {
+    const Document& document = ValueCore::document(map);
+    const Node* const node = document.memberOfAnySize(document.nodes[map.bits_.node()], key);
     if (node) return ValueCore::view(document.bits(*node));
-  } else if (bits_.tag() == ValueTag::map) {
-    const Value* value = ValueCore::cell<MapCell>(*this).members.find(key.text());
+  } else if (map.bits_.tag() == ValueTag::map) {
+    const Value* value = ValueCore::cell<MapCell>(map).members.find(key.text());
     if (value) return *value;
   }
   return ValueCore::view({0, absent});

@@ -111,18 +111,18 @@ class QUORVELKIT_EXPORT ValueView {
   /// The number of elements of an array or of members of a map, 0 for every other kind.
   std::size_t size() const noexcept;
   /// An element of an array; null beyond its end. Constant time.
-  ValueView element(std::size_t index) const noexcept;
+  ValueView element(std::size_t index) const noexcept { return elementOf(*this, index); }
   /// A member of a map by its place in the order; an empty key and null beyond its end.
   std::pair<std::string_view, ValueView> memberAt(std::size_t index) const noexcept;
   /// A member of a map by its key; absent when there is none.
   std::optional<ValueView> member(const KeyView& key) const noexcept {
-    const ValueView found = find(key);
+    const ValueView found = find(*this, key);
     if (found.bits_.word == absent) return std::nullopt;
     return found;
   }
   /// The same, null when there is none.
   ValueView memberOrNull(const KeyView& key) const noexcept {
-    const ValueView found = find(key);
+    const ValueView found = find(*this, key);
     return found.bits_.word == absent ? ValueView() : found;
   }
 
@@ -140,8 +140,10 @@ class QUORVELKIT_EXPORT ValueView {
   // What find() marks its null with when there is no such member. It leaves no other function.
   static constexpr std::uint64_t absent =
       detail::ValueBits::make(0, detail::ValueTag::null, 0, 1).word;
-  ValueView find(const KeyView& key) const noexcept;
-  ValueView findInAny(const KeyView& key) const noexcept;
+  // By value: two registers, where a view in memory would be written and read in other words.
+  static ValueView find(ValueView map, const KeyView& key) noexcept;
+  static ValueView findInAny(ValueView map, const KeyView& key) noexcept;
+  static ValueView elementOf(ValueView array, std::size_t index) noexcept;
   bool otherInt64(std::int64_t& integer) const;
 
   friend struct detail::ValueCore;
