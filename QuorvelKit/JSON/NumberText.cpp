@@ -25,7 +25,8 @@ bool appendShortDecimal(std::string& out, double value) {
   constexpr std::uint64_t scale = 1'000'000'000;
   const double magnitude = std::fabs(value);
   if (!(magnitude < 1e6)) return false;
-  const auto scaled = static_cast<std::uint64_t>(magnitude * scale + 0.5);
+  const double nearby = magnitude * scale + 0.5;
+  const auto scaled = static_cast<std::uint64_t>(nearby);
   if (static_cast<double>(scaled) / scale != magnitude) return false;
   if (std::signbit(value)) out += '-';
   append(out, scaled / scale);

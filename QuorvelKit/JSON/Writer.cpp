@@ -88,6 +88,7 @@ void Writer::close() {
   out_ += isMap ? '}' : ']';
 }
 
+// Writes what comes next; false for what no document can hold.
 bool Writer::member(const Frame& frame, std::size_t i) {
   const auto [key, value] = frame.container.memberAt(frame.order.empty() ? i : frame.order[i]);
   if (!text(key)) return false;
@@ -113,15 +114,17 @@ bool Writer::number(ValueView value) {
   switch (bits.tag()) {
     case ValueTag::int64: appendText(out_, static_cast<std::int64_t>(bits.payload)); return true;
     case ValueTag::uint64: appendText(out_, bits.payload); return true;
-    default: break;
+    case ValueTag::float64: {
+      const auto number = std::bit_cast<double>(bits.payload);
+      appendText(out_, number);
+      return std::isfinite(number);
+    }
+    default: {
+      const Decimal& decimal = ValueCore::cell<DecimalCell>(value).decimal;
+      appendText(out_, decimal);
+      return !decimal.isNotANumber();
+    }
   }
-  if (!std::isfinite(*value.number())) return false;
-  if (bits.tag() == ValueTag::float64) {
-    appendText(out_, std::bit_cast<double>(bits.payload));
-  } else {
-    appendText(out_, ValueCore::cell<DecimalCell>(value).decimal);
-  }
-  return true;
 }
 
 bool Writer::text(std::string_view text) {
