@@ -2,6 +2,7 @@
 #include <QuorvelPlatform/MemoryPages.h>
 
 #include <sys/mman.h>
+#include <unistd.h>
 
 #include <memory>
 
@@ -9,24 +10,38 @@ namespace quorvelkit::detail {
 
 namespace {
 
-// Gives advice for the whole pages of a block; what lies before and behind them is left as it is.
-void advise(void* block, std::size_t size, int advice) noexcept {
-  constexpr std::size_t pageSize = 4096;
-  void* first = block;
-  std::size_t room = size;
-  if (std::align(pageSize, pageSize, first, room)) madvise(first, room - room % pageSize, advice);
-}
+// The whole pages of a block; what lies before and behind them is left as it is.
+struct WholePages {
+  WholePages(void* block, std::size_t room) noexcept {
+    static const auto pageSize = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    if (!std::align(pageSize, pageSize, block, room)) return;
+    first = static_cast<char*>(block);
+    size = room - room % pageSize;
+    last = first + size - pageSize;
+  }
+
+  char* first = nullptr;
+  char* last = nullptr;
+  std::size_t size = 0;
+};
 
 }  // namespace
 
 void preferLargePages(void* block, std::size_t size) noexcept {
   constexpr std::size_t hugeBlock = 32 << 20;
-  if (size >= hugeBlock) advise(block, size, MADV_HUGEPAGE);
+  if (size < hugeBlock) return;
+  const WholePages pages(block, size);
+  madvise(pages.first, pages.size, MADV_HUGEPAGE);
 }
 
-void populatePages(void* block, std::size_t size) noexcept {
+void populatePages([[maybe_unused]] void* block, [[maybe_unused]] std::size_t size) noexcept {
 #ifdef MADV_POPULATE_WRITE
-  advise(block, size, MADV_POPULATE_WRITE);
+  const WholePages pages(block, size);
+  if (pages.size == 0) return;
+  // What was used before is there still, mostly, and to go through its pages is not for nothing.
+  unsigned char isThere = 0;
+  const bool asked = mincore(pages.last, 1, &isThere) == 0;
+  if (!asked || isThere == 0) madvise(pages.first, pages.size, MADV_POPULATE_WRITE);
 #endif
 }
 

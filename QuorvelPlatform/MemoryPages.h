@@ -15,6 +15,6 @@ QUORVELKIT_EXPORT void preferLargePages(void* block, std::size_t size) noexcept;
 
 /// Has the system back a block of memory at once that is about to be filled, without a fault for
 /// each page. Any thread; never fails visibly (Linux before 5.14 does nothing).
-void populatePages(void* block, std::size_t size) noexcept;
+QUORVELKIT_EXPORT void populatePages(void* block, std::size_t size) noexcept;
 
 }  // namespace quorvelkit::detail

@@ -141,10 +141,12 @@ BENCHMARK(anyKeyRapid)->Name("any_key/rapidjson")->Apply(smallAndLarge);
 template <class Read>
 void index(benchmark::State& state, Read read) {
   const auto size = static_cast<int>(state.range(0));
+  const int step = 61 % size;
   int next = 0;
   for (auto _ : state) {
     benchmark::DoNotOptimize(read(next));
-    next = (next + 61) % size;
+    next += step;
+    if (next >= size) next -= size;
   }
 }
 void indexOurs(benchmark::State& state) {

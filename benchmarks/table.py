@@ -77,8 +77,8 @@ OWN = [
     row
     for request in ("login", "configuration", "route", "candidates", "suggest", "reverse_geocode")
     for row in (
-        (f"url/{request}", "items_per_second", "thousand requests a second", 1e-3, None),
-        (f"url/{request}", "allocations", "allocations a request", 1, None),
+        (f"url/{request}", "items_per_second", "thousand URLs a second", 1e-3, None),
+        (f"url/{request}", "allocations", "allocations a URL", 1, None),
     )
 ] + [
     ("map/view/100000", None, "ms processor, GUI thread", 1e-6, 20),

@@ -137,7 +137,7 @@ class QUORVELKIT_EXPORT ValueView {
   detail::ValueBits bits_;
 
  private:
-  // What find() marks its null with when there is no such member. It leaves no other function.
+  // What find() marks its null with when there is no such member. No user ever sees it.
   static constexpr std::uint64_t absent =
       detail::ValueBits::make(0, detail::ValueTag::null, 0, 1).word;
   // By value: two registers, where a view in memory would be written and read in other words.

@@ -165,8 +165,9 @@ std::optional<std::uint64_t> Transfer::announcedBodySize() const {
   return static_cast<std::uint64_t>(*length_);
 }
 
-// A server may announce more than it sends, so that room is made for a modest size only. The C
-// library gives the memory of bodies of some 100 kB back to the system when they are done with.
+// A server may announce more than it sends, so that room is made for a modest size only. Of many
+// large bodies under way at once, the memory is mostly new: the C library gives that of those that
+// are done with back to the system.
 void Transfer::makeRoomForBody() {
   constexpr std::uint64_t large = 128 << 10;
   constexpr std::uint64_t modest = 1 << 20;

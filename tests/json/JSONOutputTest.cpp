@@ -34,8 +34,9 @@ TEST(JSONOutputTest, WritesDocuments) {
 
 TEST(JSONOutputTest, EscapesWhereverItIsNeeded) {
   const std::pair<std::string, const char*> cases[] = {
-      {"\"", R"(\")"}, {"\\", R"(\\)"}, {"\x1F", R"(\u001f)"},    {"\0"s, R"(\u0000)"},
-      {"\t", R"(\t)"}, {"/", "/"},      {"\xC3\xA9", "\xC3\xA9"}, {"\xC3", nullptr},
+      {"\"", R"(\")"},          {"\\", R"(\\)"},   {"\x1F", R"(\u001f)"},
+      {"\0"s, R"(\u0000)"},     {"\t", R"(\t)"},   {"/", "/"},
+      {"\xC3\xA9", "\xC3\xA9"}, {"\xC3", nullptr}, {"\xC3\"", nullptr},
   };
   for (const auto& [text, written] : cases) {
     for (std::size_t before = 0; before < 20; ++before) {
@@ -60,7 +61,8 @@ TEST(JSONOutputTest, RefusesWhatIsNoDocument) {
     EXPECT_EQ(error, Error::described(std::string(ErrorDomain), 490, "JSON is invalid"));
     EXPECT_EQ(json.description() == "unknown", !json.empty() || json.type() == JSON::Type::unknown);
   }
-  EXPECT_EQ(JSON::makeArray({Decimal::parse("1e100"), -0.0}).rawData()->view(), "[1e+100,-0]");
+  EXPECT_EQ(JSON::makeArray({Decimal::parse("1e100"), -0.0, UINT64_MAX}).rawData()->view(),
+            "[1e+100,-0,18446744073709551615]");
 }
 
 TEST(JSONOutputTest, DecodesItsBytesWithTheEncoding) {
