@@ -38,12 +38,17 @@ std::size_t onBody(char* bytes, std::size_t size, std::size_t count, void* trans
 }
 
 int onProgress(void* transfer, curl_off_t, curl_off_t, curl_off_t, curl_off_t uploaded) {
-  transferOf(transfer).didSend(uploaded);
-  return 0;
+  return transferOf(transfer).didSend(uploaded) ? 0 : 1;
 }
 
-int onDebug(CURL*, curl_infotype type, char* bytes, std::size_t size, void* transfer) {
-  if (type == CURLINFO_DATA_IN) transferOf(transfer).didReceiveRaw({bytes, size});
+int onDebug(CURL* easy, curl_infotype type, char* bytes, std::size_t size, void* transfer) {
+  const std::string_view piece(bytes, size);
+  if (type == CURLINFO_DATA_IN) transferOf(transfer).didReceiveRawBody(piece);
+  if (type == CURLINFO_HEADER_IN && !transferOf(transfer).didReceiveRawHeaderLine(piece)) {
+    // In a pause libcurl puts the line aside; the transfer is stopped when it asks for progress.
+    curl_easy_pause(easy, CURLPAUSE_RECV);
+    curl_easy_setopt(easy, CURLOPT_NOPROGRESS, 0L);
+  }
   return 0;
 }
 
@@ -80,30 +85,18 @@ bool isIdempotent(std::string_view method) {
   return std::find(idempotent.begin(), idempotent.end(), method) != idempotent.end();
 }
 
-// Before 8.2 libcurl keeps a pointer to the last header field of the answer before, which it has
-// freed, and adds to that field when a head begins with a folded line.
-bool canBeUsedAgain() {
-  static const bool can = curl_version_info(CURLVERSION_NOW)->version_num >= 0x080200;
-  return can;
-}
-
 }  // namespace
 
 EasyHandle::EasyHandle(const URLSessionConfiguration& configuration, CURLSH* share,
                        OpenSockets& sockets, Transfer& transfer)
-    : configuration_(configuration), share_(share), sockets_(sockets), transfer_(transfer) {
-  make();
-}
-
-void EasyHandle::make() {
-  easy_ = curl_easy_init();
+    : configuration_(configuration), easy_(curl_easy_init()) {
   if (easy_ == nullptr) fatalError("The network library could not make a handle.");
   for (const CURLoption option : {CURLOPT_PRIVATE, CURLOPT_HEADERDATA, CURLOPT_WRITEDATA,
                                   CURLOPT_XFERINFODATA, CURLOPT_DEBUGDATA, CURLOPT_PREREQDATA}) {
-    curl_easy_setopt(easy_, option, &transfer_);
+    curl_easy_setopt(easy_, option, &transfer);
   }
   for (const CURLoption option : {CURLOPT_OPENSOCKETDATA, CURLOPT_CLOSESOCKETDATA}) {
-    curl_easy_setopt(easy_, option, &sockets_);
+    curl_easy_setopt(easy_, option, &sockets);
   }
   curl_easy_setopt(easy_, CURLOPT_HEADERFUNCTION, onHeader);
   curl_easy_setopt(easy_, CURLOPT_WRITEFUNCTION, onBody);
@@ -112,7 +105,7 @@ void EasyHandle::make() {
   curl_easy_setopt(easy_, CURLOPT_PREREQFUNCTION, onRequest);
   curl_easy_setopt(easy_, CURLOPT_OPENSOCKETFUNCTION, onOpenSocket);
   curl_easy_setopt(easy_, CURLOPT_CLOSESOCKETFUNCTION, onCloseSocket);
-  curl_easy_setopt(easy_, CURLOPT_SHARE, share_);
+  curl_easy_setopt(easy_, CURLOPT_SHARE, share);
   curl_easy_setopt(easy_, CURLOPT_COOKIEFILE, "");  // Cookies, but no file.
   setFixedOptions();
 }
@@ -157,11 +150,6 @@ void EasyHandle::setFixedOptions() {
 }
 
 void EasyHandle::prepare(const URLRequest& request, std::chrono::milliseconds connectTimeout) {
-  if (isUsed_ && !canBeUsedAgain()) {
-    curl_easy_cleanup(easy_);
-    make();
-  }
-  isUsed_ = true;
   const bool secure = equalsIgnoringASCIICase(request.url().scheme().value_or(""), "https");
   curl_easy_setopt(easy_, CURLOPT_URL, request.url().absoluteString().c_str());
   curl_easy_setopt(easy_, CURLOPT_HTTP_VERSION,
@@ -172,7 +160,7 @@ void EasyHandle::prepare(const URLRequest& request, std::chrono::milliseconds co
   curl_easy_setopt(easy_, CURLOPT_CONNECTTIMEOUT_MS,
                    static_cast<long>(std::min(connectTimeout, longest).count()));
   curl_easy_setopt(easy_, CURLOPT_NOPROGRESS, request.httpBody() ? 0L : 1L);
-  curl_easy_setopt(easy_, CURLOPT_VERBOSE, 0L);
+  showRaw(false);
   // A request on a kept connection that dies is sent again on another one without a question.
   curl_easy_setopt(easy_, CURLOPT_FRESH_CONNECT, isIdempotent(request.httpMethod()) ? 0L : 1L);
   setMethod(request);
@@ -216,14 +204,17 @@ void EasyHandle::setHeaderFields(const URLRequest& request) {
   if (hasBody) headerFields_ = curl_slist_append(headerFields_, "Expect:");
   curl_easy_setopt(easy_, CURLOPT_HTTPHEADER, headerFields_);
   // One line holds the cookies of the session and those of the request.
-  const auto cookie = request.value("Cookie");
-  curl_easy_setopt(easy_, CURLOPT_COOKIE, cookie ? std::string(*cookie).c_str() : nullptr);
+  if (const auto cookie = request.value("Cookie")) {
+    curl_easy_setopt(easy_, CURLOPT_COOKIE, std::string(*cookie).c_str());
+  }
 }
 
-void EasyHandle::showRawBody() { curl_easy_setopt(easy_, CURLOPT_VERBOSE, 1L); }
+void EasyHandle::showRaw(bool shows) { curl_easy_setopt(easy_, CURLOPT_VERBOSE, shows ? 1L : 0L); }
 
 void EasyHandle::clear() {
-  curl_easy_setopt(easy_, CURLOPT_HTTPHEADER, nullptr);
+  for (const CURLoption option : {CURLOPT_HTTPHEADER, CURLOPT_COOKIE}) {
+    curl_easy_setopt(easy_, option, nullptr);
+  }
   curl_slist_free_all(headerFields_);
   headerFields_ = nullptr;
 }

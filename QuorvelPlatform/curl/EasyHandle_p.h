@@ -27,25 +27,21 @@ class EasyHandle {
 
   /// Makes the handle ready for a request, whose URL and body must stay until the transfer ends.
   void prepare(const URLRequest& request, std::chrono::milliseconds connectTimeout);
-  /// Shows the raw body of the answer under way to Transfer::didReceiveRaw().
-  void showRawBody();
+  /// Whether header lines and pieces of the body are shown to the transfer as they came, before the
+  /// network library does anything with them.
+  void showRaw(bool shows);
   /// Forgets the header fields of the request, which may be secret.
   void clear();
 
   CURL* get() const { return easy_; }
 
  private:
-  void make();
   void setFixedOptions();
   void setMethod(const URLRequest& request);
   void setHeaderFields(const URLRequest& request);
 
   const URLSessionConfiguration& configuration_;
-  CURLSH* const share_;
-  OpenSockets& sockets_;
-  Transfer& transfer_;
-  CURL* easy_ = nullptr;
-  bool isUsed_ = false;
+  CURL* const easy_;
   curl_slist* headerFields_ = nullptr;
 };
 

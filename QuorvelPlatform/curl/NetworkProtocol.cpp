@@ -60,10 +60,6 @@ class NetworkProtocol final : public URLProtocol,
   void connectionIsFree() override {
     const std::lock_guard lock(engine_.network().atWork());
     transfer_ = state_->takeTransfer();
-    startTransfer();
-  }
-
-  void startTransfer() {
     transfer_->prepare(*this, *request_,
                        std::chrono::ceil<std::chrono::milliseconds>(load_.idleInterval()));
     engine_.network().add(*transfer_);
@@ -72,7 +68,7 @@ class NetworkProtocol final : public URLProtocol,
   void didMove() override { load_.touch(engine_.now()); }
 
   void didEnd(CURLcode code) override {
-    if (transfer_->metStrayInput()) return startTransfer();
+    if (transfer_->metStrayInput()) return connectionIsFree();
     Outcome outcome;
     outcome.errorCode = transfer_->errorCode(code);
     const bool isRedirect = outcome.errorCode == 0 && transfer_->redirect().has_value();
@@ -87,8 +83,7 @@ class NetworkProtocol final : public URLProtocol,
       if (redirected_) head.url = redirected_->url();
       outcome.body = Data(transfer_->takeBody());
     }
-    // The handle of a failure keeps its system error, which the next one would take for its own.
-    if (code == CURLE_OK) state_->giveBack(std::move(transfer_));
+    if (transfer_->canBeUsedAgain(code)) state_->giveBack(std::move(transfer_));
     transfer_.reset();
     engine_.network().hosts().leave(*this);
     if (outcome.errorCode == 0 && isRedirect) return send(*redirected_);

@@ -47,7 +47,8 @@ std::unique_ptr<Transfer> NetworkState::takeTransfer() {
 }
 
 void NetworkState::giveBack(std::unique_ptr<Transfer> transfer) {
-  if (idle_.size() >= maximumIdleTransfers) return;
+  // libcurl stores trailers of a proxy's answer, though not its head, without showing them before.
+  if (!configuration_.proxy.empty() || idle_.size() >= maximumIdleTransfers) return;
   transfer->clear();
   idle_.push_back(std::move(transfer));
 }

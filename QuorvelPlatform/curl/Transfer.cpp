@@ -46,6 +46,7 @@ void Transfer::prepare(TransferOwner& owner, const URLRequest& request,
 
 void Transfer::clear() {
   handle_.clear();
+  connections_ = 0;
   metStrayInput_ = false;
   statusCode_ = 0;
   headIsWhole_ = false;
@@ -63,12 +64,35 @@ void Transfer::clear() {
 
 bool Transfer::mayUseConnection(const ConnectionPorts& ports) {
   ports_ = ports;
+  ++connections_;
+  head_ = Head::awaitsStatusLine;
   metStrayInput_ = sockets_.hasStrayInput(ports);
   return !metStrayInput_;
 }
 
+// Before 8.2 libcurl adds a folded line to the field that it stored last, even when that belonged
+// to the answer before and is freed: until an exchange has a field, its lines are looked at before.
+// What libcurl stores is neither the first line of a head nor one that begins with a line end.
+void Transfer::watchForFirstField(std::string_view headerLine) {
+  if (head_ == Head::hasField) return;
+  if (headerLine.starts_with('\r') || headerLine.starts_with('\n')) {
+    head_ = Head::awaitsStatusLine;
+  } else {
+    head_ = head_ == Head::awaitsStatusLine ? Head::awaitsField : Head::hasField;
+  }
+  handle_.showRaw(head_ == Head::awaitsField);
+}
+
+// Blanks between the status line and the first field are a reason to refuse the answer (RFC 9112,
+// section 2.2).
+bool Transfer::didReceiveRawHeaderLine(std::string_view line) {
+  const bool isFolded = line.starts_with(' ') || line.starts_with('\t');
+  return !isFolded || head_ != Head::awaitsField || stop(URLError::cannotParseResponse);
+}
+
 bool Transfer::didReceiveHeaderLine(std::string_view line) {
   owner_->didMove();
+  watchForFirstField(line);
   const bool isStatusLine = line.starts_with("HTTP/");
   if (isStatusLine && (statusCode_ == 0 || (headIsWhole_ && statusCode_ < 200))) {
     long status = 0;
@@ -127,7 +151,7 @@ bool Transfer::didReceiveHead() {
   if (isHTTP1) sockets_.answersInTurn(ports_);
   if (coding_ != Coding::none) {
     gzipTail_.reset(isHTTP1 && isChunked_);
-    handle_.showRawBody();
+    handle_.showRaw(true);
   }
   return true;
 }
@@ -177,9 +201,18 @@ void Transfer::makeRoomForBody() {
   if (*announced >= large) detail::populatePages(body_.data(), body_.capacity());
 }
 
-void Transfer::didSend(std::int64_t total) {
+bool Transfer::didSend(std::int64_t total) {
   if (total != sent_) owner_->didMove();
   sent_ = total;
+  return ownError_ == 0;
+}
+
+// libcurl (7.88) keeps the system error of a connection that failed, and counts, up to five, how
+// often it sent a request again on another connection.
+bool Transfer::canBeUsedAgain(CURLcode code) const {
+  long systemError = 0;
+  curl_easy_getinfo(easy(), CURLINFO_OS_ERRNO, &systemError);
+  return code == CURLE_OK && systemError == 0 && connections_ == 1;
 }
 
 std::int64_t Transfer::errorCode(CURLcode code) const {

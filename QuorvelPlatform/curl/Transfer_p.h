@@ -40,6 +40,8 @@ class Transfer {
   std::optional<URLRequest>& redirect() { return redirect_; }
   /// The code of URLError for the end of the exchange, 0 for a whole answer.
   std::int64_t errorCode(CURLcode code) const;
+  /// Whether nothing is left in the handle that the next exchange would take for its own.
+  bool canBeUsedAgain(CURLcode code) const;
   /// Whether nothing was sent, because something came before on the connection that was to be
   /// used, which is closed now.
   bool metStrayInput() const { return metStrayInput_; }
@@ -54,14 +56,16 @@ class Transfer {
   bool mayUseConnection(const ConnectionPorts& ports);
   bool didReceiveHeaderLine(std::string_view line);
   bool didReceiveBody(std::string_view piece);
-  void didReceiveRaw(std::string_view bytes) { gzipTail_.take(bytes); }
-  void didSend(std::int64_t total);
+  bool didReceiveRawHeaderLine(std::string_view line);
+  void didReceiveRawBody(std::string_view piece) { gzipTail_.take(piece); }
+  bool didSend(std::int64_t total);
 
  private:
   /// How the body is encoded. The network library decodes more than gzip, but tells of nothing
   /// else whether it came to its end.
   enum class Coding { none, gzip, other };
 
+  void watchForFirstField(std::string_view headerLine);
   bool takeNote(std::string_view headerLine);
   bool didReceiveHead();
   bool expectBody();
@@ -78,7 +82,11 @@ class Transfer {
   const URLRequest* request_ = nullptr;
 
   ConnectionPorts ports_;
+  int connections_ = 0;
   bool metStrayInput_ = false;
+
+  /// How far it is, over the present connection, to a field that the network library stores.
+  enum class Head { awaitsStatusLine, awaitsField, hasField } head_ = Head::awaitsStatusLine;
 
   // The answer so far.
   int statusCode_ = 0;

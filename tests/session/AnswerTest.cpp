@@ -18,21 +18,46 @@ using namespace quorvelkit::test;
 const std::string ok = "HTTP/1.1 200 OK\r\n";
 const std::string okChunked = ok + "Transfer-Encoding: chunked\r\n";
 
+const std::string goodAnswer = withLength(ok + "First: 1\r\nLast: 2\r\n", "body");
+
 // A head that begins with a folded line continues nothing, least of all the answer before it.
 TEST(AnswerTest, AFoldedLineContinuesNoOtherAnswer) {
-  const TestServer server([](const auto& request, auto& connection) {
-    const bool isFolded = request.target == "/folded";
-    connection.send(
-        withLength(ok + (isFolded ? " folded: 3\r\n" : "First: 1\r\nLast: 2\r\n"), "body"));
-  });
-  const auto session = URLSession::make();
-  for (const std::string path : {"/", "/folded", "/", "/folded"}) {
-    const Result result = send(requestFor(server.url(path)), session);
-    ASSERT_TRUE(result.response || result.error);
-    if (result.response) {
-      EXPECT_EQ(result.header("Last").has_value(), path == "/");
+  const std::string early = "HTTP/1.1 103 Hints\r\n";
+  const std::string heads[] = {
+      ok + " folded: 3\r\n",
+      ok + "\tfolded: 3\r\nOther: 4\r\n",
+      "http/1.1 200 OK\r\n folded: 3\r\n",
+      early + " folded: 3\r\n\r\n" + ok + "Other: 4\r\n",
+      early + "\r\n" + ok + " folded: 3\r\n",
+      early + "\rx: y\r\n" + ok + " folded: 3\r\n",
+  };
+  for (const std::string& head : heads) {
+    SCOPED_TRACE(head);
+    const TestServer server([&](const auto& request, auto& connection) {
+      connection.send(request.target == "/good" ? goodAnswer : withLength(head, "body"));
+    });
+    const auto session = URLSession::make();
+    for (int round = 0; round < 2; ++round) {
+      EXPECT_EQ(send(requestFor(server.url("/good")), session).header("Last"), "2");
+      EXPECT_EQ(send(requestFor(server.url("/folded")), session).code(),
+                URLError::cannotParseResponse);
     }
   }
+}
+
+TEST(AnswerTest, AFoldedTrailerOfAProxyContinuesNoAnswer) {
+  const TestServer proxy([](const auto& request, auto& connection) {
+    connection.send(request.method == "GET"
+                        ? goodAnswer
+                        : "HTTP/1.1 407 Who\r\nProxy-Authenticate: Basic realm=x\r\n"
+                          "Transfer-Encoding: chunked\r\n\r\n0\r\n folded: 3\r\n\r\n");
+    if (request.method != "GET") connection.close();
+  });
+  URLSessionConfiguration configuration;
+  configuration.proxy = proxy.url("");
+  const auto session = URLSession::make(configuration);
+  EXPECT_EQ(send(requestFor("http://a.test/"), session).header("Last"), "2");
+  EXPECT_EQ(send(requestFor("https://a.test/"), session).code(), URLError::networkConnectionLost);
 }
 
 TEST(AnswerTest, HeaderFieldsKeepTheirSpellingAndJoin) {

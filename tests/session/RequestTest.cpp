@@ -7,6 +7,7 @@
 
 #include <cstdlib>
 #include <latch>
+#include <map>
 
 namespace quorvelkit {
 namespace {
@@ -76,19 +77,34 @@ TEST(RequestTest, RequestsAreSentAsTheyWereSet) {
        AllOf(lacks("evil"), has("Content-Length: 3\r\n"), lacks("close"), lacks("chunked"),
              lacks("100-"), lacks("Proxy"))},
   };
-  for (const auto& [name, base, head] : cases) {
-    SCOPED_TRACE(name);
-    const Awaited<ReceivedRequest> seen;
-    const TestServer server([&](const auto& received, auto& connection) {
-      seen.set(received);
-      connection.answer(200);
-    });
-    URLRequest sent = base;
+  const Awaited<ReceivedRequest> seen;
+  const TestServer server([&](const auto& received, auto& connection) {
+    seen.set(received);
+    connection.answer(200);
+  });
+  std::map<std::string, std::string> heads;
+  const auto sendCase = [&](const auto& each, const auto& session) {
+    URLRequest sent = std::get<URLRequest>(each);
     sent.setURL(*URL::parse(server.url("/a/../b%7e?c=d&e#f")));
-    EXPECT_EQ(send(sent).code(), 0);
+    EXPECT_EQ(send(sent, session).code(), 0);
+  };
+  for (const auto& each : cases) {
+    const auto& [name, base, head] = each;
+    SCOPED_TRACE(name);
+    sendCase(each, URLSession::make());
     EXPECT_THAT(seen.get().head, head);
     EXPECT_EQ(seen.get().body, base.httpBody().value_or(Data()).view());
     EXPECT_EQ(seen.get().value("Host"), "127.0.0.1:" + std::to_string(server.port()));
+    heads[name] = seen.get().head;
+  }
+  // The same when another request was sent with the same means before.
+  const auto session = URLSession::make();
+  for (const auto& before : cases) {
+    for (const auto& each : cases) {
+      sendCase(before, session);
+      sendCase(each, session);
+      EXPECT_EQ(seen.get().head, heads[std::get<0>(each)]) << "after " << std::get<0>(before);
+    }
   }
 }
 
@@ -135,6 +151,17 @@ TEST(RequestTest, OnlyAnIdempotentRequestIsSentAgainOnADeadConnection) {
               idempotent ? 0 : URLError::networkConnectionLost);
     EXPECT_EQ(seen, idempotent ? 2 : 1);
   }
+}
+
+TEST(RequestTest, ItMattersNotHowManyConnectionsDied) {
+  const TestServer server([](Connection& connection) {
+    if (connection.read()) connection.answer(200);
+    connection.read();
+  });
+  const auto session = URLSession::make();
+  for (int i = 0; i < 20; ++i)
+    EXPECT_EQ(send(requestFor(server.url()), session).code(), 0);
+  EXPECT_EQ(server.connectionCount(), 20);
 }
 
 TEST(RequestTest, CookiesLiveInTheirSessionAndGoInOneLine) {

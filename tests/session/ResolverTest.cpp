@@ -18,6 +18,17 @@ TEST(ResolverTest, AProxyThatIsUnknownIsToldLikeAHost) {
             URLError::cannotFindHost);
 }
 
+TEST(ResolverTest, ARefusalOfOneAddressIsNoErrorOfTheNextAnswer) {
+  const TestServer server([](const auto& request, auto& connection) {
+    if (request.target == "/good") return connection.answer(200);
+    connection.send("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nno size\r\n");
+  });
+  const auto session = URLSession::make();
+  const std::string twoAddresses = "http://second.test:" + std::to_string(server.port());
+  EXPECT_EQ(send(requestFor(twoAddresses + "/good"), session).code(), 0);
+  EXPECT_EQ(send(requestFor(server.url("/bad")), session).code(), URLError::cannotParseResponse);
+}
+
 TEST(ResolverTest, ACancelledTaskDoesNotWaitForItsName) {
   const Call call(requestFor("http://slow.test/"));
   call.task->resume();
