@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelKit/QVBaseObject.h>
+#include <QuorvelPlatform/MemoryPages_p.h>
 
 #include <utility>
 
@@ -25,6 +26,10 @@ std::optional<JSON> QVBaseObject::child(const KeyView& key) const {
   const ValueView member = json_->view().memberOrNull(key);
   if (member.isNull()) return std::nullopt;
   return JSON(member);
+}
+
+void QVBaseObject::preferLargePages(void* block, std::size_t size) noexcept {
+  detail::preferLargePages(block, size);
 }
 
 }  // namespace quorvelkit

@@ -6,7 +6,6 @@
 #include <QuorvelKit/QVResponseKey.h>
 #include <QuorvelKit/QVStrictRead.h>
 #include <QuorvelPlatform/Export.h>
-#include <QuorvelPlatform/MemoryPages.h>
 
 #include <cstddef>
 #include <optional>
@@ -72,13 +71,15 @@ class QUORVELKIT_EXPORT QVBaseObject {
     if (!list || list->kind() != ValueView::Kind::array) return models;
     const std::size_t count = list->size();
     models.reserve(count);
-    detail::preferLargePages(models.data(), count * sizeof(Model));
+    preferLargePages(models.data(), count * sizeof(Model));
     for (std::size_t i = 0; i < count; ++i)
       models.emplace_back(JSON(list->element(i)));
     return models;
   }
 
  private:
+  static void preferLargePages(void* block, std::size_t size) noexcept;
+
   std::optional<JSON> json_;
 };
 

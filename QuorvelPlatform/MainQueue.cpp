@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelPlatform/MainQueue.h>
-#include <QuorvelPlatform/NeverDestroyed.h>
+#include <QuorvelPlatform/NeverDestroyed_p.h>
 
 #include <pthread.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <QuorvelPlatform/MemoryPages.h>
+#include <QuorvelPlatform/MemoryPages_p.h>
 
 #include <sys/mman.h>
 #include <unistd.h>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelPlatform/FatalError.h>
-#include <QuorvelPlatform/NeverDestroyed.h>
+#include <QuorvelPlatform/NeverDestroyed_p.h>
 #include <QuorvelPlatform/ProtocolRegistry_p.h>
 #include <QuorvelPlatform/SessionEngine_p.h>
 #include <QuorvelPlatform/URLError.h>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelPlatform/DataTask_p.h>
 #include <QuorvelPlatform/FatalError.h>
-#include <QuorvelPlatform/NeverDestroyed.h>
+#include <QuorvelPlatform/NeverDestroyed_p.h>
 #include <QuorvelPlatform/SessionEngine_p.h>
 #include <QuorvelPlatform/SessionState_p.h>
 #include <QuorvelPlatform/URLSession.h>

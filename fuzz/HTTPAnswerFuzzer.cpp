@@ -2,7 +2,7 @@
 #include "Fuzzing.h"
 #include "tests/support/TestServer.h"
 
-#include <QuorvelPlatform/ASCII.h>
+#include <QuorvelPlatform/ASCII_p.h>
 #include <QuorvelPlatform/URLError.h>
 #include <QuorvelPlatform/URLSession.h>
 

@@ -3,7 +3,7 @@
 
 #include <QuorvelKit/JSON/KeyPlaces_p.h>
 #include <QuorvelKit/JSON/Value.h>
-#include <QuorvelPlatform/MemoryPages.h>
+#include <QuorvelPlatform/MemoryPages_p.h>
 
 #include <algorithm>
 #include <bit>

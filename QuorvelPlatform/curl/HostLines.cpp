@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <QuorvelPlatform/ASCII.h>
+#include <QuorvelPlatform/ASCII_p.h>
 #include <QuorvelPlatform/URL.h>
 #include <QuorvelPlatform/curl/HostLines_p.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <QuorvelPlatform/ASCII.h>
+#include <QuorvelPlatform/ASCII_p.h>
 #include <QuorvelPlatform/HTTPHead_p.h>
-#include <QuorvelPlatform/MemoryPages.h>
+#include <QuorvelPlatform/MemoryPages_p.h>
 #include <QuorvelPlatform/URLError.h>
 #include <QuorvelPlatform/curl/ErrorMap_p.h>
 #include <QuorvelPlatform/curl/RedirectRule_p.h>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // Numbers, dates and encodings as text, whatever locale and time zone the process has.
-#include <QuorvelPlatform/ASCII.h>
+#include <QuorvelPlatform/ASCII_p.h>
 #include <QuorvelPlatform/DateFormatter.h>
 #include <QuorvelPlatform/DoubleText.h>
 #include <QuorvelPlatform/FatalError.h>

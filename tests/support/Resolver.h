@@ -11,7 +11,7 @@
 
 #include "tests/support/Awaited.h"
 
-#include <QuorvelPlatform/NeverDestroyed.h>
+#include <QuorvelPlatform/NeverDestroyed_p.h>
 
 #include <atomic>
 

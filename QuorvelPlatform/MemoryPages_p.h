@@ -2,8 +2,6 @@
 // To touch a page of memory for the first time costs a fault, more than filling the page.
 #pragma once
 
-#include <QuorvelPlatform/Export.h>
-
 #include <cstddef>
 
 namespace quorvelkit::detail {
@@ -11,10 +9,10 @@ namespace quorvelkit::detail {
 /// Lets the system back a huge block of memory, of 32 MB and more, by large pages where it can.
 /// Smaller blocks are left as they are, since the C library keeps them for the next one that asks.
 /// Any thread; never fails visibly.
-QUORVELKIT_EXPORT void preferLargePages(void* block, std::size_t size) noexcept;
+void preferLargePages(void* block, std::size_t size) noexcept;
 
 /// Has the system back a block of memory at once that is about to be filled, without a fault for
 /// each page. Any thread; never fails visibly (Linux before 5.14 does nothing).
-QUORVELKIT_EXPORT void populatePages(void* block, std::size_t size) noexcept;
+void populatePages(void* block, std::size_t size) noexcept;
 
 }  // namespace quorvelkit::detail
