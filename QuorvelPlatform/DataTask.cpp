@@ -43,7 +43,10 @@ void DataTask::complete(Outcome outcome) {
     outcome = Outcome::failure(URLError::cancelled);
   }
   const auto handler = std::exchange(handler_, nullptr);
-  if (outcome.errorCode != 0) outcome.error = URLError::make(outcome.errorCode, request_.url());
+  if (outcome.errorCode != 0) {
+    outcome.error =
+        URLError::make(outcome.errorCode, request_.url(), std::move(outcome.technicalText));
+  }
   if (outcome.error) {
     handler(std::nullopt, nullptr, std::move(outcome.error));
     return;

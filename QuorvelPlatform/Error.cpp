@@ -35,6 +35,11 @@ std::string Error::localizedDescription() const {
          ").";
 }
 
+std::optional<std::string> Error::technicalDescription() const {
+  const auto found = userInfo().find(technicalDescriptionKey);
+  return found == userInfo().end() ? std::nullopt : std::optional(found->second);
+}
+
 bool operator==(const Error& a, const Error& b) noexcept {
   return a.fields_ == b.fields_ || *a.fields_ == *b.fields_;
 }

@@ -7,6 +7,7 @@
 #include <iosfwd>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -20,6 +21,8 @@ class QUORVELKIT_EXPORT Error {
 
   /// The key of the text that localizedDescription() returns.
   static constexpr std::string_view localizedDescriptionKey = "localizedDescription";
+  /// The key of the text that technicalDescription() returns.
+  static constexpr std::string_view technicalDescriptionKey = "technicalDescription";
 
   Error(std::string domain, std::int64_t code, UserInfo userInfo = {});
   /// An error whose user info holds only this description.
@@ -30,6 +33,10 @@ class QUORVELKIT_EXPORT Error {
   const UserInfo& userInfo() const noexcept;
   /// The text under localizedDescriptionKey, or a sentence with domain and code without one.
   std::string localizedDescription() const;
+  /// The reason in the words of the network or TLS library, in English, for logs and for people who
+  /// look for a fault; absent when there is none. May name hosts, ports and files, never user
+  /// names, passwords, header fields or the query of a URL.
+  std::optional<std::string> technicalDescription() const;
 
   friend QUORVELKIT_EXPORT bool operator==(const Error& a, const Error& b) noexcept;
   /// Prints domain, code and description.

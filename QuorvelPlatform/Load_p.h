@@ -41,6 +41,8 @@ class Load final : public URLProtocolClient, public std::enable_shared_from_this
   }
   /// When the load times out unless something moves before.
   Clock::time_point deadline() const;
+  /// Which of its two limits a load has passed that timed out.
+  std::string timeoutText(Clock::time_point now) const;
   Clock::duration idleInterval() const { return idleInterval_; }
 
   /// The rest belongs to the IO thread.

@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace quorvelkit {
 
@@ -25,14 +26,17 @@ struct HTTPHead {
 
 /// How a load ended.
 struct Outcome {
-  static Outcome failure(std::int64_t code) {
+  static Outcome failure(std::int64_t code, std::string technicalText = {}) {
     Outcome outcome;
     outcome.errorCode = code;
+    outcome.technicalText = std::move(technicalText);
     return outcome;
   }
 
   /// A code of URLError, 0 for none.
   std::int64_t errorCode = 0;
+  /// Why, for Error::technicalDescription(); empty when nothing more is known.
+  std::string technicalText;
   /// The error of a protocol that made its own.
   std::optional<Error> error;
   std::shared_ptr<const URLResponse> response;

@@ -275,11 +275,11 @@ void SessionEngine::finish(Load& load, DataTask& task) {
   loads_.pop_back();
 }
 
-void SessionEngine::endEarly(Load& load, std::int64_t code) {
+void SessionEngine::endEarly(Load& load, std::int64_t code, std::string technicalText) {
   auto task = load.close();
   if (!task) return;
   finish(load, *task);
-  deliver(std::move(task), Outcome::failure(code));
+  deliver(std::move(task), Outcome::failure(code, std::move(technicalText)));
 }
 
 void SessionEngine::endTimedOut() {
@@ -288,7 +288,7 @@ void SessionEngine::endTimedOut() {
   for (std::size_t i = 0; i < loads_.size();) {
     const auto deadline = loads_[i]->deadline();
     const std::size_t count = loads_.size();
-    if (deadline <= now_) endEarly(*loads_[i], URLError::timedOut);
+    if (deadline <= now_) endEarly(*loads_[i], URLError::timedOut, loads_[i]->timeoutText(now_));
     if (loads_.size() == count) {
       nextDeadline_ = std::min(nextDeadline_, deadline);
       ++i;

@@ -12,6 +12,7 @@
 #include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -71,7 +72,7 @@ class SessionEngine {
   void handle(std::vector<Message>& messages);
   void begin(std::shared_ptr<DataTask> task);
   void finish(Load& load, DataTask& task);
-  void endEarly(Load& load, std::int64_t code);
+  void endEarly(Load& load, std::int64_t code, std::string technicalText = {});
   void endTimedOut();
 
   std::array<std::thread, 2> threads_;

@@ -3,6 +3,7 @@
 #include <QuorvelPlatform/URLError.h>
 
 #include <sstream>
+#include <utility>
 
 namespace quorvelkit {
 
@@ -42,13 +43,16 @@ std::string_view description(std::int64_t code) {
 
 }  // namespace
 
-Error URLError::make(std::int64_t code, const URL& failingURL) {
+Error URLError::make(std::int64_t code, const URL& failingURL, std::string technicalDescription) {
   std::ostringstream urlText;
   urlText << failingURL;
-  return {std::string(domain),
-          code,
-          {{std::string(Error::localizedDescriptionKey), std::string(description(code))},
-           {std::string(failingURLKey), urlText.str()}}};
+  Error::UserInfo userInfo;
+  userInfo.emplace(Error::localizedDescriptionKey, description(code));
+  userInfo.emplace(failingURLKey, urlText.str());
+  if (!technicalDescription.empty()) {
+    userInfo.emplace(Error::technicalDescriptionKey, std::move(technicalDescription));
+  }
+  return {std::string(domain), code, std::move(userInfo)};
 }
 
 }  // namespace quorvelkit

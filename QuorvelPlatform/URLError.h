@@ -5,6 +5,7 @@
 #include <QuorvelPlatform/Export.h>
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace quorvelkit {
@@ -17,6 +18,7 @@ struct QUORVELKIT_EXPORT URLError {
   /// The key of the URL that failed, without user information, in the user info.
   static constexpr std::string_view failingURLKey = "failingURL";
 
+  /// Also for a process that is short of memory or may start no threads.
   static constexpr std::int64_t unknown = -1;
   static constexpr std::int64_t cancelled = -999;
   static constexpr std::int64_t badURL = -1000;
@@ -42,8 +44,10 @@ struct QUORVELKIT_EXPORT URLError {
   static constexpr std::int64_t serverCertificateNotYetValid = -1204;
   static constexpr std::int64_t clientCertificateRequired = -1206;
 
-  /// An error of this domain with the code's description and the URL that failed.
-  static Error make(std::int64_t code, const URL& failingURL);
+  /// An error of this domain with the code's description, the URL that failed and, unless it is
+  /// empty, a text for Error::technicalDescription().
+  static Error make(std::int64_t code, const URL& failingURL,
+                    std::string technicalDescription = {});
 };
 
 }  // namespace quorvelkit

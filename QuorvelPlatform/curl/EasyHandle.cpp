@@ -2,6 +2,7 @@
 #include <QuorvelPlatform/ASCII_p.h>
 #include <QuorvelPlatform/FatalError.h>
 #include <QuorvelPlatform/curl/EasyHandle_p.h>
+#include <QuorvelPlatform/curl/ErrorMap_p.h>
 #include <QuorvelPlatform/curl/OpenSockets_p.h>
 #include <QuorvelPlatform/curl/Transfer_p.h>
 
@@ -144,8 +145,23 @@ void EasyHandle::setFixedOptions() {
       curl_easy_setopt(easy_, option, nullptr);
     }
   }
+  setProxy();
+  curl_easy_setopt(easy_, CURLOPT_ERRORBUFFER, errorBuffer_.data());
+}
+
+// User name and password are an option of their own, since libcurl's texts quote a proxy that it
+// cannot use.
+void EasyHandle::setProxy() {
+  std::string proxy = configuration_.proxy;
+  const std::size_t at = proxy.rfind('@');
+  if (at != std::string::npos) {
+    const std::size_t slashes = proxy.find("//");
+    const std::size_t begin = slashes < at ? slashes + 2 : 0;
+    curl_easy_setopt(easy_, CURLOPT_PROXYUSERPWD, proxy.substr(begin, at - begin).c_str());
+    proxy.erase(begin, at + 1 - begin);
+  }
   // Both are set even when they are empty: unset ones are looked up in the environment.
-  curl_easy_setopt(easy_, CURLOPT_PROXY, configuration_.proxy.c_str());
+  curl_easy_setopt(easy_, CURLOPT_PROXY, proxy.c_str());
   curl_easy_setopt(easy_, CURLOPT_NOPROXY, "");
 }
 
@@ -161,6 +177,7 @@ void EasyHandle::prepare(const URLRequest& request, std::chrono::milliseconds co
                    static_cast<long>(std::min(connectTimeout, longest).count()));
   curl_easy_setopt(easy_, CURLOPT_NOPROGRESS, request.httpBody() ? 0L : 1L);
   showRaw(false);
+  errorBuffer_.front() = '\0';
   // A request on a kept connection that dies is sent again on another one without a question.
   curl_easy_setopt(easy_, CURLOPT_FRESH_CONNECT, isIdempotent(request.httpMethod()) ? 0L : 1L);
   setMethod(request);
@@ -210,6 +227,10 @@ void EasyHandle::setHeaderFields(const URLRequest& request) {
 }
 
 void EasyHandle::showRaw(bool shows) { curl_easy_setopt(easy_, CURLOPT_VERBOSE, shows ? 1L : 0L); }
+
+std::string EasyHandle::errorText(CURLcode code) const {
+  return networkErrorText(code, errorBuffer_.data(), configuration_.caFile);
+}
 
 void EasyHandle::clear() {
   for (const CURLoption option : {CURLOPT_HTTPHEADER, CURLOPT_COOKIE}) {

@@ -6,7 +6,9 @@
 
 #include <curl/curl.h>
 
+#include <array>
 #include <chrono>
+#include <string>
 
 namespace quorvelkit {
 
@@ -30,6 +32,8 @@ class EasyHandle {
   /// Whether header lines and pieces of the body are shown to the transfer as they came, before the
   /// network library does anything with them.
   void showRaw(bool shows);
+  /// What the network library says of a failure, printable and without secrets.
+  std::string errorText(CURLcode code) const;
   /// Forgets the header fields of the request, which may be secret.
   void clear();
 
@@ -37,12 +41,14 @@ class EasyHandle {
 
  private:
   void setFixedOptions();
+  void setProxy();
   void setMethod(const URLRequest& request);
   void setHeaderFields(const URLRequest& request);
 
   const URLSessionConfiguration& configuration_;
   CURL* const easy_;
   curl_slist* headerFields_ = nullptr;
+  std::array<char, CURL_ERROR_SIZE> errorBuffer_{};
 };
 
 }  // namespace quorvelkit

@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelPlatform/URLError.h>
+#include <QuorvelPlatform/UTF8.h>
 #include <QuorvelPlatform/curl/ErrorMap_p.h>
 
 #include <ifaddrs.h>
 #include <net/if.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <fstream>
+#include <system_error>
 
 namespace quorvelkit {
 
@@ -65,6 +69,13 @@ std::int64_t verificationError(CURL* easy) {
   }
 }
 
+// libcurl says the same of a file that is missing and of one that is no PEM.
+std::string whyUnusable(const std::string& caFile) {
+  const std::ifstream file(caFile);
+  if (file) return "The file holds no certificate in PEM form.";
+  return std::generic_category().message(errno);
+}
+
 }  // namespace
 
 std::int64_t urlErrorCode(CURLcode code, CURL* easy) {
@@ -118,6 +129,17 @@ std::int64_t urlErrorCode(CURLcode code, CURL* easy) {
     case CURLE_SSL_SHUTDOWN_FAILED: return URLError::secureConnectionFailed;
     default: return URLError::unknown;
   }
+}
+
+std::string networkErrorText(CURLcode code, std::string_view errorBuffer,
+                             const std::string& caFile) {
+  std::string text(errorBuffer.empty() ? curl_easy_strerror(code) : errorBuffer);
+  if (code == CURLE_SSL_CACERT_BADFILE && !caFile.empty()) text += "; " + whyUnusable(caFile);
+  const bool isText = isUTF8(text);
+  std::replace_if(
+      text.begin(), text.end(),
+      [&](char c) { return (c >= '\0' && c < ' ') || c == '\x7f' || (c < '\0' && !isText); }, ' ');
+  return text;
 }
 
 }  // namespace quorvelkit

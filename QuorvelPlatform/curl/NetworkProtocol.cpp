@@ -71,6 +71,7 @@ class NetworkProtocol final : public URLProtocol,
     if (transfer_->metStrayInput()) return connectionIsFree();
     Outcome outcome;
     outcome.errorCode = transfer_->errorCode(code);
+    if (outcome.errorCode != 0) outcome.technicalText = transfer_->technicalText(code);
     const bool isRedirect = outcome.errorCode == 0 && transfer_->redirect().has_value();
     if (isRedirect) {
       redirected_ = std::exchange(transfer_->redirect(), std::nullopt);

@@ -207,6 +207,10 @@ bool Transfer::didSend(std::int64_t total) {
   return ownError_ == 0;
 }
 
+std::string Transfer::technicalText(CURLcode code) const {
+  return code == CURLE_OK || ownError_ != 0 ? std::string() : handle_.errorText(code);
+}
+
 // libcurl (7.88) keeps the system error of a connection that failed, and counts, up to five, how
 // often it sent a request again on another connection.
 bool Transfer::canBeUsedAgain(CURLcode code) const {

@@ -40,6 +40,9 @@ class Transfer {
   std::optional<URLRequest>& redirect() { return redirect_; }
   /// The code of URLError for the end of the exchange, 0 for a whole answer.
   std::int64_t errorCode(CURLcode code) const;
+  /// What the network library says of such an end; empty when it took the exchange for a whole one
+  /// or when the exchange was stopped here.
+  std::string technicalText(CURLcode code) const;
   /// Whether nothing is left in the handle that the next exchange would take for its own.
   bool canBeUsedAgain(CURLcode code) const;
   /// Whether nothing was sent, because something came before on the connection that was to be

@@ -88,6 +88,9 @@ void Backend::traceExchange(std::ostream& trace, const QVBaseResponse& response)
 std::optional<std::string> Backend::problem(const QVBaseResponse& response) {
   const auto& error = response.error();
   if (!error) return std::nullopt;
-  if (error->domain() == URLError::domain) return error->localizedDescription();
+  if (error->domain() == URLError::domain) {
+    const auto technical = error->technicalDescription();
+    return error->localizedDescription() + (technical ? "\n  " + *technical : "");
+  }
   return serversWords(*error) + " (status " + std::to_string(error->code()) + ")";
 }

@@ -137,6 +137,8 @@ TEST(ErrorTest, ComparesAndDescribesItself) {
   EXPECT_EQ(described.localizedDescription(), "text");
   EXPECT_NE(plain.localizedDescription().find("Domain"), std::string::npos);
   EXPECT_EQ(described.userInfo().size(), 1U);
+  EXPECT_EQ(described.technicalDescription(), std::nullopt);
+  EXPECT_EQ(URLError::make(-1, *URL::parse("a"), "why").technicalDescription(), "why");
 }
 
 TEST(URLSessionConfigurationTest, TheDefaultCanBeSet) {

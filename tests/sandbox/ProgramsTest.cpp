@@ -82,6 +82,7 @@ TEST_F(QuorvelTest, tellsWhenToLeaveOrWhyItFails) {
                        {here + " --from 1,1 --to 2,2", 1, "no road within"},
                        {here + "/elsewhere" + demo, 1, "status 404"},
                        {" route" + dead + demo, 1, "with --backend"},
+                       {" route" + dead + demo, 1, "could be made.\n  Failed to connect"},
                        {" route --trace" + dead + demo, 1, "Login failed"},
                        {" route --backend 'no url'" + demo, 1, "is no URL"},
                        {" route --from 1,1", 2, "--to is required"},
