@@ -14,14 +14,14 @@ bool CompletionQueue::push(std::shared_ptr<DataTask> task, Outcome outcome) {
 
 bool CompletionQueue::needsThread() {
   const std::lock_guard lock(mutex_);
-  return !isRunning_ && !waiting_.empty();
+  return !isRunning_ && !waiting_.empty() && !stopping_;
 }
 
-void CompletionQueue::run() {
+void CompletionQueue::run(int batches) {
   std::unique_lock lock(mutex_);
   if (isRunning_) return;
   isRunning_ = true;
-  while (!waiting_.empty() && !stopping_) {
+  for (; batches > 0 && !waiting_.empty() && !stopping_; --batches) {
     batch_.swap(waiting_);
     lock.unlock();
     for (Completion& completion : batch_) {

@@ -5,6 +5,7 @@
 #include <QuorvelPlatform/Outcome_p.h>
 
 #include <atomic>
+#include <limits>
 #include <memory>
 #include <mutex>
 #include <vector>
@@ -17,10 +18,11 @@ class CompletionQueue {
  public:
   /// Gives true when no thread is completing tasks: one has to be told.
   bool push(std::shared_ptr<DataTask> task, Outcome outcome);
-  /// Whether there are tasks and no thread is completing them.
+  /// Whether there are tasks to complete and no thread is completing them.
   bool needsThread();
-  /// Completes tasks until none is left, unless another thread is at it.
-  void run();
+  /// Completes tasks until none is left, unless another thread is at it. A batch is what waits
+  /// when it begins.
+  void run(int batches = std::numeric_limits<int>::max());
   /// Lets the handler that is running end and runs no other; what is left over stays where it is.
   void stop() { stopping_ = true; }
 

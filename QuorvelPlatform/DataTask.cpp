@@ -25,7 +25,7 @@ void DataTask::resume() {
 void DataTask::cancel() {
   State expected = State::suspended;
   if (state_.compare_exchange_strong(expected, State::canceling)) {
-    SessionEngine::shared().deliver(shared_from_this(), {});
+    SessionEngine::shared().cancelUnstarted(shared_from_this());
     return;
   }
   expected = State::running;

@@ -28,7 +28,7 @@ class DataTask final : public URLSessionDataTask, public std::enable_shared_from
 
   SessionState& session() const { return *session_; }
   /// Runs the handler with the outcome, or with a cancellation that came before it, and lets go of
-  /// it. Called once, on the callback thread.
+  /// it. Called once, on the callback thread or, for want of threads, on the main queue.
   void complete(Outcome outcome);
 
   /// The load that serves this task while there is one. Belongs to the IO thread.

@@ -1,123 +1,32 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelPlatform/FatalError.h>
-#include <QuorvelPlatform/NeverDestroyed_p.h>
+#include <QuorvelPlatform/MainQueue.h>
 #include <QuorvelPlatform/ProtocolRegistry_p.h>
 #include <QuorvelPlatform/SessionEngine_p.h>
 #include <QuorvelPlatform/URLError.h>
 #include <QuorvelPlatform/curl/NetworkProtocol_p.h>
 
-#include <pthread.h>
-
 #include <algorithm>
-#include <csignal>
-#include <cstdlib>
-#include <list>
 #include <utility>
 
 namespace quorvelkit {
 
-namespace {
-
-std::mutex engineMutex;
-std::atomic<SessionEngine*> currentEngine = nullptr;
-std::atomic<int> generation = 0;
-
-// Signals are for the application's threads; SIGPIPE of a broken connection reaches nobody.
-class AllSignalsBlocked {
- public:
-  AllSignalsBlocked() {
-    sigset_t all;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before_);
-  }
-  AllSignalsBlocked(const AllSignalsBlocked&) = delete;
-  AllSignalsBlocked& operator=(const AllSignalsBlocked&) = delete;
-  ~AllSignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-
- private:
-  sigset_t before_{};
-};
-
-}  // namespace
-
-int SessionEngine::processGeneration() { return generation.load(std::memory_order_relaxed); }
-
-SessionEngine& SessionEngine::shared() {
-  if (SessionEngine* engine = currentEngine.load(std::memory_order_acquire)) return *engine;
-  const std::lock_guard lock(engineMutex);
-  SessionEngine* engine = currentEngine.load(std::memory_order_relaxed);
-  if (engine == nullptr) {
-    static const NeverDestroyed<std::list<SessionEngine>> ofAllGenerations;
-    engine = &ofAllGenerations->emplace_back();
-    currentEngine.store(engine, std::memory_order_release);
-  }
-  return *engine;
-}
-
-SessionEngine::SessionEngine() {
-  registerProcessHandlers();
-  const AllSignalsBlocked blocked;
-  try {
-    for (std::thread& thread : threads_)
-      thread = std::thread([this] { run(); });
-  } catch (const std::exception&) {
-    fatalError("The threads of the URL session could not be started.");
-  }
-}
-
-// The network is initialised before the exit handler is registered, so that the threads have
-// stopped when its own clean-up runs. Across a fork, the first lock and that of the network come
-// before the others, which are taken inside them; of the others, only that of the completions is
-// ever taken inside another one.
-void SessionEngine::registerProcessHandlers() {
-  static bool registered = false;
-  if (std::exchange(registered, true)) return;
-  int failure = std::atexit([] {
-    if (SessionEngine* engine = currentEngine.load()) engine->stop();
-  });
-  static constexpr auto forEachLock = [](void (*visit)(std::mutex&)) {
-    visit(protocolRegistryMutex());
-    if (SessionEngine* engine = currentEngine.load(std::memory_order_relaxed)) {
-      visit(engine->mutex_);
-      visit(engine->completions_.mutex());
-    }
-  };
-  static constexpr auto network = []() -> std::recursive_mutex* {
-    SessionEngine* const engine = currentEngine.load(std::memory_order_relaxed);
-    return engine == nullptr ? nullptr : &engine->network_.atWork();
-  };
-  static constexpr auto lock = [](std::mutex& mutex) { mutex.lock(); };
-  static constexpr auto unlock = [](std::mutex& mutex) { mutex.unlock(); };
-  failure |= pthread_atfork(
-      [] {
-        engineMutex.lock();
-        if (auto* const atWork = network()) atWork->lock();
-        forEachLock(lock);
-      },
-      [] {
-        forEachLock(unlock);
-        if (auto* const atWork = network()) atWork->unlock();
-        engineMutex.unlock();
-      },
-      [] {
-        forEachLock(unlock);
-        ++generation;
-        // A handler that forks must not go on with the parent's other handlers.
-        if (SessionEngine* const engine = currentEngine.exchange(nullptr)) {
-          engine->completions_.stop();
-          engine->stopping_ = true;
-        }
-        engineMutex.unlock();
-      });
-  if (failure != 0) fatalError("The URL session could not ask to be told of exit and fork.");
-}
-
 void SessionEngine::start(std::shared_ptr<DataTask> task) {
+  std::string problem = startThreads();
+  if (!problem.empty()) {
+    return deliver(std::move(task), Outcome::failure(URLError::unknown, std::move(problem)));
+  }
   post({Event::start, std::move(task), nullptr});
 }
 
+void SessionEngine::cancelUnstarted(std::shared_ptr<DataTask> task) {
+  startThreads();
+  deliver(std::move(task), {});
+}
+
 void SessionEngine::cancel(std::shared_ptr<DataTask> task) {
-  post({Event::cancel, std::move(task), nullptr});
+  // Before both threads run nothing is under way; a task that starts meanwhile sees its own state.
+  if (threadCount_ == threads_.size()) post({Event::cancel, std::move(task), nullptr});
 }
 
 void SessionEngine::ended(std::shared_ptr<Load> load, std::shared_ptr<DataTask> task) {
@@ -151,24 +60,17 @@ void SessionEngine::deliver(std::shared_ptr<DataTask> task, Outcome outcome) {
   }
 }
 
-// Has a thread that waits look for work.
+// Has a thread that waits look for work. Without threads, the main queue completes what waits now.
 void SessionEngine::wakeOther() {
+  if (threadCount_ == 0) {
+    return MainQueue::main().async([this] {
+      if (threadCount_ == 0) completions_.run(1);
+      if (completions_.needsThread()) wakeOther();
+    });
+  }
   // Whoever found nothing to do is waiting once the lock is free.
   { const std::lock_guard lock(mutex_); }
   hasWork_.notify_one();
-}
-
-void SessionEngine::stop() {
-  completions_.stop();
-  {
-    const std::lock_guard lock(mutex_);
-    stopping_ = true;
-  }
-  hasWork_.notify_all();
-  network_.wakeUp();
-  for (std::thread& thread : threads_) {
-    if (std::this_thread::get_id() != thread.get_id()) thread.join();
-  }
 }
 
 void SessionEngine::run() {

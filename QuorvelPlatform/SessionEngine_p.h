@@ -24,8 +24,10 @@ namespace quorvelkit {
 /// that ends the last load under way completes it itself, which saves a switch of threads; the
 /// other one takes the network over as soon as a task starts meanwhile.
 ///
-/// Made with the first task that starts and never destroyed; both threads are stopped and joined
-/// at exit. A child process made by fork leaves its parent's engine alone and makes a fresh one.
+/// Made with the first task and never destroyed. The threads start with the first task that is
+/// resumed or cancelled; both are stopped and joined at exit. While one of them cannot be started,
+/// tasks fail: they complete on the other one or, when there is none, on the main queue.
+/// A child process made by fork leaves its parent's engine alone and makes a fresh one.
 class SessionEngine {
  public:
   static SessionEngine& shared();
@@ -40,6 +42,8 @@ class SessionEngine {
   /// Any thread.
   void start(std::shared_ptr<DataTask> task);
   void cancel(std::shared_ptr<DataTask> task);
+  /// Has a task that was never started complete as cancelled.
+  void cancelUnstarted(std::shared_ptr<DataTask> task);
   void ended(std::shared_ptr<Load> load, std::shared_ptr<DataTask> task);
   /// Has the task complete on the callback thread.
   void deliver(std::shared_ptr<DataTask> task, Outcome outcome);
@@ -58,6 +62,7 @@ class SessionEngine {
   using Lock = std::unique_lock<std::mutex>;
 
   static void registerProcessHandlers();
+  std::string startThreads();
   void stop();
   void run();
   void wakeOther();
@@ -75,7 +80,9 @@ class SessionEngine {
   void endEarly(Load& load, std::int64_t code, std::string technicalText = {});
   void endTimedOut();
 
+  // Changed under the lock of the engines; how many have started may be read by any thread.
   std::array<std::thread, 2> threads_;
+  std::atomic<std::size_t> threadCount_ = 0;
   std::mutex mutex_;
   std::condition_variable hasWork_;
   std::atomic<bool> stopping_ = false;

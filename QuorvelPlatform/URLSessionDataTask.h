@@ -9,8 +9,8 @@
 namespace quorvelkit {
 
 /// One transfer. Its completion handler runs exactly once for a task that was resumed or
-/// cancelled, on the session's callback thread, never inside resume() or cancel(); the task lets
-/// go of the handler once that has run. All members may be called from any thread.
+/// cancelled, on the session's callback thread (URLSession), never inside resume() or cancel(); the
+/// task lets go of the handler once that has run. All members may be called from any thread.
 class QUORVELKIT_EXPORT URLSessionDataTask {
  public:
   /// A task is completed from just before its handler runs.

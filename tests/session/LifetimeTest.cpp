@@ -93,9 +93,9 @@ TEST(LifetimeTest, AThousandCancellationsAtRandomMomentsCompleteOnceEach) {
 // AddressSanitizer (Clang 14) does not keep its own locks across the fork of a process with
 // threads, and takes what the threads of the parent held for leaks of the child.
 const std::vector<const char*> ways = {
-    "main", "handler",   "protocol", "late", "idle", "name",
+    "main", "handler",   "protocol",        "late", "idle", "name", "threadless",
 #ifndef QUORVELKIT_TESTS_ADDRESSES
-    "fork", "fork-name",
+    "fork", "fork-name", "fork-threadless",
 #endif
 };
 

@@ -5,7 +5,9 @@
 // The server must answer URL + "quick" and keep silent on URL + "stall".
 #include "tests/support/Call.h"
 #include "tests/support/Resolver.h"
+#include "tests/support/ThreadStart.h"
 
+#include <QuorvelPlatform/MainQueue.h>
 #include <QuorvelPlatform/URLProtocol.h>
 
 #include <sys/wait.h>
@@ -51,13 +53,17 @@ struct LateComer {
   }
 };
 
-int forkInFlight(const std::shared_ptr<URLSession>& session, const std::string& url) {
+// Returns 0 when the call under way ends in the parent alone, with that code.
+int forkInFlight(const std::shared_ptr<URLSession>& session, const std::string& url,
+                 std::int64_t code) {
   const Call call(requestFor(url + "stall"), session);
   const Call suspended(requestFor(url + "quick"), session);
   call.task->resume();
   const pid_t child = fork();
+  threadsLeft = INT_MAX;
   if (child == 0) {
     call.task->cancel();
+    MainQueue::main().runPending();
     suspended.task->resume();
     const bool works = suspended.result().status() == 200 &&
                        send(requestFor(url + "quick"), session).status() == 200;
@@ -67,7 +73,7 @@ int forkInFlight(const std::shared_ptr<URLSession>& session, const std::string& 
   waitpid(child, &status, 0);
   if (call.isDone() || send(requestFor(url + "quick"), session).status() != 200) return 13;
   call.task->cancel();
-  if (call.result().code() != -999) return 14;
+  if (call.result().code() != code) return 14;
   return WIFEXITED(status) ? WEXITSTATUS(status) : 15;
 }
 
@@ -88,12 +94,15 @@ int main(int, char** arguments) {
     startForbidden(*session, "http://slow.test/");
     slowName->asked.get();
   }
-  if (way.starts_with("fork")) return forkInFlight(session, url);
+  if (way.ends_with("threadless")) threadsLeft = 0;
+  if (way == "fork-threadless") return forkInFlight(session, url, URLError::unknown);
+  if (way.starts_with("fork")) return forkInFlight(session, url, URLError::cancelled);
   if (way == "idle") {
     lateComer.session = session;
   } else {
     stallSome(*session, url);
   }
+  if (way == "threadless") return 0;
   if (way == "protocol") {
     URLProtocol::registerFactory([](const URLRequest& request) {
       return request.url().scheme() == "leave" ? std::make_unique<ExitInProtocol>() : nullptr;
