@@ -89,7 +89,7 @@ void SessionEngine::registerProcessHandlers() {
   };
   static constexpr auto network = []() -> std::recursive_mutex* {
     SessionEngine* const engine = currentEngine.load(std::memory_order_relaxed);
-    return engine == nullptr ? nullptr : &engine->network_.atWork();
+    return engine == nullptr || engine->threadCount_ == 0 ? nullptr : &engine->network_.atWork();
   };
   static constexpr auto lock = [](std::mutex& mutex) { mutex.lock(); };
   static constexpr auto unlock = [](std::mutex& mutex) { mutex.unlock(); };
