@@ -203,6 +203,13 @@ TEST(RequestTest, TheProxyComesFromTheConfigurationNeverFromTheEnvironment) {
   configuration.proxy = server.url("");
   const auto proxied = URLSession::make(configuration);
   EXPECT_EQ(send(requestFor("http://far.invalid/away"), proxied).body(), "http://far.invalid/away");
+  // Its credentials are encoded in the setting, and end with the last "@".
+  const TestServer asking([](const auto& received, auto& connection) {
+    connection.answer(200, received.value("Proxy-Authorization"));
+  });
+  configuration.proxy = "http://us%65r:p@ss@" + asking.url("").substr(7);
+  EXPECT_EQ(send(requestFor("http://far.invalid/"), URLSession::make(configuration)).body(),
+            "Basic dXNlcjpwQHNz");
   // With TLS it is told where to connect to, and no more.
   const Awaited<std::string> told;
   const TestServer leaving([&](Connection& connection) {
