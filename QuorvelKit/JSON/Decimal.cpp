@@ -13,6 +13,9 @@ namespace {
 __extension__ using Mantissa = unsigned __int128;
 
 constexpr std::size_t mostDigits = 38;
+// 10^37: a smaller mantissa has room for one digit more.
+constexpr Mantissa firstOfMostDigits =
+    Mantissa{10'000'000'000'000'000'000U} * 1'000'000'000'000'000'000U;
 constexpr std::int64_t smallestExponent = -128;
 constexpr std::int64_t largestExponent = 127;
 
@@ -81,6 +84,11 @@ Decimal Decimal::parse(std::string_view text) {
   }
   if (!anyDigit) return notANumber();
   if (reader.take("eE")) exponent += readExponent(reader);
+  // The first digit that is left out decides alone, so that nothing is rounded twice.
+  for (; exponent < smallestExponent && (mantissa != 0 || roundUp); ++exponent) {
+    roundUp = mantissa % 10 >= 5;
+    mantissa /= 10;
+  }
   if (roundUp) ++mantissa;
   Decimal result;
   if (mantissa == 0) return result;
@@ -88,6 +96,8 @@ Decimal Decimal::parse(std::string_view text) {
     mantissa /= 10;
     ++exponent;
   }
+  for (; exponent > largestExponent && mantissa < firstOfMostDigits; --exponent)
+    mantissa *= 10;
   if (exponent < smallestExponent || exponent > largestExponent) return result;
   result.high_ = static_cast<std::uint64_t>(mantissa >> 64U);
   result.low_ = static_cast<std::uint64_t>(mantissa);

@@ -60,7 +60,7 @@ void appendText(std::string& out, const Decimal& value) {
     out += "nan";
     return;
   }
-  const std::string digits = value.digits();
+  std::string digits = value.digits();
   if (digits.empty()) {
     out += '0';
     return;
@@ -70,8 +70,9 @@ void appendText(std::string& out, const Decimal& value) {
   const auto length = static_cast<int>(digits.size());
   const int point = length + value.exponent();
   if (point > 38 || point < -4) {
+    digits.erase(digits.find_last_not_of('0') + 1);
     out += digits[0];
-    if (length > 1) out.append(1, '.').append(digits, 1);
+    if (digits.size() > 1) out.append(1, '.').append(digits, 1);
     const int exponent = point - 1;
     out += exponent < 0 ? "e-" : "e+";
     if (std::abs(exponent) < 10) out += '0';
