@@ -109,6 +109,8 @@ void JSON::set(const KeyView& key, const JSON& value) {
       tag == ValueTag::unknown || tag == ValueTag::failure || tag == ValueTag::longFailure;
   if (hasError || !ValueCore::isMap(value_)) return;
   Value object = value.object();
+  // The key may be a text of the members that a copy takes the place of.
+  const Value before = ValueCore::isWritable(value_) ? Value() : value_;
   ValueCore::writableMembers(value_).set(key.text(), std::move(object));
 }
 

@@ -136,17 +136,19 @@ Value ValueCore::take(Document* document) noexcept {
   return value;
 }
 
+bool ValueCore::isWritable(const Value& value) noexcept {
+  const ValueTag tag = value.bits_.tag();
+  return (tag == ValueTag::array || tag == ValueTag::map) &&
+         value.counted()->count.load(std::memory_order_acquire) == 1;
+}
+
 ValueArray& ValueCore::writableElements(Value& value) {
-  const bool own = value.bits_.tag() == ValueTag::array &&
-                   value.counted()->count.load(std::memory_order_acquire) == 1;
-  if (!own) value = Value(*value.elements());
+  if (!isWritable(value)) value = Value(*value.elements());
   return mutableCell<ArrayCell>(value).elements;
 }
 
 ValueMap& ValueCore::writableMembers(Value& value) {
-  const bool own = value.bits_.tag() == ValueTag::map &&
-                   value.counted()->count.load(std::memory_order_acquire) == 1;
-  if (!own) value = Value(*value.members());
+  if (!isWritable(value)) value = Value(*value.members());
   return mutableCell<MapCell>(value).members;
 }
 

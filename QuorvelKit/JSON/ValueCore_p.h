@@ -95,8 +95,11 @@ struct ValueCore {
   static Value take(Document* document) noexcept;
   static void destroy(ContainerCell* cell, ValueTag tag) noexcept;
 
-  // Makes an array or a map one that may be written in place: no document's, nobody else's. Only
-  // this level is copied. Values of other kinds must not be given.
+  // Whether a value is an array or a map that may be written in place: no document's, nobody
+  // else's.
+  static bool isWritable(const Value& value) noexcept;
+  // Make an array or a map such a value. Only this level is copied. Values of other kinds must not
+  // be given.
   static ValueArray& writableElements(Value& value);
   static ValueMap& writableMembers(Value& value);
 

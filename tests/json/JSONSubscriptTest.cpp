@@ -182,5 +182,34 @@ TEST(JSONSubscriptTest, WritesWhereItFits) {
   EXPECT_EQ(array[0], JSON::parse("[1,[[1,[2]]]]"));
 }
 
+TEST(JSONSubscriptTest, TakesKeysAndValuesThatArePartsOfItself) {
+  // Nothing else keeps the document of this one.
+  JSON numbers = JSON::parse(R"({"first key":1,"b":2})");
+  numbers.set(numbers.view().memberAt(0).first, 3);
+  EXPECT_EQ(numbers, JSON::parse(R"({"first key":3,"b":2})"));
+  for (JSON (*const make)() : {&sample, &changedSample}) {
+    JSON json = make();
+    json.set(json.view().memberAt(0).first, 1);
+    EXPECT_EQ(json["a"], 1);
+
+    json = make();
+    json.set(*json.view().member("s")->text(), 2);
+    json.set("s", *json.view().member("s")->text());
+    json.set(*json.view().member("s")->text(), json["text"]);
+    EXPECT_EQ(json.rawString(TextEncoding::utf8, JSONWritingOptions::none),
+              R"({"a":{"b":[10,20,{"c":"deep"}]},"list":[1,2],"n":null,"s":"text","text":2})");
+
+    json = make();
+    json.set({json.view().memberAt(0).first, "b", 2}, json["a"]);
+    json = json[{"a", "b"}];
+    EXPECT_EQ(json[2], sample()["a"]);
+    json.set(0, json[2]);
+    json.set(2, Value(json.view().element(1)));
+    EXPECT_EQ(json, JSON::makeArray({sample()["a"], 20, 20}));
+    json.setStringValue(json.stringValue() + "x");
+    EXPECT_EQ(json, "x");
+  }
+}
+
 }  // namespace
 }  // namespace quorvelkit
