@@ -36,7 +36,7 @@ JSON::value_type pairAt(const ValueView& value, JSONIndex index) {
 JSONIndex JSON::startIndex() const noexcept { return indexOf(value_, 0); }
 JSONIndex JSON::endIndex() const noexcept { return indexOf(value_, value_.size()); }
 JSON::Iterator JSON::begin() const noexcept { return {value_, startIndex()}; }
-JSON::Iterator JSON::end() const noexcept { return {value_, endIndex()}; }
+JSON::Iterator JSON::end() const noexcept { return {Value(), endIndex()}; }
 JSON::value_type JSON::operator[](JSONIndex index) const { return pairAt(value_, index); }
 JSON::value_type JSON::Iterator::operator*() const { return pairAt(value_, index_); }
 

@@ -16,7 +16,6 @@
 #include <cstdint>
 #include <initializer_list>
 #include <iosfwd>
-#include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -140,7 +139,8 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   std::string debugDescription() const { return description(); }
 
   /// A value as a collection of pairs: of an array the position in decimal and the element, of a
-  /// map the key and the member; other kinds are empty. Pairs are made as they are read.
+  /// map the key and the member; other kinds are empty. Pairs are made as they are read. A loop
+  /// sees the value as it was when it began, whatever is written to it meanwhile.
   class Iterator;
   using value_type = std::pair<std::string, JSON>;
   using const_iterator = Iterator;
@@ -221,38 +221,7 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   friend struct detail::ValueCore;
 };
 
-/// Goes through the pairs of a value that outlives it and is not written to meanwhile.
-class QUORVELKIT_EXPORT JSON::Iterator {
- public:
-  using iterator_concept = std::forward_iterator_tag;
-  using iterator_category = std::input_iterator_tag;
-  using value_type = JSON::value_type;
-  using difference_type = std::ptrdiff_t;
-  using reference = value_type;
-  using pointer = void;
-
-  Iterator() noexcept = default;
-  value_type operator*() const;
-  Iterator& operator++() noexcept {
-    index_ = index_.next();
-    return *this;
-  }
-  Iterator operator++(int) noexcept {
-    Iterator before = *this;
-    ++*this;
-    return before;
-  }
-  friend bool operator==(const Iterator& a, const Iterator& b) noexcept {
-    return a.index_ == b.index_;
-  }
-
- private:
-  Iterator(ValueView value, JSONIndex index) noexcept : value_(value), index_(index) {}
-
-  ValueView value_;
-  JSONIndex index_ = JSONIndex::null();
-
-  friend class JSON;
-};
-
 }  // namespace quorvelkit
+
+// Completes the class.
+#include <QuorvelKit/JSON/JSONIterator.h>

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <any>
 #include <limits>
 #include <ranges>
@@ -13,7 +14,7 @@ namespace {
 using Type = JSON::Type;
 
 static_assert(sizeof(JSON) == 16);
-static_assert(std::ranges::forward_range<const JSON>);
+static_assert(std::ranges::forward_range<const JSON> && std::ranges::borrowed_range<JSON>);
 static_assert(!std::is_constructible_v<Value, char> && !std::is_convertible_v<Data, JSON>);
 
 JSON error900() { return JSON::makeArray({1})[7]; }
@@ -143,6 +144,27 @@ TEST(JSONTest, IteratesOverPairs) {
   }
   EXPECT_DEATH(array[array.endIndex()], "Index out of range");
   EXPECT_DEATH(array[JSONIndex::dictionary(0)], "Index out of range");
+}
+
+TEST(JSONTest, IterationSeesTheValueAsItWasWhenItBegan) {
+  for (const char* const loop : {"of a document", "of a value written to"}) {
+    SCOPED_TRACE(loop);
+    JSON map = JSON::parse(R"({"b":1,"a":2})");
+    if (loop[5] == 'v') map.set("a", 2);
+    for (const auto& [key, member] : map) {
+      map.set(key + "!", map.size());
+      map.set(key, JSON::makeArray({member}));
+    }
+    EXPECT_EQ(map, JSON::parse(R"({"b":[1],"a":[2],"b!":2,"a!":3})"));
+    // Also of what is gone.
+    JSON::Iterator position = map.begin();
+    map = JSON();
+    EXPECT_EQ(*++position, JSON::value_type("a", JSON::makeArray({2})));
+  }
+  const auto isB = [](const JSON::value_type& pair) { return pair.first == "b"; };
+  const auto found = std::ranges::find_if(JSON::parse(R"({"a":1,"b":[2]})"), isB);
+  EXPECT_EQ(found->second[0], 2);
+  EXPECT_EQ(JSON::parse("[5]").begin()->first, "0");
 }
 
 TEST(JSONTest, IndexesCompareWithinTheirCase) {

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QuorvelKit/JSON/JSON.h>
+
+#include <cstddef>
+#include <iterator>
+#include <ranges>
+#include <utility>
+
+namespace quorvelkit {
+
+/// Goes through the pairs of a value. It takes part in owning what it goes through, for the price
+/// of a reference count: the value may change or go meanwhile.
+class QUORVELKIT_EXPORT JSON::Iterator {
+ public:
+  using iterator_concept = std::forward_iterator_tag;
+  using iterator_category = std::input_iterator_tag;
+  using value_type = JSON::value_type;
+  using difference_type = std::ptrdiff_t;
+  using reference = value_type;
+  /// Keeps the pair for as long as a part of it is read.
+  struct pointer {
+    value_type pair;
+    const value_type* operator->() const noexcept { return &pair; }
+  };
+
+  Iterator() noexcept = default;
+  value_type operator*() const;
+  pointer operator->() const { return {**this}; }
+  Iterator& operator++() noexcept {
+    index_ = index_.next();
+    return *this;
+  }
+  Iterator operator++(int) noexcept {
+    Iterator before = *this;
+    ++*this;
+    return before;
+  }
+  friend bool operator==(const Iterator& a, const Iterator& b) noexcept {
+    return a.index_ == b.index_;
+  }
+
+ private:
+  Iterator(Value value, JSONIndex index) noexcept : value_(std::move(value)), index_(index) {}
+
+  Value value_;
+  JSONIndex index_ = JSONIndex::null();
+
+  friend class JSON;
+};
+
+}  // namespace quorvelkit
+
+/// Iterators stay valid when the value is gone.
+template <>
+inline constexpr bool std::ranges::enable_borrowed_range<quorvelkit::JSON> = true;
