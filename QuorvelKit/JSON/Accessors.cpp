@@ -55,7 +55,7 @@ std::optional<URL> JSON::url() const {
   return encoded ? URL::parse(*encoded) : std::nullopt;
 }
 
-void JSON::setURL(const std::optional<URL>& value) {
+void JSON::setURL(const std::optional<URL>& value) & {
   setObject(value ? Value(value->absoluteString()) : Value());
 }
 
@@ -68,7 +68,7 @@ std::optional<std::vector<JSON>> JSON::array() const {
   return elements;
 }
 
-void JSON::setArray(const std::optional<std::vector<JSON>>& value) {
+void JSON::setArray(const std::optional<std::vector<JSON>>& value) & {
   *this = value ? JSON(*value) : JSON();
 }
 
@@ -83,7 +83,7 @@ std::optional<JSONMap> JSON::dictionary() const {
   return members;
 }
 
-void JSON::setDictionary(const std::optional<JSONMap>& value) {
+void JSON::setDictionary(const std::optional<JSONMap>& value) & {
   *this = value ? JSON(*value) : JSON();
 }
 

@@ -36,7 +36,9 @@ using JSONMap = OrderedMap<JSON>;
 ///     const double latitude = json[{"points", 0, "lat"}].doubleValue();
 ///
 /// Copies are independent values and cost a reference count. Const members may run on any threads
-/// at once. A value keeps the whole document alive that it was read from.
+/// at once. A value keeps the whole document alive that it was read from. Assignments and setters
+/// take lvalues only: `json["a"] = 5` would change a copy of the member and does not compile;
+/// `json.set("a", 5)` changes the value. Arguments may be parts of the value they are given to.
 class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
  public:
   enum class Type : int { number, string, bool_, array, dictionary, null, unknown };
@@ -45,6 +47,11 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
 
   /// Null.
   JSON() noexcept = default;
+  JSON(const JSON&) noexcept = default;
+  JSON(JSON&&) noexcept = default;
+  JSON& operator=(const JSON&) & noexcept = default;
+  JSON& operator=(JSON&&) & noexcept = default;
+  ~JSON() = default;
   /// Parses bytes (RFC 8259). What is no document gives a plain null, and the parser's error in
   /// the slot when there is one: domain ErrorDomain, code ErrorInvalidJSON. UTF-8 only, a leading
   /// byte-order mark is skipped; of members with the same key the last wins; at most 512 levels;
@@ -89,7 +96,7 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   /// The untyped value to look at, without taking part in owning it.
   const ValueView& view() const noexcept { return value_; }
   /// An object of no JSON kind makes the value unknown, with error ErrorUnsupportedType.
-  void setObject(Value object) noexcept { *this = JSON(std::move(object)); }
+  void setObject(Value object) & noexcept { *this = JSON(std::move(object)); }
 
   /// Reads. Along a path the error of the first step that broke stays.
   template <JSONIndexInteger I>
@@ -110,20 +117,21 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   /// Writes. An array is never extended, a map is; a value that carries an error is not stored,
   /// and what does not fit is ignored. A negative index is a programming error.
   template <JSONIndexInteger I>
-  void set(I index, const JSON& value) {
+  void set(I index, const JSON& value) & {
     setElement(JSONKey::clampedIndex(index), value);
   }
-  void set(const KeyView& key, const JSON& value);
+  void set(const KeyView& key, const JSON& value) &;
   template <JSONSubscriptType T>
-  requires(!JSONIndexInteger<T> && !JSONKeyText<T>) void set(const T& element, const JSON& value) {
+  requires(!JSONIndexInteger<T> && !JSONKeyText<T>) void set(const T& element,
+                                                             const JSON& value) & {
     setStep(JSONKey(element), value);
   }
   /// Writes along a path: stores the value's object, so that one with an error is stored as null.
   /// Every step but the last must be there; an empty path does nothing.
-  void set(std::initializer_list<JSONKey> path, const JSON& value) {
+  void set(std::initializer_list<JSONKey> path, const JSON& value) & {
     set(JSONPath(path.begin(), path.size()), value);
   }
-  void set(JSONPath path, const JSON& value);
+  void set(JSONPath path, const JSON& value) &;
 
   /// The bytes of the document, UTF-8. Absent, with error ErrorInvalidJSON in the slot, unless the
   /// value is an array or a map of finite numbers, UTF-8 texts, booleans, nulls, arrays and maps.
@@ -156,45 +164,45 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   /// Typed reads and writes; JSONNumericAccessors holds those of the number types. Setting an
   /// absent value makes the value null.
   std::optional<bool> bool_() const noexcept { return value_.boolean(); }
-  void setBool(std::optional<bool> value) { setOptional(value); }
+  void setBool(std::optional<bool> value) & { setOptional(value); }
   /// Of a number whether it is not zero, of a text whether it begins, after blanks, a sign and
   /// zeros, with one of YyTt1-9; otherwise false.
   bool boolValue() const;
-  void setBoolValue(bool value) { setObject(value); }
+  void setBoolValue(bool value) & { setObject(value); }
 
   std::optional<std::string> string() const;
-  void setString(std::optional<std::string> value) { setOptional(std::move(value)); }
+  void setString(std::optional<std::string> value) & { setOptional(std::move(value)); }
   /// A text, a number's decimal text, "true" or "false", otherwise "".
   std::string stringValue() const;
-  void setStringValue(std::string value) { setObject(std::move(value)); }
+  void setStringValue(std::string value) & { setObject(std::move(value)); }
 
   std::optional<Number> number() const { return value_.storedNumber(); }
-  void setNumber(std::optional<Number> value) { setOptional(value); }
+  void setNumber(std::optional<Number> value) & { setOptional(value); }
   /// Of a text the decimal at its front (zero without one), otherwise the double 0.
   Number numberValue() const;
-  void setNumberValue(const Number& value) { setObject(value); }
+  void setNumberValue(const Number& value) & { setObject(value); }
 
   std::optional<Null> null_() const noexcept;
   /// Makes the value null, whatever is given.
-  void setNull(std::optional<Null>) { setObject(Null()); }
+  void setNull(std::optional<Null>) & { setObject(Null()); }
 
   /// A text, percent-encoded for a query, as a URL.
   std::optional<URL> url() const;
-  void setURL(const std::optional<URL>& value);
+  void setURL(const std::optional<URL>& value) &;
 
   std::optional<std::vector<JSON>> array() const;
-  void setArray(const std::optional<std::vector<JSON>>& value);
+  void setArray(const std::optional<std::vector<JSON>>& value) &;
   std::vector<JSON> arrayValue() const { return array().value_or(std::vector<JSON>()); }
-  void setArrayValue(const std::vector<JSON>& value) { *this = JSON(value); }
+  void setArrayValue(const std::vector<JSON>& value) & { *this = JSON(value); }
   std::optional<ValueArray> arrayObject() const { return value_.elements(); }
-  void setArrayObject(std::optional<ValueArray> value) { setOptional(std::move(value)); }
+  void setArrayObject(std::optional<ValueArray> value) & { setOptional(std::move(value)); }
 
   std::optional<JSONMap> dictionary() const;
-  void setDictionary(const std::optional<JSONMap>& value);
+  void setDictionary(const std::optional<JSONMap>& value) &;
   JSONMap dictionaryValue() const { return dictionary().value_or(JSONMap()); }
-  void setDictionaryValue(const JSONMap& value) { *this = JSON(value); }
+  void setDictionaryValue(const JSONMap& value) & { *this = JSON(value); }
   std::optional<ValueMap> dictionaryObject() const { return value_.members(); }
-  void setDictionaryObject(std::optional<ValueMap> value) { setOptional(std::move(value)); }
+  void setDictionaryObject(std::optional<ValueMap> value) & { setOptional(std::move(value)); }
 
   /// Equality and order exist between values of one kind only: numbers and texts (by bytes) are
   /// ordered; equal booleans, arrays, maps and nulls are also <= and >=. All else is false, also

@@ -41,31 +41,31 @@ class JSONNumericAccessors {
   std::int64_t int64Value() const { return getValue<std::int64_t>(); }
   std::uint64_t uInt64Value() const { return getValue<std::uint64_t>(); }
 
-  void setDouble(std::optional<double> value) { set(value); }
-  void setFloat(std::optional<float> value) { set(value); }
-  void setInt(std::optional<std::int64_t> value) { set(value); }
-  void setUInt(std::optional<std::uint64_t> value) { set(value); }
-  void setInt8(std::optional<std::int8_t> value) { set(value); }
-  void setUInt8(std::optional<std::uint8_t> value) { set(value); }
-  void setInt16(std::optional<std::int16_t> value) { set(value); }
-  void setUInt16(std::optional<std::uint16_t> value) { set(value); }
-  void setInt32(std::optional<std::int32_t> value) { set(value); }
-  void setUInt32(std::optional<std::uint32_t> value) { set(value); }
-  void setInt64(std::optional<std::int64_t> value) { set(value); }
-  void setUInt64(std::optional<std::uint64_t> value) { set(value); }
+  void setDouble(std::optional<double> value) & { set(value); }
+  void setFloat(std::optional<float> value) & { set(value); }
+  void setInt(std::optional<std::int64_t> value) & { set(value); }
+  void setUInt(std::optional<std::uint64_t> value) & { set(value); }
+  void setInt8(std::optional<std::int8_t> value) & { set(value); }
+  void setUInt8(std::optional<std::uint8_t> value) & { set(value); }
+  void setInt16(std::optional<std::int16_t> value) & { set(value); }
+  void setUInt16(std::optional<std::uint16_t> value) & { set(value); }
+  void setInt32(std::optional<std::int32_t> value) & { set(value); }
+  void setUInt32(std::optional<std::uint32_t> value) & { set(value); }
+  void setInt64(std::optional<std::int64_t> value) & { set(value); }
+  void setUInt64(std::optional<std::uint64_t> value) & { set(value); }
 
-  void setDoubleValue(double value) { set<double>(value); }
-  void setFloatValue(float value) { set<float>(value); }
-  void setIntValue(std::int64_t value) { set<std::int64_t>(value); }
-  void setUIntValue(std::uint64_t value) { set<std::uint64_t>(value); }
-  void setInt8Value(std::int8_t value) { set<std::int8_t>(value); }
-  void setUInt8Value(std::uint8_t value) { set<std::uint8_t>(value); }
-  void setInt16Value(std::int16_t value) { set<std::int16_t>(value); }
-  void setUInt16Value(std::uint16_t value) { set<std::uint16_t>(value); }
-  void setInt32Value(std::int32_t value) { set<std::int32_t>(value); }
-  void setUInt32Value(std::uint32_t value) { set<std::uint32_t>(value); }
-  void setInt64Value(std::int64_t value) { set<std::int64_t>(value); }
-  void setUInt64Value(std::uint64_t value) { set<std::uint64_t>(value); }
+  void setDoubleValue(double value) & { set<double>(value); }
+  void setFloatValue(float value) & { set<float>(value); }
+  void setIntValue(std::int64_t value) & { set<std::int64_t>(value); }
+  void setUIntValue(std::uint64_t value) & { set<std::uint64_t>(value); }
+  void setInt8Value(std::int8_t value) & { set<std::int8_t>(value); }
+  void setUInt8Value(std::uint8_t value) & { set<std::uint8_t>(value); }
+  void setInt16Value(std::int16_t value) & { set<std::int16_t>(value); }
+  void setUInt16Value(std::uint16_t value) & { set<std::uint16_t>(value); }
+  void setInt32Value(std::int32_t value) & { set<std::int32_t>(value); }
+  void setUInt32Value(std::uint32_t value) & { set<std::uint32_t>(value); }
+  void setInt64Value(std::int64_t value) & { set<std::int64_t>(value); }
+  void setUInt64Value(std::uint64_t value) & { set<std::uint64_t>(value); }
 
  private:
   template <class T>

@@ -16,8 +16,8 @@ namespace quorvelkit {
 class KeyView {
  public:
   template <class T>
-  requires std::convertible_to<const T&, std::string_view>
-  constexpr KeyView(const T& text) noexcept
+  requires(std::convertible_to<const T&, std::string_view> &&
+           !std::same_as<T, std::nullptr_t>) constexpr KeyView(const T& text) noexcept
       : text_(text), front_(frontOf(text_)), hash_(hashOf(text_)) {}
 
   template <class T>

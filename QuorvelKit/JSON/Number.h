@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QuorvelKit/JSON/Decimal.h>
+#include <QuorvelKit/JSON/JSONKey.h>
 #include <QuorvelPlatform/Export.h>
 
 #include <compare>
@@ -30,8 +31,9 @@ class QUORVELKIT_EXPORT Number {
   constexpr Number() noexcept : value_(std::int64_t{0}) {}
   template <std::same_as<bool> B>
   constexpr Number(B value) noexcept : value_(value) {}
-  template <std::integral I>
-  requires(!std::same_as<I, bool>) constexpr Number(I value) noexcept : value_(stored(value)) {}
+  template <JSONIndexInteger I>
+  constexpr Number(I value) noexcept : value_(stored(value)) {}
+  /// A `float` is stored as the double that has its value.
   template <std::floating_point F>
   constexpr Number(F value) noexcept : value_(static_cast<double>(value)) {}
   constexpr Number(Decimal value) noexcept : value_(value) {}

@@ -103,7 +103,7 @@ void JSON::setElement(std::int64_t index, const JSON& value) {
   if (!hasError && ValueCore::isArray(value_)) store(value_, JSONKey(index), value.object());
 }
 
-void JSON::set(const KeyView& key, const JSON& value) {
+void JSON::set(const KeyView& key, const JSON& value) & {
   const ValueTag tag = ValueCore::tag(value.value_);
   const bool hasError =
       tag == ValueTag::unknown || tag == ValueTag::failure || tag == ValueTag::longFailure;
@@ -122,7 +122,7 @@ void JSON::setStep(const JSONKey& step, const JSON& value) {
   }
 }
 
-void JSON::set(JSONPath path, const JSON& value) {
+void JSON::set(JSONPath path, const JSON& value) & {
   if (path.empty()) return;
   const JSONPath parents = path.first(path.size() - 1);
   // Look before anything is made writable, so that a write that fits nowhere copies nothing.

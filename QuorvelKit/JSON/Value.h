@@ -95,12 +95,12 @@ class QUORVELKIT_EXPORT Value : public ValueView {
 
   Value(const Value& other) noexcept : ValueView(other) { retain(); }
   Value(Value&& other) noexcept : ValueView(other) { other.bits_ = {}; }
-  Value& operator=(const Value& other) noexcept {
+  Value& operator=(const Value& other) & noexcept {
     Value copy(other);
     std::swap(bits_, copy.bits_);
     return *this;
   }
-  Value& operator=(Value&& other) noexcept {
+  Value& operator=(Value&& other) & noexcept {
     Value taken(std::move(other));
     std::swap(bits_, taken.bits_);
     return *this;

@@ -124,6 +124,11 @@ TEST(JSONAccessorsTest, ConvertsNumbersByOneRule) {
 template <class T, class SetOptional, class SetValue>
 void expectWrites(SetOptional setOptional, SetValue setValue, const T& value,
                   const char* description) {
+  static_assert(std::is_invocable_v<SetOptional, JSON&, T> &&
+                std::is_invocable_v<SetValue, JSON&, T>);
+  static_assert(
+      !std::is_invocable_v<SetOptional, JSON, T> && !std::is_invocable_v<SetValue, JSON, T>,
+      "a setter must not change a temporary");
   JSON json = JSON::makeArray({});
   (json.*setOptional)(value);
   EXPECT_EQ(json.description(), description);
@@ -155,6 +160,10 @@ TEST(JSONAccessorsTest, Writes) {
   expectWrites<JSONMap>(&JSON::setDictionary, &JSON::setDictionaryValue, {{"a", 1}},
                         "{\n  \"a\": 1\n}");
 
+  static_assert(!std::is_invocable_v<decltype(&JSON::setArrayObject), JSON, ValueArray> &&
+                !std::is_invocable_v<decltype(&JSON::setDictionaryObject), JSON, ValueMap> &&
+                !std::is_invocable_v<decltype(&JSON::setNull), JSON, Null> &&
+                !std::is_invocable_v<decltype(&JSON::setURL), JSON, std::optional<URL>>);
   JSON json = 1;
   json.setArrayObject(ValueArray{1});
   EXPECT_EQ(json, JSON::makeArray({1}));

@@ -35,7 +35,30 @@ concept SubscriptsJSON = requires(const JSON json, T t) {
   json[t];
 };
 static_assert(SubscriptsJSON<unsigned char> && SubscriptsJSON<std::size_t>);
-static_assert(!SubscriptsJSON<bool> && !SubscriptsJSON<char> && !SubscriptsJSON<double>);
+static_assert(!SubscriptsJSON<bool> && !SubscriptsJSON<char> && !SubscriptsJSON<double> &&
+              !SubscriptsJSON<std::nullptr_t>);
+static_assert(!std::is_constructible_v<KeyView, std::nullptr_t> &&
+              !std::is_constructible_v<JSONKey, std::nullptr_t>);
+
+// What changes a value, but would change a copy that nobody sees.
+template <class J>
+concept IsAssigned = requires(J json, const Value object) {
+  static_cast<J>(json) = 5;
+}
+|| requires(J json, const JSON other) { static_cast<J>(json) = other; }
+|| requires(J json, JSON other) { static_cast<J>(json) = std::move(other); };
+template <class J>
+concept IsWrittenTo = requires(J json) {
+  static_cast<J>(json).set("k", 1);
+}
+|| requires(J json) { static_cast<J>(json).set(0, 1); }
+|| requires(J json) { static_cast<J>(json).set({"k", 0}, 1); }
+|| requires(J json, JSONPath path) { static_cast<J>(json).set(path, 1); }
+|| requires(J json, Member member) { static_cast<J>(json).set(member, 1); }
+|| requires(J json) { static_cast<J>(json).setObject(1); };
+static_assert(IsAssigned<JSON&> && IsWrittenTo<JSON&>);
+static_assert(!IsAssigned<JSON&&> && !IsWrittenTo<JSON&&> && !std::is_assignable_v<Value, Value>);
+static_assert(std::regular<JSON> && std::swappable<JSON> && std::assignable_from<JSON&, int>);
 
 JSON sample() {
   return JSON::parse(R"({"a":{"b":[10,20,{"c":"deep"}]},"list":[1,2],"n":null,"s":"text"})");
