@@ -11,10 +11,7 @@ namespace quorvelkit::sandbox {
 namespace {
 
 Value position(const Coordinate& coordinate) {
-  ValueArray pair;
-  pair.emplace_back(coordinate.longitude);
-  pair.emplace_back(coordinate.latitude);
-  return pair;
+  return JSON::makeArray({coordinate.longitude, coordinate.latitude});
 }
 
 Value positions(const std::vector<Coordinate>& line) {
@@ -22,14 +19,15 @@ Value positions(const std::vector<Coordinate>& line) {
   list.reserve(line.size());
   for (const Coordinate& coordinate : line)
     list.push_back(position(coordinate));
-  return list;
+  return Value(std::move(list));
 }
 
 void addFeature(ValueArray& features, const char* type, Value coordinates, ValueMap properties) {
-  features.push_back(
-      ValueMap{{"type", "Feature"},
-               {"properties", std::move(properties)},
-               {"geometry", ValueMap{{"type", type}, {"coordinates", std::move(coordinates)}}}});
+  features.push_back(JSON::makeDictionary(
+      {{"type", "Feature"},
+       {"properties", Value(std::move(properties))},
+       {"geometry",
+        JSON::makeDictionary({{"type", type}, {"coordinates", std::move(coordinates)}})}}));
 }
 
 void addArea(ValueArray& features, const MapArea& area, const ValueMap& properties) {
@@ -37,13 +35,13 @@ void addArea(ValueArray& features, const MapArea& area, const ValueMap& properti
     ValueArray rings;
     for (const MapArea::Ring& ring : polygon)
       rings.push_back(positions(ring));
-    addFeature(features, "Polygon", std::move(rings), properties);
+    addFeature(features, "Polygon", Value(std::move(rings)), properties);
   }
 }
 
 HTTPAnswer collection(ValueArray features) {
-  return HTTPAnswer::json(
-      ValueMap{{"type", "FeatureCollection"}, {"features", std::move(features)}});
+  return HTTPAnswer::json(JSON::makeDictionary(
+      {{"type", "FeatureCollection"}, {"features", Value(std::move(features))}}));
 }
 
 // The notice about the map's data, as HTML.

@@ -56,26 +56,27 @@ Value growing(const std::array<double, 3>& widths, const std::array<double, 3>& 
   ValueArray stops;
   for (std::size_t i = 0; i < zoomLevels.size(); ++i)
     stops.push_back(arrayOf(zoomLevels[i], widths[i] + more[i]));
-  return ValueMap{{"base", 1.4}, {"stops", std::move(stops)}};
+  return JSON::makeDictionary({{"base", 1.4}, {"stops", Value(std::move(stops))}});
 }
 
 Value isOfClass(std::string_view name) { return arrayOf("==", "class", name); }
 
 Value fill(std::string_view id, std::string_view source, Value filter, std::string_view color) {
-  return ValueMap{{"id", id},
-                  {"type", "fill"},
-                  {"source", source},
-                  {"filter", std::move(filter)},
-                  {"paint", ValueMap{{"fill-color", color}}}};
+  return JSON::makeDictionary({{"id", id},
+                               {"type", "fill"},
+                               {"source", source},
+                               {"filter", std::move(filter)},
+                               {"paint", JSON::makeDictionary({{"fill-color", color}})}});
 }
 
 Value line(std::string_view id, std::string_view source, Value filter, ValueMap paint) {
-  return ValueMap{{"id", id},
-                  {"type", "line"},
-                  {"source", source},
-                  {"filter", std::move(filter)},
-                  {"layout", ValueMap{{"line-cap", "round"}, {"line-join", "round"}}},
-                  {"paint", std::move(paint)}};
+  return JSON::makeDictionary(
+      {{"id", id},
+       {"type", "line"},
+       {"source", source},
+       {"filter", std::move(filter)},
+       {"layout", JSON::makeDictionary({{"line-cap", "round"}, {"line-join", "round"}})},
+       {"paint", Value(std::move(paint))}});
 }
 
 }  // namespace
@@ -117,14 +118,15 @@ bool isWater(const Tags& tags) {
 JSON mapStyle(const std::string& rootURL, const std::string& attribution) {
   ValueMap sources;
   for (const char* const name : {"land", "water", "streets"}) {
-    sources.set(name, ValueMap{{"type", "geojson"},
-                               {"data", rootURL + '/' + name + ".geojson"},
-                               {"attribution", attribution}});
+    sources.set(name, JSON::makeDictionary({{"type", "geojson"},
+                                            {"data", rootURL + '/' + name + ".geojson"},
+                                            {"attribution", attribution}}));
   }
   ValueArray layers;
-  layers.push_back(ValueMap{{"id", "ground"},
+  layers.push_back(
+      JSON::makeDictionary({{"id", "ground"},
                             {"type", "background"},
-                            {"paint", ValueMap{{"background-color", "#ece8de"}}}});
+                            {"paint", JSON::makeDictionary({{"background-color", "#ece8de"}})}}));
   for (const auto& [name, color] : landColors)
     layers.push_back(fill(name, "land", isOfClass(name), color));
   layers.push_back(fill("water", "water", arrayOf("==", "$type", "Polygon"), "#a7d2ec"));
@@ -143,10 +145,10 @@ JSON mapStyle(const std::string& rootURL, const std::string& attribution) {
     layers.push_back(line(look.name, "streets", isOfClass(look.name),
                           {{"line-color", look.color}, {"line-width", growing(look.widths)}}));
   }
-  return ValueMap{{"version", 8},
-                  {"name", "Sandbox"},
-                  {"sources", std::move(sources)},
-                  {"layers", std::move(layers)}};
+  return JSON::makeDictionary({{"version", 8},
+                               {"name", "Sandbox"},
+                               {"sources", Value(std::move(sources))},
+                               {"layers", Value(std::move(layers))}});
 }
 
 }  // namespace quorvelkit::sandbox

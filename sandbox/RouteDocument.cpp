@@ -47,12 +47,7 @@ ValueMap pointMembers(const RoutePoint& point) {
   members.set("edge", point.edge);
   if (point.node) members.set("node", *point.node);
   if (!point.notify.empty()) members.set("notify", point.notify);
-  if (!point.say.empty()) {
-    ValueArray say;
-    for (const std::string& sentence : point.say)
-      say.emplace_back(sentence);
-    members.set("say", std::move(say));
-  }
+  if (!point.say.empty()) members.set("say", JSON::makeArray(point.say));
   return members;
 }
 
@@ -70,17 +65,17 @@ JSON routeDocument(const RoadNetwork& network, const Path& path, const Coordinat
     ValueMap members = pointMembers(point);
     if (point.maneuver) {
       const Maneuver& maneuver = maneuvers[*point.maneuver];
-      members.set("turn", ValueMap{{"dir", maneuver.direction},
-                                   {"instruct", instructions.text(maneuver)},
-                                   {"st", streets.members(*point.maneuver)}});
+      members.set("turn", JSON::makeDictionary({{"dir", maneuver.direction},
+                                                {"instruct", instructions.text(maneuver)},
+                                                {"st", Value(streets.members(*point.maneuver))}}));
     }
     points.emplace_back(std::move(members));
   }
-  return JSON(ValueMap{{"distance", rounded(line.meters() / metersPerMile, 1e4)},
-                       {"duration", rounded(line.seconds() / 60, 1e3)},
-                       {"startNode", endNode(network, line.points().front(), path.start)},
-                       {"endNode", endNode(network, line.points().back(), path.end)},
-                       {"points", std::move(points)}});
+  return JSON::makeDictionary({{"distance", rounded(line.meters() / metersPerMile, 1e4)},
+                               {"duration", rounded(line.seconds() / 60, 1e3)},
+                               {"startNode", endNode(network, line.points().front(), path.start)},
+                               {"endNode", endNode(network, line.points().back(), path.end)},
+                               {"points", Value(std::move(points))}});
 }
 
 }  // namespace quorvelkit::sandbox

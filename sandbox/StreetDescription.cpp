@@ -3,6 +3,8 @@
 
 #include "sandbox/Geometry.h"
 
+#include <QuorvelKit/JSON/JSON.h>
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -41,9 +43,9 @@ ValueMap StreetDescription::members(std::size_t maneuver) const {
   }
   members.set("func", function);
   if (street.number) {
-    members.set("hwy", ValueMap{{"number", street.number->number},
-                                {"dir", street.number->family},
-                                {"type", street.number->family}});
+    members.set("hwy", JSON::makeDictionary({{"number", street.number->number},
+                                             {"dir", street.number->family},
+                                             {"type", street.number->family}}));
   }
   return members;
 }

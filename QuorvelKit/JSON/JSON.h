@@ -8,6 +8,7 @@
 #include <QuorvelKit/JSON/JSONOptions.h>
 #include <QuorvelKit/JSON/TextEncoding.h>
 #include <QuorvelKit/JSON/Value.h>
+#include <QuorvelKit/JSON/ValueMaking.h>
 #include <QuorvelPlatform/Data.h>
 #include <QuorvelPlatform/Error.h>
 #include <QuorvelPlatform/Export.h>
@@ -71,14 +72,26 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   }
   template <class T>
   requires(!std::same_as<std::remove_cvref_t<T>, JSON> &&
-           !std::same_as<std::remove_cvref_t<T>, Value> && std::is_convertible_v<T, Value>)
+           !std::derived_from<std::remove_cvref_t<T>, ValueView> &&
+           std::is_constructible_v<Value, T>) explicit(!std::is_convertible_v<T, Value>)
       JSON(T&& object)
       : JSON(Value(std::forward<T>(object))) {}
-  JSON(const std::vector<JSON>& elements);
-  JSON(const JSONMap& members);
+  explicit JSON(const std::vector<JSON>& elements);
+  explicit JSON(const JSONMap& members);
   /// The literal forms; of pairs with the same key the last wins.
   static JSON makeArray(std::initializer_list<Value> elements);
   static JSON makeDictionary(std::initializer_list<std::pair<std::string, Value>> members);
+  /// From an application's own ranges, of what makes a value or of such ranges again: an array of
+  /// the elements; a map of pairs, as a std::map holds them. An optional without a value makes
+  /// null.
+  template <JSONElements R>
+  static JSON makeArray(R&& elements) {
+    return detail::makeArray(elements);
+  }
+  template <JSONMembers R>
+  static JSON makeDictionary(R&& members) {
+    return detail::makeMap(members);
+  }
   /// The value of an object; absent when the object is of no JSON kind.
   static std::optional<JSON> fromRawValue(Value object);
   static JSON null() { return JSON(); }

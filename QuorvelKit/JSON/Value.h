@@ -11,6 +11,7 @@
 #include <bit>
 #include <concepts>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -74,8 +75,13 @@ class QUORVELKIT_EXPORT Value : public ValueView {
       : Value(std::string(std::string_view(text))) {}
   Value(std::string text);
 
-  Value(ValueArray elements);
-  Value(ValueMap members);
+  /// Explicit, so that `ValueArray{array}` is a copy of the array and never an array in an array.
+  explicit Value(ValueArray elements);
+  explicit Value(ValueMap members);
+  /// What an optional holds, null when it holds nothing.
+  template <class T>
+  requires std::is_convertible_v<const T&, Value> Value(const std::optional<T>& thing)
+      : Value(thing ? Value(*thing) : Value()) {}
   /// The object of a JSON value.
   template <std::same_as<JSON> J>
   Value(const J& json) : Value(json.object()) {}

@@ -71,7 +71,7 @@ std::string routeFeature(const QVRoute& route) {
   ValueArray line;
   for (const QVPoint& point : route.points()) {
     const Coordinate location = point.location();
-    line.emplace_back(ValueArray{location.longitude, location.latitude});
+    line.push_back(JSON::makeArray({location.longitude, location.latitude}));
   }
   // A line has two positions at least.
   if (line.size() == 1) line.push_back(line.front());
@@ -80,7 +80,8 @@ std::string routeFeature(const QVRoute& route) {
   if (const auto duration = route.totalDurationInMinutes()) properties.set("minutes", *duration);
   const JSON feature = JSON::makeDictionary(
       {{"type", "Feature"},
-       {"properties", std::move(properties)},
-       {"geometry", ValueMap{{"type", "LineString"}, {"coordinates", std::move(line)}}}});
+       {"properties", Value(std::move(properties))},
+       {"geometry",
+        JSON::makeDictionary({{"type", "LineString"}, {"coordinates", Value(std::move(line))}})}});
   return feature.rawString(TextEncoding::utf8, JSONWritingOptions::none).value_or("");
 }

@@ -39,7 +39,7 @@ void addProvider(JSON& document, const PlaceSearch::Found& found, const MapSourc
   if (!place.website.empty()) document.set(websiteKey, place.website);
   if (!place.phone.empty()) document.set("phone", place.phone);
   if (place.categories.empty()) return;
-  document.set("categories", std::vector<JSON>(place.categories.begin(), place.categories.end()));
+  document.set("categories", JSON::makeArray(place.categories));
 }
 
 }  // namespace
@@ -58,7 +58,7 @@ JSON candidatesDocument(const std::vector<PlaceSearch::Found>& found, const MapS
   }
   JSON document = JSON::makeDictionary({});
   document.set("spatialReference", spatialReference());
-  document.set("candidates", candidates);
+  document.set("candidates", JSON::makeArray(candidates));
   return document;
 }
 
@@ -71,7 +71,7 @@ JSON suggestionsDocument(const std::vector<PlaceSearch::Found>& found, const Map
     suggestions.push_back(std::move(suggestion));
   }
   JSON document = JSON::makeDictionary({});
-  document.set("suggestions", suggestions);
+  document.set("suggestions", JSON::makeArray(suggestions));
   return document;
 }
 

@@ -51,7 +51,7 @@ TEST(JSONOutputTest, EscapesWhereverItIsNeeded) {
 
 TEST(JSONOutputTest, RefusesWhatIsNoDocument) {
   std::vector<JSON> refused = {
-      1, "text", true, JSON(), ValueMap{{"\xC3", 1}}, JSON(Value::unsupported(1))};
+      1, "text", true, JSON(), JSON(ValueMap{{"\xC3", 1}}), JSON(Value::unsupported(1))};
   for (const Value& leaf : {Value(std::numeric_limits<double>::infinity()), Value(std::nan("")),
                             Value(Decimal::notANumber()), Value("\xFF"), Value::unsupported(1)})
     refused.push_back(JSON::makeDictionary({{"a", JSON::makeArray({leaf})}}));

@@ -5,8 +5,11 @@
 
 #include <algorithm>
 #include <any>
+#include <filesystem>
 #include <limits>
+#include <map>
 #include <ranges>
+#include <set>
 
 namespace quorvelkit {
 namespace {
@@ -16,6 +19,27 @@ using Type = JSON::Type;
 static_assert(sizeof(JSON) == 16);
 static_assert(std::ranges::forward_range<const JSON> && std::ranges::borrowed_range<JSON>);
 static_assert(!std::is_constructible_v<Value, char> && !std::is_convertible_v<Data, JSON>);
+static_assert(!std::is_constructible_v<Number, char> && !std::is_constructible_v<Number, wchar_t>);
+
+// Containers become values where that is said, and nowhere else.
+template <class T>
+constexpr bool becomesJSONExplicitly =
+    std::is_constructible_v<JSON, T> && !std::is_convertible_v<T, JSON>;
+static_assert(becomesJSONExplicitly<ValueArray> && becomesJSONExplicitly<ValueMap> &&
+              becomesJSONExplicitly<std::vector<JSON>> && becomesJSONExplicitly<JSONMap>);
+static_assert(!std::is_convertible_v<ValueArray, Value> && !std::is_convertible_v<ValueMap, Value>);
+
+template <class T>
+concept MakesArray = requires(T range) {
+  JSON::makeArray(range);
+};
+template <class T>
+concept MakesMap = requires(T range) {
+  JSON::makeDictionary(range);
+};
+static_assert(!MakesArray<std::string> && !MakesArray<std::filesystem::path> && !MakesArray<int> &&
+              !MakesArray<JSONMap> && !MakesArray<std::vector<Data>>);
+static_assert(!MakesMap<std::vector<int>> && !MakesMap<std::map<int, int>>);
 
 JSON error900() { return JSON::makeArray({1})[7]; }
 
@@ -49,10 +73,13 @@ TEST(JSONTest, IsMadeFromEveryKindOfObject) {
       {text, Type::string, "text"},
       {std::string_view(text), Type::string, "text"},
       {std::string("moved"), Type::string, "moved"},
-      {ValueArray{}, Type::array, "[]"},
-      {ValueMap{}, Type::dictionary, "{}"},
-      {std::vector<JSON>{1, "a"}, Type::array, "[\n  1,\n  \"a\"\n]"},
-      {JSONMap{{"k", 1}}, Type::dictionary, "{\n  \"k\": 1\n}"},
+      {std::optional(5), Type::number, "5"},
+      {std::optional<bool>(), Type::null, "null"},
+      {std::optional<JSON>("text"), Type::string, "text"},
+      {JSON(ValueArray{}), Type::array, "[]"},
+      {JSON(ValueMap{}), Type::dictionary, "{}"},
+      {JSON(std::vector<JSON>{1, "a"}), Type::array, "[\n  1,\n  \"a\"\n]"},
+      {JSON(JSONMap{{"k", 1}}), Type::dictionary, "{\n  \"k\": 1\n}"},
       {JSON::makeArray({}), Type::array, "[]"},
       {JSON::makeDictionary({{"a", 1}, {"b", 2}, {"a", JSON::makeArray({})}}), Type::dictionary,
        "{\n  \"a\": [],\n  \"b\": 2\n}"},
@@ -67,6 +94,46 @@ TEST(JSONTest, IsMadeFromEveryKindOfObject) {
     EXPECT_TRUE(json.exists());
     EXPECT_EQ(JSON::fromRawValue(json.rawValue()), std::optional(JSON(json.object())));
   }
+}
+
+TEST(JSONTest, IsMadeFromRanges) {
+  using Map = std::map<std::string, std::vector<std::optional<double>>>;
+  const Map map = {{"a", {1.5, {}}}, {"b", {}}};
+  const std::vector<std::pair<const char*, int>> pairs = {{"x", 1}, {"y", 2}, {"x", 3}};
+  std::vector<JSON> list{1, "two"};
+  const int numbers[] = {1, 2, 3};
+  const std::pair<JSON, const char*> cases[] = {
+      {JSON::makeArray(list), R"([1,"two"])"},
+      {JSON::makeArray(std::vector<bool>{true, false}), "[true,false]"},
+      {JSON::makeArray(std::vector<std::string>()), "[]"},
+      {JSON::makeArray(numbers), "[1,2,3]"},
+      {JSON::makeArray(std::set{2.5F, 1.5F}), "[1.5,2.5]"},
+      {JSON::makeArray(std::vector<Map>{map, {}}), R"([{"a":[1.5,null],"b":[]},{}])"},
+      {JSON::makeArray(ValueArray{Value(ValueArray{1})}), "[[1]]"},
+      {JSON::makeArray(std::vector<std::optional<std::vector<JSON>>>{list, {}}),
+       R"([[1,"two"],null])"},
+      {JSON::makeDictionary(map), R"({"a":[1.5,null],"b":[]})"},
+      {JSON::makeDictionary(pairs), R"({"x":3,"y":2})"},
+      {JSON::makeDictionary(JSONMap{{"k", 1}}), R"({"k":1})"},
+      {JSON::makeDictionary(JSON::makeArray(list)), R"({"0":1,"1":"two"})"},
+      {JSON::makeDictionary({{"a", std::optional(1)}, {"b", std::optional<JSON>()}}),
+       R"({"a":1,"b":null})"},
+  };
+  for (const auto& [json, text] : cases)
+    EXPECT_EQ(json.rawString(TextEncoding::utf8, JSONWritingOptions::none), text);
+
+  // A list in braces is a copy, with every compiler; values do in containers what others do.
+  const ValueArray objects{1, 2};
+  EXPECT_EQ((std::vector<JSON>{list}), list);
+  EXPECT_EQ((ValueArray{objects}), objects);
+  std::ranges::sort(list = {3, 1, 2});
+  std::swap(list[0], list[2]);
+  list.insert(list.begin(), "front");
+  list.erase(list.begin() + 1);
+  EXPECT_EQ(list, (std::vector<JSON>{"front", 2, 1}));
+  std::optional<JSON> maybe = list[0];
+  maybe = 5;
+  EXPECT_EQ(maybe, 5);
 }
 
 TEST(JSONTest, AnUnsupportedObjectMakesItUnknown) {

@@ -55,7 +55,7 @@ TEST(QVBaseRequestTest, makesARequestOfEachMethod) {
   const std::vector<std::pair<ValueMap, std::optional<std::string>>> rows = {
       {{}, "{}"},
       {{{"a", 1}}, R"({"a":1})"},
-      {{{"z", "é\n"}, {"a", ValueArray{true, nullptr, 1.5}}},
+      {{{"z", "é\n"}, {"a", JSON::makeArray({true, nullptr, 1.5})}},
        "{\"z\":\"é\\n\",\"a\":[true,null,1.5]}"},
       {{{"a", std::numeric_limits<double>::infinity()}}, std::nullopt},
       {{{"a", Value::unsupported(0)}}, std::nullopt},
@@ -99,7 +99,7 @@ TEST(QVBaseRequestTest, joinsParametersAsTheyAre) {
                                  {"u", UINT64_MAX},
                                  {"e", 0.00001},
                                  {"n", nullptr},
-                                 {"l", ValueArray{1, "x"}}});
+                                 {"l", JSON::makeArray({1, "x"})}});
   for (int i = 0; i < 2; ++i) {
     EXPECT_EQ(request.requestString(),
               "?z=34.0&b=-7&a=true&u=18446744073709551615&e=1e-05&n=null&l=[1,\"x\"]");

@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QuorvelKit/JSON/JSONKey.h>
+#include <QuorvelKit/JSON/Value.h>
+
+#include <concepts>
+#include <optional>
+#include <ranges>
+#include <type_traits>
+#include <utility>
+
+namespace quorvelkit {
+
+namespace detail {
+
+template <class T>
+inline constexpr bool isOptional = false;
+template <class T>
+inline constexpr bool isOptional<std::optional<T>> = true;
+
+// A key and a member.
+template <class T>
+concept KeyedPair = requires(const T& pair) {
+  { pair.first } -> JSONKeyText;
+  pair.second;
+};
+
+// Whether a thing makes a value: it converts to one, or it is an optional or a range of such
+// things, or of pairs of a key and such a thing.
+template <class T>
+consteval bool makesValue() {
+  if constexpr (std::is_convertible_v<const T&, Value>) {
+    return true;
+  } else if constexpr (isOptional<T>) {
+    return makesValue<typename T::value_type>();
+  } else if constexpr (std::ranges::input_range<const T>) {
+    using Element = std::ranges::range_value_t<const T>;
+    if constexpr (KeyedPair<Element>) {
+      return makesValue<std::remove_cvref_t<decltype(Element::second)>>();
+    } else {
+      // A path is a range of paths.
+      return !std::same_as<Element, T> && makesValue<Element>();
+    }
+  } else {
+    return false;
+  }
+}
+
+}  // namespace detail
+
+/// The ranges that make an array: of numbers, texts, values, optionals and ranges of such.
+template <class R>
+concept JSONElements = std::ranges::input_range<R> &&
+    detail::makesValue<std::ranges::range_value_t<R>>();
+
+/// The ranges that make a map: of pairs of a key and what makes a value.
+template <class R>
+concept JSONMembers = std::ranges::input_range<R> &&
+    detail::KeyedPair<std::ranges::range_value_t<R>> &&
+    detail::makesValue<std::remove_cvref_t<decltype(std::ranges::range_value_t<R>::second)>>();
+
+namespace detail {
+
+Value makeArray(auto& elements);
+Value makeMap(auto& members);
+
+template <class T>
+Value makeValue(const T& thing) {
+  if constexpr (std::is_convertible_v<const T&, Value>) {
+    return thing;
+  } else if constexpr (isOptional<T>) {
+    return thing ? makeValue(*thing) : Value();
+  } else if constexpr (KeyedPair<std::ranges::range_value_t<const T>>) {
+    return makeMap(thing);
+  } else {
+    return makeArray(thing);
+  }
+}
+
+Value makeArray(auto& elements) {
+  ValueArray array;
+  if constexpr (std::ranges::sized_range<decltype(elements)>) {
+    array.reserve(static_cast<std::size_t>(std::ranges::size(elements)));
+  }
+  // Some ranges give stand-ins for their elements.
+  for (auto&& element : elements)
+    array.push_back(makeValue<std::ranges::range_value_t<decltype(elements)>>(element));
+  return Value(std::move(array));
+}
+
+Value makeMap(auto& members) {
+  ValueMap map;
+  if constexpr (std::ranges::sized_range<decltype(members)>) {
+    map.reserve(static_cast<std::size_t>(std::ranges::size(members)));
+  }
+  for (auto&& member : members)
+    map.set(KeyView(member.first).text(), makeValue(member.second));
+  return Value(std::move(map));
+}
+
+}  // namespace detail
+}  // namespace quorvelkit
