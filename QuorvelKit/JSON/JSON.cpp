@@ -22,16 +22,16 @@ JSON::JSON(const Data& data, JSONReadingOptions options, std::optional<Error>* e
     problem = "The document is neither an array nor a map";
     value.reset();
   }
-  if (value) {
-    value_ = *std::move(value);
-  } else if (error) {
-    *error = Error::described(std::string(ErrorDomain), ErrorInvalidJSON, std::move(problem));
+  if (error) {
+    *error = value ? std::nullopt
+                   : std::optional(Error::described(std::string(ErrorDomain), ErrorInvalidJSON,
+                                                    std::move(problem)));
   }
+  if (value) value_ = *std::move(value);
 }
 
-JSON JSON::parse(std::string_view text) {
-  std::string problem;
-  return JSON(detail::parseDocument(Data(std::string(text)), problem).value_or(Value()));
+JSON JSON::parse(std::string_view text, JSONReadingOptions options, std::optional<Error>* error) {
+  return JSON(Data(std::string(text)), options, error);
 }
 
 JSON::JSON(const std::vector<JSON>& elements) {

@@ -54,15 +54,20 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   JSON& operator=(JSON&&) & noexcept = default;
   ~JSON() = default;
   /// Parses bytes (RFC 8259). What is no document gives a plain null, and the parser's error in
-  /// the slot when there is one: domain ErrorDomain, code ErrorInvalidJSON. UTF-8 only, a leading
-  /// byte-order mark is skipped; of members with the same key the last wins; at most 512 levels;
-  /// integers beyond 64 bits become doubles.
+  /// the slot when there is one: domain ErrorDomain, code ErrorInvalidJSON; a document clears the
+  /// slot. UTF-8 only, a leading byte-order mark is skipped; of members with the same key the last
+  /// wins; at most 512 levels; integers beyond 64 bits become doubles.
   explicit JSON(const Data& data, JSONReadingOptions options = JSONReadingOptions::allowFragments,
                 std::optional<Error>* error = nullptr);
   /// Parses a copy of a text the same way. (The constructor from a text makes a string value.)
-  static JSON parse(std::string_view text);
+  static JSON parse(std::string_view text,
+                    JSONReadingOptions options = JSONReadingOptions::allowFragments,
+                    std::optional<Error>* error = nullptr);
 
-  /// From an untyped value, and from everything that makes one: texts, numbers, booleans, null.
+  /// From an untyped value, and from everything that makes one: texts, numbers (a `float` is
+  /// stored as the double that has its value), booleans, null, optionals of these. Containers must
+  /// be converted explicitly: `std::vector<JSON>{list}` is a copy of the list, not a list in a
+  /// list.
   JSON(Value object) noexcept : value_(std::move(object)) {
     if (value_.kind() == ValueView::Kind::unsupported) becomeUnknown();
   }
@@ -148,6 +153,7 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
 
   /// The bytes of the document, UTF-8. Absent, with error ErrorInvalidJSON in the slot, unless the
   /// value is an array or a map of finite numbers, UTF-8 texts, booleans, nulls, arrays and maps.
+  /// Bytes clear the slot.
   std::optional<Data> rawData(JSONWritingOptions options = JSONWritingOptions::none,
                               std::optional<Error>* error = nullptr) const;
   /// An array or a map: rawData() decoded with the encoding, absent when either step fails. A

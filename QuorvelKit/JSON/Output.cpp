@@ -10,7 +10,10 @@ namespace quorvelkit {
 std::optional<Data> JSON::rawData(JSONWritingOptions options, std::optional<Error>* error) const {
   std::string text;
   const bool isContainer = type() == Type::array || type() == Type::dictionary;
-  if (isContainer && detail::writeDocument(value_, options, text)) return Data(std::move(text));
+  if (isContainer && detail::writeDocument(value_, options, text)) {
+    if (error) error->reset();
+    return Data(std::move(text));
+  }
   if (error) {
     *error = Error::described(std::string(ErrorDomain), ErrorInvalidJSON, "JSON is invalid");
   }

@@ -172,15 +172,20 @@ TEST(JSONTest, ParsingReportsThroughTheSlotOnly) {
   };
   for (const auto& [text, options, type, fails] : cases) {
     SCOPED_TRACE(text);
-    std::optional<Error> error;
-    const JSON json(Data(std::string(text)), options, &error);
-    EXPECT_EQ(json.type(), type);
-    EXPECT_EQ(json.error(), std::nullopt);
-    EXPECT_TRUE(json.exists());
-    ASSERT_EQ(error.has_value(), fails);
-    if (!fails) continue;
-    EXPECT_EQ(error->domain(), ErrorDomain);
-    EXPECT_EQ(error->code(), ErrorInvalidJSON);
+    // A slot tells of this call alone.
+    std::optional<Error> errors[2] = {Error("before", 1), Error("before", 1)};
+    for (const JSON& json : {JSON(Data(std::string(text)), options, &errors[0]),
+                             JSON::parse(text, options, &errors[1])}) {
+      EXPECT_EQ(json.type(), type);
+      EXPECT_EQ(json.error(), std::nullopt);
+      EXPECT_TRUE(json.exists());
+    }
+    for (const std::optional<Error>& error : errors) {
+      ASSERT_EQ(error.has_value(), fails);
+      if (!fails) continue;
+      EXPECT_EQ(error->domain(), ErrorDomain);
+      EXPECT_EQ(error->code(), ErrorInvalidJSON);
+    }
   }
   EXPECT_EQ(JSON(Data(std::string("[1]"))), JSON::parse("[1]"));
   EXPECT_EQ(JSON::parse("\xFF").type(), Type::null);
