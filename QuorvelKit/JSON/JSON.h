@@ -181,7 +181,7 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   bool empty() const noexcept { return size() == 0; }
 
   /// Typed reads and writes; JSONNumericAccessors holds those of the number types. Setting an
-  /// absent value makes the value null.
+  /// absent value makes the value null: `setString({})` does, `setStringValue({})` sets "".
   std::optional<bool> bool_() const noexcept { return value_.boolean(); }
   void setBool(std::optional<bool> value) & { setOptional(value); }
   /// Of a number whether it is not zero, of a text whether it begins, after blanks, a sign and
@@ -225,7 +225,8 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
 
   /// Equality and order exist between values of one kind only: numbers and texts (by bytes) are
   /// ordered; equal booleans, arrays, maps and nulls are also <= and >=. All else is false, also
-  /// between two unknown values.
+  /// between two unknown values. Across kinds `<` is therefore no strict weak order: do not sort
+  /// values of several kinds by it, and do not make them keys of a std::map.
   friend QUORVELKIT_EXPORT bool operator==(const JSON& a, const JSON& b);
   friend QUORVELKIT_EXPORT std::partial_ordering operator<=>(const JSON& a, const JSON& b);
 

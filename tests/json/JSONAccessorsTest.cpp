@@ -165,6 +165,10 @@ TEST(JSONAccessorsTest, Writes) {
                 !std::is_invocable_v<decltype(&JSON::setNull), JSON, Null> &&
                 !std::is_invocable_v<decltype(&JSON::setURL), JSON, std::optional<URL>>);
   JSON json = 1;
+  json.setString({});
+  EXPECT_EQ(json, nullptr);
+  json.setStringValue({});
+  EXPECT_EQ(json, "");
   json.setArrayObject(ValueArray{1});
   EXPECT_EQ(json, JSON::makeArray({1}));
   json.setDictionaryObject(ValueMap{{"k", "v"}});
