@@ -8,6 +8,13 @@ install(TARGETS QuorvelKit EXPORT QuorvelKitTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
   FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+if(BUILD_SHARED_LIBS)
+  # gdb reads the script that has the whole path of the library, below its own data folder, which is
+  # that of the prefix /usr.
+  install(FILES QuorvelKit/JSON/gdb/printers.py
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/gdb/auto-load\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}
+    RENAME $<TARGET_FILE_NAME:QuorvelKit>-gdb.py)
+endif()
 install(EXPORT QuorvelKitTargets NAMESPACE QuorvelKit:: DESTINATION ${QUORVELKIT_CMAKE_DIR})
 
 configure_package_config_file(cmake/QuorvelKitConfig.cmake.in QuorvelKitConfig.cmake
