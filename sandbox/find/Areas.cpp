@@ -7,7 +7,7 @@
 namespace quorvelkit::sandbox {
 
 bool areaContains(const MapArea& area, const Coordinate& position) {
-  // A ray to the north crosses the rings an odd number of times from a position inside.
+  // A ray to the north from a position inside crosses the rings an odd number of times.
   bool inside = false;
   for (const MapArea::Polygon& polygon : area.polygons) {
     for (const MapArea::Ring& ring : polygon) {
@@ -23,11 +23,11 @@ bool areaContains(const MapArea& area, const Coordinate& position) {
   return inside;
 }
 
-std::optional<Coordinate> areaMiddle(const MapArea& area) {
+std::optional<Coordinate> areaCentroid(const MapArea& area) {
   if (area.polygons.empty() || area.polygons.front().empty()) return std::nullopt;
   const MapArea::Ring& ring = area.polygons.front().front();
   if (ring.empty()) return std::nullopt;
-  // Relative to the first position: the products of whole coordinates would cost digits.
+  // Coordinates relative to the first position keep the precision of the products.
   const Coordinate origin = ring.front();
   double twiceArea = 0;
   double x = 0;

@@ -7,10 +7,10 @@
 
 namespace quorvelkit::sandbox {
 
-/// Whether a position lies on the surface: inside an outer ring, outside the rings of its holes.
+/// Whether a position is inside an outer ring and outside the rings of its holes.
 bool areaContains(const MapArea& area, const Coordinate& position);
 
-/// The centroid of the area's first polygon; absent when the area has none.
-std::optional<Coordinate> areaMiddle(const MapArea& area);
+/// Returns the centroid of the first polygon, or nothing if the area has no polygon.
+std::optional<Coordinate> areaCentroid(const MapArea& area);
 
 }  // namespace quorvelkit::sandbox

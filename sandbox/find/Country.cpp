@@ -38,7 +38,7 @@ constexpr State states[] = {
     {"WV", "West Virginia"},  {"WI", "Wisconsin"},      {"WY", "Wyoming"},
 };
 
-/// By folded English name, two-letter code and three-letter code.
+/// Three-letter codes by folded English name, two-letter code and three-letter code.
 std::unordered_map<std::string, std::string> allCountries() {
   std::unordered_map<std::string, std::string> result;
   for (const char* const* code = icu::Locale::getISOCountries(); *code != nullptr; ++code) {
@@ -61,21 +61,21 @@ std::string countryCode(std::string_view nameOrCode) {
   static const auto& countries = *new auto(allCountries());
   const auto found = countries.find(foldedName(nameOrCode));
   if (found != countries.end()) return found->second;
-  // Codes that no country has are free for countries that nobody else knows.
+  // Maps of fictional countries use unassigned codes.
   const bool isCode = (nameOrCode.size() == 2 || nameOrCode.size() == 3) &&
                       std::all_of(nameOrCode.begin(), nameOrCode.end(),
                                   [](char c) { return c >= 'A' && c <= 'Z'; });
   return isCode ? std::string(nameOrCode) : std::string();
 }
 
-std::string_view nameOfState(std::string_view abbreviation) {
+std::string_view stateName(std::string_view abbreviation) {
   const auto* const found =
       std::find_if(std::begin(states), std::end(states),
                    [&](const State& state) { return state.abbreviation == abbreviation; });
   return found == std::end(states) ? std::string_view() : found->name;
 }
 
-std::string_view abbreviationOfState(std::string_view name) {
+std::string_view stateAbbreviation(std::string_view name) {
   const auto* const found = std::find_if(std::begin(states), std::end(states),
                                          [&](const State& state) { return state.name == name; });
   return found == std::end(states) ? std::string_view() : found->abbreviation;
@@ -83,7 +83,7 @@ std::string_view abbreviationOfState(std::string_view name) {
 
 std::string addressLine(std::string_view houseNumber, std::string_view street,
                         std::string_view country) {
-  // "XQ" is where the built-in town lies.
+  // "XQ" is the country of the built-in town.
   constexpr std::array<std::string_view, 9> numberFirst{"",    "USA", "CAN", "GBR", "IRL",
                                                         "AUS", "NZL", "FRA", "XQ"};
   const bool isFirst =

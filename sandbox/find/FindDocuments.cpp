@@ -30,7 +30,7 @@ const char* typeOf(const Place& place) {
 
 JSON spatialReference() { return JSON::makeDictionary({{"wkid", 4326}}); }
 
-void addProvider(JSON& document, const PlaceSearch::Found& found, const MapSource& source,
+void addProvider(JSON& document, const PlaceSearch::Result& found, const MapSource& source,
                  const char* websiteKey) {
   const Place& place = found.place;
   document.set("score", rounded(found.score, 100));
@@ -44,9 +44,9 @@ void addProvider(JSON& document, const PlaceSearch::Found& found, const MapSourc
 
 }  // namespace
 
-JSON candidatesDocument(const std::vector<PlaceSearch::Found>& found, const MapSource& source) {
+JSON candidatesDocument(const std::vector<PlaceSearch::Result>& found, const MapSource& source) {
   std::vector<JSON> candidates;
-  for (const PlaceSearch::Found& one : found) {
+  for (const PlaceSearch::Result& one : found) {
     const std::string label = one.place.label();
     JSON candidate = JSON::makeDictionary({{"Address", label}});
     candidate.set("location", locationOf(one.place));
@@ -62,9 +62,9 @@ JSON candidatesDocument(const std::vector<PlaceSearch::Found>& found, const MapS
   return document;
 }
 
-JSON suggestionsDocument(const std::vector<PlaceSearch::Found>& found, const MapSource& source) {
+JSON suggestionsDocument(const std::vector<PlaceSearch::Result>& found, const MapSource& source) {
   std::vector<JSON> suggestions;
-  for (const PlaceSearch::Found& one : found) {
+  for (const PlaceSearch::Result& one : found) {
     JSON suggestion = JSON::makeDictionary(
         {{"text", one.place.label()}, {"magicKey", one.place.key}, {"isCollection", false}});
     addProvider(suggestion, one, source, "url");

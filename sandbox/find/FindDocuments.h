@@ -9,10 +9,10 @@
 
 namespace quorvelkit::sandbox {
 
-/// The answers of the find server. What a place does not have is left out, but an address has all
-/// its texts, empty where they are unknown.
-JSON candidatesDocument(const std::vector<PlaceSearch::Found>& found, const MapSource& source);
-JSON suggestionsDocument(const std::vector<PlaceSearch::Found>& found, const MapSource& source);
+/// The bodies of the find server. Members without a value are left out, except in an address: its
+/// unknown texts are empty.
+JSON candidatesDocument(const std::vector<PlaceSearch::Result>& found, const MapSource& source);
+JSON suggestionsDocument(const std::vector<PlaceSearch::Result>& found, const MapSource& source);
 JSON addressDocument(const Place& place);
 
 }  // namespace quorvelkit::sandbox

@@ -10,7 +10,8 @@
 namespace quorvelkit::sandbox {
 namespace {
 
-/// The numbers of a text like "-76.59,39.28"; empty unless all of it is such numbers.
+/// Parses numbers that are separated by commas, such as "-76.59,39.28". Returns an empty list on
+/// failure.
 std::vector<double> numbers(std::string_view text) {
   std::vector<double> result;
   const char* at = text.data();
@@ -26,14 +27,15 @@ std::vector<double> numbers(std::string_view text) {
   }
 }
 
-bool isOnEarth(const Coordinate& position) {
+bool isValid(const Coordinate& position) {
   return std::abs(position.latitude) <= 90 && std::abs(position.longitude) <= 180;
 }
 
 }  // namespace
 
 std::optional<FindQuery> FindQuery::fromParameters(const QueryParameters& parameters,
-                                                   const char* textName, std::string& problem) {
+                                                   const char* textParameter,
+                                                   std::string& problem) {
   FindQuery query;
   const auto value = [&](const char* name) -> const std::string* {
     const auto found = parameters.find(name);
@@ -44,9 +46,10 @@ std::optional<FindQuery> FindQuery::fromParameters(const QueryParameters& parame
     return std::nullopt;
   };
 
-  if (textName != nullptr) {
-    const std::string* const text = value(textName);
-    if (text == nullptr) return fail(std::string("The parameter ") + textName + " is missing.");
+  if (textParameter != nullptr) {
+    const std::string* const text = value(textParameter);
+    if (text == nullptr)
+      return fail(std::string("The parameter ") + textParameter + " is missing.");
     query.text = *text;
   }
 
@@ -54,10 +57,10 @@ std::optional<FindQuery> FindQuery::fromParameters(const QueryParameters& parame
   if (location == nullptr) return fail("The parameter location is missing.");
   const auto position = numbers(*location);
   if (position.size() != 2) {
-    return fail("The parameter location is not a longitude and a latitude, such as -76.59,39.28.");
+    return fail("The parameter location must be a longitude and a latitude, such as -76.59,39.28.");
   }
   query.location = {position[1], position[0]};
-  if (!isOnEarth(query.location)) {
+  if (!isValid(query.location)) {
     return fail(
         "The parameter location is out of range: longitude -180 to 180, latitude -90 to 90.");
   }
@@ -65,13 +68,13 @@ std::optional<FindQuery> FindQuery::fromParameters(const QueryParameters& parame
   if (const std::string* const text = value("searchExtent")) {
     const auto corners = numbers(*text);
     if (corners.size() != 4) {
-      return fail("The parameter searchExtent is not west,south,east,north in degrees.");
+      return fail("The parameter searchExtent must be west,south,east,north in degrees.");
     }
     query.extent = Extent{{corners[1], corners[0]}, {corners[3], corners[2]}};
-    if (!isOnEarth(query.extent->southwest) || !isOnEarth(query.extent->northeast) ||
+    if (!isValid(query.extent->southwest) || !isValid(query.extent->northeast) ||
         corners[1] > corners[3]) {
       return fail(
-          "The parameter searchExtent is out of range, or its south is north of its north.");
+          "The parameter searchExtent is out of range, or its south is larger than its north.");
     }
   }
   if (const std::string* const key = value("magicKey"); key != nullptr && !key->empty()) {

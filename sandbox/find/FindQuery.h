@@ -11,19 +11,19 @@
 
 namespace quorvelkit::sandbox {
 
-/// What a search is asked for. Coordinates are longitude first on the wire.
+/// The parameters of a find request. The wire format has the longitude first.
 struct FindQuery {
   std::string text;
   Coordinate location;
   std::optional<Extent> extent;
-  /// Of the one place to find, whatever the text.
+  /// The key of the place to return. The text is ignored then.
   std::optional<std::string> magicKey;
 
-  /// Reads the parameters; the text is under a name that depends on the resource, and not read at
-  /// all without one. Absent, with a sentence for the sender in `problem`, when a required
-  /// parameter is missing or any is wrong.
+  /// `textParameter` is the name of the parameter that has the text; null if the resource has none.
+  /// Returns nothing and sets `problem` to an error text for the client if a required parameter is
+  /// missing or a parameter is wrong.
   static std::optional<FindQuery> fromParameters(const QueryParameters& parameters,
-                                                 const char* textName, std::string& problem);
+                                                 const char* textParameter, std::string& problem);
 };
 
 }  // namespace quorvelkit::sandbox

@@ -14,8 +14,8 @@
 namespace quorvelkit::sandbox {
 namespace {
 
-/// An address belongs to a street of its name that is no farther than this.
-constexpr double streetOfAddressMeters = 1000;
+/// The maximum distance of an address from its street.
+constexpr double maximumStreetMeters = 1000;
 
 bool isStreet(const Tags& tags) {
   constexpr std::array<std::string_view, 6> others{"platform", "services",     "rest_area",
@@ -39,7 +39,7 @@ std::vector<std::string> categoriesOf(const Tags& tags) {
                           "aeroway", "man_made", "highway", "building"}) {
     const std::string_view value = tags[key];
     if (value.empty() || value == "no") continue;
-    // "building" = "yes" says nothing; "shop" = "yes" still says that it is a shop.
+    // "building" = "yes" has no information; "shop" = "yes" has.
     if (value == "yes" && key == std::string_view("building")) continue;
     std::string& category = categories.emplace_back(value == "yes" ? key : value);
     std::replace(category.begin(), category.end(), '_', ' ');
@@ -65,7 +65,7 @@ std::string firstTag(const Tags& tags, std::initializer_list<const char*> keys) 
   return {};
 }
 
-/// The number that a house number begins with: 12 for "12A".
+/// Returns the number at the start of a house number: 12 for "12A".
 std::optional<int> leadingNumber(std::string_view text) {
   int number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -94,15 +94,15 @@ void Gazetteer::append(Place place) {
 }
 
 void Gazetteer::addStreets() {
-  // In the order of the map: what comes first names the street. std::map keeps runs alike.
-  std::map<std::pair<std::string, std::string>, std::vector<const MapWay*>> waysOf;
+  // The first way in the map names the street. std::map makes the order deterministic.
+  std::map<std::pair<std::string, std::string>, std::vector<const MapWay*>> waysByStreet;
   for (const MapWay& way : map_->ways) {
     const std::string name = foldedName(streetName(way.tags));
     if (name.empty() || !isStreet(way.tags) || way.line.size() < 2) continue;
     const std::string city = localities_.at(way.line[way.line.size() / 2]).city;
-    waysOf[{name, city}].push_back(&way);
+    waysByStreet[{name, city}].push_back(&way);
   }
-  for (const auto& [nameAndCity, ways] : waysOf) {
+  for (const auto& [nameAndCity, ways] : waysByStreet) {
     const MapWay& first = *ways.front();
     std::vector<std::vector<Coordinate>> lines;
     for (const MapWay* way : ways)
@@ -113,10 +113,10 @@ void Gazetteer::addStreets() {
     place.key = keyOf("street", 'w', first.id);
     place.name = streetName(first.tags);
     place.otherNames = otherNamesOf(first.tags);
-    place.position = line.middle();
+    place.position = line.midpoint();
     place.locality = localities_.at(place.position);
     place.locality.city = nameAndCity.second;
-    place.locality.postal.clear();  // A street may have many.
+    place.locality.postal.clear();  // A street can have several.
     place.street = static_cast<std::uint32_t>(streets_.size());
     const std::size_t before = places_.size();
     append(std::move(place));
@@ -133,7 +133,7 @@ void Gazetteer::addFeatures() {
     features.push_back({{'n', node.id, &node.tags, node.position}, false});
   }
   for (const MapArea& area : map_->areas) {
-    if (const auto middle = areaMiddle(area)) {
+    if (const auto middle = areaCentroid(area)) {
       features.push_back({{area.fromWay ? 'w' : 'r', area.id, &area.tags, *middle}, false});
     }
   }
@@ -141,19 +141,19 @@ void Gazetteer::addFeatures() {
     if (isStreet(way.tags) || way.line.empty()) continue;
     features.push_back({{'w', way.id, &way.tags, way.line[way.line.size() / 2]}, true});
   }
-  // Plain addresses first, then those that only a shop has.
+  // Addresses of their own first, then those of shops.
   for (const bool named : {false, true}) {
     for (const auto& [feature, isLine] : features) {
       if (feature.tags->has("name") == named) addAddress(feature);
     }
   }
   for (const auto& [feature, isLine] : features)
-    addNamed(feature, isLine);
+    addNamedFeature(feature, isLine);
 }
 
-std::uint32_t Gazetteer::streetNear(std::string_view name, const Coordinate& position) const {
+std::uint32_t Gazetteer::nearestStreet(std::string_view name, const Coordinate& position) const {
   std::uint32_t best = Place::noStreet;
-  double bestMeters = streetOfAddressMeters;
+  double bestMeters = maximumStreetMeters;
   const auto [first, last] = streetsByName_.equal_range(foldedName(name));
   for (auto i = first; i != last; ++i) {
     const double meters = streets_[i->second].line.metersTo(position);
@@ -175,8 +175,8 @@ void Gazetteer::addAddress(const Feature& feature) {
   place.locality = localities_.of(tags, feature.position);
   place.name = addressLine(number, street, place.locality.country);
   place.position = feature.position;
-  place.street = streetNear(street, feature.position);
-  if (!known_.insert(foldedName(place.name) + '\n' + foldedName(place.locality.city)).second) {
+  place.street = nearestStreet(street, feature.position);
+  if (!seen_.insert(foldedName(place.name) + '\n' + foldedName(place.locality.city)).second) {
     return;
   }
   const auto leading = leadingNumber(number);
@@ -186,7 +186,7 @@ void Gazetteer::addAddress(const Feature& feature) {
   append(std::move(place));
 }
 
-void Gazetteer::addNamed(const Feature& feature, bool isLine) {
+void Gazetteer::addNamedFeature(const Feature& feature, bool isLine) {
   const Tags& tags = *feature.tags;
   const std::string_view name = tags["name"];
   if (name.empty() || tags.is("boundary", "administrative") ||
@@ -206,7 +206,7 @@ void Gazetteer::addNamed(const Feature& feature, bool isLine) {
   place.website = firstTag(tags, {"website", "contact:website", "url"});
   if (place.kind == Place::Kind::locality) {
     place.locality.postal.clear();
-    // What is itself a city does not lie in the one next to it.
+    // A city is not part of a neighboring city.
     if (tags.is("place", "city") || tags.is("place", "town")) place.locality.city = name;
     if (tags.is("place", "country")) place.locality.city.clear();
   } else if (tags.has("addr:housenumber")) {
@@ -215,8 +215,8 @@ void Gazetteer::addNamed(const Feature& feature, bool isLine) {
   } else {
     place.address = addressStreet(tags);
   }
-  // The parts of a river or a railway line are one.
-  if (isLine && !known_.insert("line\n" + foldedName(name) + '\n' + place.locality.city).second) {
+  // All ways of a river or a railway line are one place.
+  if (isLine && !seen_.insert("line\n" + foldedName(name) + '\n' + place.locality.city).second) {
     return;
   }
   append(std::move(place));
@@ -224,7 +224,7 @@ void Gazetteer::addNamed(const Feature& feature, bool isLine) {
 
 std::optional<Place> Gazetteer::interpolatedAddress(std::uint32_t street, int houseNumber) const {
   const Street& on = streets_[street];
-  if (!on.hasHouses || houseNumber <= 0 || on.line.knowsHouse(houseNumber)) return std::nullopt;
+  if (!on.hasHouses || houseNumber <= 0 || on.line.hasHouse(houseNumber)) return std::nullopt;
   const auto position = on.line.positionOf(houseNumber);
   if (!position) return std::nullopt;
   Place place = streetAt(street, *position);
@@ -246,7 +246,7 @@ Place Gazetteer::streetAt(std::uint32_t street, const Coordinate& position) cons
 std::optional<Place> Gazetteer::placeWithKey(std::string_view key) const {
   const auto found = placeByKey_.find(std::string(key));
   if (found != placeByKey_.end()) return places_[found->second];
-  // "street.w123.45": number 45 of a street.
+  // Keys of interpolated addresses have the form "street.w123.45" for house number 45.
   const std::size_t dot = key.rfind('.');
   if (dot == std::string_view::npos) return std::nullopt;
   const std::string_view digits = key.substr(dot + 1);

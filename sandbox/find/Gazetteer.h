@@ -17,17 +17,17 @@
 
 namespace quorvelkit::sandbox {
 
-/// All places of a map that have a name or an address. Immutable.
+/// The places of a map that have a name or an address. Immutable.
 ///
-/// The ways of a street are one place, by name and city. A shop with an address gives two places,
-/// itself and the address, unless the map has that address already.
+/// Ways with the same name in the same city are one street and one place. A shop with an address
+/// adds two places, the shop and the address, unless the map has the address already.
 class Gazetteer {
  public:
   struct Street {
-    /// The number of its place.
+    /// The index of its place.
     std::uint32_t place = 0;
     StreetLine line;
-    /// False for motorways: nobody lives there.
+    /// False for motorways.
     bool hasHouses = true;
   };
 
@@ -38,12 +38,12 @@ class Gazetteer {
   const std::vector<Street>& streets() const { return streets_; }
   const Place& placeOf(const Street& street) const { return places_[street.place]; }
 
-  /// The place with a key, interpolated addresses included.
+  /// Returns the place with a key. Accepts keys of interpolated addresses.
   std::optional<Place> placeWithKey(std::string_view key) const;
-  /// The address with a house number that the map does not have, interpolated; absent when the
-  /// map has it, and beyond the street's last number.
+  /// Returns the interpolated address of a house number. Returns nothing if the map has this
+  /// address, or if the number is larger than the last number of the street.
   std::optional<Place> interpolatedAddress(std::uint32_t street, int houseNumber) const;
-  /// A street with one of its positions and the locality there.
+  /// Returns the place of a street with another position on it and the locality there.
   Place streetAt(std::uint32_t street, const Coordinate& position) const;
 
  private:
@@ -57,8 +57,8 @@ class Gazetteer {
   void addStreets();
   void addFeatures();
   void addAddress(const Feature& feature);
-  void addNamed(const Feature& feature, bool isLine);
-  std::uint32_t streetNear(std::string_view name, const Coordinate& position) const;
+  void addNamedFeature(const Feature& feature, bool isLine);
+  std::uint32_t nearestStreet(std::string_view name, const Coordinate& position) const;
   void append(Place place);
 
   std::shared_ptr<const MapData> map_;
@@ -67,8 +67,8 @@ class Gazetteer {
   std::vector<Street> streets_;
   std::unordered_map<std::string, std::uint32_t> placeByKey_;
   std::unordered_multimap<std::string, std::uint32_t> streetsByName_;
-  /// Folded address lines with city, and names of lines with city: what there is already.
-  std::unordered_set<std::string> known_;
+  /// The added address lines and line names, folded and with their city.
+  std::unordered_set<std::string> seen_;
 };
 
 }  // namespace quorvelkit::sandbox

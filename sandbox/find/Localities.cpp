@@ -10,13 +10,13 @@
 namespace quorvelkit::sandbox {
 namespace {
 
-constexpr double anywhere = std::numeric_limits<double>::infinity();
-/// An address this near is in the same city, and has the same postal code.
-constexpr double sameStreetMeters = 500;
+constexpr double unlimited = std::numeric_limits<double>::infinity();
+/// An address within this distance has the same city and postal code.
+constexpr double sameCityMeters = 500;
 constexpr double neighborhoodMeters = 1500;
 
-/// How far the settlement of an OSM place tag reaches, in meters; 0 for other places.
-double reachOf(std::string_view place) {
+/// Returns the typical radius of a settlement by its OSM place tag, in meters; 0 for other places.
+double settlementRadius(std::string_view place) {
   if (place == "city") return 12000;
   if (place == "town") return 4000;
   if (place == "village") return 2000;
@@ -44,13 +44,13 @@ std::string_view countryTag(const Tags& tags) {
 
 }  // namespace
 
-void Localities::Statements::add(std::string_view text, const Coordinate& position) {
+void Localities::TagValues::add(std::string_view text, const Coordinate& position) {
   if (text.empty()) return;
   items.push_back({position, position, static_cast<std::uint32_t>(texts.size())});
   texts.emplace_back(text);
 }
 
-std::string Localities::Statements::nearest(const Coordinate& position, double withinMeters) const {
+std::string Localities::TagValues::nearest(const Coordinate& position, double withinMeters) const {
   const auto found = index->nearest(position);
   return found && found->meters <= withinMeters ? texts[found->value] : std::string();
 }
@@ -62,20 +62,20 @@ bool Localities::Boundary::contains(const Coordinate& position) const {
 
 Localities::Localities(const MapData& map) {
   for (const MapNode& node : map.nodes) {
-    addStatements(node.tags, node.position);
+    addTagValues(node.tags, node.position);
     addSettlement(node.tags, node.position);
   }
   for (const MapArea& area : map.areas) {
-    if (const auto position = areaMiddle(area)) addStatements(area.tags, *position);
+    if (const auto position = areaCentroid(area)) addTagValues(area.tags, *position);
     addBoundary(area);
   }
-  for (Statements* all : {&neighborhoods_, &cities_, &regions_, &postals_, &countries_}) {
-    all->finish();
+  for (TagValues* all : {&neighborhoods_, &cities_, &regions_, &postals_, &countries_}) {
+    all->buildIndex();
   }
   settlementIndex_.emplace(settlementItems_);
 }
 
-void Localities::addStatements(const Tags& tags, const Coordinate& position) {
+void Localities::addTagValues(const Tags& tags, const Coordinate& position) {
   cities_.add(tags["addr:city"], position);
   regions_.add(regionTag(tags), position);
   postals_.add(tags["addr:postcode"], position);
@@ -87,17 +87,17 @@ void Localities::addSettlement(const Tags& tags, const Coordinate& position) {
   if (name.empty()) return;
   if (isNeighborhood(tags["place"])) neighborhoods_.add(name, position);
   if (tags.is("place", "country")) countries_.add(countryCode(countryTag(tags)), position);
-  if (const double reach = reachOf(tags["place"]); reach > 0) {
+  if (const double radius = settlementRadius(tags["place"]); radius > 0) {
     settlementItems_.push_back(
         {position, position, static_cast<std::uint32_t>(settlements_.size())});
-    settlements_.push_back({std::string(name), reach});
+    settlements_.push_back({std::string(name), radius});
   }
 }
 
 Localities::Level Localities::levelOf(const Tags& tags) {
   if (tags.is("boundary", "postal_code")) return Level::postal;
   if (isNeighborhood(tags["place"])) return Level::neighborhood;
-  if (reachOf(tags["place"]) > 0) return Level::city;
+  if (settlementRadius(tags["place"]) > 0) return Level::city;
   if (!tags.is("boundary", "administrative")) return Level::none;
   const std::string_view level = tags["admin_level"];
   if (level == "2") return Level::country;
@@ -128,7 +128,7 @@ void Localities::addBoundary(const MapArea& area) {
   boundaries_[static_cast<int>(level)].push_back(std::move(boundary));
 }
 
-std::string Localities::boundaryAround(const Coordinate& position, Level level) const {
+std::string Localities::boundaryContaining(const Coordinate& position, Level level) const {
   const auto& all = boundaries_[static_cast<int>(level)];
   const auto found = std::find_if(all.begin(), all.end(), [&](const Boundary& boundary) {
     return boundary.contains(position);
@@ -136,15 +136,16 @@ std::string Localities::boundaryAround(const Coordinate& position, Level level) 
   return found == all.end() ? std::string() : found->name;
 }
 
-std::string Localities::settlementNear(const Coordinate& position) const {
-  // Of the nearest ones that whose reach the position lies deepest in: a city before its hamlets.
+std::string Localities::nearestSettlement(const Coordinate& position) const {
+  // The settlement with the smallest distance relative to its radius, so that a city takes
+  // precedence over its hamlets.
   const Settlement* best = nullptr;
-  double bestShare = anywhere;
+  double bestFraction = unlimited;
   for (const auto& found : settlementIndex_->nearest(position, 16)) {
     const Settlement& settlement = settlements_[found.value];
-    const double share = found.meters / settlement.reach;
-    if (share >= bestShare) continue;
-    bestShare = share;
+    const double fraction = found.meters / settlement.radius;
+    if (fraction >= bestFraction) continue;
+    bestFraction = fraction;
     best = &settlement;
   }
   return best == nullptr ? std::string() : best->name;
@@ -153,33 +154,33 @@ std::string Localities::settlementNear(const Coordinate& position) const {
 Locality Localities::at(const Coordinate& position) const { return of(Tags(), position); }
 
 Locality Localities::of(const Tags& tags, const Coordinate& position) const {
-  // The first source that knows decides.
+  // Returns the result of the first source that has one.
   const auto firstOf = [](const auto&... sources) {
     std::string text;
     (void)(... || !(text = sources()).empty());
     return text;
   };
   const auto around = [&](Level level) {
-    return [&, level] { return boundaryAround(position, level); };
+    return [&, level] { return boundaryContaining(position, level); };
   };
-  const auto near = [&](const Statements& statements, double meters) {
-    return [&, meters] { return statements.nearest(position, meters); };
+  const auto near = [&](const TagValues& values, double meters) {
+    return [&, meters] { return values.nearest(position, meters); };
   };
   Locality result;
   result.neighborhood =
       firstOf(around(Level::neighborhood), near(neighborhoods_, neighborhoodMeters));
   result.city = firstOf([&] { return std::string(tags["addr:city"]); }, around(Level::city),
-                        near(cities_, sameStreetMeters), [&] { return settlementNear(position); },
-                        near(cities_, anywhere));
+                        near(cities_, sameCityMeters), [&] { return nearestSettlement(position); },
+                        near(cities_, unlimited));
   result.postal = firstOf([&] { return std::string(tags["addr:postcode"]); }, around(Level::postal),
-                          near(postals_, sameStreetMeters));
+                          near(postals_, sameCityMeters));
   result.region = firstOf([&] { return std::string(regionTag(tags)); }, around(Level::region),
-                          near(regions_, anywhere));
+                          near(regions_, unlimited));
   result.country = firstOf([&] { return countryCode(tags["addr:country"]); },
-                           around(Level::country), near(countries_, anywhere));
-  // Addresses in the United States name their state, hardly ever the country.
+                           around(Level::country), near(countries_, unlimited));
+  // Addresses in the USA have a state but rarely a country.
   if (result.country.empty() || result.country == "USA") {
-    if (const std::string_view state = nameOfState(result.region); !state.empty()) {
+    if (const std::string_view state = stateName(result.region); !state.empty()) {
       result.region = state;
       result.country = "USA";
     }

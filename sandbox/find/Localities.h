@@ -2,7 +2,7 @@
 #pragma once
 
 #include "sandbox/MapData.h"
-#include "sandbox/find/NearestIndex.h"
+#include "sandbox/find/SpatialIndex.h"
 
 #include <QuorvelPlatform/Coordinate.h>
 
@@ -13,7 +13,7 @@
 
 namespace quorvelkit::sandbox {
 
-/// In which part of the world something lies; unknown parts are empty.
+/// The parts of an address above the street; unknown parts are empty.
 struct Locality {
   std::string neighborhood;
   std::string city;
@@ -23,33 +23,33 @@ struct Locality {
   std::string country;
 };
 
-/// Tells in which locality a position of the map lies: by the boundaries around it where the map
-/// has them, by the settlements and the addresses nearby otherwise. Immutable.
+/// Finds the locality of a position on the map, from the boundaries around it, or else from the
+/// settlements and addresses nearby. Immutable.
 class Localities {
  public:
   /// The map must outlive this object.
   explicit Localities(const MapData& map);
 
   Locality at(const Coordinate& position) const;
-  /// The same for something on the map; its own address tags come first.
+  /// Like at(), for a feature of the map: its own address tags take precedence.
   Locality of(const Tags& tags, const Coordinate& position) const;
 
  private:
-  /// What some things on the map say about where they are.
-  struct Statements {
+  /// The values of one address tag, with the positions of their features.
+  struct TagValues {
     std::vector<std::string> texts;
-    std::vector<NearestIndex::Item> items;
-    std::optional<NearestIndex> index;
+    std::vector<SpatialIndex::Item> items;
+    std::optional<SpatialIndex> index;
 
     void add(std::string_view text, const Coordinate& position);
-    void finish() { index.emplace(items); }
-    /// Empty when there is none within so many meters.
+    void buildIndex() { index.emplace(items); }
+    /// Returns the nearest value, or an empty text if there is none within `withinMeters`.
     std::string nearest(const Coordinate& position, double withinMeters) const;
   };
   struct Settlement {
     std::string name;
-    /// How far such a settlement reaches, in meters.
-    double reach = 0;
+    /// In meters.
+    double radius = 0;
   };
   struct Boundary {
     const MapArea* area = nullptr;
@@ -60,21 +60,21 @@ class Localities {
   };
   enum class Level { neighborhood, city, region, postal, country, none };
 
-  void addStatements(const Tags& tags, const Coordinate& position);
+  void addTagValues(const Tags& tags, const Coordinate& position);
   void addSettlement(const Tags& tags, const Coordinate& position);
   void addBoundary(const MapArea& area);
   static Level levelOf(const Tags& tags);
-  std::string boundaryAround(const Coordinate& position, Level level) const;
-  std::string settlementNear(const Coordinate& position) const;
+  std::string boundaryContaining(const Coordinate& position, Level level) const;
+  std::string nearestSettlement(const Coordinate& position) const;
 
-  Statements neighborhoods_;
-  Statements cities_;
-  Statements regions_;
-  Statements postals_;
-  Statements countries_;
+  TagValues neighborhoods_;
+  TagValues cities_;
+  TagValues regions_;
+  TagValues postals_;
+  TagValues countries_;
   std::vector<Settlement> settlements_;
-  std::vector<NearestIndex::Item> settlementItems_;
-  std::optional<NearestIndex> settlementIndex_;
+  std::vector<SpatialIndex::Item> settlementItems_;
+  std::optional<SpatialIndex> settlementIndex_;
   std::vector<Boundary> boundaries_[static_cast<int>(Level::none)];
 };
 

@@ -11,12 +11,12 @@
 
 namespace quorvelkit::sandbox {
 
-/// Something that a search can find.
+/// A place that a search can find.
 struct Place {
   enum class Kind {
-    /// A house number that the map knows.
+    /// A house number that the map has.
     address,
-    /// A house number worked out from its neighbors.
+    /// A house number that is interpolated between others.
     interpolatedAddress,
     street,
     /// A shop, a restaurant, a church, a park.
@@ -27,11 +27,11 @@ struct Place {
   static constexpr std::uint32_t noStreet = UINT32_MAX;
 
   Kind kind = Kind::address;
-  /// Tells this place from all others of the map.
+  /// Unique in the map.
   std::string key;
-  /// What it is called; for an address that is the address line.
+  /// For an address, the address line.
   std::string name;
-  /// The address line of something that has a name of its own besides.
+  /// The address line of a point of interest.
   std::string address;
   std::string otherNames;
   Locality locality;
@@ -39,10 +39,10 @@ struct Place {
   std::vector<std::string> categories;
   std::string phone;
   std::string website;
-  /// The street of an address, by its number in the gazetteer.
+  /// The index of the street of an address in the gazetteer.
   std::uint32_t street = noStreet;
 
-  /// "Ozra, 806 Stiles Street, Baltimore, Maryland, 21202".
+  /// Example: "Ozra, 806 Stiles Street, Baltimore, Maryland, 21202".
   std::string label() const;
 };
 

@@ -13,20 +13,20 @@
 namespace quorvelkit::sandbox {
 namespace {
 
-constexpr std::size_t mostCandidates = 10;
-constexpr std::size_t mostSuggestions = 5;
-/// Several places may have the same label, of which one is suggested.
-constexpr std::size_t mostBeforeMerging = 50;
-constexpr std::size_t mostStreetsInterpolated = 3;
-/// Between places as near as this the name decides.
-constexpr double metersOfNoMatter = 100;
-/// Candidates with less than this share of the best score are left out.
-constexpr double leastShareOfBest = 0.75;
-/// A house that is known is a better answer than one that must be there somewhere.
-constexpr double trustInInterpolation = 0.9;
+constexpr std::size_t maximumCandidates = 10;
+constexpr std::size_t maximumSuggestions = 5;
+/// Larger than maximumSuggestions, because places with equal labels are one suggestion.
+constexpr std::size_t maximumBeforeMerging = 50;
+constexpr std::size_t maximumInterpolatedStreets = 3;
+/// Added to distances, so that names decide between near places.
+constexpr double distanceOffsetMeters = 100;
+/// Candidates below this fraction of the best score are left out.
+constexpr double minimumScoreFraction = 0.75;
+/// Makes scores of interpolated addresses lower than those of known addresses.
+constexpr double interpolatedScoreFactor = 0.9;
 
 TextIndex::Text textOf(const Place& place) {
-  // The address of a shop is a place of its own: it only helps to tell shops apart.
+  // The address of a shop is a detail here, because the address is a place of its own.
   TextIndex::Text text{place.name, place.otherNames, place.address + ' '};
   for (const std::string& category : place.categories)
     text.detail += ' ' + category;
@@ -34,7 +34,7 @@ TextIndex::Text textOf(const Place& place) {
   for (const std::string* part : {&in.city, &in.region, &in.postal, &in.country}) {
     text.region += *part + ' ';
   }
-  text.region += abbreviationOfState(in.region);
+  text.region += stateAbbreviation(in.region);
   return text;
 }
 
@@ -53,18 +53,18 @@ std::size_t letters(const std::vector<SearchTerm>& terms) {
   return count;
 }
 
-double shareOf(const std::vector<SearchTerm>& part, const std::vector<SearchTerm>& whole) {
+double fractionOf(const std::vector<SearchTerm>& part, const std::vector<SearchTerm>& whole) {
   return static_cast<double>(letters(part)) / static_cast<double>(letters(whole));
 }
 
-void sortByScore(std::vector<PlaceSearch::Found>& found) {
+void sortByScore(std::vector<PlaceSearch::Result>& found) {
   std::sort(found.begin(), found.end(), [](const auto& a, const auto& b) {
     return std::tie(b.score, a.meters, a.place.key) < std::tie(a.score, b.meters, b.place.key);
   });
 }
 
-bool isWithin(const Coordinate& position, const PlaceSearch::Surroundings& where) {
-  return !where.extent || where.extent->contains(position);
+bool isInside(const Coordinate& position, const PlaceSearch::SearchArea& area) {
+  return !area.extent || area.extent->contains(position);
 }
 
 }  // namespace
@@ -81,37 +81,38 @@ PlaceSearch::PlaceSearch(std::shared_ptr<const Gazetteer> gazetteer)
     : gazetteer_(std::move(gazetteer)), index_(gazetteer_->places().size(), [this](std::size_t i) {
         return textOf(gazetteer_->places()[i]);
       }) {
-  spots_.reserve(gazetteer_->places().size());
+  locations_.reserve(gazetteer_->places().size());
   for (const Place& place : gazetteer_->places())
-    spots_.push_back({place.position, place.kind});
+    locations_.push_back({place.position, place.kind});
 }
 
-std::vector<PlaceSearch::Found> PlaceSearch::search(const Terms& terms, double share,
-                                                    const Surroundings& where, std::size_t most,
-                                                    const OrderOf& order,
-                                                    bool withAddresses) const {
+std::vector<PlaceSearch::Result> PlaceSearch::search(const Terms& terms, double fraction,
+                                                     const SearchArea& area,
+                                                     std::size_t maximumCount,
+                                                     const SortKeyFunction& sortKey,
+                                                     bool withAddresses) const {
   struct Ranked {
-    Order order;
+    SortKey sortKey;
     double meters;
     std::uint32_t place;
-    float share;
+    float coverage;
   };
   std::vector<Ranked> ranked;
   for (const TextIndex::Match& match : index_.find(terms)) {
-    const auto& [position, kind] = spots_[match.text];
-    if (!isWithin(position, where)) continue;
+    const auto& [position, kind] = locations_[match.text];
+    if (!isInside(position, area)) continue;
     if (kind == Place::Kind::address && !withAddresses) continue;
-    const double meters = distanceInMeters(position, where.near);
-    ranked.push_back({order(match, meters), meters, match.text, match.share});
+    const double meters = distanceInMeters(position, area.near);
+    ranked.push_back({sortKey(match, meters), meters, match.text, match.coverage});
   }
-  const auto kept = static_cast<std::ptrdiff_t>(std::min(most, ranked.size()));
+  const auto kept = static_cast<std::ptrdiff_t>(std::min(maximumCount, ranked.size()));
   std::partial_sort(
       ranked.begin(), ranked.begin() + kept, ranked.end(), [](const Ranked& a, const Ranked& b) {
-        return std::tie(a.order, a.meters, a.place) < std::tie(b.order, b.meters, b.place);
+        return std::tie(a.sortKey, a.meters, a.place) < std::tie(b.sortKey, b.meters, b.place);
       });
-  std::vector<Found> found;
+  std::vector<Result> found;
   for (auto i = ranked.begin(); i != ranked.begin() + kept; ++i) {
-    found.push_back({gazetteer_->places()[i->place], 100 * share * i->share, i->meters});
+    found.push_back({gazetteer_->places()[i->place], 100 * fraction * i->coverage, i->meters});
   }
   return found;
 }
@@ -119,95 +120,95 @@ std::vector<PlaceSearch::Found> PlaceSearch::search(const Terms& terms, double s
 std::vector<TextIndex::Match> PlaceSearch::streetsMatching(const Terms& terms) const {
   auto matches = index_.find(terms);
   std::erase_if(matches, [&](const TextIndex::Match& match) {
-    return spots_[match.text].kind != Place::Kind::street;
+    return locations_[match.text].kind != Place::Kind::street;
   });
   return matches;
 }
 
-void PlaceSearch::addInterpolated(const Terms& terms, double share, const Surroundings& where,
-                                  std::vector<Found>& found) const {
+void PlaceSearch::addInterpolated(const Terms& terms, double fraction, const SearchArea& area,
+                                  std::vector<Result>& found) const {
   for (std::size_t i = 0; i < terms.size(); ++i) {
     const auto number = houseNumber(terms[i]);
     if (!number) continue;
     Terms street = terms;
     street.erase(street.begin() + static_cast<std::ptrdiff_t>(i));
     auto matches = streetsMatching(street);
-    if (matches.empty()) {  // A street has no postal code of its own.
+    if (matches.empty()) {  // The other numbers can be a postal code, which streets do not have.
       std::erase_if(street, [](const SearchTerm& term) { return houseNumber(term).has_value(); });
       matches = streetsMatching(street);
     }
     const auto metersTo = [&](const TextIndex::Match& match) {
-      return distanceInMeters(spots_[match.text].position, where.near);
+      return distanceInMeters(locations_[match.text].position, area.near);
     };
     std::sort(matches.begin(), matches.end(), [&](const auto& a, const auto& b) {
-      return a.share != b.share ? a.share > b.share : metersTo(a) < metersTo(b);
+      return a.coverage != b.coverage ? a.coverage > b.coverage : metersTo(a) < metersTo(b);
     });
-    matches.resize(std::min(matches.size(), mostStreetsInterpolated));
+    matches.resize(std::min(matches.size(), maximumInterpolatedStreets));
     for (const TextIndex::Match& match : matches) {
       const std::uint32_t on = gazetteer_->places()[match.text].street;
       auto place = gazetteer_->interpolatedAddress(on, *number);
-      if (!place || !isWithin(place->position, where)) continue;
-      const double meters = distanceInMeters(place->position, where.near);
+      if (!place || !isInside(place->position, area)) continue;
+      const double meters = distanceInMeters(place->position, area.near);
       found.push_back(
-          {*std::move(place), 100 * share * trustInInterpolation * match.share, meters});
+          {*std::move(place), 100 * fraction * interpolatedScoreFactor * match.coverage, meters});
     }
   }
 }
 
-std::vector<PlaceSearch::Found> PlaceSearch::attempt(const Terms& terms, double share,
-                                                     const Surroundings& where,
-                                                     bool withAddresses) const {
+std::vector<PlaceSearch::Result> PlaceSearch::bestResults(const Terms& terms, double fraction,
+                                                          const SearchArea& area,
+                                                          bool withAddresses) const {
   auto found = search(
-      terms, share, where, mostCandidates,
+      terms, fraction, area, maximumCandidates,
       [](const TextIndex::Match& match, double meters) {
-        return Order{-match.share, meters};
+        return SortKey{-match.coverage, meters};
       },
       withAddresses);
-  if (withAddresses) addInterpolated(terms, share, where, found);
+  if (withAddresses) addInterpolated(terms, fraction, area, found);
   sortByScore(found);
-  if (found.size() > mostCandidates) found.resize(mostCandidates);
+  if (found.size() > maximumCandidates) found.resize(maximumCandidates);
   if (!found.empty()) {
-    const double least = leastShareOfBest * found.front().score;
-    std::erase_if(found, [&](const Found& one) { return one.score < least; });
+    const double minimum = minimumScoreFraction * found.front().score;
+    std::erase_if(found, [&](const Result& one) { return one.score < minimum; });
   }
   return found;
 }
 
-std::vector<PlaceSearch::Found> PlaceSearch::candidates(std::string_view text,
-                                                        const Surroundings& where) const {
+std::vector<PlaceSearch::Result> PlaceSearch::candidates(std::string_view text,
+                                                         const SearchArea& area) const {
   const Terms all = searchTerms(text, false);
   if (all.empty()) return {};
-  // A house number may be right although the map does not have it.
+  // Keeps house numbers that the map does not have.
   Terms terms = all;
-  std::erase_if(terms,
-                [&](const SearchTerm& term) { return !houseNumber(term) && !index_.knows(term); });
-  auto found = attempt(terms, shareOf(terms, all), where, true);
+  std::erase_if(
+      terms, [&](const SearchTerm& term) { return !houseNumber(term) && !index_.hasMatch(term); });
+  auto found = bestResults(terms, fractionOf(terms, all), area, true);
   if (!found.empty()) return found;
-  // Another house number is no answer; its street is.
+  // Without the house number, finds the street.
   std::erase_if(terms, [](const SearchTerm& term) { return houseNumber(term).has_value(); });
   while (!terms.empty()) {
-    found = attempt(terms, shareOf(terms, all), where, terms.size() == all.size());
+    found = bestResults(terms, fractionOf(terms, all), area, terms.size() == all.size());
     if (!found.empty()) return found;
     terms.pop_back();
   }
   return {};
 }
 
-std::vector<PlaceSearch::Found> PlaceSearch::suggestions(std::string_view text,
-                                                         const Surroundings& where) const {
+std::vector<PlaceSearch::Result> PlaceSearch::suggestions(std::string_view text,
+                                                          const SearchArea& area) const {
   const Terms terms = searchTerms(text, true);
   if (terms.empty()) return {};
   auto found = search(
-      terms, 1, where, mostBeforeMerging,
+      terms, 1, area, maximumBeforeMerging,
       [](const TextIndex::Match& match, double meters) {
-        const int group = match.share == 1 ? 0 : match.fromStart ? 1 : 2;
-        return Order{group, (meters + metersOfNoMatter) / match.share};
+        const int group = match.coverage == 1 ? 0 : match.fromStart ? 1 : 2;
+        return SortKey{group, (meters + distanceOffsetMeters) / match.coverage};
       },
       true);
-  if (found.size() < mostSuggestions) addInterpolated(terms, 1, where, found);
+  if (found.size() < maximumSuggestions) addInterpolated(terms, 1, area, found);
   std::unordered_set<std::string> labels;
-  std::erase_if(found, [&](const Found& one) { return !labels.insert(one.place.label()).second; });
-  if (found.size() > mostSuggestions) found.resize(mostSuggestions);
+  std::erase_if(found, [&](const Result& one) { return !labels.insert(one.place.label()).second; });
+  if (found.size() > maximumSuggestions) found.resize(maximumSuggestions);
   return found;
 }
 

@@ -18,7 +18,7 @@
 
 namespace quorvelkit::sandbox {
 
-/// A box of degrees. It crosses the 180th meridian where its west is east of its east.
+/// A box in degrees. It crosses the 180th meridian if its west is larger than its east.
 struct Extent {
   Coordinate southwest;
   Coordinate northeast;
@@ -26,57 +26,59 @@ struct Extent {
   bool contains(const Coordinate& position) const;
 };
 
-/// Finds places by what somebody types. Immutable.
+/// Finds places by text. Immutable.
 class PlaceSearch {
  public:
-  struct Found {
+  struct Result {
     Place place;
-    /// How much of the text and of the place's name agree, 0 to 100.
+    /// The agreement of the text with the name of the place, 0 to 100.
     double score = 0;
+    /// The distance from the position of the search area.
     double meters = 0;
   };
-  struct Surroundings {
-    /// Of equal matches the nearest to this position come first.
+  struct SearchArea {
+    /// Results with equal scores are sorted by their distance from this position.
     Coordinate near;
-    /// What lies outside is not found.
+    /// Excludes places outside of it.
     std::optional<Extent> extent;
   };
 
   explicit PlaceSearch(std::shared_ptr<const Gazetteer> gazetteer);
 
-  /// The places that a text names, the best score first; those that are much worse than the best
-  /// are left out. Where nothing matches the whole text, words at its end and words that no place
-  /// has are passed over, at the cost of score.
-  std::vector<Found> candidates(std::string_view text, const Surroundings& where) const;
+  /// Returns the places that match a text, the best score first, without those that are much worse
+  /// than the best. If no place matches the whole text, ignores words at its end and unknown words,
+  /// which lowers the scores.
+  std::vector<Result> candidates(std::string_view text, const SearchArea& area) const;
 
-  /// The places that a text may become which is still being typed: first those whose name it is,
-  /// then those whose name begins like it, then the rest; within each what is near and has a
-  /// short name first.
-  std::vector<Found> suggestions(std::string_view text, const Surroundings& where) const;
+  /// Returns the places that match an incomplete text: first those whose name is the text, then
+  /// those whose name begins with it, then the others. Near places and short names come first in
+  /// each group.
+  std::vector<Result> suggestions(std::string_view text, const SearchArea& area) const;
 
  private:
   using Terms = std::vector<SearchTerm>;
-  /// The least comes first.
-  using Order = std::pair<double, double>;
-  using OrderOf = std::function<Order(const TextIndex::Match&, double meters)>;
+  /// Sorted in ascending order.
+  using SortKey = std::pair<double, double>;
+  using SortKeyFunction = std::function<SortKey(const TextIndex::Match&, double meters)>;
 
-  struct Spot {
+  struct Location {
     Coordinate position;
     Place::Kind kind = Place::Kind::address;
   };
 
-  std::vector<Found> attempt(const Terms& terms, double share, const Surroundings& where,
+  std::vector<Result> bestResults(const Terms& terms, double fraction, const SearchArea& area,
+                                  bool withAddresses) const;
+  std::vector<Result> search(const Terms& terms, double fraction, const SearchArea& area,
+                             std::size_t maximumCount, const SortKeyFunction& sortKey,
                              bool withAddresses) const;
-  std::vector<Found> search(const Terms& terms, double share, const Surroundings& where,
-                            std::size_t most, const OrderOf& order, bool withAddresses) const;
   std::vector<TextIndex::Match> streetsMatching(const Terms& terms) const;
-  void addInterpolated(const Terms& terms, double share, const Surroundings& where,
-                       std::vector<Found>& found) const;
+  void addInterpolated(const Terms& terms, double fraction, const SearchArea& area,
+                       std::vector<Result>& found) const;
 
   std::shared_ptr<const Gazetteer> gazetteer_;
   TextIndex index_;
-  /// Of every place, apart from its texts: what a search looks at for each match.
-  std::vector<Spot> spots_;
+  /// Position and kind of every place, in a compact form for the filter of the matches.
+  std::vector<Location> locations_;
 };
 
 }  // namespace quorvelkit::sandbox

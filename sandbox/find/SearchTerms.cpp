@@ -8,7 +8,7 @@
 namespace quorvelkit::sandbox {
 namespace {
 
-constexpr std::size_t mostTerms = 16;
+constexpr std::size_t maximumTerms = 16;
 
 struct Abbreviation {
   std::string_view abbreviation;
@@ -32,16 +32,16 @@ constexpr Abbreviation abbreviations[] = {
 
 }  // namespace
 
-std::vector<SearchTerm> searchTerms(std::string_view text, bool unfinished) {
+std::vector<SearchTerm> searchTerms(std::string_view text, bool isIncomplete) {
   std::vector<SearchWord> words = searchWords(text);
-  // A blank after the last word says that the word is complete.
-  if (!text.empty() && text.back() == ' ') unfinished = false;
+  // A space after the last word means that the word is complete.
+  if (!text.empty() && text.back() == ' ') isIncomplete = false;
   std::vector<SearchTerm> terms;
-  for (std::size_t i = 0; i < std::min(words.size(), mostTerms); ++i) {
+  for (std::size_t i = 0; i < std::min(words.size(), maximumTerms); ++i) {
     SearchTerm term;
     const std::string& word = term.spellings.emplace_back(std::move(words[i].text));
     term.isNumber = word.front() >= '0' && word.front() <= '9';
-    term.mayBeBeginning = !term.isNumber || (unfinished && i + 1 == words.size());
+    term.matchesPrefix = !term.isNumber || (isIncomplete && i + 1 == words.size());
     const std::string typed = word;
     for (const auto& [abbreviation, full] : abbreviations) {
       if (abbreviation == typed) term.spellings.emplace_back(full);

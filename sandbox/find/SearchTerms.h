@@ -7,21 +7,20 @@
 
 namespace quorvelkit::sandbox {
 
-/// What one word of a typed text may stand for in a name.
+/// One word of a search text, with the words that it matches.
 struct SearchTerm {
-  /// The word, and the words of which it is an abbreviation or which abbreviate it: "st",
-  /// "street", "saint".
+  /// The word, its abbreviations, and the words that it abbreviates: "st", "street", "saint".
   std::vector<std::string> spellings;
-  /// Whether names with a word that only begins with the typed one match too. Numbers are meant
-  /// as they stand unless they may still be typed on.
-  bool mayBeBeginning = false;
+  /// Whether the term also matches words that begin with it. False for numbers, except for an
+  /// incomplete one at the end of the text.
+  bool matchesPrefix = false;
   bool isNumber = false;
 
   const std::string& word() const { return spellings.front(); }
 };
 
-/// The terms of a typed text; `unfinished` while its last word may not be complete. Words beyond
-/// the sixteenth are left out.
-std::vector<SearchTerm> searchTerms(std::string_view text, bool unfinished);
+/// Returns the terms of a text, at most 16. `isIncomplete` means that the last word can be the
+/// start of a longer one.
+std::vector<SearchTerm> searchTerms(std::string_view text, bool isIncomplete);
 
 }  // namespace quorvelkit::sandbox

@@ -13,7 +13,7 @@
 namespace quorvelkit::sandbox {
 namespace {
 
-constexpr std::size_t shortestTail = 3;
+constexpr std::size_t minimumTailLength = 3;
 
 const icu::Transliterator& accentRemover() {
   static const icu::Transliterator* const remover = [] {
@@ -26,13 +26,14 @@ const icu::Transliterator& accentRemover() {
   return *remover;
 }
 
-/// Lower case without accents; everything but letters, digits and apostrophes becomes a blank.
+/// Returns the text in lower case without accents. Letters, digits and apostrophes stay; other
+/// characters become spaces.
 std::string folded(std::string_view text) {
   std::string result;
   result.reserve(text.size());
   const bool isASCII = std::all_of(text.begin(), text.end(),
                                    [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-  if (isASCII) {  // Nearly all names; going through ICU takes many times as long.
+  if (isASCII) {  // True for nearly all names, and much faster than ICU.
     for (const char c : text) {
       const bool upper = c >= 'A' && c <= 'Z';
       const bool kept = (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '\'';
@@ -74,7 +75,7 @@ std::vector<SearchWord> searchWords(std::string_view text) {
     if (word.text.empty()) continue;
     const std::size_t apostrophe = spelled.rfind('\'');
     if (apostrophe != std::string::npos && apostrophe > 0 &&
-        spelled.size() - apostrophe > shortestTail) {
+        spelled.size() - apostrophe > minimumTailLength) {
       word.tail = spelled.substr(apostrophe + 1);
     }
     words.push_back(std::move(word));

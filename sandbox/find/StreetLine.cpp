@@ -11,10 +11,10 @@
 namespace quorvelkit::sandbox {
 namespace {
 
-/// Both sides together: a house every ten meters on each.
-constexpr double metersPerCountedNumber = 5;
+/// Of both sides together: one house every ten meters on each side.
+constexpr double metersPerNumber = 5;
 
-/// Adds, while there is one, a way that begins or ends where the line ends.
+/// Appends the ways that begin or end at the end of the line, until there are none.
 void extend(std::vector<Coordinate>& line, std::vector<std::vector<Coordinate>>& ways) {
   while (true) {
     const auto next = std::find_if(ways.begin(), ways.end(), [&](const auto& way) {
@@ -49,16 +49,16 @@ StreetLine::StreetLine(std::vector<std::vector<Coordinate>> ways) {
 }
 
 void StreetLine::addHouse(int number, const Coordinate& position) {
-  known_.push_back({number, nearest(position)});
+  houses_.push_back({number, nearest(position)});
 }
 
-bool StreetLine::knowsHouse(int number) const {
-  return std::any_of(known_.begin(), known_.end(),
+bool StreetLine::hasHouse(int number) const {
+  return std::any_of(houses_.begin(), houses_.end(),
                      [&](const House& house) { return house.number == number; });
 }
 
-StreetLine::Place StreetLine::nearest(const Coordinate& position) const {
-  Place best;
+StreetLine::LinePosition StreetLine::nearest(const Coordinate& position) const {
+  LinePosition best;
   best.meters = std::numeric_limits<double>::infinity();
   for (std::size_t c = 0; c < chains_.size(); ++c) {
     const auto& [line, along] = chains_[c];
@@ -75,7 +75,7 @@ StreetLine::Place StreetLine::nearest(const Coordinate& position) const {
   return best;
 }
 
-void StreetLine::forEachPiece(
+void StreetLine::forEachSegment(
     const std::function<void(const Coordinate&, const Coordinate&)>& call) const {
   for (const Chain& chain : chains_) {
     for (std::size_t i = 1; i < chain.line.size(); ++i)
@@ -95,7 +95,7 @@ Coordinate StreetLine::positionAlong(std::size_t chain, double along) const {
                  (along - on.along[i - 1]) / (on.along[i] - on.along[i - 1]));
 }
 
-Coordinate StreetLine::middle() const {
+Coordinate StreetLine::midpoint() const {
   Coordinate sum{0, 0};
   double weight = 0;
   for (const auto& [line, along] : chains_) {
@@ -111,17 +111,17 @@ Coordinate StreetLine::middle() const {
   return nearest({sum.latitude / weight, sum.longitude / weight}).position;
 }
 
-std::vector<StreetLine::House> StreetLine::houses(int parity) const {
+std::vector<StreetLine::House> StreetLine::interpolationHouses(int parity) const {
   std::vector<House> result;
-  std::copy_if(known_.begin(), known_.end(), std::back_inserter(result),
+  std::copy_if(houses_.begin(), houses_.end(), std::back_inserter(result),
                [&](const House& house) { return house.number % 2 == parity; });
   if (result.size() >= 2) return result;
-  result = known_;
+  result = houses_;
   if (result.size() >= 2) return result;
 
-  // Counted on the longest chain; a single known house sets the pace up to itself.
+  // Estimates numbers on the longest chain, from a single known house if there is one.
   const double length = chains_.front().length();
-  const auto counted = [&](int number, double along) {
+  const auto addEstimated = [&](int number, double along) {
     result.push_back({number, {0, along, positionAlong(0, along), 0, false}});
   };
   double last = 0;
@@ -130,16 +130,16 @@ std::vector<StreetLine::House> StreetLine::houses(int parity) const {
     last = result.front().place.along;
     number = result.front().number;
   }
-  if (number != 1) counted(1, 0);
-  const int rest = static_cast<int>((length - last) / metersPerCountedNumber);
-  counted(std::max(number + rest, 2), length);
+  if (number != 1) addEstimated(1, 0);
+  const int rest = static_cast<int>((length - last) / metersPerNumber);
+  addEstimated(std::max(number + rest, 2), length);
   return result;
 }
 
 std::optional<Coordinate> StreetLine::positionOf(int number) const {
   const House* below = nullptr;
   const House* above = nullptr;
-  const std::vector<House> all = houses(std::abs(number) % 2);
+  const std::vector<House> all = interpolationHouses(std::abs(number) % 2);
   for (const House& house : all) {
     if (house.number <= number && (below == nullptr || house.number > below->number))
       below = &house;
@@ -151,7 +151,7 @@ std::optional<Coordinate> StreetLine::positionOf(int number) const {
   const double fraction = static_cast<double>(number - below->number) /
                           static_cast<double>(above->number - below->number);
   if (below->place.chain != above->place.chain) {
-    // The other carriageway, or beyond a gap: straight from house to house, then onto the street.
+    // On different chains: interpolates on a straight line, then moves to the street.
     return nearest(between(below->place.position, above->place.position, fraction)).position;
   }
   return positionAlong(below->place.chain,
@@ -159,10 +159,10 @@ std::optional<Coordinate> StreetLine::positionOf(int number) const {
 }
 
 std::optional<int> StreetLine::numberAt(const Coordinate& position) const {
-  const Place here = nearest(position);
-  // The side's parity: that of most houses known there; odd on the left where none are.
+  const LinePosition here = nearest(position);
+  // The parity of most known houses on this side; if there are none, odd on the left.
   int votes = 0;
-  for (const House& house : known_) {
+  for (const House& house : houses_) {
     if (house.place.chain == here.chain && house.place.onLeft == here.onLeft) {
       votes += house.number % 2 == 1 ? 1 : -1;
     }
@@ -171,7 +171,7 @@ std::optional<int> StreetLine::numberAt(const Coordinate& position) const {
 
   const House* before = nullptr;
   const House* after = nullptr;
-  const std::vector<House> all = houses(parity);
+  const std::vector<House> all = interpolationHouses(parity);
   for (const House& house : all) {
     if (house.place.chain != here.chain) continue;
     const double along = house.place.along;
@@ -183,7 +183,7 @@ std::optional<int> StreetLine::numberAt(const Coordinate& position) const {
   const double fraction = span > 0 ? (here.along - before->place.along) / span : 0;
   const double exact = std::lerp(before->number, after->number, fraction);
   int number = 2 * static_cast<int>(std::lround((exact - parity) / 2)) + parity;
-  // Rounding to the side's parity must not leave the numbers that are known.
+  // Keeps the rounded number between the two known numbers.
   const auto [low, high] = std::minmax(before->number, after->number);
   if (number < low) number += 2;
   if (number > high) number -= 2;

@@ -10,60 +10,64 @@
 
 namespace quorvelkit::sandbox {
 
-/// Where a street runs, and which house number stands where along it.
+/// The line of a street and the positions of its house numbers.
 ///
-/// Between the house numbers that the map knows the others are interpolated. Where it knows fewer
-/// than two, houses are counted as a surveyor would number a new street: from its beginning, one
-/// house every ten meters on each side, odd numbers on the left.
+/// Interpolates between the known house numbers. With fewer than two known ones, estimates the
+/// numbers from the beginning of the street: one house every ten meters on each side, odd numbers
+/// on the left.
 class StreetLine {
  public:
-  /// The lines of the ways that make up the street, in any order, each with two positions or more.
+  /// Takes the lines of the ways of the street in any order, each with at least two positions.
   explicit StreetLine(std::vector<std::vector<Coordinate>> ways);
 
-  /// Tells a known house number and where the house stands.
+  /// Adds a known house number.
   void addHouse(int number, const Coordinate& position);
-  bool knowsHouse(int number) const;
+  bool hasHouse(int number) const;
 
-  /// Where on the street a house number must be; absent beyond the street's last number.
+  /// Returns the position of a house number on the street, or nothing if the number is out of
+  /// range.
   std::optional<Coordinate> positionOf(int number) const;
-  /// The house number next to a position; absent beyond the known ones.
+  /// Returns the house number at a position, or nothing if it is outside of the known numbers.
   std::optional<int> numberAt(const Coordinate& position) const;
-  /// A position on the street, near the middle of all its parts.
-  Coordinate middle() const;
+  /// Returns the position on the street that is nearest to its center.
+  Coordinate midpoint() const;
   double metersTo(const Coordinate& position) const;
-  /// Calls with both ends of every straight piece.
-  void forEachPiece(const std::function<void(const Coordinate&, const Coordinate&)>& call) const;
+  /// Calls `call` with both ends of every segment.
+  void forEachSegment(const std::function<void(const Coordinate&, const Coordinate&)>& call) const;
 
  private:
   struct Chain {
     std::vector<Coordinate> line;
-    /// Meters from the beginning, for every position of the line.
+    /// The distance from the beginning in meters, for every position of the line.
     std::vector<double> along;
 
     double length() const { return along.back(); }
   };
-  struct Place {
+  /// The position on the street that is nearest to another position.
+  struct LinePosition {
     std::size_t chain = 0;
-    /// Meters along the chain.
+    /// The distance from the beginning of the chain in meters.
     double along = 0;
     Coordinate position;
+    /// The distance from the other position.
     double meters = 0;
+    /// Whether the other position is on the left.
     bool onLeft = false;
   };
   struct House {
     int number = 0;
-    Place place;
+    LinePosition place;
   };
 
-  Place nearest(const Coordinate& position) const;
+  LinePosition nearest(const Coordinate& position) const;
   Coordinate positionAlong(std::size_t chain, double along) const;
-  /// The known houses with the number's parity where there are two, otherwise all; counted ones
-  /// where hardly any are known.
-  std::vector<House> houses(int parity) const;
+  /// Returns the houses to interpolate between: the known ones of a parity if there are two, or
+  /// else all known ones if there are two, or else estimated ones.
+  std::vector<House> interpolationHouses(int parity) const;
 
-  /// Ways joined end to end, the longest first.
+  /// The ways, joined end to end; the longest chain first.
   std::vector<Chain> chains_;
-  std::vector<House> known_;
+  std::vector<House> houses_;
 };
 
 }  // namespace quorvelkit::sandbox

@@ -10,9 +10,16 @@
 namespace quorvelkit::sandbox {
 namespace {
 
-/// What a text has beyond this many words is not searched.
-constexpr std::size_t mostTokens = 64;
-constexpr float shareOfDetail = 0.5F;
+/// Further words of a text are not searched.
+constexpr std::size_t maximumTokens = 64;
+constexpr float detailCoverage = 0.5F;
+
+// How well a token matches a term. A whole word adds 2 to the highest rank, and a word that is no
+// tail adds 1.
+constexpr int regionRank = 0;
+constexpr int detailRank = 1;
+constexpr int usedNameRank = 2;
+constexpr int unusedNameRank = 4;
 
 }  // namespace
 
@@ -41,7 +48,7 @@ TextIndex::TextIndex(std::size_t count, const std::function<Text(std::size_t)>& 
 void TextIndex::addTokens(std::string_view text, Field field,
                           const std::function<std::uint32_t(std::string)>& number) {
   const auto add = [&](std::string word, Field tokenField) {
-    if (tokens_.size() - firstToken_.back() == mostTokens) return;
+    if (tokens_.size() - firstToken_.back() == maximumTokens) return;
     tokens_.push_back(
         {number(std::move(word)) & 0x3FFFFFFFU, static_cast<std::uint32_t>(tokenField) & 3U});
   };
@@ -70,26 +77,27 @@ void TextIndex::sortWords(std::vector<std::string> unsorted) {
 }
 
 void TextIndex::buildPostings() {
-  // Counts first, so that every word's texts get their place at once; a text counts once a word.
+  // The first pass counts the postings of each word, the second pass stores them. A text counts
+  // once per word.
   std::vector<std::uint32_t> lastText(words_.size());
-  const auto visit = [&](const auto& take) {
+  const auto forEachPosting = [&](const auto& call) {
     std::fill(lastText.begin(), lastText.end(), UINT32_MAX);
     for (std::uint32_t text = 0; text + 1 < firstToken_.size(); ++text) {
       for (std::uint32_t i = firstToken_[text]; i < firstToken_[text + 1]; ++i) {
         const std::uint32_t word = tokens_[i].word;
-        if (std::exchange(lastText[word], text) != text) take(word, text);
+        if (std::exchange(lastText[word], text) != text) call(word, text);
       }
     }
   };
   firstPosting_.assign(words_.size() + 1, 0);
-  visit([&](std::uint32_t word, std::uint32_t) { ++firstPosting_[word + 1]; });
+  forEachPosting([&](std::uint32_t word, std::uint32_t) { ++firstPosting_[word + 1]; });
   std::partial_sum(firstPosting_.begin(), firstPosting_.end(), firstPosting_.begin());
   postings_.resize(firstPosting_.back());
   std::vector<std::uint32_t> next(firstPosting_.begin(), firstPosting_.end() - 1);
-  visit([&](std::uint32_t word, std::uint32_t text) { postings_[next[word]++] = text; });
+  forEachPosting([&](std::uint32_t word, std::uint32_t text) { postings_[next[word]++] = text; });
 }
 
-std::pair<std::uint32_t, std::uint32_t> TextIndex::wordsBeginningWith(
+std::pair<std::uint32_t, std::uint32_t> TextIndex::wordsWithPrefix(
     std::string_view beginning) const {
   const auto cut = [&](std::string_view word) { return word.substr(0, beginning.size()); };
   const auto first =
@@ -111,17 +119,17 @@ TextIndex::TermWords TextIndex::wordsOf(const SearchTerm& term) const {
     result.postings += firstPosting_[last] - firstPosting_[first];
   };
   for (const std::string& spelling : term.spellings) {
-    // A word comes before all others that begin with it.
-    const auto [first, last] = wordsBeginningWith(spelling);
+    // Bytewise order: a word comes before all others that begin with it.
+    const auto [first, last] = wordsWithPrefix(spelling);
     const bool isWord = first < last && words_[first] == spelling;
     if (isWord) add(first, first + 1, true);
     const bool typed = &spelling == &term.spellings.front();
-    if (typed && term.mayBeBeginning) add(first + (isWord ? 1 : 0), last, false);
+    if (typed && term.matchesPrefix) add(first + (isWord ? 1 : 0), last, false);
   }
   return result;
 }
 
-bool TextIndex::knows(const SearchTerm& term) const { return wordsOf(term).postings > 0; }
+bool TextIndex::hasMatch(const SearchTerm& term) const { return wordsOf(term).postings > 0; }
 
 std::vector<TextIndex::Match> TextIndex::find(const std::vector<SearchTerm>& terms) const {
   std::vector<Match> matches;
@@ -147,64 +155,67 @@ std::vector<TextIndex::Match> TextIndex::find(const std::vector<SearchTerm>& ter
   return matches;
 }
 
+TextIndex::TokenMatch TextIndex::bestToken(std::uint32_t text, const TermWords& term,
+                                           std::uint64_t usedTokens) const {
+  const std::uint32_t begin = firstToken_[text];
+  TokenMatch best;
+  for (std::uint32_t i = begin; i < firstToken_[text + 1]; ++i) {
+    const std::uint32_t word = tokens_[i].word;
+    const auto field = static_cast<Field>(tokens_[i].field);
+    // The tail of a word stands for the whole word, which is the token before it.
+    const std::uint32_t token = field == Field::nameTail ? i - 1 : i;
+    const bool inName = field == Field::name || field == Field::nameTail;
+    const bool isUnused = (usedTokens >> (token - begin) & 1) == 0;
+    for (const WordRange& range : term.ranges) {
+      if (word < range.first || word >= range.last) continue;
+      int rank = regionRank;
+      if (inName && isUnused) {
+        rank = unusedNameRank + (range.whole ? 2 : 0) + (field == Field::name ? 1 : 0);
+      } else if (inName) {
+        rank = usedNameRank;
+      } else if (field == Field::detail) {
+        rank = detailRank;
+      }
+      if (rank > best.rank) best = {rank, token, range.whole};
+    }
+  }
+  return best;
+}
+
 bool TextIndex::match(std::uint32_t text, const std::vector<TermWords>& terms,
                       Match& result) const {
   const std::uint32_t begin = firstToken_[text];
-  const std::uint32_t end = firstToken_[text + 1];
-  std::uint64_t taken = 0;  // The name's words that a term has accounted for, as bits.
-  std::size_t covered = 0;
-  std::size_t coveredWords = 0;
+  std::uint64_t usedTokens = 0;  // One bit for each token of the name that a term has matched.
+  std::size_t matchedLetters = 0;
+  std::size_t matchedWords = 0;
   bool inDetail = false;
   for (std::size_t t = 0; t < terms.size(); ++t) {
-    // Preferred: a word of the name, not yet taken, that is matched as a whole.
-    int bestRank = -1;
-    std::uint32_t best = 0;
-    bool bestWhole = false;
-    for (std::uint32_t i = begin; i < end; ++i) {
-      for (const WordRange& range : terms[t].ranges) {
-        const std::uint32_t word = tokens_[i].word;
-        if (word < range.first || word >= range.last) continue;
-        const auto field = static_cast<Field>(tokens_[i].field);
-        // The tail of a word accounts for the word, which stands before it.
-        const std::uint32_t at = field == Field::nameTail ? i - 1 : i;
-        const bool inName = field == Field::name || field == Field::nameTail;
-        const bool isFree = (taken >> (at - begin) & 1) == 0;
-        const int rank = inName && isFree ? 4 + (range.whole ? 2 : 0) + (field == Field::name)
-                         : inName         ? 2
-                         : field == Field::detail ? 1
-                                                  : 0;
-        if (rank > bestRank) {
-          bestRank = rank;
-          best = at;
-          bestWhole = range.whole;
-        }
-      }
+    const TokenMatch best = bestToken(text, terms[t], usedTokens);
+    if (best.rank < 0) return false;
+    if (best.rank >= unusedNameRank) {
+      usedTokens |= std::uint64_t{1} << (best.token - begin);
+      const std::size_t length = words_[tokens_[best.token].word].size();
+      matchedLetters += best.whole ? length : std::min(length, terms[t].typedLength);
+      ++matchedWords;
+      if (t == 0 && best.token == begin) result.fromStart = true;
     }
-    if (bestRank < 0) return false;
-    if (bestRank >= 4) {
-      taken |= std::uint64_t{1} << (best - begin);
-      const std::size_t length = words_[tokens_[best].word].size();
-      covered += bestWhole ? length : std::min(length, terms[t].typedLength);
-      ++coveredWords;
-      if (t == 0 && best == begin) result.fromStart = true;
-    }
-    inDetail = inDetail || bestRank == 1;
+    inDetail = inDetail || best.rank == detailRank;
   }
-  if (coveredWords == 0 && !inDetail) return false;
+  if (matchedWords == 0 && !inDetail) return false;
   result.text = text;
-  if (coveredWords == 0) {
-    result.share = shareOfDetail;
+  if (matchedWords == 0) {
+    result.coverage = detailCoverage;
     return true;
   }
   std::size_t letters = 0;
   std::size_t nameWords = 0;
-  for (std::uint32_t i = begin; i < end; ++i) {
+  for (std::uint32_t i = begin; i < firstToken_[text + 1]; ++i) {
     if (static_cast<Field>(tokens_[i].field) != Field::name) continue;
     letters += words_[tokens_[i].word].size();
     ++nameWords;
   }
-  result.share =
-      static_cast<float>(covered + coveredWords - 1) / static_cast<float>(letters + nameWords - 1);
+  result.coverage = static_cast<float>(matchedLetters + matchedWords - 1) /
+                    static_cast<float>(letters + nameWords - 1);
   return true;
 }
 

@@ -12,24 +12,25 @@
 namespace quorvelkit::sandbox {
 namespace {
 
-const FindService& service() {
-  static const auto& made = *new FindService(searchTown());
-  return made;
+const FindService& townService() {
+  static const auto& service = *new FindService(searchTown());
+  return service;
 }
 
-// The answer to a request as "suggest?text=x&location=20,10"; its status is 0 when it is not for
-// this service.
-HTTPAnswer answer(const std::string& target, const std::string& method = "GET") {
+// Sends a request such as "suggest?text=x&location=20,10". The status is 0 if the path belongs to
+// another service.
+HTTPAnswer answer(const std::string& target, const std::string& method = "GET",
+                  const FindService& service = townService()) {
   std::istringstream parts("/api/v1/" + target);
   HTTPRequest request{method, "", {}, "", nullptr};
   std::getline(parts, request.path, '?');
   for (std::string name, value; std::getline(std::getline(parts, name, '='), value, '&');)
     request.parameters.emplace(name, value);
-  return service().answer(request).value_or(HTTPAnswer{0, {}, {}});
+  return service.answer(request).value_or(HTTPAnswer{0, {}, {}});
 }
 
-TEST(FindServiceTest, TellsWhatIsWrongWithARequest) {
-  // What the message names comes last.
+TEST(FindServiceTest, WrongParametersAreRefusedWithAMessage) {
+  // Target, status, part of the message.
   const std::tuple<const char*, int, const char*> cases[] = {
       {"findAddressCandidates?location=20,10", 400, "singleLine"},
       {"findAddressCandidates?singleLine=x", 400, "location"},
@@ -37,7 +38,7 @@ TEST(FindServiceTest, TellsWhatIsWrongWithARequest) {
       {"findAddressCandidates?singleLine=&location=20,10", 200, ""},
       {"findAddressCandidates?singleLine=x&location=2e1,1.0e+1", 200, ""},
       {"suggest?singleLine=x&location=20,10", 400, "text"},
-      {"suggest?text=x&location=20,95", 400, "latitude"},  // Latitude first?
+      {"suggest?text=x&location=20,95", 400, "latitude"},
       {"suggest?text=x&location=20,10&searchExtent=1,2,3", 400, "west"},
       {"suggest?text=x&location=20,10&searchExtent=1,9,3,4", 400, "south"},
       {"suggest?text=x&location=20,10&searchExtent=9,2,3,4", 200, ""},
@@ -64,7 +65,7 @@ TEST(FindServiceTest, TellsWhatIsWrongWithARequest) {
   EXPECT_EQ(answer("suggest", "POST").status, 405);
 }
 
-TEST(FindServiceTest, KeepsAMagicKeyToItsPlaceAndExtent) {
+TEST(FindServiceTest, MagicKeyFindsItsPlaceInsideTheExtentOnly) {
   const std::string here = "searchExtent=19,9,21,11&magicKey=";
   for (const auto& [more, count] : {std::pair(here + "place.n3", 1U),
                                     {here + "street.w1.150", 1U},
@@ -75,8 +76,8 @@ TEST(FindServiceTest, KeepsAMagicKeyToItsPlaceAndExtent) {
   }
 }
 
-// As the library's models read them.
-TEST(FindServiceTest, TellsAllThatTheMapSays) {
+// The names and types are those that the library's models read.
+TEST(FindServiceTest, BodiesHaveAllTagsOfThePlace) {
   const auto document = [](const char* target) {
     return JSON::parse(answer(target + std::string("location=20.003,10.0002")).body);
   };
@@ -99,6 +100,25 @@ TEST(FindServiceTest, TellsAllThatTheMapSays) {
               "Address":"133 Harbor Street","Neighborhood":"Harbor Point","City":"Testville",
               "Region":"Maryland","Postal":"21231","CountryCode":"USA","Loc_name":"PointAddress"},
               "location":{"x":20.003,"y":10.0002,"spatialReference":{"wkid":4326}}})"));
+}
+
+TEST(FindServiceTest, ReverseGeocodeReturnsTheNearestAddress) {
+  // An empty label: there is no address within ten kilometers.
+  const std::tuple<const char*, const char*, std::string> cases[] = {
+      {"known house", "20.0001,9.9997", "100 Harbor Street, Testville, Maryland, 21231"},
+      {"interpolated", "20.0045,9.9999", "150 Harbor Street, Testville, Maryland, 21231"},
+      {"estimated", "20.105,10.0001", "67 Harbor Street, Sankt Olaf, Maryland"},
+      {"motorway is nearer", "20.0500,9.9705", "200 Harbor Street, Testville, Maryland, 21231"},
+      {"too far", "20,50", ""}};
+  for (const auto& [name, location, label] : cases) {
+    const HTTPAnswer given = answer("reverseGeocode?location=" + std::string(location));
+    EXPECT_EQ(given.status, label.empty() ? 404 : 200) << name;
+    const JSON address = JSON::parse(given.body)["address"];
+    EXPECT_EQ(address["Match_addr"].stringValue(), label) << name;
+    EXPECT_EQ(address["CountryCode"].stringValue(), label.empty() ? "" : "USA") << name;
+  }
+  const FindService empty(std::make_shared<MapData>());
+  EXPECT_EQ(answer("reverseGeocode?location=20,10", "GET", empty).status, 404);
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "sandbox/find/PlaceSearch.h"
-#include "sandbox/find/ReverseGeocoder.h"
 #include "tests/sandbox/SearchTown.h"
 
 #include <gmock/gmock.h>
@@ -15,17 +14,17 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-const std::shared_ptr<const Gazetteer>& gazetteerOfTown() {
+const std::shared_ptr<const Gazetteer>& townGazetteer() {
   static const auto& gazetteer = *new auto(std::make_shared<const Gazetteer>(searchTown()));
   return gazetteer;
 }
 
 const PlaceSearch& town() {
-  static const auto& search = *new PlaceSearch(gazetteerOfTown());
+  static const auto& search = *new PlaceSearch(townGazetteer());
   return search;
 }
 
-std::vector<std::string> labels(const std::vector<PlaceSearch::Found>& found) {
+std::vector<std::string> labels(const std::vector<PlaceSearch::Result>& found) {
   std::vector<std::string> result;
   for (const auto& one : found)
     result.push_back(one.place.label());
@@ -34,22 +33,22 @@ std::vector<std::string> labels(const std::vector<PlaceSearch::Found>& found) {
 
 constexpr Coordinate west{10, 20};
 
-TEST(PlaceSearchTest, FindsPlacesByText) {
+TEST(PlaceSearchTest, BestCandidateAndScoreByText) {
   const char* const cafe = "Caf\u00E9 M\u00FCller, 133 Harbor Street, Testville, Maryland, 21231";
   const char* const square = "Pla\u00E7a de l\u2019\u00C0ncora, Testville, Maryland";
   const char* const house = "100 Harbor Street, Testville, Maryland, 21231";
   const char* const between = "150 Harbor Street, Testville, Maryland, 21231";
-  // The best place, its score at least and at most, and texts that find it.
+  // The best place, its minimum and maximum score, and texts that find it.
   const std::tuple<const char*, double, double, std::vector<const char*>> cases[] = {
       {house, 100, 100, {"100 Harbor Street", "harbor st 100"}},
       {house,
        100,
        100,
        {"100 Harbor Street, Testville, MD 21231", "100 Harbor St, Testville, USA"}},
-      // "Atlantis" is nowhere.
+      // "Atlantis" is an unknown word.
       {house, 60, 80, {"100 Harbor Street Atlantis"}},
       {between, 90, 90, {"150 Harbor Street", "150 Harbor Street, Testville 21231"}},
-      // Beyond the street's last number the street itself is the answer.
+      // The number is larger than the last number of the street: finds the street.
       {"Harbor Street, Testville, Maryland", 70, 80, {"9999 Harbor Street"}},
       {"Coast Motorway, Sankt Olaf, Maryland", 80, 90, {"12 Coast Motorway"}},
       {"Harbor Street, Sankt Olaf, Maryland", 100, 100, {"Harbor Street Sankt Olaf"}},
@@ -74,10 +73,10 @@ TEST(PlaceSearchTest, FindsPlacesByText) {
     EXPECT_THAT(town().candidates(text, {west, {}}), IsEmpty()) << text;
 }
 
-TEST(PlaceSearchTest, RanksByScoreThenDistance) {
+TEST(PlaceSearchTest, SortsByScoreThenDistance) {
   EXPECT_THAT(labels(town().candidates("Memorial Church", {{10.01, 20.004}, {}})),
               ElementsAre("Memorial Church, Testville, Maryland"))
-      << "the nearer church matches much less";
+      << "the nearer church has a much lower score";
   for (const double latitude : {10.0, 10.06}) {
     const auto banks = town().candidates("first bank", {{latitude, 20.004}, {}});
     ASSERT_THAT(banks, SizeIs(2));
@@ -85,20 +84,20 @@ TEST(PlaceSearchTest, RanksByScoreThenDistance) {
   }
 }
 
-TEST(PlaceSearchTest, KeepsInsideTheExtent) {
+TEST(PlaceSearchTest, ResultsAreInsideTheExtent) {
   const Extent north{{10.04, 19}, {11, 21}};
   const auto banks = town().candidates("first bank", {west, north});
   ASSERT_THAT(banks, SizeIs(1));
   EXPECT_EQ(banks.front().place.position.latitude, 10.05);
   EXPECT_THAT(town().candidates("150 Harbor Street", {west, north}), IsEmpty());
   EXPECT_THAT(town().suggestions("Harbor", {west, north}), IsEmpty());
-  const Extent acrossTheDateLine{{-10, 170}, {10, -170}};
-  EXPECT_TRUE(acrossTheDateLine.contains({0, 179}));
-  EXPECT_TRUE(acrossTheDateLine.contains({0, -179}));
-  EXPECT_FALSE(acrossTheDateLine.contains({0, 0}));
+  const Extent acrossMeridian180{{-10, 170}, {10, -170}};
+  EXPECT_TRUE(acrossMeridian180.contains({0, 179}));
+  EXPECT_TRUE(acrossMeridian180.contains({0, -179}));
+  EXPECT_FALSE(acrossMeridian180.contains({0, 0}));
 }
 
-TEST(PlaceSearchTest, SuggestsWhatTheTextMayBecome) {
+TEST(PlaceSearchTest, SuggestionsMatchAnIncompleteText) {
   EXPECT_THAT(labels(town().suggestions("Harbor P", {west, {}})),
               ElementsAre("Harbor Point, Testville, Maryland"));
   EXPECT_THAT(labels(town().suggestions("Harb", {west, {}})),
@@ -106,16 +105,16 @@ TEST(PlaceSearchTest, SuggestsWhatTheTextMayBecome) {
                           "Harbor Street, Sankt Olaf, Maryland",
                           "100 Harbor Street, Testville, Maryland, 21231",
                           "133 Harbor Street, Testville, Maryland, 21231"));
-  // What it is comes before what begins like it, and equal labels are one suggestion.
+  // Places with equal labels are one suggestion.
   EXPECT_THAT(labels(town().suggestions("First Bank", {west, {}})), SizeIs(1));
   EXPECT_THAT(labels(town().suggestions("10", {west, {}})),
               ElementsAre("100 Harbor Street, Testville, Maryland, 21231"));
-  EXPECT_THAT(town().suggestions("10 ", {west, {}}), IsEmpty()) << "a blank ends the number";
+  EXPECT_THAT(town().suggestions("10 ", {west, {}}), IsEmpty()) << "a space completes the number";
   EXPECT_THAT(town().suggestions("Harbor Atlantis", {west, {}}), IsEmpty());
 }
 
-TEST(PlaceSearchTest, EveryKeyFindsItsPlaceAlone) {
-  const Gazetteer& gazetteer = *gazetteerOfTown();
+TEST(PlaceSearchTest, KeysFindTheirPlaceAndWrongKeysNone) {
+  const Gazetteer& gazetteer = *townGazetteer();
   for (const Place& place : gazetteer.places()) {
     const auto again = gazetteer.placeWithKey(place.key);
     ASSERT_TRUE(again) << place.key;
@@ -130,28 +129,6 @@ TEST(PlaceSearchTest, EveryKeyFindsItsPlaceAlone) {
         street + ".-1", std::string("place.n3.5"), street + ".99999999999"}) {
     EXPECT_FALSE(gazetteer.placeWithKey(key)) << key;
   }
-}
-
-TEST(ReverseGeocoderTest, TellsTheNearestAddress) {
-  const ReverseGeocoder geocoder(gazetteerOfTown());
-  // Null where nothing is near.
-  const std::pair<Coordinate, const char*> cases[] = {
-      {{9.9997, 20.0001}, "100 Harbor Street, Testville, Maryland, 21231"},
-      {{9.9999, 20.0045}, "150 Harbor Street, Testville, Maryland, 21231"},
-      {{10.0001, 20.105}, "67 Harbor Street, Sankt Olaf, Maryland"},
-      {{9.9705, 20.0500}, "200 Harbor Street, Testville, Maryland, 21231"},  // Not the motorway.
-      {{50, 20}, nullptr},
-  };
-  for (const auto& [position, label] : cases) {
-    const auto place = geocoder.addressAt(position);
-    ASSERT_EQ(place.has_value(), label != nullptr) << position.latitude;
-    if (!place) continue;
-    EXPECT_EQ(place->label(), label);
-    EXPECT_EQ(place->locality.country, "USA");
-  }
-  EXPECT_EQ(geocoder.addressAt({10, 20.002})->locality.neighborhood, "Harbor Point");
-  EXPECT_FALSE(ReverseGeocoder(std::make_shared<const Gazetteer>(std::make_shared<MapData>()))
-                   .addressAt({10, 20}));
 }
 
 }  // namespace

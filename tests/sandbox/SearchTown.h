@@ -7,10 +7,10 @@
 
 namespace quorvelkit::sandbox {
 
-/// A map to search: Harbor Street runs 1 km east from (10, 20), with houses 100 (at its beginning,
-/// south) and 200 (at its end), and goes on beyond a boundary in Sankt Olaf. Meters are about
-/// 1/111000 degrees at this latitude in either direction. The street's second half is drawn the
-/// other way round.
+/// A map for search tests. Harbor Street runs 1 km east from (10, 20), with the houses 100 (at its
+/// beginning, on the south side) and 200 (at its end). Another part of it is in Sankt Olaf, beyond
+/// a boundary. The second half of the street has the opposite direction. A meter is about 1/111000
+/// degree here.
 inline std::shared_ptr<const MapData> searchTown() {
   const std::string onStreet = "; addr:street=Harbor Street; addr:city=Testville";
   auto map = std::make_shared<MapData>(test::mapFromText(

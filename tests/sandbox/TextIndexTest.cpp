@@ -13,12 +13,12 @@
 namespace quorvelkit::sandbox {
 namespace {
 
-TEST(SearchWordsTest, FoldsCaseAccentsAndPunctuation) {
+TEST(SearchWordsTest, CaseAccentsAndPunctuationAreRemoved) {
   const std::pair<const char*, const char*> cases[] = {
       {"1726 Fleet Street", "1726 fleet street"},
       {"  Fleet-Street,  (East)", "fleet street east"},
       {"AVINGUDA Merítxell", "avinguda meritxell"},
-      {"Plac\u0327a", "placa"},  // The accent as a character of its own.
+      {"Plac\u0327a", "placa"},  // A combining accent.
       {"Stra\u00DFe", "strasse"},
       {"\u00D8rsted \u0141\u00F3d\u017A", "orsted lodz"},
       {"O'Donnell", "odonnell"},
@@ -35,7 +35,7 @@ TEST(SearchWordsTest, FoldsCaseAccentsAndPunctuation) {
   EXPECT_EQ(searchWords("Fell's").front().tail, "");
 }
 
-// The words of a name and its detail, and those of the region.
+// The words of name and detail, and the words of the region.
 using FoldedText = std::pair<std::vector<std::string>, std::vector<std::string>>;
 
 std::vector<std::string> folded(const std::string& text) {
@@ -47,12 +47,12 @@ std::vector<std::string> folded(const std::string& text) {
   return words;
 }
 
-/// What TextIndex::find() says, said without an index.
+/// The reference for TextIndex::find(): a check without an index.
 bool matches(const FoldedText& text, const std::vector<SearchTerm>& terms) {
   const auto has = [](const std::vector<std::string>& words, const SearchTerm& term) {
     return std::any_of(words.begin(), words.end(), [&](const std::string& word) {
       return std::count(term.spellings.begin(), term.spellings.end(), word) > 0 ||
-             (term.mayBeBeginning && word.starts_with(term.word()));
+             (term.matchesPrefix && word.starts_with(term.word()));
     });
   };
   const auto hasAny = [&](const SearchTerm& term) { return has(text.first, term); };
@@ -61,10 +61,10 @@ bool matches(const FoldedText& text, const std::vector<SearchTerm>& terms) {
          std::any_of(terms.begin(), terms.end(), hasAny);
 }
 
-TEST(TextIndexTest, FindsWhatAScanOfRandomNamesFinds) {
+TEST(TextIndexTest, FindsTheSameTextsAsAScan) {
   std::mt19937 random(20240501);
   const auto below = [&](std::size_t n) { return random() % n; };
-  // Few letters, so that words are often beginnings of others; some are abbreviations.
+  // Few letters, so that words are often prefixes of others. Some words are abbreviations.
   const std::vector<std::string> letters{"a", "b", "\u00E0", "B", "1", "'", "aba"};
   const std::vector<std::string> whole{"Street", "st", "Saint", "north", "n", "12"};
   const auto text = [&](std::size_t most) {
@@ -96,8 +96,8 @@ TEST(TextIndexTest, FindsWhatAScanOfRandomNamesFinds) {
     std::set<std::uint32_t> found;
     for (const auto& match : index.find(terms)) {
       EXPECT_TRUE(found.insert(match.text).second) << "twice: " << typed;
-      EXPECT_GT(match.share, 0);
-      EXPECT_LE(match.share, 1);
+      EXPECT_GT(match.coverage, 0);
+      EXPECT_LE(match.coverage, 1);
     }
     std::set<std::uint32_t> scanned;
     for (std::uint32_t number = 0; number < texts.size(); ++number) {
@@ -109,7 +109,7 @@ TEST(TextIndexTest, FindsWhatAScanOfRandomNamesFinds) {
   EXPECT_GT(nonEmpty, 300U);
 }
 
-TEST(TextIndexTest, MeasuresHowMuchOfTheNameWasTyped) {
+TEST(TextIndexTest, CoverageIsTheTypedFractionOfTheName) {
   const TextIndex::Text text{"Grace Memorial Church", "place of worship", "Baltimore"};
   const TextIndex index(1, [&](std::size_t) { return text; });
   const std::tuple<const char*, double, bool> cases[] = {
@@ -117,10 +117,10 @@ TEST(TextIndexTest, MeasuresHowMuchOfTheNameWasTyped) {
       {"Memorial Church", 15.0 / 21, false}, {"gra", 3.0 / 21, true},
       {"grace baltimore", 5.0 / 21, true},   {"worship", 0.5, false},
   };
-  for (const auto& [typed, share, fromStart] : cases) {
+  for (const auto& [typed, coverage, fromStart] : cases) {
     const auto matches = index.find(searchTerms(typed, true));
     ASSERT_EQ(matches.size(), 1U) << typed;
-    EXPECT_NEAR(matches.front().share, share, 1e-6) << typed;
+    EXPECT_NEAR(matches.front().coverage, coverage, 1e-6) << typed;
     EXPECT_EQ(matches.front().fromStart, fromStart) << typed;
   }
   EXPECT_TRUE(index.find(searchTerms("Baltimore", true)).empty()) << "the region alone is no match";
