@@ -1,17 +1,17 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Makes town.geojson, the sandbox's built-in town. Nothing in it exists.
+"""Generates town.geojson, the fictional built-in town of the sandbox. The output is deterministic.
 
     python3 make_town.py > town.geojson
 
-All lengths are meters, x to the east and y to the north of the town's middle; plan() bends the
-drawing board's straight streets into those of a town that has grown.
+Units: meters, x to the east and y to the north of the center. The streets of the grid are straight in
+the plan; plan() converts positions of the plan to positions in the town, where streets are curved.
 """
 import json
 import math
 import random
 
-LATITUDE, LONGITUDE = 40.4500, -38.2500  # Open sea on any other map.
+LATITUDE, LONGITUDE = 40.4500, -38.2500  # In the open sea.
 random.seed(1848)
 
 features = []
@@ -19,7 +19,7 @@ next_way, next_node = 1_210_000_001, 7_300_000_001
 
 
 def plan(x, y):
-    """Where a place of the drawing board lies in the town."""
+    """Converts a position of the plan to a position in the town."""
     u = x + 110 * math.sin(y / 720 + 0.6) + 35 * math.sin(x / 310 + y / 420)
     v = y + 95 * math.sin(x / 830 - 0.4) + 28 * math.sin((x + y) / 350)
     return u * 0.978 - v * 0.208, u * 0.208 + v * 0.978
@@ -70,7 +70,7 @@ def add_node(point, **tags):
 
 
 def offset(line, aside):
-    """The line moved to its right by so many meters."""
+    """Returns the line, moved to its right by `aside` meters."""
     moved = []
     for i, point in enumerate(line):
         before, after = line[max(i - 1, 0)], line[min(i + 1, len(line) - 1)]
@@ -90,7 +90,7 @@ def bezier(a, b, c, d, steps=10):
 
 
 def smooth(points, step=45):
-    """A curve through the points (Catmull and Rom), a vertex about every `step` meters."""
+    """Returns a Catmull-Rom curve through the points, with a vertex about every `step` meters."""
     line = []
     for i in range(len(points) - 1):
         p0, p1 = points[max(i - 1, 0)], points[i]
@@ -105,7 +105,7 @@ def smooth(points, step=45):
     return line + [points[-1]]
 
 
-# --- The river, and the streets on its banks -------------------------------------------------
+# --- The river and the streets on its banks ----------------------------------------------------
 
 def river_x(y):
     return -420 + 210 * math.sin(y / 640) + 0.06 * y
@@ -115,7 +115,7 @@ def bank_point(y, aside):
     return plan(river_x(y) + aside, y)
 
 
-# --- The grid: columns run north, rows run east ----------------------------------------------
+# --- The grid: columns lead north, rows lead east ----------------------------------------------
 
 COLUMNS = [
     (-2060, "Windmill Road", "tertiary"), (-1850, "Große Allee", "residential"),
@@ -142,7 +142,7 @@ BRIDGES = {"South Parade": "Ferry Bridge", "Commerce Street": "Old Bridge",
            "Fenwick Avenue": "Fenwick Bridge"}
 REFS = {"Commerce Street": "US 309", "Harrow Avenue": "SR 27", "Foundry Road": "CR 8",
         "Beacon Hill Road": "CR 8"}
-PARK = (960, 1520, 290, 790)  # Streets keep out of it; West to east, south to north.
+PARK = (960, 1520, 290, 790)  # West, east, south, north. Without streets.
 ROUNDABOUTS = {("Foundry Road", "Fenwick Avenue"), ("Foundry Road", "Commerce Street"),
                ("Foundry Road", "South Parade"),
                ("Beacon Hill Road", "South Parade"), ("Guildhall Street", "North Parade")}
@@ -154,7 +154,7 @@ COLUMN_AT = {name: x for x, name, _ in COLUMNS}
 ROW_AT = {name: y for y, name, _ in ROWS}
 WEIGHT = ["primary", "secondary", "tertiary", "residential"]
 
-attached = {}  # Roundabout: the directions in which streets meet it.
+attached = {}  # Roundabout -> the points where streets join it.
 
 
 def in_park(x, y):
@@ -162,7 +162,7 @@ def in_park(x, y):
 
 
 def missing(x0, y0, x1, y1, kind):
-    """Blocks grow together here and there, except along through streets."""
+    """Whether the street between two crossings is left out. Through streets are complete."""
     if in_park((x0 + x1) / 2, (y0 + y1) / 2):
         return True
     if kind != "residential":
@@ -172,7 +172,7 @@ def missing(x0, y0, x1, y1, kind):
 
 
 def junction(x, y, toward):
-    """The end of a street at a crossing, or where it meets the roundabout there."""
+    """Returns the end of a street at a crossing, or the point where it joins a roundabout."""
     for column, row in ROUNDABOUTS:
         if (COLUMN_AT[column], ROW_AT[row]) == (x, y):
             middle, far = plan(x, y), plan(*toward)
@@ -191,7 +191,7 @@ def block_side(a, b):
 
 
 def lay_street(name, kind, stops):
-    """stops: places of the drawing board in order; None where the street is interrupted."""
+    """stops: positions of the plan in order; None interrupts the street."""
     line = []
     tags = {"highway": kind, "name": name, "ref": REFS.get(name), "oneway": ONEWAY.get(name),
             "maxspeed": SPEEDS[kind]}
@@ -202,7 +202,7 @@ def lay_street(name, kind, stops):
             line = []
             continue
         side = block_side(before, after)
-        if line and line[-1] != side[0]:  # A roundabout lies between the two.
+        if line and line[-1] != side[0]:  # A roundabout is between the two.
             add_way(line, **tags)
             line = []
         line += side if not line else side[1:]
@@ -226,7 +226,7 @@ house_number = {}
 
 
 def add_houses(name, line, kind):
-    """Some houses' numbers, even ones on the right; a hundred numbers for each block."""
+    """Adds some house numbers, even ones on the right, 100 numbers for each block."""
     block = house_number.get(name, 0) + 100
     house_number[name] = block
     if kind == "primary":
@@ -257,7 +257,7 @@ def columns_and_rows():
 
 
 def river():
-    ys = range(-9000, 9040, 120)  # Out of every picture of the town.
+    ys = range(-9000, 9040, 120)  # Beyond the visible part of the map.
     add_area([bank_point(y, -46 - 8 * math.sin(y / 250)) for y in ys]
              + [bank_point(y, 46 + 8 * math.sin(y / 200)) for y in reversed(ys)],
              natural="water", water="river", name="River Marrow")
@@ -302,7 +302,7 @@ MOTORWAY_SIDE = 13
 
 
 def along(line, meters):
-    """The place so far along a line, and the index of the vertex before it."""
+    """Returns the point at a distance along a line, and the index of the vertex before it."""
     for i, (a, b) in enumerate(zip(line, line[1:])):
         step = distance(a, b)
         if meters <= step:
@@ -312,13 +312,13 @@ def along(line, meters):
 
 
 def meters_to(line, point):
-    """How far along a line the vertex nearest to a point is."""
+    """Returns the distance along a line to the vertex that is nearest to a point."""
     nearest = min(range(len(line)), key=lambda i: distance(line[i], point))
     return sum(distance(a, b) for a, b in zip(line[:nearest], line[1:nearest + 1]))
 
 
 class Carriageway:
-    """One direction of a motorway, cut where ramps leave or join it."""
+    """One direction of a motorway, split where ramps leave or join it."""
 
     def __init__(self, line, **tags):
         self.line, self.tags, self.cuts = line, tags, []
@@ -353,7 +353,8 @@ def exit_sign(point, number):
 
 def ramp(carriageway, leaves, meters, end, end_direction, destination=None, number=None,
          kind="motorway_link", ref=None):
-    """A ramp from or to a carriageway; `end` is its other end, driven in `end_direction`."""
+    """Adds a ramp from or to a carriageway. `end` is its other end, with the driving direction
+    `end_direction`."""
     point = carriageway.cut(meters)
     along_it = carriageway.direction(meters)
     if leaves:
@@ -368,7 +369,7 @@ def ramp(carriageway, leaves, meters, end, end_direction, destination=None, numb
 
 
 def interchange(ways, arterial, crossing, number, toward, highway_toward):
-    """A diamond: four ramps between the carriageways and an arterial that crosses them."""
+    """Adds a diamond interchange: four ramps between the carriageways and a crossing arterial."""
     for way, name in zip(ways, highway_toward):
         meters = meters_to(way.line, crossing)
         side = way.direction(meters, 1)
@@ -389,7 +390,7 @@ def motorway():
     both = (north, south)
     names = ("I 46 North", "I 46 South")
 
-    # Foundry Road goes on to the south, Harrow Avenue too, South Parade and Commerce Street east.
+    # Foundry Road and Harrow Avenue continue to the south, South Parade and Fenwick Avenue to the east.
     foundry = smooth([plan(-1450, -1290), (-1330, -1750), (-1420, -2130), (-1500, -2330),
                       (-1560, -2700)], 40)
     add_way(foundry, highway="secondary", name="Gravel Pit Road", ref="CR 8", maxspeed="40 mph")
@@ -440,7 +441,7 @@ def nearest_crossing(arterial):
 
 
 def eastmere(mill, sound):
-    """A smaller town to the east, with streets that wind, around one avenue."""
+    """A smaller town to the east, with curved streets around one avenue."""
     gate = next(i for i, (_, y) in enumerate(mill) if y > 150)
     avenue = smooth([mill[gate], (4700, 170), (4950, 240), (5180, 420), (5500, 470)], 40)
     approach = avenue[:5]
@@ -470,7 +471,7 @@ def eastmere(mill, sound):
 
 
 def northgate():
-    """Streets of a later time that wind north of the grid."""
+    """Curved streets north of the grid."""
     top = ROWS[-1][0]
     loops = [("Moorhen Crescent", 400, 800, 330), ("Fieldfare Way", 800, 1310, 400),
              ("Dunnock Drive", 1310, 1740, 290)]
@@ -493,7 +494,7 @@ def northgate():
 
 
 def tollgate():
-    """A village to the west, on the county road and the old trunk road."""
+    """A village to the west, on two main roads."""
     start = plan(-2060, -240)
     road = smooth([start, (-2500, -820), (-2800, -770), (-3060, -796), (-3400, -900), (-4100, -870)], 45)
     add_way(road, highway="primary", name="Tollgate Road", ref="US 309", maxspeed="45 mph")
@@ -596,7 +597,7 @@ def places():
 
 
 def join_up():
-    """Opens one-way streets that lead nowhere both ways; drops streets that nothing leads to."""
+    """Removes unconnected streets. Opens one-way streets that make parts of the town unreachable."""
     streets = [f for f in features if "highway" in f["properties"]
                and f["geometry"]["type"] == "LineString"]
 
@@ -631,10 +632,10 @@ def join_up():
                 street["properties"].pop("oneway", None)
 
 
-# --- The country around: nothing in it bears an address or is searched -------------------------
+# --- The surroundings: no addresses ------------------------------------------------------------
 
 def round_area(points, **tags):
-    """A smooth outline through the points."""
+    """Adds an area with a smooth outline through the points."""
     line = smooth(points[-1:] + points + points[:2], 60)
     first = line.index(points[0])
     add_area(line[first:line.index(points[0], first + 1)], **tags)
@@ -694,7 +695,7 @@ def woods_and_water():
 
 
 def roads_beyond():
-    """The roads' ways out of every picture."""
+    """Continues the roads beyond the visible part of the map."""
     for side in (MOTORWAY_SIDE, -MOTORWAY_SIDE):
         for points in ([(-13000, -2900), (-8000, -2500), (-4300, -2350)],
                        [(2300, 4000), (2150, 5800), (2500, 9000)]):
