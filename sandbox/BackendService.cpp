@@ -8,14 +8,14 @@
 namespace quorvelkit::sandbox {
 namespace {
 
-/// The application and the service account that the library logs in with.
+/// The ids of the application and of the service account with which the library logs in.
 constexpr std::string_view applicationId = "5E2C9F14-7A03-41BD-C8E6-0F93D27A61B5";
 constexpr std::string_view secretKey = "D41F06A3-92BE-4C57-AB08-6E1D3C5F7092";
 constexpr std::string_view accountLogin = "sdk-service@quorvel.example";
 constexpr std::string_view accountPassword = "kvm40972";
 constexpr std::string_view accountId = "9B1D7C20-63E4-4F0A-8A55-2C7E90D3F418";
 
-/// Texts such as "1B9D6BCD-BBFD-4B2D-9B5D-AB8DFBBD4BED": 36 characters.
+/// Returns a text of 36 characters, such as "1B9D6BCD-BBFD-4B2D-9B5D-AB8DFBBD4BED".
 std::string randomToken() {
   std::random_device random;
   std::string token = "xxxxxxxx-xxxx-4xxx-8xxx-xxxxxxxxxxxx";
@@ -40,7 +40,8 @@ std::optional<HTTPAnswer> BackendService::answer(const HTTPRequest& request,
                                                    "/v1/files/configuration/configuration.json";
   if (!isLogin && !isConfiguration) return std::nullopt;
   if (request.method != (isLogin ? "POST" : "GET")) {
-    return HTTPAnswer::failure(405, 405, "This resource does not take " + request.method + ".");
+    return HTTPAnswer::failure(405, 405,
+                               "This resource does not support the method " + request.method + ".");
   }
   return isLogin ? login(request) : configuration(request, rootURL);
 }
@@ -57,7 +58,7 @@ HTTPAnswer BackendService::login(const HTTPRequest& request) {
   const auto login = body["login"].string();
   const auto password = body["password"].string();
   if (!login || !password) {
-    return HTTPAnswer::failure(400, 3011, "the body is no JSON object with login and password");
+    return HTTPAnswer::failure(400, 3011, "the body is not a JSON object with login and password");
   }
   if (*login != accountLogin || *password != accountPassword) {
     return HTTPAnswer::failure(401, 3003, "Invalid login or password");

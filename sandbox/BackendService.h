@@ -11,12 +11,12 @@
 
 namespace quorvelkit::sandbox {
 
-/// The backend service: logs the library's service account in and hands out the configuration
-/// file, to the bearers of its tokens only. Any threads at once.
+/// The backend service: answers logins with a token, and requests that carry a valid token with the
+/// configuration. Thread-safe.
 class BackendService {
  public:
-  /// Answers what is addressed to this service. `rootURL` is where the navigation server and the
-  /// find server are.
+  /// Returns nothing if the path belongs to another service. `rootURL` is the root URL of the
+  /// navigation server and the find server.
   std::optional<HTTPAnswer> answer(const HTTPRequest& request, const std::string& rootURL);
 
  private:

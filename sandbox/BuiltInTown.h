@@ -5,7 +5,7 @@
 
 namespace quorvelkit::sandbox {
 
-/// The file data/town.geojson as it was when the program was built.
+/// Returns the text of data/town.geojson, which is compiled into the program.
 std::string builtInTownGeoJSON();
 
 }  // namespace quorvelkit::sandbox

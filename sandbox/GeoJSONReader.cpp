@@ -26,7 +26,7 @@ std::optional<Coordinate> readPosition(const ValueView& value) {
   return Coordinate{*latitude, *longitude};
 }
 
-/// Empty unless every position can be read.
+/// Returns an empty line if a position is invalid.
 std::vector<Coordinate> readLine(const ValueView& value) {
   std::vector<Coordinate> line;
   line.reserve(value.size());
@@ -55,7 +55,7 @@ Tags readTags(const ValueView& properties) {
   std::vector<Tags::Pair> pairs;
   for (std::size_t at = 0; at < properties.size(); ++at) {
     const auto [key, value] = properties.memberAt(at);
-    if (key.starts_with('@')) continue;  // Where exporters put what is no tag.
+    if (key.starts_with('@')) continue;  // Metadata that an exporter added.
     if (const auto text = value.text()) {
       pairs.emplace_back(key, *text);
     } else if (value.kind() == ValueView::Kind::number) {
@@ -72,7 +72,7 @@ bool GeoJSONReader::read(const JSON& document, std::string& problem) {
   const ValueView features = member(root, "features");
   if (memberText(root, "type") != "FeatureCollection" ||
       features.kind() != ValueView::Kind::array) {
-    problem = "it is no GeoJSON FeatureCollection";
+    problem = "it is not a GeoJSON FeatureCollection";
     return false;
   }
   for (std::size_t at = 0; at < features.size(); ++at)
@@ -125,13 +125,13 @@ GeoJSONReader::Id GeoJSONReader::readId(const ValueView& feature) {
     id.number = *number;
     return id;
   }
-  // "w123" as well as "way/123".
+  // The formats are "w123" and "way/123".
   if (!text.empty()) id.kind = text.front();
   text.remove_prefix(std::min(text.size(), text.find_first_of("0123456789")));
   if (std::from_chars(text.data(), text.data() + text.size(), id.number).ec != std::errc()) {
-    return {0, --lastMadeUpId_};
+    return {0, --lastGeneratedId_};
   }
-  if (id.kind == 'a') {  // Surfaces are numbered twice the way, or twice the relation and one.
+  if (id.kind == 'a') {  // Area ids: twice the way id, or twice the relation id plus one.
     id = {id.number % 2 == 0 ? 'w' : 'r', id.number / 2};
   }
   return id;

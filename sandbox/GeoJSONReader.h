@@ -14,14 +14,15 @@ namespace quorvelkit::sandbox {
 /// Reads the features of a GeoJSON document (RFC 7946) into map data.
 class GeoJSONReader {
  public:
-  /// Adds the features of a FeatureCollection. Returns false, with the reason in `problem`, when
-  /// the document is none.
+  /// Adds the features of a FeatureCollection. Returns false and sets `problem` to the reason if
+  /// the document is something else.
   bool read(const JSON& document, std::string& problem);
 
+  /// Returns what was read. Call it once, after read().
   MapData takeMap() { return std::move(map_); }
 
  private:
-  /// A feature's place in the OSM database: 'n', 'w' or 'r' and a number.
+  /// The id of a feature in the OSM database: 'n', 'w' or 'r', and a number.
   struct Id {
     char kind = 0;
     std::int64_t number = 0;
@@ -32,7 +33,7 @@ class GeoJSONReader {
   Id readId(const ValueView& feature);
 
   MapData map_;
-  std::int64_t lastMadeUpId_ = 0;
+  std::int64_t lastGeneratedId_ = 0;
 };
 
 }  // namespace quorvelkit::sandbox

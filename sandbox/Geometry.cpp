@@ -43,13 +43,13 @@ Coordinate between(const Coordinate& a, const Coordinate& b, double fraction) {
 }
 
 double nearestFraction(const Coordinate& a, const Coordinate& b, const Coordinate& position) {
-  // Plane geometry: degrees of longitude shrunk to the length of degrees of latitude.
-  const double shrink = std::cos(position.latitude * radiansPerDegree);
-  const double lineX = (b.longitude - a.longitude) * shrink;
+  // Plane geometry, with longitudes scaled to the length of a degree of latitude.
+  const double longitudeScale = std::cos(position.latitude * radiansPerDegree);
+  const double lineX = (b.longitude - a.longitude) * longitudeScale;
   const double lineY = b.latitude - a.latitude;
   const double squaredLength = lineX * lineX + lineY * lineY;
   if (squaredLength == 0) return 0;
-  const double toX = (position.longitude - a.longitude) * shrink;
+  const double toX = (position.longitude - a.longitude) * longitudeScale;
   const double toY = position.latitude - a.latitude;
   return std::clamp((toX * lineX + toY * lineY) / squaredLength, 0.0, 1.0);
 }

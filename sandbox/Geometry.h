@@ -7,19 +7,20 @@ namespace quorvelkit::sandbox {
 
 inline constexpr double metersPerMile = 1609.344;
 
-/// Great-circle distance in meters.
+/// The great-circle distance.
 double distanceInMeters(const Coordinate& a, const Coordinate& b);
 
-/// Compass bearing from one position to another: degrees clockwise from north, 0 to below 360.
+/// The compass bearing in degrees, clockwise from north, in [0, 360).
 double bearing(const Coordinate& from, const Coordinate& to);
 
-/// The turn from one bearing to another in degrees: above -180 to 180, right is positive.
+/// The angle from one bearing to another in degrees, in (-180, 180]; right is positive.
 double turnAngle(double fromBearing, double toBearing);
 
-/// The position that lies the given fraction (0 to 1) of the way between two near positions.
+/// Interpolates between two near positions; `fraction` is 0 to 1.
 Coordinate between(const Coordinate& a, const Coordinate& b, double fraction);
 
-/// Where on the line between two near positions a third one is closest, as a fraction 0 to 1.
+/// Returns the fraction (0 to 1) of the line from `a` to `b` that is nearest to `position`. All
+/// positions must be near each other.
 double nearestFraction(const Coordinate& a, const Coordinate& b, const Coordinate& position);
 
 }  // namespace quorvelkit::sandbox

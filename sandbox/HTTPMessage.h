@@ -11,14 +11,14 @@
 
 namespace quorvelkit::sandbox {
 
-/// A request as the services see it: path and parameters are decoded.
+/// A request with decoded path and parameters.
 struct HTTPRequest {
   std::string method;
   std::string path;
   QueryParameters parameters;
   std::string body;
-  /// The value of a header field; empty when it is missing. Names are compared without regard to
-  /// case. Valid as long as the request is being answered.
+  /// Returns the value of a header field, empty if it is missing. Ignores the case of `name`. Valid
+  /// until the request is answered.
   std::function<std::string(const std::string& name)> header;
 };
 
@@ -28,11 +28,11 @@ struct HTTPAnswer {
   std::string body;
 
   static HTTPAnswer json(const JSON& body, int status = 200);
-  /// {"code": ..., "message": ...}, which all three servers send for what they refuse.
+  /// The error format of all three servers: {"code": ..., "message": ...}.
   static HTTPAnswer failure(int status, int code, const std::string& message);
 };
 
-/// Answers requests on any threads at once.
+/// Must be thread-safe.
 using HTTPHandler = std::function<HTTPAnswer(const HTTPRequest&)>;
 
 }  // namespace quorvelkit::sandbox

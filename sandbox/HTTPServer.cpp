@@ -9,9 +9,9 @@
 
 #if defined(__has_feature)
 #if __has_feature(thread_sanitizer)
-// The HTTP library comes compiled without ThreadSanitizer, which therefore does not see how its
-// function-local statics are guarded. What the library itself reads is left out; its locks, and
-// all that runs inside our handler, are not.
+// The HTTP library is compiled without ThreadSanitizer, which therefore does not see the guards of
+// its function-local statics. This suppresses reports about reads inside the library, but not about
+// its locks and our handler.
 extern "C" const char* __tsan_default_suppressions() {  // NOLINT(bugprone-reserved-identifier)
   return "called_from_lib:libcpp-httplib.so\n";
 }
@@ -21,9 +21,9 @@ extern "C" const char* __tsan_default_suppressions() {  // NOLINT(bugprone-reser
 namespace quorvelkit::sandbox {
 namespace {
 
-/// More than any client keeps open: each open connection holds one thread.
-constexpr std::size_t threads = 32;
-constexpr std::size_t largestBody = 1U << 20U;
+/// One thread for each open connection; larger than the connection limit of clients.
+constexpr std::size_t threadCount = 32;
+constexpr std::size_t maximumBodySize = 1U << 20U;
 
 }  // namespace
 
@@ -55,20 +55,20 @@ HTTPServer::HTTPServer(HTTPHandler handler, Log log) : state_(std::make_unique<S
   state_->handler = std::move(handler);
   state_->log = std::move(log);
   httplib::Server& server = state_->server;
-  // The server takes the pool over.
+  // The server owns the pool.
   server.new_task_queue = [] {
     // NOLINTNEXTLINE(cppcoreguidelines-owning-memory): the library's interface asks for this.
-    return new httplib::ThreadPool(threads);
+    return new httplib::ThreadPool(threadCount);
   };
   server.set_tcp_nodelay(true);
-  // Left to itself the library lets two servers share a port.
+  // The default options of the library let two servers share a port.
   server.set_socket_options([](socket_t socket) {
     const int yes = 1;
     setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
   });
   server.set_keep_alive_max_count(10'000);
   server.set_keep_alive_timeout(1);
-  server.set_payload_max_length(largestBody);
+  server.set_payload_max_length(maximumBodySize);
   const auto answer = [state = state_.get()](const httplib::Request& request,
                                              httplib::Response& response) {
     state->answer(request, response);
@@ -94,7 +94,7 @@ void HTTPServer::start() {
 
 void HTTPServer::stop() {
   if (!state_->thread.joinable()) return;
-  // A server that is told to stop before it runs would not hear it.
+  // stop() has no effect before the server runs.
   while (!state_->server.is_running())
     std::this_thread::yield();
   state_->server.stop();

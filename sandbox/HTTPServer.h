@@ -9,25 +9,26 @@
 
 namespace quorvelkit::sandbox {
 
-/// An HTTP server on the loopback interface with threads of its own.
+/// An HTTP server on the loopback interface. Calls the handler on its own threads.
 class HTTPServer {
  public:
-  /// Takes one line about each answered request: method, path, status, time. Parameters, header
-  /// fields and bodies stay out, so that nothing secret can get in. Called on any thread.
+  /// Receives one line for each answered request: method, path, status, size, time. The line has no
+  /// parameters, header fields or bodies, and therefore no secrets. Called on the server's threads.
   using Log = std::function<void(const std::string& line)>;
 
   explicit HTTPServer(HTTPHandler handler, Log log = nullptr);
-  /// Stops.
+  /// Calls stop().
   ~HTTPServer();
   HTTPServer(const HTTPServer&) = delete;
   HTTPServer& operator=(const HTTPServer&) = delete;
 
-  /// Takes a port, 0 for any free one. Returns the port; 0 when it cannot be had. To be called
-  /// once. Clients may connect from now on, and wait.
+  /// Binds to a port, 0 for any free one. Returns the port, or 0 on failure. Call it once. From
+  /// then on clients can connect; they wait until start().
   int bind(int port);
-  /// Starts to answer.
+  /// Starts to answer requests.
   void start();
-  /// Waits for the answers under way, then closes. Idle connections delay it by a second at most.
+  /// Waits for running requests, then closes all connections. Idle connections delay it by at most
+  /// one second.
   void stop();
 
  private:

@@ -9,26 +9,27 @@
 namespace quorvelkit::sandbox {
 namespace {
 
-using Manner = Maneuver::Manner;
+using Type = Maneuver::Type;
 
-struct Ahead {
+struct Announcement {
+  /// The distance before the maneuver.
   double miles;
-  std::string_view words;
-  /// Whether it is for roads where one drives fast, or for all others.
-  bool highway;
+  std::string_view prefix;
+  /// True for highways, false for other roads.
+  bool onHighway;
 };
 
-constexpr std::array aheads{
-    Ahead{2, "In two miles, ", true},
-    Ahead{0.5, "In half a mile, ", true},
-    Ahead{0.25, "In a quarter mile, ", false},
-    Ahead{500 / 5280.0, "In 500 feet, ", false},
+constexpr std::array announcements{
+    Announcement{2, "In two miles, ", true},
+    Announcement{0.5, "In half a mile, ", true},
+    Announcement{0.25, "In a quarter mile, ", false},
+    Announcement{500 / 5280.0, "In 500 feet, ", false},
 };
 
-/// What is said ahead must not fall together with what was said before.
-constexpr double quietMiles = 0.06;
-/// A next turn as near as this is told along with the one before it.
-constexpr double soonMiles = 0.1;
+/// The minimum distance between two spoken texts.
+constexpr double minimumGapMiles = 0.06;
+/// Two maneuvers nearer than this are spoken together.
+constexpr double maximumCombinedMiles = 0.1;
 
 std::string_view compassWord(double course) {
   constexpr std::array<std::string_view, 8> words{"north", "northeast", "east", "southeast",
@@ -42,7 +43,7 @@ std::string_view sideWord(std::string_view direction) {
   return {};
 }
 
-/// The name that stands on the signs: numbers on highways.
+/// The name on road signs: the number for a numbered highway, otherwise the label.
 std::string_view signName(const Road& road) {
   return road.isHighway() && road.number ? road.ref : road.label();
 }
@@ -54,7 +55,7 @@ std::string ordinal(int number) {
   return "number " + std::to_string(number);
 }
 
-std::string lowered(std::string text) {
+std::string withLowercaseInitial(std::string text) {
   if (!text.empty() && text[0] >= 'A' && text[0] <= 'Z') text[0] = static_cast<char>(text[0] + 32);
   return text;
 }
@@ -62,25 +63,25 @@ std::string lowered(std::string text) {
 }  // namespace
 
 std::string Instructions::text(const Maneuver& maneuver) const {
-  switch (maneuver.manner) {
-    case Manner::depart: return departText();
-    case Manner::turn: return turnText(maneuver);
-    case Manner::proceed: return "Continue" + onto(" onto ", maneuver.after);
-    case Manner::exit: return exitText(maneuver);
-    case Manner::ramp: {
+  switch (maneuver.type) {
+    case Type::depart: return departText();
+    case Type::turn: return turnText(maneuver);
+    case Type::nameChange: return "Continue" + onto(" onto ", maneuver.after);
+    case Type::exit: return exitText(maneuver);
+    case Type::ramp: {
       const std::string_view side = sideWord(maneuver.direction);
       return "Take the ramp" + (side.empty() ? std::string() : " on the " + std::string(side)) +
-             afterRamp(" onto ", maneuver.after);
+             rampDestination(" onto ", maneuver.after);
     }
-    case Manner::merge: return "Merge" + onto(" onto ", maneuver.after);
-    case Manner::fork: return forkText(maneuver);
-    case Manner::roundabout: return roundaboutText(maneuver);
-    case Manner::turnBack:
+    case Type::merge: return "Merge" + onto(" onto ", maneuver.after);
+    case Type::fork: return forkText(maneuver);
+    case Type::roundabout: return roundaboutText(maneuver);
+    case Type::uTurn:
       return "Make a U-turn" +
              onto(road(maneuver.before).isSameStreet(road(maneuver.after)) ? " on " : " onto ",
                   maneuver.after);
-    case Manner::arrive:
-      if (destination_ == Side::here) return "Arrive at your destination";
+    case Type::arrive:
+      if (destination_ == Side::onRoad) return "Arrive at your destination";
       return std::string("Arrive at your destination on the ") +
              (destination_ == Side::left ? "left" : "right");
   }
@@ -89,9 +90,9 @@ std::string Instructions::text(const Maneuver& maneuver) const {
 
 std::string Instructions::departText() const {
   const RoadNetwork::EdgeIndex edge = path_.edges.front();
-  const std::size_t piece = path_.start.piece;
-  const double course = bearing(network_.vertex(network_.shape(edge & ~1U, piece)).position,
-                                network_.vertex(network_.shape(edge & ~1U, piece + 1)).position) +
+  const std::size_t segment = path_.start.segment;
+  const double course = bearing(network_.vertex(network_.shape(edge & ~1U, segment)).position,
+                                network_.vertex(network_.shape(edge & ~1U, segment + 1)).position) +
                         (edge % 2 == 0 ? 0 : 180);
   return "Head " + std::string(compassWord(std::fmod(course, 360))) + onto(" on ", 0);
 }
@@ -101,12 +102,13 @@ std::string Instructions::onto(std::string_view preposition, std::size_t step) c
   return name.empty() ? std::string() : std::string(preposition).append(name);
 }
 
-/// What a ramp leads to: what its signs say, else the road behind it.
-std::string Instructions::afterRamp(std::string_view preposition, std::size_t step) const {
+/// Returns the destination on the signs of the ramp, or else the road after the ramp.
+std::string Instructions::rampDestination(std::string_view preposition, std::size_t step) const {
   for (; step < path_.edges.size(); ++step) {
-    const Road& here = road(step);
-    if (here.link && !here.destination.empty()) return " toward " + std::string(here.destination);
-    if (!here.link) return onto(preposition, step);
+    const Road& current = road(step);
+    if (current.link && !current.destination.empty())
+      return " toward " + std::string(current.destination);
+    if (!current.link) return onto(preposition, step);
   }
   return {};
 }
@@ -116,12 +118,12 @@ std::string Instructions::exitText(const Maneuver& maneuver) const {
   std::string text = "Take ";
   text += vertex.exitNumber.empty() ? "the exit" : "exit " + std::string(vertex.exitNumber);
   text.append(" on the ").append(sideWord(maneuver.direction));
-  return text + afterRamp(" toward ", maneuver.after);
+  return text + rampDestination(" toward ", maneuver.after);
 }
 
 std::string Instructions::forkText(const Maneuver& maneuver) const {
   std::string text = "Keep " + std::string(sideWord(maneuver.direction)) + " at the fork";
-  if (road(maneuver.after).link) return text + afterRamp(" toward ", maneuver.after);
+  if (road(maneuver.after).link) return text + rampDestination(" toward ", maneuver.after);
   return text + onto(" onto ", maneuver.after);
 }
 
@@ -150,50 +152,49 @@ std::string Instructions::roundaboutText(const Maneuver& maneuver) const {
          onto(" onto ", maneuver.after);
 }
 
-void Instructions::announce(RouteLine& line) const {
+void Instructions::addTo(RouteLine& line) const {
   for (std::size_t index = 0; index < maneuvers_.size(); ++index) {
     const Maneuver& maneuver = maneuvers_[index];
-    const bool last = maneuver.manner == Manner::arrive;
-    const std::size_t step = maneuver.manner == Manner::depart ? 0 : maneuver.before + 1;
+    const bool last = maneuver.type == Type::arrive;
+    const std::size_t step = maneuver.type == Type::depart ? 0 : maneuver.before + 1;
     RoutePoint& point = last ? line.points().back() : line.stepPoint(step);
     point.maneuver = index;
-    point.say = sayAt(line, index);
-    if (index > 0) announceAhead(line, index);
+    point.say = spokenTexts(line, index);
+    if (index > 0) addAnnouncements(line, index);
   }
 }
 
-std::vector<std::string> Instructions::sayAt(const RouteLine& line, std::size_t index) const {
+std::vector<std::string> Instructions::spokenTexts(const RouteLine& line, std::size_t index) const {
   std::vector<std::string> say{text(maneuvers_[index])};
   if (index + 1 < maneuvers_.size() && index > 0) {
     const Maneuver& next = maneuvers_[index + 1];
     const double meters =
         line.stepMeters()[next.before + 1] - line.stepMeters()[maneuvers_[index].before + 1];
-    if (meters < soonMiles * metersPerMile && next.manner != Manner::proceed) {
-      say.push_back(next.manner == Manner::arrive ? "Then you will arrive at your destination"
-                                                  : "Then " + lowered(text(next)));
+    if (meters < maximumCombinedMiles * metersPerMile && next.type != Type::nameChange) {
+      say.push_back(next.type == Type::arrive ? "Then you will arrive at your destination"
+                                              : "Then " + withLowercaseInitial(text(next)));
     }
   }
   return say;
 }
 
-void Instructions::announceAhead(RouteLine& line, std::size_t index) const {
+void Instructions::addAnnouncements(RouteLine& line, std::size_t index) const {
   const Maneuver& maneuver = maneuvers_[index];
   const Maneuver& previous = maneuvers_[index - 1];
-  if (maneuver.manner == Manner::proceed || maneuver.manner == Manner::merge) return;
+  if (maneuver.type == Type::nameChange || maneuver.type == Type::merge) return;
   const double at = line.stepMeters()[maneuver.before + 1];
-  const double from =
-      previous.manner == Manner::depart ? 0 : line.stepMeters()[previous.before + 1];
-  const bool last = maneuver.manner == Manner::arrive;
-  double free = (at - from) / metersPerMile - quietMiles;
-  for (const Ahead& ahead : aheads) {
-    if (ahead.miles > free) continue;
-    if (ahead.highway != road(maneuver.before).isHighway()) continue;
-    RoutePoint& point = line.pointAt(at - ahead.miles * metersPerMile);
+  const double from = previous.type == Type::depart ? 0 : line.stepMeters()[previous.before + 1];
+  const bool last = maneuver.type == Type::arrive;
+  double freeMiles = (at - from) / metersPerMile - minimumGapMiles;
+  for (const Announcement& announcement : announcements) {
+    if (announcement.miles > freeMiles) continue;
+    if (announcement.onHighway != road(maneuver.before).isHighway()) continue;
+    RoutePoint& point = line.pointAt(at - announcement.miles * metersPerMile);
     if (point.maneuver) continue;
-    point.notify = std::string(ahead.words) +
-                   (last ? "you will arrive at your destination" : lowered(text(maneuver)));
+    point.notify = std::string(announcement.prefix) + (last ? "you will arrive at your destination"
+                                                            : withLowercaseInitial(text(maneuver)));
     point.say = {point.notify};
-    free = ahead.miles - quietMiles;
+    freeMiles = announcement.miles - minimumGapMiles;
   }
 }
 

@@ -11,23 +11,23 @@
 
 namespace quorvelkit::sandbox {
 
-/// Which side of the road the destination is on, seen by whoever arrives.
-enum class Side { here, left, right };
+/// The side of the road on which the destination is, in driving direction.
+enum class Side { onRoad, left, right };
 
-/// Writes in English what the driver of a path is told.
+/// Writes the English driving instructions of a path.
 class Instructions {
  public:
-  /// The network, the path and the maneuvers must outlive this.
+  /// The network, the path and the maneuvers must outlive this object.
   Instructions(const RoadNetwork& network, const Path& path, const std::vector<Maneuver>& maneuvers,
                Side destination)
       : network_(network), path_(path), maneuvers_(maneuvers), destination_(destination) {}
 
-  /// "Turn left onto Mill Street".
+  /// Example: "Turn left onto Mill Street".
   std::string text(const Maneuver& maneuver) const;
 
-  /// Sets on the line's points which maneuver is made there, what is said there and what is
-  /// announced ahead of it: on highways from two miles before, in streets from a quarter mile.
-  void announce(RouteLine& line) const;
+  /// Sets the maneuvers and the spoken texts of the line's points. Adds announcements before each
+  /// maneuver: from two miles on highways, from a quarter mile on other roads.
+  void addTo(RouteLine& line) const;
 
  private:
   const Road& road(std::size_t step) const { return network_.road(path_.edges[step]); }
@@ -37,9 +37,9 @@ class Instructions {
   std::string turnText(const Maneuver& maneuver) const;
   std::string roundaboutText(const Maneuver& maneuver) const;
   std::string onto(std::string_view preposition, std::size_t step) const;
-  std::string afterRamp(std::string_view preposition, std::size_t step) const;
-  void announceAhead(RouteLine& line, std::size_t index) const;
-  std::vector<std::string> sayAt(const RouteLine& line, std::size_t index) const;
+  std::string rampDestination(std::string_view preposition, std::size_t step) const;
+  void addAnnouncements(RouteLine& line, std::size_t index) const;
+  std::vector<std::string> spokenTexts(const RouteLine& line, std::size_t index) const;
 
   const RoadNetwork& network_;
   const Path& path_;

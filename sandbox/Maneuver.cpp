@@ -11,53 +11,53 @@ namespace quorvelkit::sandbox {
 namespace {
 
 using EdgeIndex = RoadNetwork::EdgeIndex;
-using Manner = Maneuver::Manner;
+using Type = Maneuver::Type;
 
-/// A way that the path might have taken at a junction.
-struct Other {
+/// An edge at a junction that the path does not take.
+struct Alternative {
   EdgeIndex edge = 0;
   double angle = 0;
 };
 
-/// Turns smaller than this are still "straight on" for whoever drives there.
-constexpr double straight = 40;
+/// Turns below this angle, in degrees, count as straight on.
+constexpr double maximumStraightAngle = 40;
 
-class Finder {
+class ManeuverFinder {
  public:
-  Finder(const RoadNetwork& network, const Path& path) : network_(network), path_(path) {}
+  ManeuverFinder(const RoadNetwork& network, const Path& path) : network_(network), path_(path) {}
 
   std::vector<Maneuver> find() {
-    found_.push_back({.manner = Manner::depart});
+    maneuvers_.push_back({.type = Type::depart});
     const std::size_t count = path_.edges.size();
     for (std::size_t step = 1; step < count;) {
-      step = road(step).roundabout && !road(step - 1).roundabout ? passRoundabout(step)
-                                                                 : passJunction(step);
+      step = road(step).roundabout && !road(step - 1).roundabout ? addRoundabout(step)
+                                                                 : addJunction(step);
     }
-    found_.push_back({.manner = Manner::arrive, .before = count - 1, .after = count - 1});
-    return std::move(found_);
+    maneuvers_.push_back({.type = Type::arrive, .before = count - 1, .after = count - 1});
+    return std::move(maneuvers_);
   }
 
  private:
   const Road& road(std::size_t step) const { return network_.road(path_.edges[step]); }
 
-  void add(Manner manner, std::string_view direction, std::size_t step, double angle) {
-    found_.push_back({manner, direction, step - 1, step, angle, 0});
+  void add(Type type, std::string_view direction, std::size_t step, double angle) {
+    maneuvers_.push_back({type, direction, step - 1, step, angle, 0});
   }
 
-  std::vector<Other> otherWays(std::size_t step) const {
+  std::vector<Alternative> alternativesAt(std::size_t step) const {
     const EdgeIndex from = path_.edges[step - 1];
     const EdgeIndex onto = path_.edges[step];
-    std::vector<Other> others;
+    std::vector<Alternative> alternatives;
     for (const EdgeIndex edge : network_.leaving(network_.startOf(onto))) {
       if (edge == onto || edge == RoadNetwork::reversed(from)) continue;
-      others.push_back({edge, network_.turn(from, edge)});
+      alternatives.push_back({edge, network_.turn(from, edge)});
     }
-    return others;
+    return alternatives;
   }
 
-  /// Takes in the roundabout that begins at a step; returns the step to go on with.
-  std::size_t passRoundabout(std::size_t step) {
-    Maneuver maneuver{.manner = Manner::roundabout, .before = step - 1};
+  /// Adds the roundabout that begins at `step`. Returns the first step after it.
+  std::size_t addRoundabout(std::size_t step) {
+    Maneuver maneuver{.type = Type::roundabout, .before = step - 1};
     std::size_t at = step;
     int exits = 0;
     for (; at < path_.edges.size() && road(at).roundabout; ++at) {
@@ -73,119 +73,130 @@ class Finder {
     }
     maneuver.after = std::min(at, path_.edges.size() - 1);
     maneuver.direction = directionWord(maneuver.angle);
-    found_.push_back(maneuver);
+    maneuvers_.push_back(maneuver);
     return at + 1;
   }
 
-  std::size_t passJunction(std::size_t step) {
+  std::size_t addJunction(std::size_t step) {
     const Road& before = road(step - 1);
     const Road& after = road(step);
     const double angle = network_.turn(path_.edges[step - 1], path_.edges[step]);
-    const std::vector<Other> others = otherWays(step);
+    const std::vector<Alternative> alternatives = alternativesAt(step);
     if (path_.edges[step] == RoadNetwork::reversed(path_.edges[step - 1])) {
-      add(Manner::turnBack, "uturn", step, 180);
+      add(Type::uTurn, "uturn", step, 180);
     } else if (after.link && !before.link && before.isHighway()) {
-      if (!others.empty()) {
-        add(Manner::exit, isRight(angle, others) ? "exitright" : "exitleft", step, angle);
+      if (!alternatives.empty()) {
+        add(Type::exit, isRightmost(angle, alternatives) ? "exitright" : "exitleft", step, angle);
       }
     } else if (after.link && !before.link && leadsToHighway(network_, path_, step)) {
-      add(Manner::ramp, directionWord(angle), step, angle);
-    } else if (before.link && !after.link && after.isHighway() && std::abs(angle) < straight) {
-      add(Manner::merge, "forward", step, angle);
+      add(Type::ramp, directionWord(angle), step, angle);
+    } else if (before.link && !after.link && after.isHighway() &&
+               std::abs(angle) < maximumStraightAngle) {
+      add(Type::merge, "forward", step, angle);
     } else if (before.link && after.link) {
-      passRampFork(step, angle, others);
+      addRampJunction(step, angle, alternatives);
     } else if (before.roadClass == RoadClass::motorway && after.roadClass == RoadClass::motorway) {
-      passMotorway(step, angle, others);
+      addMotorwayJunction(step, angle, alternatives);
     } else {
-      passStreets(step, angle, others);
+      addStreetJunction(step, angle, alternatives);
     }
     return step + 1;
   }
 
-  static bool isRight(double angle, const std::vector<Other>& others) {
-    return std::all_of(others.begin(), others.end(),
-                       [&](const Other& other) { return other.angle < angle; });
+  static bool isRightmost(double angle, const std::vector<Alternative>& alternatives) {
+    return std::all_of(alternatives.begin(), alternatives.end(),
+                       [&](const Alternative& other) { return other.angle < angle; });
   }
 
-  void addFork(std::size_t step, double angle, const std::vector<Other>& others) {
-    add(Manner::fork, isRight(angle, others) ? "rightatthefork" : "leftatthefork", step, angle);
+  void addFork(std::size_t step, double angle, const std::vector<Alternative>& alternatives) {
+    add(Type::fork, isRightmost(angle, alternatives) ? "rightatthefork" : "leftatthefork", step,
+        angle);
   }
 
-  void passRampFork(std::size_t step, double angle, const std::vector<Other>& others) {
-    const bool isFork = std::any_of(others.begin(), others.end(), [&](const Other& other) {
-      return std::abs(other.angle) < 60 &&
-             network_.road(other.edge).roadClass != RoadClass::service;
-    });
-    if (std::abs(angle) >= 60 && !others.empty()) {
-      add(Manner::turn, directionWord(angle), step, angle);
+  void addRampJunction(std::size_t step, double angle,
+                       const std::vector<Alternative>& alternatives) {
+    const bool isFork =
+        std::any_of(alternatives.begin(), alternatives.end(), [&](const Alternative& other) {
+          return std::abs(other.angle) < 60 &&
+                 network_.road(other.edge).roadClass != RoadClass::service;
+        });
+    if (std::abs(angle) >= 60 && !alternatives.empty()) {
+      add(Type::turn, directionWord(angle), step, angle);
     } else if (isFork) {
-      addFork(step, angle, others);
+      addFork(step, angle, alternatives);
     }
   }
 
-  void passMotorway(std::size_t step, double angle, const std::vector<Other>& others) {
-    const bool isFork = std::any_of(others.begin(), others.end(), [&](const Other& other) {
-      return !network_.road(other.edge).link && network_.road(other.edge).isHighway();
-    });
+  void addMotorwayJunction(std::size_t step, double angle,
+                           const std::vector<Alternative>& alternatives) {
+    const bool isFork =
+        std::any_of(alternatives.begin(), alternatives.end(), [&](const Alternative& other) {
+          return !network_.road(other.edge).link && network_.road(other.edge).isHighway();
+        });
     if (isFork) {
-      addFork(step, angle, others);
+      addFork(step, angle, alternatives);
     } else {
-      passRename(step, angle);
+      addNameChange(step, angle);
     }
   }
 
-  /// Tells the new name of the street that goes straight on.
-  void passRename(std::size_t step, double angle) {
+  /// Adds a maneuver if the street that goes straight on has a new name.
+  void addNameChange(std::size_t step, double angle) {
     if (road(step).label().empty() || road(step).isSameStreet(road(step - 1))) return;
-    add(Manner::proceed, "forward", step, angle);
+    add(Type::nameChange, "forward", step, angle);
   }
 
-  void passStreets(std::size_t step, double angle, const std::vector<Other>& others) {
+  void addStreetJunction(std::size_t step, double angle,
+                         const std::vector<Alternative>& alternatives) {
     const Road& before = road(step - 1);
     const Road& after = road(step);
     const double size = std::abs(angle);
-    const bool same = before.isSameStreet(after);
+    const bool isSame = before.isSameStreet(after);
 
-    // Yards and alleys beside a street leave no doubt about where the street goes.
-    const Other* rival = nullptr;
-    for (const Other& other : others) {
+    // The alternative with the smallest angle. A service road is no alternative to a street.
+    const Alternative* straightest = nullptr;
+    for (const Alternative& other : alternatives) {
       const Road& otherRoad = network_.road(other.edge);
       if (otherRoad.roadClass == RoadClass::service && after.roadClass != RoadClass::service) {
         continue;
       }
-      if (rival == nullptr || std::abs(other.angle) < std::abs(rival->angle)) rival = &other;
+      if (straightest == nullptr || std::abs(other.angle) < std::abs(straightest->angle))
+        straightest = &other;
     }
-    // Where no other way is open a driver still turns from one street into another.
-    if (others.empty() ? same || size < 50 : rival == nullptr && size < 75) {
-      return passRename(step, angle);
+    // Without alternatives, only a clear angle counts as a turn.
+    if (alternatives.empty() ? isSame || size < 50 : straightest == nullptr && size < 75) {
+      return addNameChange(step, angle);
     }
-    if (size >= 165) return add(Manner::turnBack, directionWord(angle), step, angle);
-    if (rival == nullptr) return add(Manner::turn, directionWord(angle), step, angle);
+    if (size >= 165) return add(Type::uTurn, directionWord(angle), step, angle);
+    if (straightest == nullptr) return add(Type::turn, directionWord(angle), step, angle);
 
-    const Road& rivalRoad = network_.road(rival->edge);
-    const double rivalSize = std::abs(rival->angle);
-    const bool rivalIsSame = before.isSameStreet(rivalRoad);
-    const bool rivalIsLesser = rivalRoad.roadClass > after.roadClass;
-    if (size >= straight) {
-      const bool bends = same && !rivalIsSame && rivalIsLesser && size < 75 && rivalSize > 35;
-      if (!bends) add(Manner::turn, directionWord(angle), step, angle);
+    const Road& straightestRoad = network_.road(straightest->edge);
+    const double straightestSize = std::abs(straightest->angle);
+    const bool straightestIsSame = before.isSameStreet(straightestRoad);
+    const bool straightestIsMinor = straightestRoad.roadClass > after.roadClass;
+    if (size >= maximumStraightAngle) {
+      const bool bends =
+          isSame && !straightestIsSame && straightestIsMinor && size < 75 && straightestSize > 35;
+      if (!bends) add(Type::turn, directionWord(angle), step, angle);
       return;
     }
-    const bool rivalIsClose = rivalSize < 55 && std::abs(angle - rival->angle) < 80;
-    const bool follows = same && !rivalIsSame;
-    if (!rivalIsClose || (follows && (size < 25 || rivalIsLesser)) || rivalSize > size + 25) {
-      return passRename(step, angle);
+    const bool straightestIsClose =
+        straightestSize < 55 && std::abs(angle - straightest->angle) < 80;
+    const bool follows = isSame && !straightestIsSame;
+    if (!straightestIsClose || (follows && (size < 25 || straightestIsMinor)) ||
+        straightestSize > size + 25) {
+      return addNameChange(step, angle);
     }
-    if (rivalIsSame || rivalSize + 8 < size) {
-      const std::string_view word = angle > rival->angle ? "slightright" : "slightleft";
-      return add(Manner::turn, word, step, angle);
+    if (straightestIsSame || straightestSize + 8 < size) {
+      const std::string_view word = angle > straightest->angle ? "slightright" : "slightleft";
+      return add(Type::turn, word, step, angle);
     }
-    addFork(step, angle, {*rival});
+    addFork(step, angle, {*straightest});
   }
 
   const RoadNetwork& network_;
   const Path& path_;
-  std::vector<Maneuver> found_;
+  std::vector<Maneuver> maneuvers_;
 };
 
 }  // namespace
@@ -201,7 +212,7 @@ std::string_view directionWord(double angle) {
 }
 
 std::vector<Maneuver> findManeuvers(const RoadNetwork& network, const Path& path) {
-  return mergeManeuvers(network, path, Finder(network, path).find());
+  return mergeManeuvers(network, path, ManeuverFinder(network, path).find());
 }
 
 bool leadsToHighway(const RoadNetwork& network, const Path& path, std::size_t step) {

@@ -10,45 +10,45 @@
 
 namespace quorvelkit::sandbox {
 
-/// One thing that the driver of a path has to do or to know.
+/// An action of the driver at one node of a path.
 struct Maneuver {
-  enum class Manner {
+  enum class Type {
     depart,
     turn,
-    /// Straight on where the street has another name from here.
-    proceed,
-    /// Off a highway.
+    /// Straight on, onto a street with another name.
+    nameChange,
+    /// From a highway onto a ramp.
     exit,
-    /// Toward a highway.
+    /// From a street onto a ramp to a highway.
     ramp,
     /// From a ramp onto a highway.
     merge,
     fork,
     roundabout,
-    turnBack,
+    uTurn,
     arrive,
   };
 
-  Manner manner = Manner::turn;
-  /// The direction as route documents write it, such as "slightleft".
+  Type type = Type::turn;
+  /// The raw value of the direction, such as "slightleft".
   std::string_view direction = "forward";
-  /// The last edge of the path before it and the first one after it.
+  /// The index of the last edge before the maneuver, and of the first edge after it.
   std::size_t before = 0;
   std::size_t after = 0;
-  /// In degrees, right is positive.
+  /// In degrees; right is positive.
   double angle = 0;
-  /// Which exit of the roundabout to take; 0 when the path ends in it.
+  /// The number of the exit to take; 0 if the path ends in the roundabout.
   int roundaboutExit = 0;
 };
 
-/// The word for a turn by so many degrees, from "forward" to "hardright" and "uturnright".
+/// Returns the direction of a turn by an angle in degrees, from "forward" to "uturnright".
 std::string_view directionWord(double angle);
 
-/// What the driver of a path has to do, first departing and last arriving. Tells nothing where the
-/// way is plain: where the street only bends, passes side streets or goes on beyond a crossing.
+/// Returns the maneuvers of a path; the first is `depart`, the last is `arrive`. Bends, side
+/// streets and crossings that the street passes straight produce no maneuver.
 std::vector<Maneuver> findManeuvers(const RoadNetwork& network, const Path& path);
 
-/// Whether the ramp that step `step` of the path is on leads to a highway.
+/// Whether the ramp at edge `step` of the path leads to a highway.
 bool leadsToHighway(const RoadNetwork& network, const Path& path, std::size_t step);
 
 }  // namespace quorvelkit::sandbox

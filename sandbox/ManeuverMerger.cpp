@@ -7,15 +7,15 @@
 namespace quorvelkit::sandbox {
 namespace {
 
-using Manner = Maneuver::Manner;
+using Type = Maneuver::Type;
 
-constexpr double longestTurningLane = 250;
-constexpr double widestMedian = 35;
-constexpr double shortestStretchWorthTelling = 40;
+constexpr double maximumTurningLaneMeters = 250;
+constexpr double maximumMedianMeters = 35;
+constexpr double minimumNameMeters = 40;
 
 bool isTurn(const Maneuver& maneuver) {
-  return maneuver.manner == Manner::turn || maneuver.manner == Manner::proceed ||
-         maneuver.manner == Manner::fork;
+  return maneuver.type == Type::turn || maneuver.type == Type::nameChange ||
+         maneuver.type == Type::fork;
 }
 
 class Merger {
@@ -24,8 +24,8 @@ class Merger {
 
   std::vector<Maneuver> merge(const std::vector<Maneuver>& maneuvers) {
     for (const Maneuver& next : maneuvers)
-      take(next);
-    return std::move(kept_);
+      add(next);
+    return std::move(merged_);
   }
 
  private:
@@ -57,67 +57,67 @@ class Merger {
     return true;
   }
 
-  void take(const Maneuver& next) {
+  void add(const Maneuver& next) {
     Maneuver candidate = next;
-    while (!kept_.empty() && kept_.back().manner != Manner::depart) {
-      const Maneuver& last = kept_.back();
-      if (next.manner == Manner::arrive && last.roundaboutExit == 0 &&
-          (last.manner == Manner::roundabout || last.manner == Manner::proceed) &&
-          metersToEnd(last) < shortestStretchWorthTelling) {
-        kept_.pop_back();
+    while (!merged_.empty() && merged_.back().type != Type::depart) {
+      const Maneuver& last = merged_.back();
+      if (next.type == Type::arrive && last.roundaboutExit == 0 &&
+          (last.type == Type::roundabout || last.type == Type::nameChange) &&
+          metersToEnd(last) < minimumNameMeters) {
+        merged_.pop_back();
         break;
       }
-      if (last.manner == Manner::proceed && next.manner != Manner::arrive &&
-          metersBetween(last, candidate) < shortestStretchWorthTelling) {
-        if (candidate.manner == Manner::proceed) candidate.before = last.before;
-        kept_.pop_back();
-        if (candidate.manner == Manner::proceed &&
+      if (last.type == Type::nameChange && next.type != Type::arrive &&
+          metersBetween(last, candidate) < minimumNameMeters) {
+        if (candidate.type == Type::nameChange) candidate.before = last.before;
+        merged_.pop_back();
+        if (candidate.type == Type::nameChange &&
             road(candidate.before).isSameStreet(road(candidate.after))) {
           return;
         }
         continue;
       }
-      // The street parts around an island where it meets a roundabout.
-      if (next.manner == Manner::roundabout && isTurn(last) &&
+      // Before a roundabout the street is split around an island.
+      if (next.type == Type::roundabout && isTurn(last) &&
           road(last.before).isSameStreet(road(last.after)) &&
-          metersBetween(last, next) < widestMedian) {
+          metersBetween(last, next) < maximumMedianMeters) {
         candidate.angle += last.angle;
         candidate.direction = directionWord(candidate.angle);
-        kept_.pop_back();
+        merged_.pop_back();
         continue;
       }
-      if (!isTurn(last) || !isTurn(candidate) || !belongTogether(last, candidate)) break;
+      if (!isTurn(last) || !isTurn(candidate) || !canJoin(last, candidate)) break;
       const auto joined = join(last, candidate);
-      kept_.pop_back();
+      merged_.pop_back();
       if (!joined) return;
       candidate = *joined;
     }
-    kept_.push_back(candidate);
+    merged_.push_back(candidate);
   }
 
-  bool belongTogether(const Maneuver& first, const Maneuver& second) const {
+  bool canJoin(const Maneuver& first, const Maneuver& second) const {
     const double meters = metersBetween(first, second);
-    if (meters < longestTurningLane &&
+    if (meters < maximumTurningLaneMeters &&
         allBetween(first, second, [](const Road& r) { return r.link && !r.isHighway(); })) {
       return true;
     }
-    // A turn onto a street that has another name some meters on is a turn onto that one.
-    if (second.manner == Manner::proceed && meters < shortestStretchWorthTelling) return true;
-    if (meters > widestMedian || first.manner == Manner::fork || second.manner == Manner::fork) {
+    // A name change shortly after a turn belongs to the turn.
+    if (second.type == Type::nameChange && meters < minimumNameMeters) return true;
+    if (meters > maximumMedianMeters || first.type == Type::fork || second.type == Type::fork) {
       return false;
     }
     const std::string_view from = road(first.before).label();
     const std::string_view onto = road(second.after).label();
-    // Two turns to the same side around a named block are two turns for the driver as well.
+    // Turns with another named street between them stay separate.
     return allBetween(first, second, [&](const Road& r) {
       return r.roadClass != RoadClass::service &&
              (r.label().empty() || r.label() == onto || r.label() == from || from == onto);
     });
   }
 
-  /// One maneuver for two; none when the street just goes on.
+  /// Returns one maneuver for two, or none if both together only follow the street.
   std::optional<Maneuver> join(const Maneuver& first, const Maneuver& second) const {
-    Maneuver joined{.manner = Manner::turn,
+    Maneuver joined{.type = Type::turn,
                     .before = first.before,
                     .after = second.after,
                     .angle = first.angle + second.angle};
@@ -125,18 +125,18 @@ class Merger {
     const Road& from = road(joined.before);
     const Road& onto = road(joined.after);
     if (std::abs(joined.angle) >= 150 && from.isSameStreet(onto)) {
-      joined.manner = Manner::turnBack;
+      joined.type = Type::uTurn;
       joined.direction = joined.angle < 0 ? "uturnleft" : "uturnright";
     } else if (joined.direction == "forward") {
       if (from.isSameStreet(onto) || onto.label().empty()) return std::nullopt;
-      joined.manner = Manner::proceed;
+      joined.type = Type::nameChange;
     }
     return joined;
   }
 
   const RoadNetwork& network_;
   const Path& path_;
-  std::vector<Maneuver> kept_;
+  std::vector<Maneuver> merged_;
 };
 
 }  // namespace

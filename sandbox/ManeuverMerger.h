@@ -7,9 +7,9 @@
 
 namespace quorvelkit::sandbox {
 
-/// Joins what the map splits into several turns and the driver feels as one: through a turning
-/// lane that leaves the street before the junction, over the median of a divided street. Drops
-/// names of streets that one is on for some meters only.
+/// Merges turns that are separate in the map but one maneuver for the driver: through a turning
+/// lane, or over the median of a divided street. Removes name changes that hold for some meters
+/// only.
 std::vector<Maneuver> mergeManeuvers(const RoadNetwork& network, const Path& path,
                                      const std::vector<Maneuver>& maneuvers);
 

@@ -16,7 +16,7 @@ std::shared_ptr<const MapData> MapData::fromGeoJSON(std::string_view text, std::
   std::optional<Error> error;
   const JSON document(Data(std::string(text)), JSONReadingOptions::allowFragments, &error);
   if (error) {
-    problem = "it is no JSON: " + error->localizedDescription();
+    problem = "it contains no JSON: " + error->localizedDescription();
     return nullptr;
   }
   GeoJSONReader reader;

@@ -21,39 +21,40 @@ struct MapNode {
   Tags tags;
 };
 
-/// A tagged line with at least two positions: a street, a river. Closed lines (a roundabout) end
-/// on the position they start with.
+/// A tagged line with at least two positions: a street, a river. The first and the last position of
+/// a closed line (a roundabout) are equal.
 struct MapWay {
   std::int64_t id = 0;
   Tags tags;
   std::vector<Coordinate> line;
 };
 
-/// A tagged surface: water, a park, a building. Every polygon is an outer ring followed by the
-/// rings of its holes; rings end on the position they start with.
+/// A tagged area: water, a park, a building. A polygon is an outer ring followed by the rings of
+/// its holes. The first and the last position of a ring are equal.
 struct MapArea {
   using Ring = std::vector<Coordinate>;
   using Polygon = std::vector<Ring>;
 
   std::int64_t id = 0;
-  /// Whether the id is that of a way; otherwise of a relation. Ids of the two may coincide.
+  /// True if `id` is the id of a way, false if of a relation. A way and a relation can have the
+  /// same id.
   bool fromWay = true;
   Tags tags;
   std::vector<Polygon> polygons;
 };
 
-/// Whose data a map is, as the answers of a search name it.
+/// The source of the map data, as the find server names it.
 struct MapSource {
-  /// One of the origins that applications know.
+  /// The raw value of a `QVOrigin`.
   std::string origin = "OSM";
   std::string provider = "OpenStreetMap";
 };
 
-/// All that the sandbox knows about its part of the world, as read from a file and never changed
-/// afterwards: the road network, the place search and the map tiles are all made from it.
+/// The features of a map file. The road network, the place search and the map style's GeoJSON are
+/// built from it. Immutable once read.
 ///
-/// Positions carry the seven decimals of the OSM database exactly as read, so that ways which
-/// share a position are joined there.
+/// Positions keep the seven decimals of the OSM database, so that ways that share a node have
+/// exactly equal positions there.
 class MapData {
  public:
   std::vector<MapNode> nodes;
@@ -62,12 +63,12 @@ class MapData {
   MapSource source;
 
   /// Reads a GeoJSON FeatureCollection with OSM tags as properties, as `osmium export -u type_id`
-  /// writes it. Features without usable geometry are skipped; features without an id get negative
-  /// ones. On failure the result is null and `problem` says why.
+  /// writes it. Skips features without usable geometry; gives negative ids to features without an
+  /// id. On failure, returns null and sets `problem` to the reason.
   static std::shared_ptr<const MapData> fromGeoJSON(std::string_view text, std::string& problem);
-  /// The same from a file.
+  /// Like fromGeoJSON, with the text of a file.
   static std::shared_ptr<const MapData> fromFile(const std::string& path, std::string& problem);
-  /// The invented town that is built into the program.
+  /// Returns the fictional town that is built into the program.
   static std::shared_ptr<const MapData> builtInTown();
 };
 

@@ -44,7 +44,7 @@ HTTPAnswer collection(ValueArray features) {
       {{"type", "FeatureCollection"}, {"features", Value(std::move(features))}}));
 }
 
-// The notice about the map's data, as HTML.
+// Returns the attribution of the map data as HTML.
 std::string attribution(const MapSource& source) {
   if (source.origin != "OSM") return source.provider + ", an invented town";
   return "&copy; <a href=\"https://www.openstreetmap.org/copyright\">OpenStreetMap</a> "

@@ -11,15 +11,14 @@
 
 namespace quorvelkit::sandbox {
 
-/// What a map screen needs to draw the sandbox's part of the world: a Mapbox style (version 8)
-/// under /style.json, and the GeoJSON that it names, /parks.geojson, /water.geojson and
-/// /streets.geojson. The style has no texts and no icons, so that it needs no servers for them.
-/// Any threads at once.
+/// Serves a Mapbox style (version 8) at /style.json, and the GeoJSON that the style refers to at
+/// /land.geojson, /water.geojson and /streets.geojson. The style has no texts and no icons, so it
+/// needs no glyphs and no sprite. Thread-safe.
 class MapService {
  public:
   explicit MapService(std::shared_ptr<const MapData> map) : map_(std::move(map)) {}
 
-  /// Answers what is addressed to this service. `rootURL` is where clients find it.
+  /// Returns nothing if the path belongs to another service. `rootURL` is the URL of this server.
   std::optional<HTTPAnswer> answer(const HTTPRequest& request, const std::string& rootURL) const;
 
  private:

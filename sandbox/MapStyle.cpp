@@ -12,19 +12,19 @@ namespace quorvelkit::sandbox {
 namespace {
 
 constexpr std::array<double, 3> zoomLevels = {11, 14, 17};
-// How much wider than itself a street's casing is.
-constexpr std::array<double, 3> rim = {0.8, 1.6, 2.4};
+// The additional width of the casing of a street, in pixels at the zoom levels.
+constexpr std::array<double, 3> casingWidths = {0.8, 1.6, 2.4};
 
-struct StreetLook {
+struct StreetStyle {
   std::string_view name;
   std::string_view color;
   std::string_view casing;
-  // In pixels at the zoom levels above.
+  // In pixels at the zoom levels.
   std::array<double, 3> widths;
 };
 
-// Later ones are drawn above earlier ones.
-constexpr auto streetLooks = std::to_array<StreetLook>({
+// In drawing order, from bottom to top.
+constexpr auto streetStyles = std::to_array<StreetStyle>({
     {"service", "#ffffff", "#d8d2c6", {0.3, 1.4, 6}},
     {"minor", "#ffffff", "#c2baaa", {0.8, 3.2, 10}},
     {"secondary", "#fff3bf", "#d6c27f", {1.5, 4.6, 13}},
@@ -32,7 +32,7 @@ constexpr auto streetLooks = std::to_array<StreetLook>({
     {"motorway", "#f6a96b", "#cf7a33", {2.6, 7, 18}},
 });
 
-// The same order: a park in a town is seen.
+// In drawing order, from bottom to top: a park is above the town around it.
 constexpr auto landColors = std::to_array<std::pair<std::string_view, std::string_view>>({
     {"town", "#dfd7c9"},
     {"park", "#d2e6b8"},
@@ -51,15 +51,15 @@ Value arrayOf(Elements&&... elements) {
   return Value(std::move(array));
 }
 
-// A width that grows with the zoom level.
-Value growing(const std::array<double, 3>& widths, const std::array<double, 3>& more = {}) {
+// Returns a line width that depends on the zoom level.
+Value widthByZoom(const std::array<double, 3>& widths, const std::array<double, 3>& more = {}) {
   ValueArray stops;
   for (std::size_t i = 0; i < zoomLevels.size(); ++i)
     stops.push_back(arrayOf(zoomLevels[i], widths[i] + more[i]));
   return JSON::makeDictionary({{"base", 1.4}, {"stops", Value(std::move(stops))}});
 }
 
-Value isOfClass(std::string_view name) { return arrayOf("==", "class", name); }
+Value hasClass(std::string_view name) { return arrayOf("==", "class", name); }
 
 Value fill(std::string_view id, std::string_view source, Value filter, std::string_view color) {
   return JSON::makeDictionary({{"id", id},
@@ -128,22 +128,23 @@ JSON mapStyle(const std::string& rootURL, const std::string& attribution) {
                             {"type", "background"},
                             {"paint", JSON::makeDictionary({{"background-color", "#ece8de"}})}}));
   for (const auto& [name, color] : landColors)
-    layers.push_back(fill(name, "land", isOfClass(name), color));
+    layers.push_back(fill(name, "land", hasClass(name), color));
   layers.push_back(fill("water", "water", arrayOf("==", "$type", "Polygon"), "#a7d2ec"));
   layers.push_back(line("streams", "water", arrayOf("==", "$type", "LineString"),
-                        {{"line-color", "#a7d2ec"}, {"line-width", growing({1, 3, 9})}}));
-  layers.push_back(line("path", "streets", isOfClass("path"),
+                        {{"line-color", "#a7d2ec"}, {"line-width", widthByZoom({1, 3, 9})}}));
+  layers.push_back(line("path", "streets", hasClass("path"),
                         {{"line-color", "#b5967a"},
-                         {"line-width", growing({0.5, 1.2, 2.5})},
+                         {"line-width", widthByZoom({0.5, 1.2, 2.5})},
                          {"line-dasharray", arrayOf(2, 2)}}));
-  for (const StreetLook& look : streetLooks) {
-    layers.push_back(
-        line(std::string(look.name) + "-casing", "streets", isOfClass(look.name),
-             {{"line-color", look.casing}, {"line-width", growing(look.widths, rim)}}));
+  for (const StreetStyle& style : streetStyles) {
+    layers.push_back(line(
+        std::string(style.name) + "-casing", "streets", hasClass(style.name),
+        {{"line-color", style.casing}, {"line-width", widthByZoom(style.widths, casingWidths)}}));
   }
-  for (const StreetLook& look : streetLooks) {
-    layers.push_back(line(look.name, "streets", isOfClass(look.name),
-                          {{"line-color", look.color}, {"line-width", growing(look.widths)}}));
+  for (const StreetStyle& style : streetStyles) {
+    layers.push_back(
+        line(style.name, "streets", hasClass(style.name),
+             {{"line-color", style.color}, {"line-width", widthByZoom(style.widths)}}));
   }
   return JSON::makeDictionary({{"version", 8},
                                {"name", "Sandbox"},

@@ -10,15 +10,14 @@
 
 namespace quorvelkit::sandbox {
 
-/// The class that a street is drawn with, from "motorway" down to "path"; empty for what is not
-/// drawn.
+/// Returns the class of a street in the style, from "motorway" to "path"; empty for other features.
 std::string_view streetClass(const Tags& tags);
-/// What an area is drawn as: "town", "park", "wood" or "beach"; empty for what is not drawn.
+/// Returns the class of an area in the style: "town", "park", "wood" or "beach"; empty for others.
 std::string_view landClass(const Tags& tags);
-/// Whether a line or an area is drawn as water.
+/// Whether the style draws a line or an area as water.
 bool isWater(const Tags& tags);
 
-/// The style. `rootURL` is where its GeoJSON is, `attribution` the notice about it as HTML.
+/// Returns the style. `rootURL` is the URL of the server of its GeoJSON, `attribution` is HTML.
 JSON mapStyle(const std::string& rootURL, const std::string& attribution);
 
 }  // namespace quorvelkit::sandbox

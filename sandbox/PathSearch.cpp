@@ -19,17 +19,19 @@ constexpr double secondsPerMeterOffRoad = 3;
 constexpr double secondsAgainstCourse = 90;
 constexpr double secondsAgainstCourseWhenFast = 600;
 
-/// A start or an end as the search sees it: a place on an edge that may be driven.
+/// A start or an end of the search: a position on an edge that is open to cars.
 struct Terminal {
   EdgeIndex edge = 0;
+  /// The position along the edge, 0 to 1.
   double fraction = 0;
+  /// In seconds.
   double penalty = 0;
   const RoadPosition* position = nullptr;
 };
 
 double bearingAt(const RoadNetwork& network, const RoadPosition& position) {
-  return bearing(network.vertex(network.shape(position.edge, position.piece)).position,
-                 network.vertex(network.shape(position.edge, position.piece + 1)).position);
+  return bearing(network.vertex(network.shape(position.edge, position.segment)).position,
+                 network.vertex(network.shape(position.edge, position.segment + 1)).position);
 }
 
 std::vector<Terminal> terminals(const RoadNetwork& network,
@@ -48,8 +50,8 @@ std::vector<Terminal> terminals(const RoadNetwork& network,
   return result;
 }
 
-/// A* over edges, not vertices, since what a turn costs depends on where one comes from. The
-/// states are all edges, entered at their start, and after these the starts and the ends.
+/// An A* search. Its states are edges, because the cost of a turn depends on the edge before it:
+/// first all edges of the network, entered at their start, then the starts, then the ends.
 class Search {
  public:
   Search(const RoadNetwork& network, std::vector<Terminal> starts, std::vector<Terminal> ends)
@@ -61,15 +63,16 @@ class Search {
     cameFrom_.assign(count, 0);
     remaining_.assign(firstStart_, unknown);
     for (const Terminal& end : ends_) {
-      spread_ =
-          std::max(spread_, distanceInMeters(ends_[0].position->position, end.position->position));
+      maximumEndDistance_ =
+          std::max(maximumEndDistance_,
+                   distanceInMeters(ends_[0].position->position, end.position->position));
     }
   }
 
   std::optional<Path> run() {
     if (ends_.empty()) return std::nullopt;
     for (std::size_t at = 0; at < starts_.size(); ++at) {
-      reach(firstStart_ + at, starts_[at].penalty, firstStart_ + at);
+      relax(firstStart_ + at, starts_[at].penalty, firstStart_ + at);
     }
     while (!open_.empty()) {
       const auto [estimate, state] = open_.top();
@@ -91,22 +94,22 @@ class Search {
       const Terminal& end = ends_[at];
       if (end.edge != edge || end.fraction < entered) continue;
       const double driven = (end.fraction - entered) * network_.seconds(edge);
-      reach(firstEnd_ + at, cost_[state] + driven + end.penalty, state);
+      relax(firstEnd_ + at, cost_[state] + driven + end.penalty, state);
     }
     const double left = cost_[state] + (1 - entered) * network_.seconds(edge);
     for (const EdgeIndex next : network_.leaving(network_.endOf(edge))) {
-      reach(next, left + turnSeconds(network_, edge, next), state);
+      relax(next, left + turnSeconds(network_, edge, next), state);
     }
   }
 
-  void reach(std::size_t state, double cost, std::size_t from) {
+  void relax(std::size_t state, double cost, std::size_t from) {
     if (cost >= cost_[state]) return;
     cost_[state] = cost;
     cameFrom_[state] = from;
     open_.emplace(cost + remaining(state), state);
   }
 
-  /// At most what the rest of the way costs: the straight line to the nearest end at full speed.
+  /// A lower bound of the remaining seconds: the straight line to the nearest end at top speed.
   double remaining(std::size_t state) {
     if (state >= firstStart_) return 0;
     double& seconds = remaining_[state];
@@ -114,7 +117,7 @@ class Search {
       const Coordinate& here =
           network_.vertex(network_.startOf(static_cast<EdgeIndex>(state))).position;
       const double meters = distanceInMeters(here, ends_[0].position->position);
-      seconds = std::max(meters - spread_, 0.0) / network_.topSpeed();
+      seconds = std::max(meters - maximumEndDistance_, 0.0) / network_.topSpeed();
     }
     return seconds;
   }
@@ -143,8 +146,8 @@ class Search {
   std::vector<double> cost_;
   std::vector<std::size_t> cameFrom_;
   std::vector<double> remaining_;
-  /// How far ends are from the first of them, in meters.
-  double spread_ = 0;
+  /// The largest distance from the first end to another end, in meters.
+  double maximumEndDistance_ = 0;
   std::priority_queue<Entry, std::vector<Entry>, std::greater<>> open_;
 };
 

@@ -9,23 +9,24 @@
 
 namespace quorvelkit::sandbox {
 
-/// A way through the network: edges that follow one another, the first and the last in part.
+/// A sequence of adjacent edges. The first and the last edge are driven in part.
 struct Path {
   std::vector<RoadNetwork::EdgeIndex> edges;
   RoadPosition start;
   RoadPosition end;
 };
 
-/// How a vehicle is moving at the start: the bearing that it is heading for, in degrees.
+/// The movement of the vehicle at the start.
 struct Heading {
+  /// A bearing in degrees, clockwise from north.
   double course = 0;
-  /// Whether it is fast enough that turning back at once is out of the question.
+  /// Whether the vehicle is too fast to turn back at once.
   bool fast = false;
 };
 
-/// Finds the fastest path from one of the starts to one of the ends; turns cost time, and so does
-/// every meter that a start or an end lies farther from its position than the nearest road does.
-/// Absent when no path leads there.
+/// Returns the fastest path from one of the starts to one of the ends, or nothing if there is no
+/// path. Turns cost time. A start or an end that is farther off its road than the nearest one costs
+/// time for the additional distance.
 std::optional<Path> fastestPath(const RoadNetwork& network, const std::vector<RoadPosition>& starts,
                                 const std::vector<RoadPosition>& ends,
                                 const std::optional<Heading>& heading);

@@ -4,12 +4,12 @@
 namespace quorvelkit::sandbox {
 namespace {
 
-/// Takes a text apart from front to back.
+/// Reads a text from front to back.
 class Scanner {
  public:
   explicit Scanner(std::string_view text) : text_(text) {}
 
-  /// A number of exactly so many digits; -1 when there is none.
+  /// Reads a number of exactly `digits` digits. Returns -1 if there is none.
   int number(std::size_t digits) {
     if (text_.size() < digits) return -1;
     int value = 0;
@@ -20,7 +20,7 @@ class Scanner {
     text_.remove_prefix(digits);
     return value;
   }
-  /// The next character when it is one of those given, otherwise 0.
+  /// Reads the next character if it is one of `characters`. Otherwise returns 0.
   char oneOf(std::string_view characters) {
     if (text_.empty() || characters.find(text_.front()) == std::string_view::npos) return 0;
     const char c = text_.front();
@@ -72,7 +72,7 @@ std::optional<std::chrono::system_clock::time_point> parseRFC3339(std::string_vi
   const year_month_day date(std::chrono::year(year),
                             std::chrono::month(static_cast<unsigned>(month)),
                             std::chrono::day(static_cast<unsigned>(day)));
-  // A leap second is the 60th.
+  // Second 60 is a leap second.
   if (!scanner.atEnd() || !date.ok() || hour > 23 || minute > 59 || second > 60) {
     return std::nullopt;
   }

@@ -17,7 +17,7 @@ struct Kind {
   double kilometersPerHour;
 };
 
-// Speeds include the usual slowing down, but not the wait at lights and turns.
+// The speeds are averages; they do not include the wait at traffic lights and turns.
 constexpr std::array kinds{
     Kind{"motorway", RoadClass::motorway, false, 100},
     Kind{"motorway_link", RoadClass::motorway, true, 55},
@@ -36,7 +36,8 @@ constexpr std::array kinds{
     Kind{"service", RoadClass::service, false, 22},
 };
 
-/// The value of a "maxspeed" tag in kilometers per hour: "50", "55 mph", "90;30" (its first).
+/// Reads a "maxspeed" tag, such as "50", "55 mph" or "90;30" (the first value counts). Returns
+/// kilometers per hour.
 std::optional<double> speedLimit(std::string_view text) {
   double value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
@@ -49,7 +50,7 @@ bool isClosed(const Tags& tags) {
   for (const std::string_view key : {"motorcar", "motor_vehicle", "vehicle", "access"}) {
     const std::string_view value = tags[key];
     if (value == "no" || value == "private") return true;
-    if (!value.empty()) return false;  // The more special key decides.
+    if (!value.empty()) return false;  // The more specific key decides.
   }
   return tags.is("area", "yes") || tags.is("oneway", "reversible");
 }
@@ -68,7 +69,7 @@ std::optional<Road> Road::fromWay(const MapWay& way) {
   road.roadClass = kind->roadClass;
   road.link = kind->link;
   road.roundabout = tags.is("junction", "roundabout") || tags.is("junction", "circular");
-  // Of several values, which are set apart by semicolons, the first is the most important one.
+  // Semicolons separate several values; the first is the most important one.
   const auto first = [&](std::string_view key) { return tags[key].substr(0, tags[key].find(';')); };
   road.name = first("name");
   road.ref = first("ref");
@@ -77,7 +78,7 @@ std::optional<Road> Road::fromWay(const MapWay& way) {
 
   double kilometersPerHour = kind->kilometersPerHour;
   if (const auto limit = speedLimit(tags["maxspeed"])) {
-    // On ramps and in yards the bends decide, not the sign.
+    // On ramps and service roads, bends limit the speed more than the sign does.
     const bool slow = road.link || road.roadClass == RoadClass::service;
     kilometersPerHour = slow ? std::min(kilometersPerHour, *limit) : *limit * 0.9;
   }

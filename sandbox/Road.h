@@ -10,7 +10,7 @@
 
 namespace quorvelkit::sandbox {
 
-/// Roads by their weight in the network, the most important first.
+/// The classes of roads, the most important first.
 enum class RoadClass : std::uint8_t {
   motorway,
   trunk,
@@ -21,7 +21,7 @@ enum class RoadClass : std::uint8_t {
   service,
 };
 
-/// What a driver needs to know of one way. The texts point into the map data.
+/// The properties of one way that routing uses. The texts point into the map data.
 struct Road {
   std::int64_t id = 0;
   RoadClass roadClass = RoadClass::residential;
@@ -30,22 +30,22 @@ struct Road {
   bool roundabout = false;
   bool openForward = true;
   bool openBackward = true;
-  /// What a car drives here on average, all told, in meters per second.
+  /// The average speed of a car, in meters per second.
   double speed = 0;
   std::string_view name;
   std::string_view ref;
-  /// What the signs of a ramp announce.
+  /// The destination on the signs of a ramp.
   std::string_view destination;
   std::optional<RoadNumber> number;
 
-  /// The road of a way; absent when cars cannot or must not drive there.
+  /// Returns the road of a way, or nothing if cars cannot or must not drive there.
   static std::optional<Road> fromWay(const MapWay& way);
 
-  /// Motorways and roads built like them, and their ramps.
+  /// True for motorways, trunk roads and their ramps.
   bool isHighway() const { return roadClass <= RoadClass::trunk; }
-  /// What to call the road: its name, else the text of its number; empty when it has neither.
+  /// The name, or else the text of the number; empty if the road has neither.
   std::string_view label() const { return name.empty() && number ? ref : name; }
-  /// Whether a driver takes both for one street that goes on.
+  /// Whether both roads are parts of one street.
   bool isSameStreet(const Road& other) const;
 };
 

@@ -9,7 +9,7 @@
 
 namespace quorvelkit::sandbox {
 
-/// Finds the roads near a position. The network must outlive the index. Immutable.
+/// A spatial index of the roads of a network. The network must outlive it. Immutable.
 class RoadIndex {
  public:
   explicit RoadIndex(const RoadNetwork& network);
@@ -17,9 +17,9 @@ class RoadIndex {
   RoadIndex(const RoadIndex&) = delete;
   RoadIndex& operator=(const RoadIndex&) = delete;
 
-  /// The nearest place on each of the few roads nearest to a position, nearest first: the nearest
-  /// road within a kilometer and those hardly farther away. Motorways and ramps count only for a
-  /// position that is on them, since nobody starts from a house beside a motorway.
+  /// Returns the nearest road within a kilometer and the roads that are at most 60 meters farther
+  /// away, nearest first, each with its nearest position. Ignores motorways and ramps unless the
+  /// position is on them: a trip does not start beside a motorway.
   std::vector<RoadPosition> near(const Coordinate& position) const;
 
  private:

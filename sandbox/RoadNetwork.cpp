@@ -10,18 +10,18 @@
 namespace quorvelkit::sandbox {
 namespace {
 
-/// How far along an edge its course is taken.
+/// The length over which the bearing of an edge is measured.
 constexpr double bearingMeters = 15;
 
-/// One number for a position, exact to the seven decimals that map data has.
+/// Returns one number for a position, exact to the seven decimals of map data.
 std::uint64_t positionKey(const Coordinate& position) {
   const auto latitude = static_cast<std::uint32_t>(std::lround(position.latitude * 1e7));
   const auto longitude = static_cast<std::uint32_t>(std::lround(position.longitude * 1e7));
   return std::uint64_t{latitude} << 32U | longitude;
 }
 
-/// A node number for a position that has none: always the same, in the range that OSM has by now.
-std::int64_t madeUpNodeId(std::uint64_t key) {
+/// Returns a node id for a position that has none. Deterministic, in the range of current OSM ids.
+std::int64_t generatedNodeId(std::uint64_t key) {
   key = (key ^ (key >> 31U)) * 0x9E3779B97F4A7C15U;
   return static_cast<std::int64_t>(5'000'000'000U + (key >> 31U));
 }
@@ -38,7 +38,7 @@ RoadNetwork::RoadNetwork(std::shared_ptr<const MapData> map) : map_(std::move(ma
   VertexAt vertexAt;
   addRoads(vertexAt);
   readNodes(vertexAt);
-  cutIntoSections();
+  splitIntoSections();
   indexLeavingEdges();
 }
 
@@ -53,7 +53,7 @@ void RoadNetwork::addRoads(VertexAt& vertexAt) {
       const std::uint64_t key = positionKey(position);
       const auto next = static_cast<VertexIndex>(vertices_.size());
       const auto [found, isNew] = vertexAt.try_emplace(key, next);
-      if (isNew) vertices_.push_back({madeUpNodeId(key), position, 0, {}});
+      if (isNew) vertices_.push_back({generatedNodeId(key), position, 0, {}});
       shapes_.push_back(found->second);
     }
   }
@@ -71,7 +71,7 @@ void RoadNetwork::readNodes(const VertexAt& vertexAt) {
   }
 }
 
-void RoadNetwork::cutIntoSections() {
+void RoadNetwork::splitIntoSections() {
   std::vector<std::uint8_t> uses(vertices_.size());
   for (const VertexIndex vertex : shapes_) {
     if (uses[vertex] < 2) ++uses[vertex];

@@ -7,7 +7,7 @@
 namespace quorvelkit::sandbox {
 namespace {
 
-// California is missing on purpose: its roads are a family of their own.
+// Without California, which has its own family.
 constexpr std::string_view stateCodes =
     " AL AK AZ AR CO CT DE FL GA HI ID IL IN IA KS KY LA ME MD MA MI MN MS MO MT NE NV NH NJ NM NY "
     "NC ND OH OK OR PA RI SC SD TN TX UT VT VA WA WV WI WY DC SR ";

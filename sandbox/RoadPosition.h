@@ -7,16 +7,16 @@
 
 namespace quorvelkit::sandbox {
 
-/// A place on a road: the nearest one to some position on the map.
+/// The position on a road that is nearest to a position on the map.
 struct RoadPosition {
-  /// The edge along the way; the edge against it passes the same place.
+  /// The edge in the direction of the way.
   RoadNetwork::EdgeIndex edge = 0;
   Coordinate position;
-  /// From the edge's start, in meters.
+  /// The distance from the start of the edge, in meters.
   double offset = 0;
-  /// Between the two shape vertices `piece` and `piece + 1`.
-  std::size_t piece = 0;
-  /// How far the road is from the position that was looked up, in meters.
+  /// The position is between the shape vertices `segment` and `segment + 1`.
+  std::size_t segment = 0;
+  /// The distance from the position on the map, in meters.
   double distance = 0;
 };
 

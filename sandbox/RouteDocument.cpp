@@ -12,26 +12,26 @@
 namespace quorvelkit::sandbox {
 namespace {
 
-/// A destination nearer than this is on the road.
-constexpr double besideTheRoadMeters = 5;
+/// A destination nearer than this counts as on the road.
+constexpr double onRoadMeters = 5;
 
 double rounded(double value, double unit) { return std::round(value * unit) / unit; }
 
 Side sideOf(const RouteLine& line, const Coordinate& destination) {
   const auto& points = line.points();
   const Coordinate& end = points.back().position;
-  if (points.size() < 2 || distanceInMeters(end, destination) < besideTheRoadMeters) {
-    return Side::here;
+  if (points.size() < 2 || distanceInMeters(end, destination) < onRoadMeters) {
+    return Side::onRoad;
   }
   const double course = bearing(points[points.size() - 2].position, end);
   return turnAngle(course, bearing(end, destination)) < 0 ? Side::left : Side::right;
 }
 
-/// The id of the first or the last node on the way; of the nearest one when there is none.
-std::int64_t endNode(const RoadNetwork& network, const RoutePoint& end, const RoadPosition& at) {
+/// Returns the node id of an end point, or the id of the nearest vertex if the point has none.
+std::int64_t nodeAt(const RoadNetwork& network, const RoutePoint& end, const RoadPosition& at) {
   if (end.node) return *end.node;
-  const auto first = network.vertex(network.shape(at.edge, at.piece));
-  const auto second = network.vertex(network.shape(at.edge, at.piece + 1));
+  const auto first = network.vertex(network.shape(at.edge, at.segment));
+  const auto second = network.vertex(network.shape(at.edge, at.segment + 1));
   return distanceInMeters(first.position, at.position) <=
                  distanceInMeters(second.position, at.position)
              ? first.id
@@ -58,7 +58,7 @@ JSON routeDocument(const RoadNetwork& network, const Path& path, const Coordinat
   const std::vector<Maneuver> maneuvers = findManeuvers(network, path);
   const Instructions instructions(network, path, maneuvers, sideOf(line, destination));
   const StreetDescription streets(network, path, maneuvers);
-  instructions.announce(line);
+  instructions.addTo(line);
 
   ValueArray points;
   for (const RoutePoint& point : line.points()) {
@@ -73,8 +73,8 @@ JSON routeDocument(const RoadNetwork& network, const Path& path, const Coordinat
   }
   return JSON::makeDictionary({{"distance", rounded(line.meters() / metersPerMile, 1e4)},
                                {"duration", rounded(line.seconds() / 60, 1e3)},
-                               {"startNode", endNode(network, line.points().front(), path.start)},
-                               {"endNode", endNode(network, line.points().back(), path.end)},
+                               {"startNode", nodeAt(network, line.points().front(), path.start)},
+                               {"endNode", nodeAt(network, line.points().back(), path.end)},
                                {"points", Value(std::move(points))}});
 }
 

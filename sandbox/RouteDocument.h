@@ -9,9 +9,8 @@
 
 namespace quorvelkit::sandbox {
 
-/// The document that answers a route request: totals in miles and minutes, and the points with
-/// their turns and what is said there. `destination` is where the driver wants to be, which may be
-/// beside the road.
+/// Returns the body of the response to a route request: the totals in miles and minutes, and the
+/// points with their turns and spoken texts. `destination` may be off the road.
 JSON routeDocument(const RoadNetwork& network, const Path& path, const Coordinate& destination);
 
 }  // namespace quorvelkit::sandbox

@@ -9,8 +9,8 @@
 namespace quorvelkit::sandbox {
 namespace {
 
-/// How near an existing point must be to stand for a place on the line.
-constexpr double nearEnoughMeters = 25;
+/// An existing point within this distance is used instead of a new one.
+constexpr double snapMeters = 25;
 
 bool isBefore(const RoutePoint& point, double meters) { return point.meters < meters; }
 
@@ -32,11 +32,11 @@ RouteLine::RouteLine(const RoadNetwork& network, const Path& path) {
 
     // The shape vertices that follow the start and precede the end.
     const std::size_t size = network.shapeSize(edge);
-    const auto piece = [&](const RoadPosition& at) {
-      return edge % 2 == 0 ? at.piece : size - 2 - at.piece;
+    const auto segment = [&](const RoadPosition& at) {
+      return edge % 2 == 0 ? at.segment : size - 2 - at.segment;
     };
-    const std::size_t first = isFirst ? piece(path.start) + 1 : 1;
-    const std::size_t last = isLast ? piece(path.end) : size - 1;
+    const std::size_t first = isFirst ? segment(path.start) + 1 : 1;
+    const std::size_t last = isLast ? segment(path.end) : size - 1;
     const double pace = network.seconds(edge) / network.length(edge);
     for (std::size_t at = first; at <= last; ++at) {
       const RoadNetwork::Vertex& vertex = network.vertex(network.shape(edge, at));
@@ -50,7 +50,7 @@ RouteLine::RouteLine(const RoadNetwork& network, const Path& path) {
 void RouteLine::append(const Coordinate& position, const Road& road, double secondsPerMeter,
                        const RoadNetwork::Vertex* node) {
   const double step = distanceInMeters(points_.back().position, position);
-  if (step < 0.01) {  // The start or the end is the vertex itself.
+  if (step < 0.01) {  // The start or the end is at the vertex.
     if (node != nullptr) points_.back().node = node->id;
     return;
   }
@@ -72,9 +72,9 @@ RoutePoint& RouteLine::stepPoint(std::size_t step) {
 
 RoutePoint& RouteLine::pointAt(double meters) {
   auto next = std::lower_bound(points_.begin(), points_.end() - 1, meters, isBefore);
-  if (next->meters - meters < nearEnoughMeters || next == points_.begin()) return *next;
+  if (next->meters - meters < snapMeters || next == points_.begin()) return *next;
   const auto previous = next - 1;
-  if (meters - previous->meters < nearEnoughMeters) return *previous;
+  if (meters - previous->meters < snapMeters) return *previous;
   const double fraction = (meters - previous->meters) / (next->meters - previous->meters);
   RoutePoint point = {.position = between(previous->position, next->position, fraction),
                       .seconds = previous->seconds + fraction * (next->seconds - previous->seconds),

@@ -11,38 +11,39 @@
 
 namespace quorvelkit::sandbox {
 
-/// One position on the way, and what happens there.
+/// One point of a route.
 struct RoutePoint {
   Coordinate position;
-  /// Since the start, on average.
+  /// The average time since the start.
   double seconds = 0;
-  /// From the start.
+  /// The distance from the start.
   double meters = 0;
-  /// Absent where the map has no node: at the ends and between two nodes.
+  /// The node id; absent at the ends and between two nodes.
   std::optional<std::int64_t> node;
-  /// The way that leads here.
+  /// The id of the way that leads to this point.
   std::int64_t edge = 0;
-  /// Which maneuver is made here, by its number.
+  /// The index of the maneuver at this point.
   std::optional<std::size_t> maneuver;
   std::string notify;
   std::vector<std::string> say;
 };
 
-/// A path laid out on the ground: its points with times and distances.
+/// The points of a path with their times and distances.
 class RouteLine {
  public:
   RouteLine(const RoadNetwork& network, const Path& path);
 
   std::vector<RoutePoint>& points() { return points_; }
   const std::vector<RoutePoint>& points() const { return points_; }
-  /// The distance from the start at which each edge of the path begins, and at the end the whole.
+  /// The distance in meters at which each edge of the path begins, followed by the total.
   const std::vector<double>& stepMeters() const { return stepMeters_; }
   double meters() const { return points_.back().meters; }
   double seconds() const { return points_.back().seconds; }
 
-  /// The point where step `step` of the path begins.
+  /// The point where edge `step` of the path begins.
   RoutePoint& stepPoint(std::size_t step);
-  /// The point at a distance from the start. One is added when none is near.
+  /// Returns the point at a distance from the start. Adds a point if there is none within 25
+  /// meters.
   RoutePoint& pointAt(double meters);
 
  private:

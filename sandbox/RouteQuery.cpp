@@ -10,7 +10,7 @@
 namespace quorvelkit::sandbox {
 namespace {
 
-/// Reads parameters; the first thing that is wrong stays.
+/// Reads parameters and keeps the first error.
 class Reader {
  public:
   Reader(const QueryParameters& parameters, std::string& problem)
@@ -27,22 +27,22 @@ class Reader {
     return value == nullptr ? std::string() : *value;
   }
 
-  double number(const std::string& name, double least, double most) {
+  double number(const std::string& name, double minimum, double maximum) {
     const std::string value = required(name);
     const char* const end = value.data() + value.size();
     double result = 0;
     const auto [stop, error] = std::from_chars(value.data(), end, result);
     if (error == std::errc::invalid_argument || stop != end || std::isnan(result)) {
-      fail("The parameter " + name + " is no number.");
-    } else if (error != std::errc() || result < least || result > most) {
+      fail("The parameter " + name + " is not a number.");
+    } else if (error != std::errc() || result < minimum || result > maximum) {
       fail("The parameter " + name + " is out of range.");
     }
     return result;
   }
 
-  std::optional<double> optionalNumber(const std::string& name, double least, double most) {
+  std::optional<double> optionalNumber(const std::string& name, double minimum, double maximum) {
     if (text(name) == nullptr) return std::nullopt;
-    return number(name, least, most);
+    return number(name, minimum, maximum);
   }
 
   void fail(std::string problem) {
@@ -68,12 +68,12 @@ std::optional<RouteQuery> RouteQuery::fromParameters(const QueryParameters& para
   if (const auto time = parseRFC3339(reader.required("time"))) {
     query.time = *time;
   } else {
-    reader.fail("The parameter time is no RFC 3339 date-time such as 2017-03-01T14:05:00Z.");
+    reader.fail("The parameter time is not an RFC 3339 date-time such as 2017-03-01T14:05:00Z.");
   }
   const std::string type = reader.required("requestType");
   query.arriveBy = type == "ArrivalTime";
   if (!query.arriveBy && type != "DepartureTime") {
-    reader.fail("The parameter requestType is neither ArrivalTime nor DepartureTime.");
+    reader.fail("The parameter requestType must be ArrivalTime or DepartureTime.");
   }
   query.speed = reader.optionalNumber("speed", 0, std::numeric_limits<double>::max());
   query.course = reader.optionalNumber("course", 0, 360);

@@ -13,19 +13,20 @@ namespace quorvelkit::sandbox {
 /// The decoded parameters of a query string.
 using QueryParameters = std::multimap<std::string, std::string>;
 
-/// What a route is asked for.
+/// The parameters of a route request.
 struct RouteQuery {
   Coordinate start;
   Coordinate end;
-  /// When to leave or, if `arriveBy`, when to be there. Roads are equally fast at all times here.
+  /// The time of departure, or of arrival if `arriveBy`. Has no influence on the route.
   std::chrono::system_clock::time_point time;
   bool arriveBy = false;
-  /// How fast the vehicle moves, and whereto: degrees clockwise from north.
+  /// In meters per second.
   std::optional<double> speed;
+  /// In degrees, clockwise from north.
   std::optional<double> course;
 
-  /// Absent, with a sentence for the sender in `problem`, when a required parameter is missing or
-  /// any is wrong.
+  /// Returns nothing and sets `problem` to an error text for the client if a required parameter is
+  /// missing or a parameter is wrong.
   static std::optional<RouteQuery> fromParameters(const QueryParameters& parameters,
                                                   std::string& problem);
 };

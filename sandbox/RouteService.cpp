@@ -7,10 +7,10 @@
 namespace quorvelkit::sandbox {
 namespace {
 
-/// From here on, in meters per second, a driver cannot turn on the spot.
-constexpr double fastSpeed = 5;
+/// From this speed in meters per second, a car cannot turn back at once.
+constexpr double minimumFastSpeed = 5;
 
-std::string inWords(const Coordinate& c) {
+std::string coordinateText(const Coordinate& c) {
   const JSON latitude(c.latitude);
   const JSON longitude(c.longitude);
   return latitude.stringValue() + "," + longitude.stringValue();
@@ -18,7 +18,8 @@ std::string inWords(const Coordinate& c) {
 
 HTTPAnswer noRoadNear(const Coordinate& position) {
   return HTTPAnswer::failure(
-      404, 404, "There is no road within a kilometer of " + inWords(position) + " on this map.");
+      404, 404,
+      "There is no road within a kilometer of " + coordinateText(position) + " on this map.");
 }
 
 }  // namespace
@@ -26,7 +27,8 @@ HTTPAnswer noRoadNear(const Coordinate& position) {
 std::optional<HTTPAnswer> RouteService::answer(const HTTPRequest& request) const {
   if (request.path != "/v4/route") return std::nullopt;
   if (request.method != "GET") {
-    return HTTPAnswer::failure(405, 405, "This resource does not take " + request.method + ".");
+    return HTTPAnswer::failure(405, 405,
+                               "This resource does not support the method " + request.method + ".");
   }
   std::string problem;
   const auto query = RouteQuery::fromParameters(request.parameters, problem);
@@ -39,12 +41,12 @@ HTTPAnswer RouteService::route(const RouteQuery& query) const {
   const auto ends = index_.near(query.end);
   if (ends.empty()) return noRoadNear(query.end);
   std::optional<Heading> heading;
-  if (query.course) heading = {*query.course, query.speed.value_or(0) >= fastSpeed};
+  if (query.course) heading = {*query.course, query.speed.value_or(0) >= minimumFastSpeed};
   const auto path = fastestPath(network_, starts, ends, heading);
   if (!path) {
     return HTTPAnswer::failure(404, 404,
-                               "No road leads from " + inWords(query.start) + " to " +
-                                   inWords(query.end) + " on this map.");
+                               "No road leads from " + coordinateText(query.start) + " to " +
+                                   coordinateText(query.end) + " on this map.");
   }
   return HTTPAnswer::json(routeDocument(network_, *path, query.end));
 }

@@ -12,13 +12,13 @@
 
 namespace quorvelkit::sandbox {
 
-/// The navigation server: computes routes on the roads of a map. Any threads at once.
+/// The navigation server: computes routes on the roads of a map. Thread-safe.
 class RouteService {
  public:
   explicit RouteService(std::shared_ptr<const MapData> map)
       : network_(std::move(map)), index_(network_) {}
 
-  /// Answers what is addressed to this service.
+  /// Returns nothing if the path belongs to another service.
   std::optional<HTTPAnswer> answer(const HTTPRequest& request) const;
 
   const RoadNetwork& network() const { return network_; }

@@ -13,36 +13,36 @@ namespace quorvelkit::sandbox {
 
 namespace {
 
-// The middles of the streets that people live on, from southwest to northeast.
-std::vector<Coordinate> streetsAcross(const RoadNetwork& network) {
-  std::vector<Coordinate> places;
+// Returns the midpoints of named streets other than highways, from southwest to northeast.
+std::vector<Coordinate> streetMidpoints(const RoadNetwork& network) {
+  std::vector<Coordinate> midpoints;
   for (std::size_t section = 0; section < network.sectionCount(); ++section) {
     const auto edge = static_cast<RoadNetwork::EdgeIndex>(2 * section);
     if (network.road(edge).isHighway() || network.road(edge).name.empty()) continue;
     const auto middle = network.shape(edge, network.shapeSize(edge) / 2);
-    places.push_back(network.vertex(middle).position);
+    midpoints.push_back(network.vertex(middle).position);
   }
-  if (places.empty()) return places;
-  const double narrowing = std::cos(places.front().latitude * std::numbers::pi / 180);
-  const auto northeast = [&](const Coordinate& place) {
-    return place.latitude + place.longitude * narrowing;
+  if (midpoints.empty()) return midpoints;
+  const double longitudeScale = std::cos(midpoints.front().latitude * std::numbers::pi / 180);
+  const auto northeast = [&](const Coordinate& midpoint) {
+    return midpoint.latitude + midpoint.longitude * longitudeScale;
   };
-  std::sort(places.begin(), places.end(),
+  std::sort(midpoints.begin(), midpoints.end(),
             [&](const Coordinate& a, const Coordinate& b) { return northeast(a) < northeast(b); });
-  return places;
+  return midpoints;
 }
 
 }  // namespace
 
-// The outermost streets are often cut off from the rest by the map's edge, so the search moves
-// inward until a path is found.
+// Streets at the edge of the map often have no connection to the rest, so the search moves inward
+// until it finds a path.
 std::optional<Trip> sampleTrip(const RoadNetwork& network, const RoadIndex& index) {
-  const std::vector<Coordinate> places = streetsAcross(network);
+  const std::vector<Coordinate> midpoints = streetMidpoints(network);
   constexpr std::size_t steps = 40;
   for (std::size_t step = 1; step < steps / 2; ++step) {
-    const std::size_t inward = places.size() * step / steps;
-    if (inward >= places.size() - inward) break;
-    const Trip trip{places[inward], places[places.size() - 1 - inward]};
+    const std::size_t inward = midpoints.size() * step / steps;
+    if (inward >= midpoints.size() - inward) break;
+    const Trip trip{midpoints[inward], midpoints[midpoints.size() - 1 - inward]};
     if (fastestPath(network, index.near(trip.from), index.near(trip.to), std::nullopt)) return trip;
   }
   return std::nullopt;

@@ -10,14 +10,14 @@
 
 namespace quorvelkit::sandbox {
 
-/// Where to drive from and to.
+/// The start and the end of a route.
 struct Trip {
   Coordinate from;
   Coordinate to;
 };
 
-/// A trip across the whole map, to try a map of which one knows nothing: from a street in its
-/// southwest to one in its northeast that can be reached from there. Absent on a map without one.
+/// Returns an example trip across the map, from a street in its southwest to a street in its
+/// northeast. Returns nothing if no such trip has a path.
 std::optional<Trip> sampleTrip(const RoadNetwork& network, const RoadIndex& index);
 
 }  // namespace quorvelkit::sandbox

@@ -10,7 +10,7 @@ Sandbox::Sandbox(std::shared_ptr<const MapData> map, HTTPServer::Log log)
       server_([this](const HTTPRequest& request) { return answer(request); }, std::move(log)) {}
 
 bool Sandbox::start(int port) {
-  // Requests read the URL, so it must stand before the first one comes.
+  // Request handlers read url_, so it is set before the server starts.
   port = server_.bind(port);
   if (port == 0) return false;
   url_ = "http://127.0.0.1:" + std::to_string(port);
@@ -23,7 +23,7 @@ HTTPAnswer Sandbox::answer(const HTTPRequest& request) {
   if (auto answer = routes_.answer(request)) return *std::move(answer);
   if (auto answer = find_.answer(request)) return *std::move(answer);
   if (auto answer = maps_.answer(request, url_)) return *std::move(answer);
-  return HTTPAnswer::failure(404, 404, "There is nothing here.");
+  return HTTPAnswer::failure(404, 404, "This resource does not exist.");
 }
 
 }  // namespace quorvelkit::sandbox

@@ -13,8 +13,8 @@
 
 namespace quorvelkit::sandbox {
 
-/// A whole backend on one loopback port: the backend service, the navigation server, the find
-/// server and all that they answer from. An application reaches it with
+/// A local backend on one loopback port: the backend service, the navigation server, the find
+/// server and a map style server. Applications use it with
 /// QVBackendless::setBaseURL(sandbox.url()).
 ///
 ///     Sandbox sandbox(MapData::builtInTown());
@@ -23,9 +23,11 @@ class Sandbox {
  public:
   explicit Sandbox(std::shared_ptr<const MapData> map, HTTPServer::Log log = nullptr);
 
-  /// Starts to answer on a port of 127.0.0.1, 0 for any free one. False when the port is taken.
+  /// Starts the server on a port of 127.0.0.1, 0 for any free one. Returns false if the port is in
+  /// use.
   bool start(int port);
-  /// Where it answers, without a slash at the end: "http://127.0.0.1:40123". Empty before start.
+  /// The base URL without a slash at the end, such as "http://127.0.0.1:40123". Empty before
+  /// start().
   const std::string& url() const { return url_; }
   void stop() { server_.stop(); }
 

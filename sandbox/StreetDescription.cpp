@@ -36,7 +36,7 @@ ValueMap StreetDescription::members(std::size_t maneuver) const {
   if (!connected.empty()) {
     members.set("dir", connected);
     members.set("connection", connected);
-  } else if (const auto direction = compass(maneuver); !direction.empty()) {
+  } else if (const auto direction = compassDirection(maneuver); !direction.empty()) {
     members.set("dir", direction);
   } else {
     members.set("dir", function);
@@ -51,8 +51,8 @@ ValueMap StreetDescription::members(std::size_t maneuver) const {
 }
 
 std::string_view StreetDescription::connection(const Maneuver& maneuver) const {
-  if (maneuver.manner == Maneuver::Manner::depart) return "origin";
-  if (maneuver.manner == Maneuver::Manner::arrive) return "destination";
+  if (maneuver.type == Maneuver::Type::depart) return "origin";
+  if (maneuver.type == Maneuver::Type::arrive) return "destination";
   if (!road(maneuver.after).link) return {};
   std::size_t first = maneuver.after;
   while (first > 0 && road(first).link)
@@ -64,9 +64,9 @@ std::string_view StreetDescription::connection(const Maneuver& maneuver) const {
   return toHighway ? "onramp" : "connector";
 }
 
-/// The direction of a numbered highway between this maneuver and the next, where it has
-/// carriageways of its own for each direction.
-std::string_view StreetDescription::compass(std::size_t maneuver) const {
+/// Returns the compass direction from this maneuver to the next on a numbered highway with separate
+/// carriageways, otherwise an empty text.
+std::string_view StreetDescription::compassDirection(std::size_t maneuver) const {
   const std::size_t first = maneuvers_[maneuver].after;
   const Road& street = road(first);
   if (!street.number || !street.isHighway() || (street.openForward && street.openBackward)) {

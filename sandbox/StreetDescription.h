@@ -13,26 +13,26 @@
 
 namespace quorvelkit::sandbox {
 
-/// Describes the streets that the maneuvers of a path lead onto, as members of a route document.
+/// Describes the streets after the maneuvers of a path, as members of a route document.
 ///
-/// Readers take a street's function, its connection and its compass direction all from the one
-/// member "dir", and a highway's family from the "dir" of "hwy". So "dir" carries what tells most
-/// about the street: its connection when it is one, the compass direction of a numbered highway's
-/// carriageway, otherwise its function. The members "func", "connection" and "type" are sent too.
+/// Clients read the function, the connection and the compass direction of a street from the member
+/// "dir", and the family of a highway from "dir" in "hwy". "dir" of a street is its connection if
+/// it is a ramp, or else the compass direction of a carriageway of a numbered highway, or else its
+/// function. The members "func", "connection" and "type" are sent as well.
 class StreetDescription {
  public:
-  /// All must outlive this.
+  /// The arguments must outlive this object.
   StreetDescription(const RoadNetwork& network, const Path& path,
                     const std::vector<Maneuver>& maneuvers)
       : network_(network), path_(path), maneuvers_(maneuvers) {}
 
-  /// The street after the maneuver of that number.
+  /// The street after the maneuver with index `maneuver`.
   ValueMap members(std::size_t maneuver) const;
 
  private:
   const Road& road(std::size_t step) const { return network_.road(path_.edges[step]); }
   std::string_view connection(const Maneuver& maneuver) const;
-  std::string_view compass(std::size_t maneuver) const;
+  std::string_view compassDirection(std::size_t maneuver) const;
 
   const RoadNetwork& network_;
   const Path& path_;

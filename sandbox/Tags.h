@@ -16,8 +16,8 @@ class Tags {
   Tags() = default;
   explicit Tags(std::vector<Pair> pairs) : pairs_(std::move(pairs)) {}
 
-  /// The value of a key; empty when the key is missing (OSM has no empty values). Valid as long
-  /// as these tags.
+  /// Returns the value of a key, empty if the key is missing (OSM has no empty values). Valid as
+  /// long as this object.
   std::string_view operator[](std::string_view key) const {
     for (const auto& [name, value] : pairs_) {
       if (name == key) return value;

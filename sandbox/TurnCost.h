@@ -5,8 +5,8 @@
 
 namespace quorvelkit::sandbox {
 
-/// The seconds that driving from one edge onto a following one takes, beyond the edges
-/// themselves: slowing down and giving way, left turns across traffic, and turning back.
+/// Returns the seconds that a turn from one edge onto the next adds to the driving time of the
+/// edges: slowing down, giving way, left turns across traffic, U-turns.
 double turnSeconds(const RoadNetwork& network, RoadNetwork::EdgeIndex from,
                    RoadNetwork::EdgeIndex onto);
 

@@ -18,11 +18,28 @@ using namespace quorvelkit::sandbox;
 
 namespace {
 
-// From the hills in the west of the built-in town over its freeway to the harbor in the east.
+// In the built-in town, from west to east over the freeway.
 constexpr std::optional<Trip> townTrip = Trip{{40.4523, -38.2804}, {40.4469, -38.1872}};
 
 std::string text(const Coordinate& coordinate) {
   return defaultText(coordinate.latitude) + ',' + defaultText(coordinate.longitude);
+}
+
+// Blocks SIGINT and SIGTERM in this thread and in the threads that it starts later, for sigwait.
+sigset_t blockStopSignals() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  sigaddset(&signals, SIGINT);
+  sigaddset(&signals, SIGTERM);
+  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+  return signals;
+}
+
+// Called on the server's threads.
+void logToStandardError(const std::string& line) {
+  static std::mutex mutex;
+  const std::lock_guard lock(mutex);
+  std::cerr << line << std::endl;
 }
 
 int run(int argc, char** argv) {
@@ -34,53 +51,39 @@ int run(int argc, char** argv) {
       ->check(CLI::Range(0, 65535))
       ->capture_default_str();
   app.add_option("--map", mapFile,
-                 "GeoJSON file with OSM tags, as osmium export writes it, instead of the built-in "
-                 "town");
-  app.add_flag("--log", logs, "Write a line about each request to standard error");
+                 "GeoJSON file with OSM tags (output of osmium export) to use instead of the "
+                 "built-in town");
+  app.add_flag("--log", logs, "Write one line for each request to standard error");
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : 2;
   }
 
-  // Blocked here, before there are other threads, so that all of them leave these to sigwait.
-  sigset_t signals;
-  sigemptyset(&signals);
-  sigaddset(&signals, SIGINT);
-  sigaddset(&signals, SIGTERM);
-  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-
+  const sigset_t signals = blockStopSignals();
   std::string problem;
   const auto map = mapFile.empty() ? MapData::builtInTown() : MapData::fromFile(mapFile, problem);
   if (!map) {
     std::cerr << "quorvel-sandbox: cannot use " << mapFile << ": " << problem << '\n';
     return 1;
   }
-  HTTPServer::Log log;
-  std::mutex logMutex;
-  if (logs) {
-    log = [&](const std::string& line) {
-      const std::lock_guard lock(logMutex);
-      std::cerr << line << std::endl;
-    };
-  }
-  Sandbox sandbox(map, std::move(log));
+  Sandbox sandbox(map, logs ? logToStandardError : HTTPServer::Log());
   if (sandbox.routes().network().edgeCount() == 0) {
     std::cerr << "quorvel-sandbox: " << mapFile << " holds no roads (lines with a highway tag)\n";
     return 1;
   }
   if (!sandbox.start(port)) {
     std::cerr << "quorvel-sandbox: port " << port
-              << " is taken; choose another with --port, or --port 0 for any free one\n";
+              << " is in use; choose another one with --port, or --port 0 for any free port\n";
     return 1;
   }
-  // Programs read these two lines to learn the address and a trip.
+  // Programs parse these two lines.
   std::cout << "listening on " << sandbox.url() << std::endl;
   if (const auto trip = mapFile.empty() ? townTrip : sandbox.routes().sampleTrip()) {
     std::cout << "try: quorvel route --backend " << sandbox.url() << " --from " << text(trip->from)
               << " --to " << text(trip->to) << std::endl;
   } else {
-    std::cout << "no two streets of this map are joined" << std::endl;
+    std::cout << "this map has no connected streets" << std::endl;
   }
   int received = 0;
   sigwait(&signals, &received);

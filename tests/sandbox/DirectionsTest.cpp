@@ -12,8 +12,9 @@ namespace {
 
 using testing::ElementsAre;
 
-// Main Street runs north to a crossing; Elm Street leaves it at a bearing, Oak Street opposite.
-TEST(DirectionsTest, nameTheTurnByItsAngle) {
+// Main Street runs north to a crossing. Elm Street leaves it at `bearing`, Oak Street continues Elm
+// Street on the other side.
+TEST(DirectionsTest, TurnDirectionFollowsFromAngle) {
   const std::pair<double, const char*> cases[] = {
       {10, "forward: Continue onto Elm Street"},
       {40, "slightright: Bear right onto Elm Street"},
@@ -35,80 +36,81 @@ TEST(DirectionsTest, nameTheTurnByItsAngle) {
   }
 }
 
-// All ways begin at {0, .5}, on the street that runs north from {0, 0}.
-TEST(DirectionsTest, sayNoMoreAndNoLessThanTheWayNeeds) {
-  const std::tuple<At, const char*, const char*> cases[] = {
-      // Straight over a crossing.
-      {{0, 3.5}, "", R"(
+// All routes begin at {0, .5}, on the street that runs north from {0, 0}.
+TEST(DirectionsTest, ManeuversAreThoseThatADriverNeeds) {
+  const std::tuple<const char*, At, const char*, const char*> cases[] = {
+      {"straight over a crossing", {0, 3.5}, "", R"(
           Main Street: 0,0 0,2 0,4
           Elm Street: -1,2 0,2 1,2; highway=primary)"},
-      // A bend without another way.
-      {{1.5, 2}, "", "Main Street: 0,0 0,2 2,2"},
-      // A bend with a yard.
-      {{.8, 2.8}, "", R"(
+      {"bend without another street", {1.5, 2}, "", "Main Street: 0,0 0,2 2,2"},
+      {"bend with a service road", {.8, 2.8}, "", R"(
           Main Street: 0,0 0,2 1,3
           : 0,2 0,4; highway=service)"},
-      // The name goes on under a number.
-      {{0, 3.5}, "", R"(
+      {"same number, another name", {0, 3.5}, "", R"(
           : 0,0 0,2; ref=SR 7
           Mill Road: 0,2 0,4; ref=SR 7
           Elm Street: -1,2 0,2 1,2)"},
-      // A name for a few meters.
-      {{0, 3.5}, "", R"(
+      {"another name for some meters", {0, 3.5}, "", R"(
           Main Street: 0,0 0,2
           Bridge: 0,2 0,2.3
           Main Street: 0,2.3 0,4)"},
-      // The street turns off, another goes straight on.
-      {{1.5, 2}, "right: Turn right to stay on Main Street", R"(
+      {"the street turns, another one is straight on",
+       {1.5, 2},
+       "right: Turn right to stay on Main Street",
+       R"(
           Main Street: 0,0 0,2 2,2
           Elm Street: 0,2 0,4)"},
-      // Two new names at a fork.
-      {{-.8, 3.6}, "leftatthefork: Keep left at the fork onto Elm Street", R"(
+      {"fork with two other names",
+       {-.8, 3.6},
+       "leftatthefork: Keep left at the fork onto Elm Street",
+       R"(
           Main Street: 0,0 0,2
           Elm Street: 0,2 -1,4
           Oak Street: 0,2 1,4)"},
-      // The street itself is the other branch.
-      {{.5, 3.6}, "slightright: Bear right onto Oak Street", R"(
+      {"fork, the street is the other branch",
+       {.5, 3.6},
+       "slightright: Bear right onto Oak Street",
+       R"(
           Main Street: 0,0 0,2 -.6,4
           Oak Street: 0,2 .6,4)"},
-      // A street with one way to go.
-      {{1.5, 2}, "right: Turn right onto Main Street", R"(
+      {"turn with one open direction", {1.5, 2}, "right: Turn right onto Main Street", R"(
           : 0,0 0,2
           Main Street: -2,2 0,2 2,2; oneway=yes)"},
-      // A turning lane.
-      {{2.5, 2}, "right: Turn right onto Elm Street", R"(
+      {"turning lane", {2.5, 2}, "right: Turn right onto Elm Street", R"(
           Main Street: 0,0 0,2 0,4; highway=primary
           : 0,1.5 .1,1.8 .5,2; highway=primary_link; oneway=yes
           Elm Street: 0,2 .5,2 3,2; highway=primary)"},
-      // Back over the median.
-      {{-.2, .5}, "uturnleft: Make a U-turn on Main Street", R"(
+      {"U-turn over the median", {-.2, .5}, "uturnleft: Make a U-turn on Main Street", R"(
           Main Street: 0,0 0,2 0,4; highway=primary; oneway=yes
           Main Street: -.2,4 -.2,2 -.2,0; highway=primary; oneway=yes
           Elm Street: 0,2 -.2,2 -2,2)"},
-      // Another name right after the turn.
-      {{1.5, 2}, "right: Turn right onto Elm Street", R"(
+      {"another name right after the turn", {1.5, 2}, "right: Turn right onto Elm Street", R"(
           Main Street: 0,0 0,2 0,4
           Stub;Other: 0,2 .2,2
           Elm Street: .2,2 2,2)"},
-      // The island before a roundabout.
-      {{0, 3.5}, "forward: At the roundabout, take the first exit onto Oak Street", R"(
+      {"island before a roundabout",
+       {0, 3.5},
+       "forward: At the roundabout, take the first exit onto Oak Street",
+       R"(
           Main Street: 0,0 0,2
           Main Street: 0,2 .1,2.2; oneway=yes
           : .1,2.2 .3,2.5 0,2.8 -.3,2.5 .1,2.2; junction=roundabout
           Main Street: -.1,2.2 0,2; oneway=yes
           Elm Street: 0,2 -.35,3
           Oak Street: 0,2.8 0,4)"},
-      // Two turns around a named block.
-      {{.5, 3.5}, "right: Turn right onto Elm Street; left: Turn left onto Oak Street", R"(
+      {"two turns with a named street between",
+       {.5, 3.5},
+       "right: Turn right onto Elm Street; left: Turn left onto Oak Street",
+       R"(
           Main Street: 0,0 0,2 0,4
           Elm Street: -2,2 0,2 .5,2
           Oak Street: .5,4 .5,2 .5,0)"},
   };
-  for (const auto& [to, turns, streets] : cases)
-    EXPECT_EQ(turnsOf(SketchedMap(streets).route({0, .5}, to)), turns) << streets;
+  for (const auto& [name, to, turns, streets] : cases)
+    EXPECT_EQ(turnsOf(SketchedMap(streets).route({0, .5}, to)), turns) << name;
 }
 
-// A motorway to the north with an exit that leads to Elm Street, and a ramp from Main Street.
+// A motorway to the north, with a ramp from Main Street and an exit to Elm Street.
 SketchedMap motorway() {
   return SketchedMap(R"(
       Main Street: -2,-3 0,-3 2,-3; highway=secondary
@@ -119,7 +121,7 @@ SketchedMap motorway() {
       : 1,9; highway=motorway_junction; ref=12B)");
 }
 
-TEST(DirectionsTest, leadOntoTheMotorwayAndOff) {
+TEST(DirectionsTest, RampMergeAndExitOfAMotorway) {
   const JSON route = motorway().route({-1.5, -3}, {4.2, 10.8});
   EXPECT_EQ(turnsOf(route),
             "left: Take the ramp on the left onto I 46; forward: Merge onto I 46; "
@@ -137,7 +139,7 @@ TEST(DirectionsTest, leadOntoTheMotorwayAndOff) {
                                    "offramp offramp ", "arterial  ", "destination destination "));
 }
 
-TEST(DirectionsTest, countTheExitsOfARoundabout) {
+TEST(DirectionsTest, RoundaboutExitsAreCounted) {
   const SketchedMap map(R"(
       South Street: 0,-3 0,-.3
       East Street: .3,0 3,0
@@ -152,7 +154,7 @@ TEST(DirectionsTest, countTheExitsOfARoundabout) {
     EXPECT_EQ(turnsOf(map.route({0, -2}, to)), turn);
 }
 
-TEST(DirectionsTest, departWithACompassPointAndArriveOnASide) {
+TEST(DirectionsTest, DepartureHasCompassPointAndArrivalHasSide) {
   const SketchedMap map("Main Street: 0,0 0,6");
   const std::tuple<At, At, const char*, const char*> cases[] = {
       {{0, 1}, {.2, 5}, "Head north on Main Street", " on the right"},
@@ -166,7 +168,7 @@ TEST(DirectionsTest, departWithACompassPointAndArriveOnASide) {
   }
 }
 
-TEST(DirectionsTest, announceAheadWhereItIsDue) {
+TEST(DirectionsTest, HighwayExitIsAnnouncedHalfAMileBefore) {
   const JSON route = motorway().route({1, -4}, {4.2, 10.8});
   double turnAt = -1;
   std::vector<std::pair<std::string, double>> announced;
@@ -183,7 +185,7 @@ TEST(DirectionsTest, announceAheadWhereItIsDue) {
   EXPECT_NEAR(turnAt - announced[0].second, 0.5, 0.02);
 }
 
-TEST(DirectionsTest, sayTheNextTurnAlongWhenItIsNear) {
+TEST(DirectionsTest, NearNextTurnIsSpokenTogether) {
   const JSON route = SketchedMap(R"(
       Main Street: 0,0 0,2 0,4
       Elm Street: -2,2 0,2 1,2

@@ -20,7 +20,7 @@ std::string feature(const std::string& id, const std::string& type,
          type + R"(","coordinates":)" + coordinates + "}}";
 }
 
-TEST(MapDataTest, readsEveryKindOfGeometry) {
+TEST(MapDataTest, ReadsAllGeometryTypes) {
   const std::string ring = "[[0,0],[0,1],[1,1],[0,0]]";
   const auto map =
       readFeatures(feature("\"n9000000000\"", "Point", "[1.5,2.5]") + "," +
@@ -43,7 +43,7 @@ TEST(MapDataTest, readsEveryKindOfGeometry) {
   EXPECT_EQ(map->areas[1].polygons.size(), 2U);
 }
 
-TEST(MapDataTest, readsIdsAsExportersWriteThem) {
+TEST(MapDataTest, ReadsAllIdFormats) {
   const auto idOf = [](const std::string& id) {
     return readFeatures(feature(id, "LineString", "[[1,2],[3,4]]"))->ways[0].id;
   };
@@ -53,7 +53,7 @@ TEST(MapDataTest, readsIdsAsExportersWriteThem) {
     EXPECT_EQ(idOf(id), -1) << id;
 }
 
-TEST(MapDataTest, keepsTextsAndNumbersAsTags) {
+TEST(MapDataTest, TextsAndNumbersBecomeTags) {
   const auto map = readFeatures(
       R"({"properties":{"name":"Rua \u00e9","maxspeed":50,"@id":"w1","oneway":true,"x":null},)"
       R"("geometry":{"type":"Point","coordinates":[1,2]}})");
@@ -61,7 +61,7 @@ TEST(MapDataTest, keepsTextsAndNumbersAsTags) {
             (std::vector<Tags::Pair>{{"name", "Rua é"}, {"maxspeed", "50"}}));
 }
 
-TEST(MapDataTest, skipsWhatHasNoUsableGeometry) {
+TEST(MapDataTest, SkipsFeaturesWithoutUsableGeometry) {
   const auto map = readFeatures(
       feature("1", "LineString", "[[1,2]]") + "," + feature("1", "LineString", "[[1,2],[3]]") +
       "," + feature("1", "LineString", R"([[1,2],["3",4]])") + "," +
@@ -70,7 +70,7 @@ TEST(MapDataTest, skipsWhatHasNoUsableGeometry) {
   EXPECT_TRUE(map->ways.empty() && map->nodes.empty() && map->areas.empty());
 }
 
-TEST(MapDataTest, saysWhyADocumentIsNoMap) {
+TEST(MapDataTest, ReportsWhyADocumentIsInvalid) {
   const std::pair<const char*, const char*> cases[] = {
       {"", "no JSON"},
       {R"({"type":"FeatureCollection","features":[)", "no JSON"},

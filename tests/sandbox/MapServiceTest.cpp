@@ -36,7 +36,7 @@ std::shared_ptr<const MapData> mapOf(const char* text) {
   return MapData::fromGeoJSON(text, problem);
 }
 
-TEST(MapServiceTest, SortsTheMapIntoStreetsWaterAndLand) {
+TEST(MapServiceTest, FeaturesAreStreetsWaterOrLand) {
   const MapService service(mapOf(sampleMap));
   const JSON streets = get(service, "/streets.geojson");
   EXPECT_EQ(streets["type"].stringValue(), "FeatureCollection");
@@ -57,8 +57,8 @@ TEST(MapServiceTest, SortsTheMapIntoStreetsWaterAndLand) {
   EXPECT_EQ((land[{"features", 0, "properties", "class"}].stringValue()), "park");
 }
 
-// A style's mistakes show up as missing layers only, on a screen, without a word.
-TEST(MapServiceTest, TheStyleIsWholeAndNeedsNoOtherServer) {
+// An error in a style makes the engine leave out layers without a message.
+TEST(MapServiceTest, StyleIsCompleteAndRefersToThisServerOnly) {
   const MapService service(mapOf(sampleMap));
   const JSON style = get(service, "/style.json");
   EXPECT_EQ(style["version"].intValue(), 8);
@@ -94,7 +94,7 @@ TEST(MapServiceTest, TheStyleIsWholeAndNeedsNoOtherServer) {
   }
 }
 
-TEST(MapServiceTest, OthersRequestsAreLeftToOthers) {
+TEST(MapServiceTest, RequestsForOtherServicesHaveNoAnswer) {
   const MapService service(MapData::builtInTown());
   EXPECT_EQ((get(service, "/style.json")[{"sources", "water", "attribution"}].stringValue()),
             "Quorvel, an invented town");

@@ -10,10 +10,10 @@
 
 namespace quorvelkit::sandbox::test {
 
-/// A map written down for a test: a feature on each line, as "Elm Street: 0,2 -1.5,2; ref=SR 7". It
-/// may be without a name. One position makes a node, more of them a way, which is a residential
-/// street when no tag says what else. The positions are made of their two numbers by a function;
-/// nodes and ways are counted from 1.
+/// Makes a map from a text with one feature per line: name (can be empty), positions, tags, such as
+/// "Elm Street: 0,2 -1.5,2; ref=SR 7". A feature with one position is a node, with more a way. A
+/// way without a highway tag is a residential street. `position` converts the two numbers of a
+/// position. The ids of nodes and ways count from 1.
 inline MapData mapFromText(const std::string& text, Coordinate (*position)(double, double)) {
   MapData map;
   std::istringstream lines(text);

@@ -6,13 +6,13 @@
 namespace quorvelkit::sandbox::test {
 namespace {
 
-// A block one kilometer wide; the upper side may have tags of its own.
+// A rectangle of streets, one kilometer wide. `upperSide` has tags of the upper side.
 SketchedMap block(const std::string& upperSide = "") {
   return SketchedMap("West: 0,0 0,3\nLower: 0,0 10,0\nEast: 10,0 10,3\nUpper: 0,3 10,3;" +
                      upperSide);
 }
 
-TEST(RoutingTest, obeysTheTagsOfAWay) {
+TEST(RoutingTest, AccessAndOnewayTagsAreObeyed) {
   const std::tuple<bool, bool, std::vector<const char*>> cases[] = {
       {true, true, {"", "access=no; motor_vehicle=yes", "maxspeed=nonsense"}},
       {true, false, {"oneway=yes", "oneway=true", "oneway=1"}},
@@ -20,7 +20,7 @@ TEST(RoutingTest, obeysTheTagsOfAWay) {
       {false, true, {"oneway=-1"}},
       {false, false, {"oneway=reversible", "access=private", "motorcar=no"}},
       {false, false, {"highway=footway", "highway=construction"}},
-      {false, false, {"maxspeed=5 mph"}}};  // Open, but the way around is faster.
+      {false, false, {"maxspeed=5 mph"}}};  // The way around is faster.
   for (const auto& [leadsEast, leadsWest, ways] : cases) {
     for (const char* tags : ways) {
       const SketchedMap map = block(tags);
@@ -31,11 +31,11 @@ TEST(RoutingTest, obeysTheTagsOfAWay) {
   }
 }
 
-TEST(RoutingTest, addsUpDistanceAndTime) {
+TEST(RoutingTest, DistanceAndTimeAreSums) {
   const JSON route = SketchedMap("Main: 0,0 0,5 5,5; maxspeed=40\n: 0,5; highway=traffic_signals")
                          .route({0, 0}, {5, 5});
   EXPECT_NEAR(route["distance"].doubleValue(), 1000 / 1609.344, 1e-3);
-  // A kilometer at nine tenths of the limit, and the light.
+  // One kilometer at 90 % of the speed limit, and the traffic light.
   EXPECT_NEAR(route["duration"].doubleValue(), (100 + 7) / 60.0, 0.01);
   double seconds = -1, miles = -1;
   for (const JSON& point : route["points"].arrayValue()) {
@@ -54,8 +54,8 @@ TEST(RoutingTest, addsUpDistanceAndTime) {
   EXPECT_NE(route["startNode"].int64(), route["endNode"].int64());
 }
 
-TEST(RoutingTest, turnsBackOnlyAtAPrice) {
-  // To the end of the street and back takes less than turning on the spot.
+TEST(RoutingTest, TurnsBackAtOnceOnlyWithoutACourse) {
+  // With a course, driving to the end of the street and back costs less than turning back at once.
   const SketchedMap street("Main: 0,0 0,1 0,1.2; oneway=no");
   const QueryParameters north{{"course", "0"}};
   EXPECT_LT(street.route({0, .9}, {0, .1})["distance"].doubleValue(), 0.06);
@@ -64,7 +64,7 @@ TEST(RoutingTest, turnsBackOnlyAtAPrice) {
   EXPECT_EQ(turnsOf(route), "uturn: Make a U-turn on Main");
 }
 
-TEST(RoutingTest, startsTheWayTheVehicleIsHeading) {
+TEST(RoutingTest, FirstInstructionFollowsTheCourse) {
   const SketchedMap map = block();
   const auto instruction = [&](const QueryParameters& more) {
     return map.route({5, 0}, {5, 3}, more)[{"points", 0, "turn", "instruct"}].stringValue();
@@ -73,9 +73,9 @@ TEST(RoutingTest, startsTheWayTheVehicleIsHeading) {
   EXPECT_EQ(instruction({{"course", "265"}, {"speed", "20"}}), "Head west on Lower");
 }
 
-TEST(RoutingTest, snapsToRoadsThatLeadSomewhere) {
+TEST(RoutingTest, SnapsToConnectedRoadsOtherThanMotorways) {
   const SketchedMap map = block("\nIsland: 2,1 3,1\nBay Freeway: 0,.4 10,.4; highway=motorway");
-  // The motorway is nearer, but nobody starts from beside it.
+  // The motorway is nearer.
   const JSON route = map.route({5, .3}, {10, 2});
   EXPECT_EQ((route[{"points", 0, "turn", "st", "name"}].stringValue()), "Lower");
   EXPECT_EQ(map.ask({2.5, 1}, {10, 2}).status, 404);
@@ -84,7 +84,7 @@ TEST(RoutingTest, snapsToRoadsThatLeadSomewhere) {
   EXPECT_FALSE(map.route({2.5, 1}, {10, 2})["message"].stringValue().empty());
 }
 
-TEST(RoutingTest, fromAPlaceToItself) {
+TEST(RoutingTest, RouteWithoutDistanceHasOnePoint) {
   for (const At at : {At{5, 0}, At{0, 0}, At{5, .2}}) {
     const JSON route = block().route(at, at);
     EXPECT_EQ(route["distance"].number(), 0);
@@ -94,17 +94,17 @@ TEST(RoutingTest, fromAPlaceToItself) {
   }
 }
 
-TEST(RoutingTest, refusesWrongParameters) {
-  // A parameter without a value is missing.
+TEST(RoutingTest, WrongParametersAreRefusedWithAMessage) {
+  // The end of the message, or null for a correct request; parameters. One without "=" is left out.
   const std::pair<const char*, std::vector<std::string>> cases[] = {
       {" is missing", {"startLat", "endLon", "time", "requestType"}},
-      {" is no number", {"startLat=", "startLat=0.0x", "startLat=nan", "speed=fast"}},
+      {" is not a number", {"startLat=", "startLat=0.0x", "startLat=nan", "speed=fast"}},
       {" is out of range", {"startLat=90.1", "endLon=-1e999", "endLon=inf", "speed=-1"}},
       {" is out of range", {"endLon=180.1", "course=361"}},
-      {" is neither", {"requestType=departuretime"}},
-      {" is no RFC 3339", {"time=2017-02-29T14:05:00Z", "time=2017-03-01T24:05:00Z"}},
-      {" is no RFC 3339", {"time=2017-03-01T14:05:00", "time=2017-03-01T14:05:00Zz"}},
-      {" is no RFC 3339", {"time=2017-03-01", "time=now"}},
+      {" must be", {"requestType=departuretime"}},
+      {" is not an RFC 3339", {"time=2017-02-29T14:05:00Z", "time=2017-03-01T24:05:00Z"}},
+      {" is not an RFC 3339", {"time=2017-03-01T14:05:00", "time=2017-03-01T14:05:00Zz"}},
+      {" is not an RFC 3339", {"time=2017-03-01", "time=now"}},
       {nullptr, {"requestType=ArrivalTime", "speed=12.5", "course=360"}},
       {nullptr, {"time=2017-03-01T14:05:00.25+01:00", "time=2017-03-01T14:05:00 01:00"}},
       {nullptr, {"time=2016-02-29t23:59:60z"}}};
@@ -129,7 +129,7 @@ TEST(RoutingTest, refusesWrongParameters) {
   }
 }
 
-TEST(RoadNumberTest, readsRefs) {
+TEST(RoadNumberTest, FamilyAndNumberOfARef) {
   const auto read = [](const char* ref) {
     const auto number = RoadNumber::fromRef(ref);
     return number ? std::string(number->family) + ' ' + std::to_string(number->number) : "none";

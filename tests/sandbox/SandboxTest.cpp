@@ -35,7 +35,7 @@ class SandboxTest : public testing::Test {
     EXPECT_TRUE(sandbox.start(0));
     QVBackendless::setBaseURL(sandbox.url());
   }
-  // Asks as the library does, or otherwise; what comes must be JSON.
+  // Sends a request and parses the body of the response as JSON.
   std::pair<int, JSON> ask(const std::string& method, const std::string& path,
                            const Headers& headers = {}, const std::string& body = "") const {
     URLRequest request = quorvelkit::test::requestFor(sandbox.url() + path);
@@ -50,8 +50,8 @@ class SandboxTest : public testing::Test {
   Sandbox sandbox{MapData::builtInTown()};
 };
 
-TEST_F(SandboxTest, checksTheLogin) {
-  // A header whose value is null is missing.
+TEST_F(SandboxTest, WrongLoginsAreRefused) {
+  // Null: the header field is missing.
   const std::tuple<const char*, const char*, const char*, int, int> cases[] = {
       {"application-id", "0", account, 400, 2002},
       {"application-id", nullptr, account, 400, 2002},
@@ -74,7 +74,7 @@ TEST_F(SandboxTest, checksTheLogin) {
   }
 }
 
-TEST_F(SandboxTest, givesTheConfigurationToBearersOfItsTokensOnly) {
+TEST_F(SandboxTest, ConfigurationNeedsAValidToken) {
   const auto newToken = [&] {
     return ask("POST", loginPath, loginHeaders, account).second["user-token"].stringValue();
   };
@@ -92,7 +92,7 @@ TEST_F(SandboxTest, givesTheConfigurationToBearersOfItsTokensOnly) {
   }
 }
 
-TEST_F(SandboxTest, knowsWhatItDoesNotHave) {
+TEST_F(SandboxTest, UnknownPathsAndMethodsAreRefused) {
   const std::tuple<std::string, std::string, int> cases[] = {
       {"GET", "/", 404},       {"GET", "/v4/routes", 404},         {"POST", "/v4/route", 405},
       {"GET", loginPath, 405}, {"DELETE", configurationPath, 405}, {"GET", "/v4/route", 400}};
@@ -103,13 +103,13 @@ TEST_F(SandboxTest, knowsWhatItDoesNotHave) {
   }
 }
 
-TEST_F(SandboxTest, takesNoPortThatIsTaken) {
+TEST_F(SandboxTest, StartFailsIfThePortIsInUse) {
   Sandbox second(MapData::builtInTown());
   EXPECT_FALSE(second.start(std::stoi(sandbox.url().substr(sandbox.url().rfind(':') + 1))));
   EXPECT_EQ(second.url(), "");
 }
 
-TEST_F(SandboxTest, leadsTheLibraryThroughTheTown) {
+TEST_F(SandboxTest, LibraryReadsARouteThroughTheTown) {
   std::shared_ptr<QVRouteResponse> response;
   const auto request = std::make_shared<QVRouteRequest>(demoStart, demoEnd);
   EXPECT_EQ(QVNavigation::route(request, [&](auto r) { response = std::move(r); }), nullptr);
@@ -139,7 +139,7 @@ TEST_F(SandboxTest, leadsTheLibraryThroughTheTown) {
   EXPECT_GT(route.startNode().value_or(0), std::int64_t{1} << 31);
 }
 
-TEST_F(SandboxTest, answersManyAtOnceEachWithItsOwn) {
+TEST_F(SandboxTest, ConcurrentRequestsGetTheirOwnAnswers) {
   Sandbox town(searchTown());
   ASSERT_TRUE(town.start(0));
   QVBackendless::setBaseURL(town.url());

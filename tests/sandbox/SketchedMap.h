@@ -14,7 +14,7 @@
 
 namespace quorvelkit::sandbox::test {
 
-/// A place on a sketch: hundreds of meters to the east and to the north of its middle.
+/// A position on a sketched map, in units of 100 meters to the east and to the north of its center.
 struct At {
   double east = 0;
   double north = 0;
@@ -22,22 +22,22 @@ struct At {
   Coordinate position() const { return {0.001 * north / 1.11195, 0.001 * east / 1.11195}; }
 };
 
-/// Streets sketched for one test, near where equator and prime meridian cross.
+/// A map of streets near latitude 0 and longitude 0.
 class SketchedMap {
  public:
-  /// As MapText.h says, with places east and north of the middle.
+  /// Takes the format of mapFromText(), with positions like `At`.
   explicit SketchedMap(const std::string& text)
       : map_(mapFromText(text, [](double east, double north) {
           return At{east, north}.position();
         })) {
-    // Maps have long had more of them than 32 bits can count.
+    // Ids exceed 32 bits, as on real maps.
     for (MapWay& way : map_.ways)
       way.id += 4'000'000'000;
     for (MapNode& node : map_.nodes)
       node.id += 9'000'000'000;
   }
 
-  /// The answer to a request for a route.
+  /// Sends a route request.
   HTTPAnswer ask(At from, At to, QueryParameters parameters = {}) const {
     parameters.insert({{"startLat", std::to_string(from.position().latitude)},
                        {"startLon", std::to_string(from.position().longitude)},
@@ -56,7 +56,8 @@ class SketchedMap {
   MapData map_;
 };
 
-/// The turns of a route document, without departing and arriving: "left: Turn left onto Elm; ...".
+/// Returns the turns of a route document without departure and arrival: "left: Turn left onto Elm;
+/// ...".
 inline std::string turnsOf(const JSON& route) {
   std::vector<std::string> turns;
   for (const JSON& point : route["points"].arrayValue()) {
