@@ -10,8 +10,8 @@ namespace quorvelkit::bench {
 
 namespace {
 
-// A handle that is set up once and collects the body of one answer after the other. It sends the
-// same header fields as the library.
+// A reused easy handle that collects one body after another. Sends the same header fields as the
+// library.
 class Transfer {
  public:
   explicit Transfer(const std::string& url) : handle_(curl_easy_init()) {

@@ -13,14 +13,14 @@ namespace {
 constexpr std::array<std::string_view, 8> streets = {
     "Fleet Street", "Eastern Avenue", "Carretera General 1", "O'Donnell Street",
     "Ponca Street", "I 895",          "Boston Street",       "South Broadway"};
-constexpr std::array<std::string_view, 7> turns = {"left",        "right", "slightleft", "forward",
-                                                   "slightright", "uturn", "exitright"};
-constexpr std::array<std::string_view, 6> roads = {"residential",  "arterial", "onramp",
-                                                   "localhighway", "north",    "highway"};
-constexpr std::array<std::string_view, 4> highways = {"I", "US", "SR", "Hwy"};
+constexpr std::array<std::string_view, 7> turnDirections = {
+    "left", "right", "slightleft", "forward", "slightright", "uturn", "exitright"};
+constexpr std::array<std::string_view, 6> streetDirections = {
+    "residential", "arterial", "onramp", "localhighway", "north", "highway"};
+constexpr std::array<std::string_view, 4> highwayTypes = {"I", "US", "SR", "Hwy"};
 
-// Numbers that look like chance and are the same everywhere.
-class Chance {
+// Pseudo-random numbers, the same in every run.
+class Random {
  public:
   std::uint32_t below(std::uint32_t bound) noexcept {
     state_ = state_ * 6364136223846793005U + 1442695040888963407U;
@@ -35,7 +35,7 @@ class Chance {
   std::uint64_t state_ = 20240229;
 };
 
-// Millionths, with the zeros at the end left out and at least one digit behind the point.
+// Appends value / 10^digits, without trailing zeros but with at least one digit after the point.
 void appendFixed(std::string& out, std::int64_t value, int digits) {
   char buffer[40];
   const auto divisor = [digits] {
@@ -61,9 +61,9 @@ void appendText(std::string& out, std::string_view key, std::string_view text) {
   out += '"';
 }
 
-void appendTurn(std::string& out, Chance& chance, std::size_t index) {
-  const std::string_view turn = chance.oneOf(turns);
-  const std::string_view street = chance.oneOf(streets);
+void appendTurn(std::string& out, Random& random, std::size_t index) {
+  const std::string_view turn = random.oneOf(turnDirections);
+  const std::string_view street = random.oneOf(streets);
   const std::string instruction = "Turn " + std::string(turn) + " onto " + std::string(street);
   out += ",\"turn\":{";
   appendText(out, "dir", turn);
@@ -72,10 +72,10 @@ void appendTurn(std::string& out, Chance& chance, std::size_t index) {
   out += ",\"st\":{";
   appendText(out, "name", street);
   out += ',';
-  appendText(out, "dir", chance.oneOf(roads));
+  appendText(out, "dir", random.oneOf(streetDirections));
   if (index % 30 == 0) {
-    out += R"(,"hwy":{"number":)" + std::to_string(1 + chance.below(895)) + ',';
-    appendText(out, "dir", chance.oneOf(highways));
+    out += R"(,"hwy":{"number":)" + std::to_string(1 + random.below(895)) + ',';
+    appendText(out, "dir", random.oneOf(highwayTypes));
     out += '}';
   }
   out += "}},";
@@ -83,27 +83,27 @@ void appendTurn(std::string& out, Chance& chance, std::size_t index) {
   out += ",\"say\":[\"" + instruction + "\"]";
 }
 
-void appendResult(std::string& out, Chance& chance) {
+void appendResult(std::string& out, Random& random) {
   out += ',';
-  appendText(out, "origin", chance.below(2) == 0 ? "OSM" : "Yelp");
-  if (chance.below(3) != 0) return;
+  appendText(out, "origin", random.below(2) == 0 ? "OSM" : "Yelp");
+  if (random.below(3) != 0) return;
   out += ',';
   appendText(out, "phone", "410-675-2080");
   out += ',';
   appendText(out, "providerUrl", "https://provider.example/places/pierpoint?id=30132319");
-  out += R"(,"rating":4.5,"reviewCount":)" + std::to_string(chance.below(900));
+  out += R"(,"rating":4.5,"reviewCount":)" + std::to_string(random.below(900));
   out += R"(,"categories":["restaurant","sea food"])";
 }
 
-std::string place(Chance& chance) {
-  return std::to_string(1 + chance.below(2400)) + ' ' + std::string(chance.oneOf(streets)) +
+std::string addressText(Random& random) {
+  return std::to_string(1 + random.below(2400)) + ' ' + std::string(random.oneOf(streets)) +
          ", Baltimore, Maryland, 21231";
 }
 
 }  // namespace
 
 std::string routeDocument(std::size_t points) {
-  Chance chance;
+  Random random;
   std::string out = R"({"distance":24.528,"duration":30.8,"startNode":51386309,)"
                     R"("endNode":292503721,"points":[)";
   out.reserve(points * 120 + 200);
@@ -126,60 +126,60 @@ std::string routeDocument(std::size_t points) {
       out += ",\"node\":" + std::to_string(1'870'048'164U + i * 7);
     }
     if (i % 10 == 0) {
-      appendTurn(out, chance, i);
-      edge = 6'180'840U + chance.below(1'500'000'000);
+      appendTurn(out, random, i);
+      edge = 6'180'840U + random.below(1'500'000'000);
     }
     out += '}';
-    latitude += chance.below(900);
-    longitude -= chance.below(900);
+    latitude += random.below(900);
+    longitude -= random.below(900);
     if (latitude > 60'000'000) latitude = 20'000'000;
     if (longitude < -120'000'000) longitude = -60'000'000;
-    time += chance.below(60);
-    distance += chance.below(500);
+    time += random.below(60);
+    distance += random.below(500);
   }
   return out += "]}";
 }
 
 std::string candidatesDocument(std::size_t count) {
-  Chance chance;
+  Random random;
   std::string out = R"({"spatialReference":{"wkid":4326},"candidates":[)";
   for (std::size_t i = 0; i < count; ++i) {
-    const std::string address = place(chance);
+    const std::string address = addressText(random);
     out += i == 0 ? "{" : ",{";
     appendText(out, "Address", address);
     out += R"(,"location":{"x":)";
-    appendFixed(out, -76'594'269 - static_cast<std::int64_t>(chance.below(90'000)), 6);
+    appendFixed(out, -76'594'269 - static_cast<std::int64_t>(random.below(90'000)), 6);
     out += ",\"y\":";
-    appendFixed(out, 39'281'170 + static_cast<std::int64_t>(chance.below(90'000)), 6);
-    out += R"(},"score":)" + std::to_string(60 + chance.below(41)) + ".5,\"attributes\":{";
+    appendFixed(out, 39'281'170 + static_cast<std::int64_t>(random.below(90'000)), 6);
+    out += R"(},"score":)" + std::to_string(60 + random.below(41)) + ".5,\"attributes\":{";
     appendText(out, "Match_addr", address);
     out += ',';
     appendText(out, "Addr_type", "PointAddress");
     out += ',';
     appendText(out, "magicKey", "b3NtOm4yOTc1MTg0Nzg2");
     out += '}';
-    appendResult(out, chance);
+    appendResult(out, random);
     out += '}';
   }
   return out += "]}";
 }
 
 std::string suggestionsDocument(std::size_t count) {
-  Chance chance;
+  Random random;
   std::string out = R"({"suggestions":[)";
   for (std::size_t i = 0; i < count; ++i) {
     out += i == 0 ? "{" : ",{";
-    appendText(out, "text", place(chance));
+    appendText(out, "text", addressText(random));
     out += ',';
     appendText(out, "magicKey", "b3NtOm4yOTc1MTg0Nzg2");
-    out += chance.below(4) == 0 ? R"(,"isCollection":true)" : R"(,"isCollection":false)";
-    appendResult(out, chance);
+    out += random.below(4) == 0 ? R"(,"isCollection":true)" : R"(,"isCollection":false)";
+    appendResult(out, random);
     out += '}';
   }
   return out += "]}";
 }
 
-std::string mapDocument(std::size_t members) {
+std::string objectDocument(std::size_t members) {
   std::string out = "{";
   for (std::size_t i = 0; i < members; ++i) {
     if (i != 0) out += ',';

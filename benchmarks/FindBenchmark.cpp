@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-// Answers of the find server to models to every field read, and everything destroyed.
+// Parses bodies of the find server, builds the models, reads every field, and destroys everything.
 #include "Documents.h"
-#include "FindPeers.h"
 #include "MemoryMeter.h"
 #include "ModelSums.h"
+#include "Peers.h"
 
 #include <QuorvelKit/QVAddressCandidatesRequest.h>
 #include <QuorvelKit/QVAddressCandidatesResponse.h>
@@ -37,12 +37,12 @@ struct Suggestions {
   static constexpr auto rapid = rapidSuggestions;
 };
 
-template <class Answers, class Run>
+template <class Results, class Run>
 void measure(benchmark::State& state, Run run) {
-  std::string document = Answers::document(static_cast<std::size_t>(state.range(0)));
+  std::string document = Results::document(static_cast<std::size_t>(state.range(0)));
   const simdjson::padded_string padded(document);
   const Data data(std::move(document));
-  const Sum expected = Answers::ours(data);
+  const Sum expected = Results::ours(data);
   {
     const MemoryMeter meter;
     benchmark::DoNotOptimize(run(data, padded));
@@ -50,31 +50,31 @@ void measure(benchmark::State& state, Run run) {
         static_cast<double>(meter.peak()) / static_cast<double>(state.range(0));
   }
   for (auto _ : state) {
-    if (run(data, padded) != expected) return state.SkipWithError("a wrong sum");
+    if (run(data, padded) != expected) return state.SkipWithError("wrong sum");
   }
   state.SetBytesProcessed(static_cast<std::int64_t>(data.size()) * state.iterations());
 }
 
-template <class Answers>
+template <class Results>
 void quorvelKit(benchmark::State& state) {
-  measure<Answers>(state, [](const Data& data, const auto&) { return Answers::ours(data); });
+  measure<Results>(state, [](const Data& data, const auto&) { return Results::ours(data); });
 }
-template <class Answers>
+template <class Results>
 void onDemandStructs(benchmark::State& state) {
   simdjson::ondemand::parser parser;
-  measure<Answers>(state, [&](const Data&, const simdjson::padded_string& padded) {
-    return sumOf(Answers::onDemand(parser, padded));
+  measure<Results>(state, [&](const Data&, const simdjson::padded_string& padded) {
+    return sumOf(Results::onDemand(parser, padded));
   });
 }
-template <class Answers>
+template <class Results>
 void nlohmann(benchmark::State& state) {
-  measure<Answers>(state,
-                   [](const Data& data, const auto&) { return Answers::nlohmann(data.view()); });
+  measure<Results>(state,
+                   [](const Data& data, const auto&) { return Results::nlohmann(data.view()); });
 }
-template <class Answers>
+template <class Results>
 void rapid(benchmark::State& state) {
-  measure<Answers>(state,
-                   [](const Data& data, const auto&) { return Answers::rapid(data.view()); });
+  measure<Results>(state,
+                   [](const Data& data, const auto&) { return Results::rapid(data.view()); });
 }
 
 void sizes(benchmark::internal::Benchmark* benchmark) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The single operations of the JSON value, each beside the same of the peers.
+// Single operations of the JSON value and of the peers.
 #include "DOMMembers.h"
 #include "Documents.h"
 
@@ -16,7 +16,7 @@
 namespace quorvelkit::bench {
 namespace {
 
-// A point of nine members, or of so many: six numbers among others.
+// A point with `members` members, at least nine. Six of them are numbers.
 std::string pointText(std::int64_t members) {
   std::string text = R"({"lat":39.28117,"lon":-76.594269,"t":48.8,)";
   for (std::int64_t i = 9; i < members; ++i)
@@ -36,21 +36,21 @@ rapidjson::Document rapid(std::string_view text) {
   parseRapid(document, text);
   return document;
 }
-std::string wholeMap(std::int64_t members) {
-  return mapDocument(static_cast<std::size_t>(members));
+std::string objectText(std::int64_t members) {
+  return objectDocument(static_cast<std::size_t>(members));
 }
-std::string wholeRoute(std::int64_t points) {
+std::string routeText(std::int64_t points) {
   return routeDocument(static_cast<std::size_t>(points));
 }
-std::string wholeArray(std::int64_t elements) {
+std::string arrayText(std::int64_t elements) {
   return arrayDocument(static_cast<std::size_t>(elements));
 }
 
-// Members of a map, elements of an array, points of a route.
+// The number of members, elements or points.
 void smallAndLarge(benchmark::internal::Benchmark* benchmark) { benchmark->Arg(9)->Arg(1000); }
 
-// One iteration looks up all six numbers of a point; the times shown are divided by six.
-void perLookUp(benchmark::State& state) {
+// One iteration reads all six numbers of a point. The table shows the time per number.
+void countReads(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(keys.size()));
 }
 
@@ -62,7 +62,7 @@ void memberView(benchmark::State& state) {
       sum += json.view().member(keyView(key)).value_or(ValueView()).number().value_or(0);
     benchmark::DoNotOptimize(sum);
   }
-  perLookUp(state);
+  countReads(state);
 }
 void memberSubscript(benchmark::State& state) {
   const JSON json = JSON::parse(pointText(state.range(0)));
@@ -72,7 +72,7 @@ void memberSubscript(benchmark::State& state) {
       sum += json[key].doubleValue();
     benchmark::DoNotOptimize(sum);
   }
-  perLookUp(state);
+  countReads(state);
 }
 void memberGetValue(benchmark::State& state) {
   const QVPoint point(JSON::parse(pointText(state.range(0))));
@@ -82,7 +82,7 @@ void memberGetValue(benchmark::State& state) {
       sum += point.getValue(key)->number().value_or(0);
     benchmark::DoNotOptimize(sum);
   }
-  perLookUp(state);
+  countReads(state);
 }
 void memberNlohmann(benchmark::State& state) {
   const auto json = nlohmann::json::parse(pointText(state.range(0)));
@@ -92,7 +92,7 @@ void memberNlohmann(benchmark::State& state) {
       sum += NlohmannMember{&json}.number(key);
     benchmark::DoNotOptimize(sum);
   }
-  perLookUp(state);
+  countReads(state);
 }
 void memberRapid(benchmark::State& state) {
   const auto json = rapid(pointText(state.range(0)));
@@ -102,7 +102,7 @@ void memberRapid(benchmark::State& state) {
       sum += RapidMember{&json}.number(key);
     benchmark::DoNotOptimize(sum);
   }
-  perLookUp(state);
+  countReads(state);
 }
 BENCHMARK(memberView)->Name("member/quorvelkit_view")->Apply(smallAndLarge);
 BENCHMARK(memberSubscript)->Name("member/quorvelkit")->Apply(smallAndLarge);
@@ -110,7 +110,7 @@ BENCHMARK(memberGetValue)->Name("member/quorvelkit_getValue")->Apply(smallAndLar
 BENCHMARK(memberNlohmann)->Name("member/nlohmann")->Apply(smallAndLarge);
 BENCHMARK(memberRapid)->Name("member/rapidjson")->Apply(smallAndLarge);
 
-// A member of a map, another one each time, its key a text of the run.
+// Reads one member, another one in each iteration, with a key that is a run-time text.
 template <class Read>
 void anyKey(benchmark::State& state, Read read) {
   std::vector<std::string> texts;
@@ -122,19 +122,19 @@ void anyKey(benchmark::State& state, Read read) {
     if (++next == texts.size()) next = 0;
   }
 }
-void anyKeyOurs(benchmark::State& state) {
-  const JSON json = JSON::parse(wholeMap(state.range(0)));
+void anyKeyQuorvelKit(benchmark::State& state) {
+  const JSON json = JSON::parse(objectText(state.range(0)));
   anyKey(state, [&](const char* key) { return json[std::string_view(key)].int64Value(); });
 }
 void anyKeyNlohmann(benchmark::State& state) {
-  const auto json = nlohmann::json::parse(wholeMap(state.range(0)));
+  const auto json = nlohmann::json::parse(objectText(state.range(0)));
   anyKey(state, [&](const char* key) { return NlohmannMember{&json}.integer(key); });
 }
 void anyKeyRapid(benchmark::State& state) {
-  const auto json = rapid(wholeMap(state.range(0)));
+  const auto json = rapid(objectText(state.range(0)));
   anyKey(state, [&](const char* key) { return RapidMember{&json}.integer(key); });
 }
-BENCHMARK(anyKeyOurs)->Name("any_key/quorvelkit")->Apply(smallAndLarge);
+BENCHMARK(anyKeyQuorvelKit)->Name("any_key/quorvelkit")->Apply(smallAndLarge);
 BENCHMARK(anyKeyNlohmann)->Name("any_key/nlohmann")->Apply(smallAndLarge);
 BENCHMARK(anyKeyRapid)->Name("any_key/rapidjson")->Apply(smallAndLarge);
 
@@ -149,35 +149,35 @@ void index(benchmark::State& state, Read read) {
     if (next >= size) next -= size;
   }
 }
-void indexOurs(benchmark::State& state) {
-  const JSON json = JSON::parse(wholeArray(state.range(0)));
+void indexQuorvelKit(benchmark::State& state) {
+  const JSON json = JSON::parse(arrayText(state.range(0)));
   index(state, [&](int i) { return json[i].int64Value(); });
 }
 void indexNlohmann(benchmark::State& state) {
-  const auto json = nlohmann::json::parse(wholeArray(state.range(0)));
+  const auto json = nlohmann::json::parse(arrayText(state.range(0)));
   index(state, [&](int i) { return json[static_cast<std::size_t>(i)].get<std::int64_t>(); });
 }
 void indexRapid(benchmark::State& state) {
-  const auto json = rapid(wholeArray(state.range(0)));
+  const auto json = rapid(arrayText(state.range(0)));
   index(state, [&](int i) { return json[static_cast<unsigned>(i)].GetInt64(); });
 }
-BENCHMARK(indexOurs)->Name("index/quorvelkit")->Apply(smallAndLarge);
+BENCHMARK(indexQuorvelKit)->Name("index/quorvelkit")->Apply(smallAndLarge);
 BENCHMARK(indexNlohmann)->Name("index/nlohmann")->Apply(smallAndLarge);
 BENCHMARK(indexRapid)->Name("index/rapidjson")->Apply(smallAndLarge);
 
-// The name of the last street, five steps deep: one point in ten has a turn.
+// Reads the name of the last street, five levels deep. Every tenth point has a turn.
 int lastTurn(const benchmark::State& state) {
   return static_cast<int>(state.range(0) - 1) / 10 * 10;
 }
 
-void pathOurs(benchmark::State& state) {
-  const JSON json = JSON::parse(wholeRoute(state.range(0)));
+void pathQuorvelKit(benchmark::State& state) {
+  const JSON json = JSON::parse(routeText(state.range(0)));
   const int turn = lastTurn(state);
   for (auto _ : state)
     benchmark::DoNotOptimize(json[{"points", turn, "turn", "st", "name"}].string());
 }
 void pathNlohmann(benchmark::State& state) {
-  const auto json = nlohmann::json::parse(wholeRoute(state.range(0)));
+  const auto json = nlohmann::json::parse(routeText(state.range(0)));
   const auto turn = static_cast<std::size_t>(lastTurn(state));
   for (auto _ : state) {
     benchmark::DoNotOptimize(
@@ -185,21 +185,21 @@ void pathNlohmann(benchmark::State& state) {
   }
 }
 void pathRapid(benchmark::State& state) {
-  const auto json = rapid(wholeRoute(state.range(0)));
+  const auto json = rapid(routeText(state.range(0)));
   const auto turn = static_cast<unsigned>(lastTurn(state));
   for (auto _ : state) {
     const auto& name = json["points"][turn]["turn"]["st"]["name"];
     benchmark::DoNotOptimize(std::string(name.GetString(), name.GetStringLength()));
   }
 }
-BENCHMARK(pathOurs)->Name("path_read/quorvelkit")->Apply(smallAndLarge);
+BENCHMARK(pathQuorvelKit)->Name("path_read/quorvelkit")->Apply(smallAndLarge);
 BENCHMARK(pathNlohmann)->Name("path_read/nlohmann")->Apply(smallAndLarge);
 BENCHMARK(pathRapid)->Name("path_read/rapidjson")->Apply(smallAndLarge);
 
-// Writes one number of the first point; on a document that was just parsed (a copy of it is an
-// independent value, which the peers must make whole), and on one that was written to before.
-void writeParsedOurs(benchmark::State& state) {
-  const JSON json = JSON::parse(wholeRoute(state.range(0)));
+// Writes one number of the first point: to a copy of a parsed document (the peers copy it as a
+// whole), and to a value that was written before.
+void writeParsedQuorvelKit(benchmark::State& state) {
+  const JSON json = JSON::parse(routeText(state.range(0)));
   for (auto _ : state) {
     JSON copy = json;
     copy.set({"points", 0, "lat"}, 1.5);
@@ -207,7 +207,7 @@ void writeParsedOurs(benchmark::State& state) {
   }
 }
 void writeParsedNlohmann(benchmark::State& state) {
-  const auto json = nlohmann::json::parse(wholeRoute(state.range(0)));
+  const auto json = nlohmann::json::parse(routeText(state.range(0)));
   for (auto _ : state) {
     auto copy = json;
     copy["points"][0]["lat"] = 1.5;
@@ -215,7 +215,7 @@ void writeParsedNlohmann(benchmark::State& state) {
   }
 }
 void writeParsedRapid(benchmark::State& state) {
-  const auto json = rapid(wholeRoute(state.range(0)));
+  const auto json = rapid(routeText(state.range(0)));
   for (auto _ : state) {
     rapidjson::Document copy;
     copy.CopyFrom(json, copy.GetAllocator());
@@ -223,34 +223,34 @@ void writeParsedRapid(benchmark::State& state) {
     benchmark::DoNotOptimize(copy);
   }
 }
-void writeChangedOurs(benchmark::State& state) {
-  JSON json = JSON::parse(wholeRoute(state.range(0)));
+void writeChangedQuorvelKit(benchmark::State& state) {
+  JSON json = JSON::parse(routeText(state.range(0)));
   for (auto _ : state)
     json.set({"points", 0, "lat"}, 1.5);
   benchmark::DoNotOptimize(json);
 }
 void writeChangedNlohmann(benchmark::State& state) {
-  auto json = nlohmann::json::parse(wholeRoute(state.range(0)));
+  auto json = nlohmann::json::parse(routeText(state.range(0)));
   for (auto _ : state)
     json["points"][0]["lat"] = 1.5;
   benchmark::DoNotOptimize(json);
 }
 void writeChangedRapid(benchmark::State& state) {
-  auto json = rapid(wholeRoute(state.range(0)));
+  auto json = rapid(routeText(state.range(0)));
   for (auto _ : state)
     json["points"][0]["lat"] = 1.5;
   benchmark::DoNotOptimize(json);
 }
-BENCHMARK(writeParsedOurs)->Name("path_write_parsed/quorvelkit")->Apply(smallAndLarge);
+BENCHMARK(writeParsedQuorvelKit)->Name("path_write_parsed/quorvelkit")->Apply(smallAndLarge);
 BENCHMARK(writeParsedNlohmann)->Name("path_write_parsed/nlohmann")->Apply(smallAndLarge);
 BENCHMARK(writeParsedRapid)->Name("path_write_parsed/rapidjson")->Apply(smallAndLarge);
-BENCHMARK(writeChangedOurs)->Name("path_write_changed/quorvelkit")->Apply(smallAndLarge);
+BENCHMARK(writeChangedQuorvelKit)->Name("path_write_changed/quorvelkit")->Apply(smallAndLarge);
 BENCHMARK(writeChangedNlohmann)->Name("path_write_changed/nlohmann")->Apply(smallAndLarge);
 BENCHMARK(writeChangedRapid)->Name("path_write_changed/rapidjson")->Apply(smallAndLarge);
 
-// Keys and numbers of a map.
-void iterateOurs(benchmark::State& state) {
-  const JSON json = JSON::parse(wholeMap(state.range(0)));
+// Reads all keys and numbers of an object.
+void iterateQuorvelKit(benchmark::State& state) {
+  const JSON json = JSON::parse(objectText(state.range(0)));
   for (auto _ : state) {
     std::int64_t sum = 0;
     for (const auto& [key, value] : json)
@@ -258,8 +258,8 @@ void iterateOurs(benchmark::State& state) {
     benchmark::DoNotOptimize(sum);
   }
 }
-void iterateViewOurs(benchmark::State& state) {
-  const JSON json = JSON::parse(wholeMap(state.range(0)));
+void iterateViewQuorvelKit(benchmark::State& state) {
+  const JSON json = JSON::parse(objectText(state.range(0)));
   for (auto _ : state) {
     std::int64_t sum = 0;
     const ValueView view = json.view();
@@ -271,7 +271,7 @@ void iterateViewOurs(benchmark::State& state) {
   }
 }
 void iterateNlohmann(benchmark::State& state) {
-  const auto json = nlohmann::json::parse(wholeMap(state.range(0)));
+  const auto json = nlohmann::json::parse(objectText(state.range(0)));
   for (auto _ : state) {
     std::int64_t sum = 0;
     for (const auto& [key, value] : json.items())
@@ -280,7 +280,7 @@ void iterateNlohmann(benchmark::State& state) {
   }
 }
 void iterateRapid(benchmark::State& state) {
-  const auto json = rapid(wholeMap(state.range(0)));
+  const auto json = rapid(objectText(state.range(0)));
   for (auto _ : state) {
     std::int64_t sum = 0;
     for (const auto& [key, value] : json.GetObject())
@@ -288,23 +288,23 @@ void iterateRapid(benchmark::State& state) {
     benchmark::DoNotOptimize(sum);
   }
 }
-BENCHMARK(iterateOurs)->Name("iterate/quorvelkit")->Apply(smallAndLarge);
-BENCHMARK(iterateViewOurs)->Name("iterate/quorvelkit_view")->Apply(smallAndLarge);
+BENCHMARK(iterateQuorvelKit)->Name("iterate/quorvelkit")->Apply(smallAndLarge);
+BENCHMARK(iterateViewQuorvelKit)->Name("iterate/quorvelkit_view")->Apply(smallAndLarge);
 BENCHMARK(iterateNlohmann)->Name("iterate/nlohmann")->Apply(smallAndLarge);
 BENCHMARK(iterateRapid)->Name("iterate/rapidjson")->Apply(smallAndLarge);
 
-void writeOurs(benchmark::State& state) {
-  const JSON json = JSON::parse(wholeRoute(state.range(0)));
+void writeQuorvelKit(benchmark::State& state) {
+  const JSON json = JSON::parse(routeText(state.range(0)));
   for (auto _ : state)
     benchmark::DoNotOptimize(json.rawData());
 }
 void writeNlohmann(benchmark::State& state) {
-  const auto json = nlohmann::json::parse(wholeRoute(state.range(0)));
+  const auto json = nlohmann::json::parse(routeText(state.range(0)));
   for (auto _ : state)
     benchmark::DoNotOptimize(json.dump());
 }
 void writeRapid(benchmark::State& state) {
-  const auto json = rapid(wholeRoute(state.range(0)));
+  const auto json = rapid(routeText(state.range(0)));
   for (auto _ : state) {
     rapidjson::StringBuffer out;
     rapidjson::Writer<rapidjson::StringBuffer> writer(out);
@@ -312,18 +312,18 @@ void writeRapid(benchmark::State& state) {
     benchmark::DoNotOptimize(std::string(out.GetString(), out.GetSize()));
   }
 }
-BENCHMARK(writeOurs)->Name("serialise/quorvelkit")->Apply(smallAndLarge);
+BENCHMARK(writeQuorvelKit)->Name("serialise/quorvelkit")->Apply(smallAndLarge);
 BENCHMARK(writeNlohmann)->Name("serialise/nlohmann")->Apply(smallAndLarge);
 BENCHMARK(writeRapid)->Name("serialise/rapidjson")->Apply(smallAndLarge);
 
-// 1000 coordinates as an array, and as texts of their own.
+// 1000 coordinates, as one array and as separate texts.
 std::vector<std::string> coordinates() {
   std::vector<std::string> texts;
   for (int i = 0; i < 1000; ++i)
     texts.push_back("-76." + std::to_string(100000 + i * 7919 % 899999));
   return texts;
 }
-void numbersOurs(benchmark::State& state) {
+void numbersQuorvelKit(benchmark::State& state) {
   std::string document = "[";
   for (const std::string& text : coordinates())
     document += text + ',';
@@ -341,7 +341,7 @@ void numbersFromChars(benchmark::State& state) {
     benchmark::DoNotOptimize(numbers);
   }
 }
-void numberTextOurs(benchmark::State& state) {
+void numberTextQuorvelKit(benchmark::State& state) {
   std::vector<JSON> numbers;
   for (const std::string& text : coordinates())
     numbers.push_back(JSON::parse(text));
@@ -362,9 +362,9 @@ void numberTextToChars(benchmark::State& state) {
     }
   }
 }
-BENCHMARK(numbersOurs)->Name("parse_numbers/quorvelkit/1000");
+BENCHMARK(numbersQuorvelKit)->Name("parse_numbers/quorvelkit/1000");
 BENCHMARK(numbersFromChars)->Name("parse_numbers/from_chars/1000");
-BENCHMARK(numberTextOurs)->Name("number_text/quorvelkit/1000");
+BENCHMARK(numberTextQuorvelKit)->Name("number_text/quorvelkit/1000");
 BENCHMARK(numberTextToChars)->Name("number_text/to_chars/1000");
 
 }  // namespace

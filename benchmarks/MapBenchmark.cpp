@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-// What a long route costs the GUI thread until it is added to the map, as processor time of that
-// thread: in the map view alone, and in the whole handler of the screen, from the response to the
-// annotations. Drawing it is the engine's work that follows.
+// Measures the processor time of the GUI thread to add a long route to the map: in the map view
+// alone, and in the whole handler of the screen, from the response to the annotations. The drawing
+// by the engine is not included.
 #include "Documents.h"
 #include "tests/kit/FakeServer.h"
 
@@ -21,24 +21,25 @@ namespace {
 constexpr std::size_t points = 100000;
 constexpr const char* routePath = "/v4/route";
 
-// Wakes who waits for a block on the main queue, which is run where its time is taken.
-struct Bell {
+// Lets the benchmark wait for a block on the main queue without running it, because it measures the
+// run.
+struct WakeUp {
   std::mutex mutex;
   std::condition_variable changed;
-  bool hasRung = false;
+  bool isSet = false;
 
-  void ring() {
+  void set() {
     {
       const std::lock_guard lock(mutex);
-      hasRung = true;
+      isSet = true;
     }
     changed.notify_all();
   }
   bool wait() {
     std::unique_lock lock(mutex);
-    const bool rang = changed.wait_for(lock, std::chrono::minutes(1), [this] { return hasRung; });
-    hasRung = false;
-    return rang;
+    const bool wasSet = changed.wait_for(lock, std::chrono::minutes(1), [this] { return isSet; });
+    isSet = false;
+    return wasSet;
   }
 };
 
@@ -54,8 +55,8 @@ bool runUntil(Condition condition) {
   return true;
 }
 
-// A short line is seen: the engine has its style and draws.
-bool isAtWork(MGLMapView& map) {
+// Adds a short line and waits until it is visible: then the engine has loaded its style.
+bool engineDraws(MGLMapView& map) {
   map.setTintColor(Qt::blue);
   map.addAnnotations({std::make_shared<MGLPolyline>(std::vector<Coordinate>{{0, -50}, {0, 50}})});
   const auto isBlue = [&] {
@@ -66,7 +67,7 @@ bool isAtWork(MGLMapView& map) {
 }
 
 template <class Work>
-double processorSecondsOf(Work work) {
+double processorSeconds(Work work) {
   const auto now = [] {
     std::timespec time{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
@@ -92,19 +93,19 @@ void addToView(benchmark::State& state) {
   for ([[maybe_unused]] auto _ : state) {
     MGLMapView map(QRect(0, 0, 900, 640));
     map.show();
-    if (!isAtWork(map)) return state.SkipWithError("the engine does not draw");
+    if (!engineDraws(map)) return state.SkipWithError("the engine does not draw");
     const MGLMapView::Annotations annotations = {marker("origin", line.front()),
                                                  marker("destination", line.back()),
                                                  std::make_shared<MGLPolyline>(line)};
-    state.SetIterationTime(processorSecondsOf([&] { map.addAnnotations(annotations); }));
+    state.SetIterationTime(processorSeconds([&] { map.addAnnotations(annotations); }));
     QCoreApplication::processEvents();
   }
 }
 
 void handleInScreen(benchmark::State& state) {
   static test::FakeServer server;
-  static Bell bell;
-  MainQueue::main().setWakeUpHook([] { bell.ring(); });
+  static WakeUp wakeUp;
+  MainQueue::main().setWakeUpHook([] { wakeUp.set(); });
   for ([[maybe_unused]] auto _ : state) {
     server.set(routePath, {200, routeDocument(points), true});
     const std::size_t before = server.requests().size();
@@ -117,11 +118,11 @@ void handleInScreen(benchmark::State& state) {
       const auto requests = server.requests();
       return requests.size() > before && requests.back().url().path() == routePath;
     });
-    if (!isAsked || !isAtWork(map)) return state.SkipWithError("the engine does not draw");
-    bell.hasRung = false;
+    if (!isAsked || !engineDraws(map)) return state.SkipWithError("the engine does not draw");
+    wakeUp.isSet = false;
     server.release();
-    if (!bell.wait()) return state.SkipWithError("no answer came");
-    state.SetIterationTime(processorSecondsOf([] { MainQueue::main().runPending(); }));
+    if (!wakeUp.wait()) return state.SkipWithError("no response arrived");
+    state.SetIterationTime(processorSeconds([] { MainQueue::main().runPending(); }));
     if (map.annotations().size() != 4 || screen->route()->points().size() != points) {
       return state.SkipWithError("the route was not added");
     }

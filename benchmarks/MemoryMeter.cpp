@@ -49,8 +49,8 @@ std::int64_t MemoryMeter::allocations() const noexcept { return calls; }
 
 }  // namespace quorvelkit::bench
 
-// The program's own malloc stands before the C library's for every library it loads; operator new
-// calls it too.
+// These definitions replace those of the C library for the program and all its libraries. operator
+// new calls malloc.
 extern "C" {
 
 void* __libc_malloc(std::size_t size);

@@ -6,9 +6,9 @@
 
 namespace quorvelkit::bench {
 
-/// Counts what the whole program takes from the heap while it lives: every malloc, realloc and
-/// operator new of every library, by the size that the allocator really gives. One at a time, and
-/// outside what is timed: benchmarks count in a run of their own.
+/// Counts the heap memory of the whole program during its lifetime: every malloc, realloc and
+/// operator new of every library, by the usable size of the block. Only one meter may exist at a
+/// time. Slows the program down, so benchmarks count in a separate run without timing.
 class MemoryMeter {
  public:
   MemoryMeter() noexcept;
@@ -16,8 +16,9 @@ class MemoryMeter {
   MemoryMeter(const MemoryMeter&) = delete;
   MemoryMeter& operator=(const MemoryMeter&) = delete;
 
-  /// Bytes taken and not given back since the meter was made, and the most that this ever was.
+  /// The bytes that were allocated since the construction and not freed.
   std::int64_t alive() const noexcept;
+  /// The maximum of alive().
   std::int64_t peak() const noexcept;
   std::int64_t allocations() const noexcept;
 };

@@ -3,79 +3,88 @@
 
 namespace quorvelkit::bench {
 
-Sum sumOf(const QVRoute& route) {
+namespace {
+
+// A model has a property where the plain struct has a member of the same name, so one template
+// reads both.
+
+template <class Highway>
+void addHighway(Sum& sum, const Highway& highway) {
+  sum.addFields<&Highway::number, &Highway::direction>(highway);
+}
+
+template <class Street>
+void addStreet(Sum& sum, const Street& street) {
+  sum.addFields<&Street::name, &Street::function, &Street::connection, &Street::direction>(street);
+  if (const auto& highway = std::invoke(&Street::highway, street)) addHighway(sum, *highway);
+}
+
+template <class Turn>
+void addTurn(Sum& sum, const Turn& turn) {
+  sum.addFields<&Turn::direction, &Turn::instruction>(turn);
+  if (const auto& street = std::invoke(&Turn::street, turn)) addStreet(sum, *street);
+}
+
+template <class Point>
+void addPoint(Sum& sum, const Point& point) {
+  sum.addFields<&Point::latitude, &Point::longitude, &Point::travelTimeInSeconds,
+                &Point::distanceInMiles, &Point::edge, &Point::node, &Point::notify, &Point::say>(
+      point);
+  if (const auto& turn = std::invoke(&Point::turn, point)) addTurn(sum, *turn);
+}
+
+template <class Route>
+Sum sumOfRoute(const Route& route) {
   Sum sum;
-  sum.add(route.totalDistanceInMiles());
-  sum.add(route.totalDurationInMinutes());
-  sum.add(route.startNode());
-  sum.add(route.endNode());
-  for (const QVPoint& point : route.points()) {
-    sum.add(point.latitude());
-    sum.add(point.longitude());
-    sum.add(point.travelTimeInSeconds());
-    sum.add(point.distanceInMiles());
-    sum.add(point.edge());
-    sum.add(point.node());
-    sum.add(point.notify());
-    sum.add(point.say());
-    const QVTurn* const turn = point.turn();
-    if (!turn) continue;
-    sum.add(turn->direction());
-    sum.add(turn->instruction());
-    const QVStreet* const street = turn->street();
-    if (!street) continue;
-    sum.add(street->name());
-    sum.add(street->function());
-    sum.add(street->connection());
-    sum.add(street->direction());
-    const QVHighway* const highway = street->highway();
-    if (!highway) continue;
-    sum.add(highway->number());
-    sum.add(highway->direction());
+  sum.addFields<&Route::totalDistanceInMiles, &Route::totalDurationInMinutes, &Route::startNode,
+                &Route::endNode>(route);
+  for (const auto& point : std::invoke(&Route::points, route))
+    addPoint(sum, point);
+  return sum;
+}
+
+template <class Result>
+void addResult(Sum& sum, const Result& result) {
+  sum.addFields<&Result::score, &Result::origin, &Result::provider, &Result::rating,
+                &Result::reviewCount, &Result::providerUrl, &Result::phone, &Result::categories>(
+      result);
+}
+
+Coordinate locationOf(const QVCandidate& candidate) { return *candidate.location(); }
+Coordinate locationOf(const PlainCandidate& candidate) { return candidate.location; }
+
+template <class Candidate>
+Sum sumOfCandidates(const std::vector<Candidate>& candidates) {
+  Sum sum;
+  for (const Candidate& candidate : candidates) {
+    const Coordinate location = locationOf(candidate);
+    sum.add(location.latitude);
+    sum.add(location.longitude);
+    sum.addFields<&Candidate::address, &Candidate::matchAddress, &Candidate::placeAddress,
+                  &Candidate::addressType>(candidate);
+    addResult(sum, candidate);
   }
   return sum;
 }
 
-Sum sumOf(const std::vector<QVCandidate>& candidates) {
+template <class Suggestion>
+Sum sumOfSuggestions(const std::vector<Suggestion>& suggestions) {
   Sum sum;
-  for (const QVCandidate& candidate : candidates) {
-    sum.add(candidate.address());
-    sum.add(candidate.location()->latitude);
-    sum.add(candidate.location()->longitude);
-    sum.add(candidate.matchAddress());
-    sum.add(candidate.placeAddress());
-    sum.add(candidate.addressType());
-    sum.add(candidate.score());
-    sum.add(candidate.origin());
-    sum.add(candidate.provider());
-    sum.add(candidate.rating());
-    sum.add(candidate.reviewCount());
-    sum.add(candidate.providerUrl());
-    sum.add(candidate.phone());
-    sum.add(candidate.categories());
+  for (const Suggestion& suggestion : suggestions) {
+    sum.addFields<&Suggestion::text, &Suggestion::magicKey, &Suggestion::isCollection,
+                  &Suggestion::price, &Suggestion::menuUrl, &Suggestion::url>(suggestion);
+    addResult(sum, suggestion);
   }
   return sum;
 }
 
-Sum sumOf(const std::vector<QVSuggestion>& suggestions) {
-  Sum sum;
-  for (const QVSuggestion& suggestion : suggestions) {
-    sum.add(suggestion.text());
-    sum.add(suggestion.magicKey());
-    sum.add(suggestion.isCollection());
-    sum.add(suggestion.origin());
-    sum.add(suggestion.provider());
-    sum.add(suggestion.score());
-    sum.add(suggestion.rating());
-    sum.add(suggestion.reviewCount());
-    sum.add(suggestion.price());
-    sum.add(suggestion.providerUrl());
-    sum.add(suggestion.menuUrl());
-    sum.add(suggestion.url());
-    sum.add(suggestion.phone());
-    sum.add(suggestion.categories());
-  }
-  return sum;
-}
+}  // namespace
+
+Sum sumOf(const QVRoute& route) { return sumOfRoute(route); }
+Sum sumOf(const PlainRoute& route) { return sumOfRoute(route); }
+Sum sumOf(const std::vector<QVCandidate>& candidates) { return sumOfCandidates(candidates); }
+Sum sumOf(const std::vector<PlainCandidate>& candidates) { return sumOfCandidates(candidates); }
+Sum sumOf(const std::vector<QVSuggestion>& suggestions) { return sumOfSuggestions(suggestions); }
+Sum sumOf(const std::vector<PlainSuggestion>& suggestions) { return sumOfSuggestions(suggestions); }
 
 }  // namespace quorvelkit::bench

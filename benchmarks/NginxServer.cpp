@@ -85,18 +85,18 @@ NginxServer::NginxServer() : port_(freePort()) {
 
   const std::string prefix = name + '/';
   const std::string log = prefix + "error.log";
-  // Debian keeps it where the paths of ordinary users do not lead.
+  // Debian installs nginx in a folder that is not in the PATH of normal users.
   const char* const program = ::access("/usr/sbin/nginx", X_OK) == 0 ? "/usr/sbin/nginx" : "nginx";
   process_ = ::fork();
   if (process_ == 0) {
-    // Ends with this program, however that ends.
+    // Stops nginx when this program ends for any reason.
     ::prctl(PR_SET_PDEATHSIG, SIGTERM);
     ::execlp(program, "nginx", "-p", prefix.c_str(), "-c", "nginx.conf", "-e", log.c_str(),
              static_cast<char*>(nullptr));
     ::_exit(127);
   }
   const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-  while (!answers()) {
+  while (!acceptsConnections()) {
     if (::waitpid(process_, nullptr, WNOHANG) != 0 || std::chrono::steady_clock::now() > end) {
       throw std::runtime_error("nginx does not start (scripts/setup --bench installs it)");
     }
@@ -122,13 +122,13 @@ void NginxServer::writeFiles() const {
   std::ofstream(folder_ / "files/1kB") << std::string(1024, 'x');
   std::ofstream(folder_ / "files/1MB") << std::string(1024 * 1024, 'x');
   std::ofstream(folder_ / "files/v4/route") << routeDocument(1000);
-  // The worker may run as another user.
+  // The worker can run as another user.
   for (const auto& entry : std::filesystem::recursive_directory_iterator(folder_))
     std::filesystem::permissions(entry, std::filesystem::perms::all);
   std::filesystem::permissions(folder_, std::filesystem::perms::all);
 }
 
-bool NginxServer::answers() const {
+bool NginxServer::acceptsConnections() const {
   sockaddr_in address;
   const int socket = loopbackSocket(port_, address);
   const bool connected =

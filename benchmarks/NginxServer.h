@@ -9,22 +9,23 @@
 
 namespace quorvelkit::bench {
 
-/// One nginx worker on a free loopback port, with everything it writes in a temporary folder. It
-/// serves "/1kB" and "/1MB", and stands in for the three servers of the library: login,
-/// configuration, and "/v4/route" with a route of 1,000 points. Throws where nginx does not start.
+/// Runs one nginx worker on a free loopback port, with all its files in a temporary folder. Serves
+/// "/1kB" and "/1MB", and as a backend the login, the configuration, and "/v4/route" with a route
+/// of 1,000 points.
 class NginxServer {
  public:
+  /// Throws if nginx does not start within 20 seconds.
   NginxServer();
   ~NginxServer();
   NginxServer(const NginxServer&) = delete;
   NginxServer& operator=(const NginxServer&) = delete;
 
-  /// "http://127.0.0.1:PORT"
+  /// Example: "http://127.0.0.1:40123".
   std::string baseURL() const;
 
  private:
   void writeFiles() const;
-  bool answers() const;
+  bool acceptsConnections() const;
 
   std::filesystem::path folder_;
   std::uint16_t port_ = 0;

@@ -23,7 +23,7 @@ class QtManager : public Fetcher {
     for (std::size_t i = 0; i < std::min(requests, inFlight); ++i)
       start();
     loop_.exec();
-    if (failed_) throw std::runtime_error("a wrong answer");
+    if (failed_) throw std::runtime_error("wrong body");
   }
 
  private:

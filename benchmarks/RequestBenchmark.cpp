@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Building the URL of each request class, and how much heap that takes.
+// Builds the URL of each request class and counts the heap allocations.
 #include "MemoryMeter.h"
 
 #include <QuorvelKit/QVAddressCandidatesRequest.h>

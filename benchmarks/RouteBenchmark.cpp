@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-// A route document to models to every field read, and everything destroyed.
+// Parses a route document, builds the models, reads every field, and destroys everything.
 #include "Documents.h"
 #include "MemoryMeter.h"
 #include "ModelSums.h"
-#include "RoutePeers.h"
+#include "Peers.h"
 
 #include <QuorvelKit/JSON/JSON.h>
 
@@ -14,7 +14,7 @@
 namespace quorvelkit::bench {
 namespace {
 
-// The documents, each with room behind it for simdjson, and the sum that everybody must find.
+// A route document, a copy with the padding of simdjson, and the sum that all readers must get.
 struct Input {
   std::size_t size;
   Data data;
@@ -24,7 +24,7 @@ struct Input {
   std::string_view view() const { return data.view(); }
 };
 
-const Input& input(std::int64_t points) {
+const Input& inputOf(std::int64_t points) {
   static std::map<std::int64_t, Input> inputs;
   const auto found = inputs.find(points);
   if (found != inputs.end()) return found->second;
@@ -35,48 +35,48 @@ const Input& input(std::int64_t points) {
   return inputs.emplace(points, Input{data.size(), data, std::move(padded), sum}).first->second;
 }
 
-struct QuorvelKitPipeline {
-  QVRoute make(const Input& from) { return QVRoute(JSON(from.data)); }
+struct QuorvelKitReader {
+  QVRoute read(const Input& input) { return QVRoute(JSON(input.data)); }
 };
-struct OnDemandPipeline {
-  PlainRoute make(const Input& from) { return onDemandRoute(parser, from.padded); }
+struct OnDemandReader {
+  PlainRoute read(const Input& input) { return onDemandRoute(parser, input.padded); }
   simdjson::ondemand::parser parser;
 };
-struct NlohmannPipeline {
-  NlohmannRoute make(const Input& from) { return NlohmannRoute(from.view()); }
+struct NlohmannReader {
+  NlohmannRoute read(const Input& input) { return NlohmannRoute(input.view()); }
 };
-struct RapidPipeline {
-  RapidRoute make(const Input& from) { return RapidRoute(from.view()); }
+struct RapidReader {
+  RapidRoute read(const Input& input) { return RapidRoute(input.view()); }
 };
 
-template <class Pipeline>
+template <class Reader>
 void route(benchmark::State& state) {
-  const Input& from = input(state.range(0));
+  const Input& input = inputOf(state.range(0));
   const auto points = static_cast<double>(state.range(0));
   {
-    Pipeline pipeline;
+    Reader reader;
     const MemoryMeter meter;
-    const auto made = pipeline.make(from);
-    if (sumOf(made) != from.sum) return state.SkipWithError("a wrong sum");
+    const auto result = reader.read(input);
+    if (sumOf(result) != input.sum) return state.SkipWithError("wrong sum");
     state.counters["alive/point"] = static_cast<double>(meter.alive()) / points;
     state.counters["peak/point"] = static_cast<double>(meter.peak()) / points;
-    state.counters["body/point"] = static_cast<double>(from.size) / points;
+    state.counters["body/point"] = static_cast<double>(input.size) / points;
   }
-  Pipeline pipeline;
+  Reader reader;
   for (auto _ : state) {
-    if (sumOf(pipeline.make(from)) != from.sum) return state.SkipWithError("a wrong sum");
+    if (sumOf(reader.read(input)) != input.sum) return state.SkipWithError("wrong sum");
   }
-  state.SetBytesProcessed(static_cast<std::int64_t>(from.size) * state.iterations());
+  state.SetBytesProcessed(static_cast<std::int64_t>(input.size) * state.iterations());
 }
 
 void sizes(benchmark::internal::Benchmark* benchmark) {
   benchmark->Arg(1'000)->Arg(100'000)->Arg(1'000'000)->Unit(benchmark::kMillisecond);
 }
 
-BENCHMARK(route<QuorvelKitPipeline>)->Name("route/quorvelkit")->Apply(sizes);
-BENCHMARK(route<OnDemandPipeline>)->Name("route/ondemand_structs")->Apply(sizes);
-BENCHMARK(route<NlohmannPipeline>)->Name("route/nlohmann")->Apply(sizes);
-BENCHMARK(route<RapidPipeline>)->Name("route/rapidjson")->Apply(sizes);
+BENCHMARK(route<QuorvelKitReader>)->Name("route/quorvelkit")->Apply(sizes);
+BENCHMARK(route<OnDemandReader>)->Name("route/ondemand_structs")->Apply(sizes);
+BENCHMARK(route<NlohmannReader>)->Name("route/nlohmann")->Apply(sizes);
+BENCHMARK(route<RapidReader>)->Name("route/rapidjson")->Apply(sizes);
 
 }  // namespace
 }  // namespace quorvelkit::bench

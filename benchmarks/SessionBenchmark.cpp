@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Fetching from nginx on loopback: from making the task to the handler on the main queue; and the
-// whole road of a route.
+// Fetches from nginx over loopback, from the creation of the data task to the handler on the main
+// queue. Measures whole calls of QVNavigation::route as well.
 #include "ModelSums.h"
 #include "NginxServer.h"
 #include "SessionPeers.h"
@@ -25,11 +25,11 @@ const NginxServer& server() {
 
 void runMainQueueOnce() {
   if (!MainQueue::main().runOnce(std::chrono::seconds(20))) {
-    throw std::runtime_error("no answer for 20 seconds");
+    throw std::runtime_error("no completion within 20 seconds");
   }
 }
 
-// The session, with a main thread that waits in the main queue.
+// The session. The main thread waits in the main queue.
 class SessionFetcher : public Fetcher {
  public:
   SessionFetcher(const std::string& url, std::size_t bodySize)
@@ -42,7 +42,7 @@ class SessionFetcher : public Fetcher {
       start();
     while (done_ < requests)
       runMainQueueOnce();
-    if (failed_) throw std::runtime_error("a wrong answer");
+    if (failed_) throw std::runtime_error("wrong body");
   }
 
  private:
@@ -73,7 +73,7 @@ std::unique_ptr<Fetcher> session(const std::string& url, std::size_t bodySize) {
   return std::make_unique<SessionFetcher>(url, bodySize);
 }
 
-// Seconds of this process on any processor; the server is not in it.
+// Processor seconds of all threads of this process, without the server.
 double processorTime() {
   rusage usage{};
   getrusage(RUSAGE_SELF, &usage);
@@ -121,8 +121,8 @@ BENCHMARK(large<bareEasy>)->Name("fetch_1MB/easy")->Apply(one);
 BENCHMARK(large<bareMulti>)->Name("fetch_1MB/multi")->Apply(oneOrMany);
 BENCHMARK(large<qtManager>)->Name("fetch_1MB/qt")->Apply(oneOrMany);
 
-// From the call to the handler that has read every field of 1,000 points.
-void wholeRoad(benchmark::State& state) {
+// From the call to the end of a handler that reads every field of 1,000 points.
+void routeCall(benchmark::State& state) {
   QVBackendless::setBaseURL(server().baseURL());
   const auto request =
       std::make_shared<QVRouteRequest>(Coordinate{39.30, -76.54}, Coordinate{39.27, -76.60});
@@ -144,7 +144,7 @@ void wholeRoad(benchmark::State& state) {
   state.counters["cpu_us/request"] =
       (processorTime() - before) * 1e6 / static_cast<double>(state.iterations());
 }
-BENCHMARK(wholeRoad)->Name("road/quorvelkit/1000")->UseRealTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(routeCall)->Name("road/quorvelkit/1000")->UseRealTime()->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 }  // namespace quorvelkit::bench

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// What a program pays before its first route: loading the library, the first call. This program
-// is not linked with the library, so that every measure starts with nothing loaded.
+// Measures what a program needs before its first route: loading the library and the first call.
+// This program is not linked with the library, so that it measures the loading in a fresh process.
 #include "NginxServer.h"
 
 #include <benchmark/benchmark.h>
@@ -15,9 +15,9 @@
 namespace quorvelkit::bench {
 namespace {
 
-// Seconds that loading a library and all it needs takes in a fresh process; below zero when it
-// cannot be loaded.
-double timeOfLoading(const char* library) {
+// Returns the seconds that a fresh process needs to load a library and its dependencies, or a
+// negative number on failure.
+double loadSeconds(const char* library) {
   int ends[2];
   if (::pipe(ends) != 0) return -1;
   const pid_t child = ::fork();
@@ -39,7 +39,7 @@ double timeOfLoading(const char* library) {
 
 void load(benchmark::State& state, const char* library) {
   for (auto _ : state) {
-    const double seconds = timeOfLoading(library);
+    const double seconds = loadSeconds(library);
     if (seconds < 0) return state.SkipWithError("the library cannot be loaded");
     state.SetIterationTime(seconds);
   }
@@ -74,7 +74,7 @@ BENCHMARK_CAPTURE(call, second, false)
     ->UseManualTime()
     ->Unit(benchmark::kMicrosecond);
 
-// Bytes of the shared library without symbols; not a time, but it belongs into the same table.
+// The size of the stripped shared library, for the table.
 void size(benchmark::State& state) {
   for (auto _ : state) {
   }

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-// Run by StartUpBenchmark in a process of its own:
-//   StartUpProbe URL     prints the microseconds of the first QVNavigation::route of a process,
-//   which
-//                        also logs in and loads the configuration, and of the second
+// Prints the microseconds of the first and of the second QVNavigation::route of a process. The
+// first one also logs in and loads the configuration. StartUpBenchmark runs it.
+//   StartUpProbe URL
 #include <QuorvelKit/QVBackendless.h>
 #include <QuorvelKit/QVNavigation.h>
 #include <QuorvelPlatform/MainQueue.h>
@@ -16,8 +15,8 @@ namespace {
 using namespace quorvelkit;
 using Microseconds = std::chrono::duration<double, std::micro>;
 
-// Absent when no route comes.
-std::optional<double> timeOfCall() {
+// Returns nothing if there is no route.
+std::optional<double> callMicroseconds() {
   const auto begin = std::chrono::steady_clock::now();
   std::optional<bool> isRoute;
   QVNavigation::route(
@@ -37,9 +36,9 @@ std::optional<double> timeOfCall() {
 int main(int count, char** arguments) {
   if (count != 2) return 2;
   QVBackendless::setBaseURL(arguments[1]);
-  const auto first = timeOfCall();
-  const auto later = timeOfCall();
-  if (!first || !later) return 1;
-  std::printf("%f %f\n", *first, *later);
+  const auto first = callMicroseconds();
+  const auto second = callMicroseconds();
+  if (!first || !second) return 1;
+  std::printf("%f %f\n", *first, *second);
   return 0;
 }

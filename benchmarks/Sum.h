@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,8 +12,8 @@
 
 namespace quorvelkit::bench {
 
-/// What a benchmark has read, added up. All who are compared must come to the same sum: nobody can
-/// leave a field out, and no compiler can leave a read out.
+/// The sum of everything that a benchmark reads. The benchmarks that are compared must get the same
+/// sum, so none of them leaves out a field, and the compiler cannot remove a read.
 struct Sum {
   double numbers = 0;
   std::uint64_t integers = 0;
@@ -36,6 +37,12 @@ struct Sum {
   template <class T>
   void add(const std::optional<T>& value) noexcept {
     if (value) add(*value);
+  }
+
+  /// Adds members of an object, or the results of its member functions.
+  template <auto... fields, class Owner>
+  void addFields(const Owner& owner) {
+    (add(std::invoke(fields, owner)), ...);
   }
 
   friend bool operator==(const Sum&, const Sum&) = default;

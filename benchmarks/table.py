@@ -1,17 +1,18 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Makes the table of scripts/bench from the JSON files of the benchmark programs.
+"""Prints the table of scripts/bench from the JSON files of the benchmark programs.
 
-    table.py FILE...                   prints the table; fails when a figure is missed
-    table.py --smoke FILE...           only looks for errors
+    table.py FILE...                   prints the table; fails if a figure is missed
+    table.py --smoke FILE...           only checks for errors
     table.py --merge OUTPUT FILE...    writes all results into one file
 """
 import json
 import sys
 
-# Ours, the peer, what is compared, and the figure to reach. "time" is ours divided by the peer's,
-# at most the figure; "rate" the requests a second likewise, at least the figure; "faster" how many
-# times as long the peer takes. Without a figure a row only informs.
+# Rows that compare the library with a peer: our benchmark, the peer's benchmark, kind, figure. Kinds:
+# "time" is our time divided by the peer's, at most the figure; "rate" is our requests per second
+# divided by the peer's, at least the figure; "faster" is the peer's time divided by ours, at least the
+# figure. A row without a figure has no target.
 PEERS = [
     (f"route/quorvelkit/{n}", f"route/{peer}/{n}", kind, figure)
     for n, on_demand, nlohmann in ((1000, 2.0, 9), (100000, 1.5, 12), (1000000, 1.5, 12))
@@ -56,8 +57,8 @@ PEERS = [
     ("load/quorvelkit", "load/libcurl", "time", None),
 ]
 
-# What is measured of the library alone: name, counter (None: the time), unit, factor, figure (at
-# most; a text names the counter that it is 1.2 times of).
+# Rows about the library alone: benchmark, counter (None: the time), unit, factor, and the maximum (a
+# number, or the name of a counter: 1.2 times its value).
 OWN = [
     row
     for n in (1000, 100000, 1000000)
@@ -110,7 +111,7 @@ def medians(runs):
         for suffix in ("/real_time", "/manual_time", "/iterations:1"):
             if name.endswith(suffix):
                 name, real = name.removesuffix(suffix), True
-        # Processor time where one thread computes: it does not count what others do meanwhile.
+        # Processor time for benchmarks with one thread: other processes do not influence it.
         time = run["real_time" if real else "cpu_time"] * NANOSECONDS[run["time_unit"]]
         found[name] = {**run, "time": time}
         if run.get("items_per_second"):
@@ -156,10 +157,10 @@ def main(arguments):
     runs = load(arguments[1:] if smoke else arguments)
     errors = [f"{run['name']}: {run['error_message']}" for run in runs if run.get("error_occurred")]
     if errors or not runs:
-        print("\n".join(errors) or "nothing was measured", file=sys.stderr)
+        print("\n".join(errors) or "no results", file=sys.stderr)
         return 1
     if smoke:
-        print(f"{len(runs)} benchmarks ran and read what they should")
+        print(f"{len(runs)} benchmarks ran without errors")
         return 0
     found = medians(runs)
     rows = [peer_row(found, *row) for row in PEERS] + [own_row(found, *row) for row in OWN]

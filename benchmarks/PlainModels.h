@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "Sum.h"
-
 #include <QuorvelKit/QVHighway.h>
+#include <QuorvelKit/QVOrigin.h>
 #include <QuorvelKit/QVStreet.h>
 #include <QuorvelKit/QVTurn.h>
+#include <QuorvelPlatform/Coordinate.h>
 
 #include <cstdint>
 #include <memory>
@@ -15,13 +15,13 @@
 
 namespace quorvelkit::bench {
 
-/// The case of a text, as the models read it.
+/// Returns the case of a raw value, or `unknown`, as the models do.
 template <class E>
-E caseOf(std::string_view text) {
+E enumValue(std::string_view text) {
   return fromRawValue<E>(text).value_or(E::unknown);
 }
 
-/// A route in plain structs: what somebody writes who needs no library.
+/// The models as plain structs, like code that uses a JSON parser without this library.
 struct PlainHighway {
   std::int64_t number = 0;
   QVHighwayType direction = QVHighwayType::unknown;
@@ -57,37 +57,23 @@ struct PlainRoute {
   std::vector<PlainPoint> points;
 };
 
-inline Sum sumOf(const PlainRoute& route) {
-  Sum sum;
-  sum.add(route.totalDistanceInMiles);
-  sum.add(route.totalDurationInMinutes);
-  sum.add(route.startNode);
-  sum.add(route.endNode);
-  for (const PlainPoint& point : route.points) {
-    sum.add(point.latitude);
-    sum.add(point.longitude);
-    sum.add(point.travelTimeInSeconds);
-    sum.add(point.distanceInMiles);
-    sum.add(point.edge);
-    sum.add(point.node);
-    sum.add(point.notify);
-    sum.add(point.say);
-    const PlainTurn* const turn = point.turn.get();
-    if (!turn) continue;
-    sum.add(turn->direction);
-    sum.add(turn->instruction);
-    const PlainStreet* const street = turn->street.get();
-    if (!street) continue;
-    sum.add(street->name);
-    sum.add(street->function);
-    sum.add(street->connection);
-    sum.add(street->direction);
-    const PlainHighway* const highway = street->highway.get();
-    if (!highway) continue;
-    sum.add(highway->number);
-    sum.add(highway->direction);
-  }
-  return sum;
-}
+/// The fields that candidates and suggestions have in common.
+struct PlainResult {
+  double rating = 0;
+  double score = 0;
+  std::int64_t reviewCount = 0;
+  QVOrigin origin = QVOrigin::unknown;
+  std::string provider, providerUrl, phone;
+  std::vector<std::string> categories;
+};
+struct PlainCandidate : PlainResult {
+  Coordinate location;
+  std::string address, matchAddress, placeAddress, addressType;
+};
+struct PlainSuggestion : PlainResult {
+  std::int64_t price = 0;
+  bool isCollection = false;
+  std::string text, magicKey, menuUrl, url;
+};
 
 }  // namespace quorvelkit::bench
