@@ -6,8 +6,8 @@
 
 namespace quorvelkit::fuzz {
 
-/// Makes a call whose handler is given, with one body for the answer to all that it asks, and waits
-/// for the one time that the handler runs.
+/// Runs a call against a server that answers every request with `body`. Passes the completion
+/// handler to `call`, and checks that the handler runs exactly once.
 void callAndWait(const std::string& body, auto call) {
   static auto& server = *new test::FakeServer;
   server.forget();

@@ -8,7 +8,8 @@
 using namespace quorvelkit;
 using namespace quorvelkit::fuzz;
 
-// Any body of the configuration: requests have an address exactly when their root makes one.
+// Input: the body of a configuration response. A request has a URL if and only if its root URL and
+// path are a valid URL.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   QVBackendless::setUserToken("");
   QVConfiguration::setCachedResponse(nullptr);

@@ -13,21 +13,22 @@
 
 namespace quorvelkit::fuzz {
 
-/// Ends the process, which makes a finding of the input, unless the condition holds.
+/// Aborts the process if the condition is false. libFuzzer then reports the input as a finding.
 inline void require(bool condition) {
   if (!condition) std::abort();
 }
 
-/// Takes what was read, so that it is read.
-inline void touch(const auto&... /*values*/) {}
+/// Does nothing; its arguments are evaluated.
+inline void readAll(const auto&... /*values*/) {}
 
 inline std::string textOf(const std::uint8_t* bytes, std::size_t size) {
   return {reinterpret_cast<const char*>(bytes), size};
 }
 
-/// The response made of a body; a status of 400 or above must make an error that says the body.
+/// Makes a response from a body. Checks that a status of 400 or above gives an error with the body
+/// as its text.
 template <class Response>
-std::shared_ptr<Response> answered(const std::string& body, int status) {
+std::shared_ptr<Response> responseFor(const std::string& body, int status) {
   auto http =
       std::make_shared<HTTPURLResponse>(*URL::parse("http://a.test/"), status, HTTPHeaderFields());
   auto response =

@@ -20,8 +20,8 @@ namespace {
 
 constexpr std::size_t maximumBodySize = 1U << 20U;
 
-// Sends the same bytes to whoever connects and asks, then closes. After so many connections it
-// answers without a body, so that redirects come to an end.
+// Answers each request with the same bytes and closes the connection. After three requests it
+// answers without a body, to end redirects.
 class Server {
  public:
   Server() {
@@ -62,13 +62,14 @@ std::shared_ptr<URLSession> sessionThrough(const std::string& proxy) {
 
 }  // namespace
 
-// Any bytes for an answer: the session ends with a whole response or with an error of its own.
+// Input: the bytes that a server sends. The data task ends once, with a complete response or with
+// an error of the session.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   static auto& server = *new Server;
   static const auto direct = sessionThrough(""), proxied = sessionThrough(server.url);
   const std::string text = textOf(bytes, size);
   server.setBytes(text);
-  // What may redirect must not reach another host: the server is then its own proxy.
+  // With the server as proxy, a redirect cannot reach another host.
   std::string lower = text;
   std::transform(lower.begin(), lower.end(), lower.begin(), [](char c) { return asciiLowered(c); });
   const bool mayRedirect = lower.find("location") != std::string::npos;

@@ -4,11 +4,12 @@
 using namespace quorvelkit;
 using namespace quorvelkit::fuzz;
 
-// Any body of a login: the token is what the body says or nothing, never what was held before.
+// Input: the body of a login response. The token is the one of the body or empty, but not that of
+// an earlier login.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   const std::string body = textOf(bytes, size);
-  const auto response = answered<QVLoginResponse>(body, 200);
-  touch(response->code(), response->message(), response->objectId());
+  const auto response = responseFor<QVLoginResponse>(body, 200);
+  readAll(response->code(), response->message(), response->objectId());
   require(response->userToken() == JSON(Data(body))["user-token"].string());
 
   QVBackendless::setUserToken("of an earlier login");

@@ -23,7 +23,7 @@ std::string decoded(std::string_view text) {
   return bytes;
 }
 
-// Whether an independent writer of JSON takes all of the text for UTF-8.
+// Whether another JSON library accepts the text as UTF-8.
 bool isText(const std::string& bytes) {
   const std::string written = Oracle(bytes).dump(-1, ' ', false, Oracle::error_handler_t::ignore);
   return Oracle::parse(written) == bytes;
@@ -31,7 +31,8 @@ bool isText(const std::string& bytes) {
 
 }  // namespace
 
-// Any text: encoded, it is the query of a URL and decodes to itself; absent unless it is UTF-8.
+// Input: a text. If it is UTF-8, the encoded text is a valid query and decodes to the text.
+// Otherwise the encoding fails.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   const std::string text = textOf(bytes, size);
   const auto encoded = percentEncodedForQuery(text);

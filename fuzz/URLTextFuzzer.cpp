@@ -8,7 +8,8 @@
 using namespace quorvelkit;
 using namespace quorvelkit::fuzz;
 
-// Any text as a URL: its parts make the text again. A second line is a reference seen from it.
+// Input: a URL, and a relative reference on a second line. The parts of the URL make up its text;
+// the resolved reference keeps the host.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   const std::string text = textOf(bytes, size);
   const std::string first = text.substr(0, text.find('\n'));
