@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Keeps 64 calls in flight, for minutes instead of milliseconds, beside a server in the same
-// process: memory and descriptors must stay flat.
+// Runs COUNT calls, 64 at a time, against a server in the same process. Fails if memory or the
+// number of open descriptors grows.
 //   soak COUNT
 #include "tests/kit/FakeServer.h"
 #include "tests/support/TestServer.h"
@@ -23,12 +23,12 @@ using namespace quorvelkit::test;
 
 namespace {
 
-// What the process holds: its memory in kB, and its open descriptors.
-struct Holding {
+// The memory of the process in kB, and its number of open descriptors.
+struct Usage {
   long memory = 0;
   long descriptors = 0;
 
-  static Holding now() {
+  static Usage now() {
     long all = 0, resident = 0;
     std::ifstream("/proc/self/statm") >> all >> resident;
     const std::filesystem::directory_iterator open("/proc/self/fd");
@@ -36,36 +36,38 @@ struct Holding {
   }
 };
 
-bool calls(long count) {
+bool runCalls(long count) {
   const std::string body = R"({"points":[{"lat":1.5,"lon":2.5,"t":3}],"distance":1.25})";
   const TestServer server(
       [&](const auto&, Connection& connection) { connection.answer(200, body); });
   configure(roots(server.url(""), ""));
   constexpr long inFlight = 64;
-  long started = 0, ended = 0, good = 0;
+  long started = 0, completed = 0, good = 0;
   std::function<void()> start = [&] {
     ++started;
     const auto request = std::make_shared<QVRouteRequest>(Coordinate{}, Coordinate{});
     QVNavigation::route(request, [&](const std::shared_ptr<QVRouteResponse>& response) {
-      ++ended;
+      ++completed;
       good += response->route() && response->route()->points().size() == 1 ? 1 : 0;
       if (started < count) start();
     });
   };
-  const auto runUntil = [&](long end) { return runMainQueueUntil([&] { return ended >= end; }); };
-  const auto began = std::chrono::steady_clock::now();
+  const auto runUntil = [&](long end) {
+    return runMainQueueUntil([&] { return completed >= end; });
+  };
+  const auto begin = std::chrono::steady_clock::now();
   while (started < std::min(count, inFlight))
     start();
   if (!runUntil(count / 5)) return false;
-  const Holding early = Holding::now();
+  const Usage early = Usage::now();
   if (!runUntil(count - inFlight)) return false;
-  const Holding late = Holding::now();
+  const Usage late = Usage::now();
   if (!runUntil(count)) return false;
-  const std::chrono::duration<double> time = std::chrono::steady_clock::now() - began;
+  const std::chrono::duration<double> time = std::chrono::steady_clock::now() - begin;
   std::printf(
       "%ld calls, %ld good, %.0f a second; memory %ld kB after a fifth, %ld kB at the end; "
       "descriptors %ld, %ld\n",
-      ended, good, static_cast<double>(count) / time.count(), early.memory, late.memory,
+      completed, good, static_cast<double>(count) / time.count(), early.memory, late.memory,
       early.descriptors, late.descriptors);
   constexpr long tolerated = 2048;
   return good == count && late.memory - early.memory < tolerated &&
@@ -76,7 +78,7 @@ bool calls(long count) {
 
 int main(int argc, char** argv) {
   const long count = argc == 2 ? std::atol(argv[1]) : 0;
-  if (count > 0) return calls(count) ? 0 : 1;
+  if (count > 0) return runCalls(count) ? 0 : 1;
   std::fputs("usage: soak COUNT\n", stderr);
   return 2;
 }
