@@ -108,11 +108,68 @@ TEST(MakeResponseTest, runsOverriddenStepsInTheirOrder) {
   EXPECT_EQ(answer<Traced<int>>("{}", 404)->steps, "reTm");
 }
 
+// Gives the domain of a response class that is local to the function around it.
+#define DOMAIN_OF_LOCAL                   \
+  struct Local : QVBaseResponse {         \
+    using QVBaseResponse::QVBaseResponse; \
+  };                                      \
+  return { answer<Local>("", 400)->error()->domain() }
+struct Domain {
+  std::string text;
+};
+struct Scope {
+  Domain operator()() const { DOMAIN_OF_LOCAL; }
+  Domain operator[](int) const { DOMAIN_OF_LOCAL; }
+  Domain operator<(int) const { DOMAIN_OF_LOCAL; }
+  Domain operator>(int) const { DOMAIN_OF_LOCAL; }
+  Domain operator<=(int) const { DOMAIN_OF_LOCAL; }
+  Domain operator<=>(int) const { DOMAIN_OF_LOCAL; }
+  Domain operator>>=(int) const { DOMAIN_OF_LOCAL; }
+  Domain operator->() const { DOMAIN_OF_LOCAL; }
+  Domain operator->*(int) const { DOMAIN_OF_LOCAL; }
+  operator Domain() const { DOMAIN_OF_LOCAL; }
+  operator std::vector<std::string>() const { DOMAIN_OF_LOCAL; }
+  template <class T>
+  Domain operator<<(T) const {
+    DOMAIN_OF_LOCAL;
+  }
+  template <class T>
+  Domain operator>(T*) const {
+    DOMAIN_OF_LOCAL;
+  }
+  template <class T>
+  static Domain suboperator(std::enable_if_t<(sizeof(T) < 9), T>) {
+    DOMAIN_OF_LOCAL;
+  }
+  static std::string taggedByTheCompiler() { DOMAIN_OF_LOCAL; }
+};
+const auto inLambda = []() -> Domain { DOMAIN_OF_LOCAL; };
+#undef DOMAIN_OF_LOCAL
+
 TEST(MakeResponseTest, namesTheDomainAfterTheClassItself) {
   struct Local : QVBaseResponse {
     using QVBaseResponse::QVBaseResponse;
   };
-  EXPECT_EQ(answer<Local>("", 400)->error()->domain(), "QuorvelKit.Local");
+  const Scope scope;
+  const std::string domains[] = {answer<Local>("", 400)->error()->domain(),
+                                 inLambda().text,
+                                 Scope::taggedByTheCompiler(),
+                                 Scope::suboperator<int>(0).text,
+                                 scope().text,
+                                 scope[0].text,
+                                 (scope < 0).text,
+                                 (scope > 0).text,
+                                 (scope <= 0).text,
+                                 (scope <=> 0).text,
+                                 (scope >>= 0).text,
+                                 scope.operator->().text,
+                                 (scope->*0).text,
+                                 scope.operator Domain().text,
+                                 scope.operator std::vector<std::string>().at(0),
+                                 (scope << 0).text,
+                                 (scope > &scope).text};
+  for (std::size_t i = 0; i < std::size(domains); ++i)
+    EXPECT_EQ(domains[i], "QuorvelKit.Local") << "row " << i;
   EXPECT_EQ(answer<QVBaseResponse>("", 400)->error()->domain(), "QuorvelKit.QVBaseResponse");
   EXPECT_EQ((answer<Traced<std::pair<Local, int>>>("", 400)->error()->domain()),
             "QuorvelKit.Traced");
