@@ -14,24 +14,23 @@ constexpr int firstErrorStatus = 400;
 
 bool meansCancelled(const Error& error) { return error.code() == URLError::cancelled; }
 
-std::optional<JSON> parsed(const std::optional<Data>& data) {
-  if (!data) return std::nullopt;
-  return JSON(*data);
-}
-
 }  // namespace
 
 QVBaseResponse::QVBaseResponse(Key /*key*/, std::optional<Data> data,
                                std::shared_ptr<QVBaseRequest> request,
                                std::shared_ptr<const URLResponse> response,
                                std::optional<Error> error, std::shared_ptr<URLSessionDataTask> task)
-    : QVBaseObject(parsed(data)),
+    : QVBaseObject(std::nullopt),
       data_(std::move(data)),
       request_(std::move(request)),
       response_(std::move(response)),
       error_(std::move(error)),
       task_(std::move(task)) {
   if (!request_) fatalError("a response needs the request it answers");
+  if (!data_) return;
+  std::optional<Error> failure;
+  QVBaseObject::setJSON(JSON(*data_, JSONReadingOptions::allowFragments, &failure));
+  hasJSONBody_ = !failure;
 }
 
 QVBaseResponse::~QVBaseResponse() = default;

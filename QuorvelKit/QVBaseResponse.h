@@ -32,10 +32,17 @@ std::shared_ptr<Response> makeResponse(std::optional<Data> data,
 ///
 /// | what happened                           | error()                                           |
 /// |-----------------------------------------|---------------------------------------------------|
-/// | no answer, cancelled                    | the transport's own                               |
-/// | status 400 or above, readable body      | class name as domain, status as code, body as text|
-/// | status 400 or above, none or not UTF-8  | the same with the status' phrase as text          |
-/// | any other status                        | absent, also when the body is no JSON             |
+/// | cancelled                               | the transport's own                               |
+/// | error of the transport, UTF-8 body      | its domain and code, body as text                 |
+/// | error of the transport, no such body    | the transport's own                               |
+/// | status 400 or above, UTF-8 body         | class name as domain, status as code, body as text|
+/// | status 400 or above, no such body       | the same with the status' phrase as text          |
+/// | any other status                        | the transport's, normally absent                  |
+///
+/// An absent error promises nothing about the body: an answer of status 200 may hold HTML, or
+/// nothing. json() is null then, and carries no error; to learn why the body is no JSON, parse
+/// data() again by the constructor of JSON that takes an error slot. The session of this library
+/// never gives an error together with a body.
 ///
 /// Responses are made by makeResponse() alone. An application's own class takes the constructors
 /// over (`using QVBaseResponse::QVBaseResponse;`) and overrides the steps below, which run in
@@ -87,6 +94,9 @@ class QUORVELKIT_EXPORT QVBaseResponse : public QVBaseObject {
  protected:
   /// Last step: makes the models of json(). An override calls its base's first.
   virtual void buildModel();
+  /// Whether the body parsed as JSON. Tells the JSON text `null` from a body that is no JSON, or
+  /// has no bytes: json() is null for all of them.
+  bool hasJSONBody() const { return hasJSONBody_; }
 
  private:
   template <std::derived_from<QVBaseResponse> Response>
@@ -101,6 +111,7 @@ class QUORVELKIT_EXPORT QVBaseResponse : public QVBaseObject {
   std::shared_ptr<const URLResponse> response_;
   std::optional<Error> error_;
   std::shared_ptr<URLSessionDataTask> task_;
+  bool hasJSONBody_ = false;
 };
 
 class QVBaseResponse::Key {

@@ -7,7 +7,8 @@ QVRouteResponse::~QVRouteResponse() = default;
 
 void QVRouteResponse::buildModel() {
   QVBaseResponse::buildModel();
-  if (json() && json()->type() != JSON::Type::null) route_.emplace(*json());
+  const auto& body = json();
+  if (body && (hasJSONBody() || body->type() != JSON::Type::null)) route_.emplace(*body);
 }
 
 }  // namespace quorvelkit

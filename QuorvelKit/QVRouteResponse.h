@@ -15,8 +15,10 @@ class QUORVELKIT_EXPORT QVRouteResponse : public QVBaseResponse {
   using QVBaseResponse::QVBaseResponse;
   ~QVRouteResponse() override;
 
-  /// The whole body as a route; absent when there was no body or one that is no JSON. JSON that is
-  /// no route, an error's document say, gives one without points: look at error() first.
+  /// The whole body as a route. Absent when there was no body, one of no bytes, or one that is no
+  /// JSON; an absent error() does not rule that out, since a network that asks for a login first
+  /// answers with status 200 and HTML. JSON that is no route (`null`, the document of an error)
+  /// gives a route without points. So look at error(), then at route(), then at its points.
   const std::optional<QVRoute>& route() const { return route_; }
 
  protected:

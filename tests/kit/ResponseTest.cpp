@@ -175,6 +175,41 @@ TEST(MakeResponseTest, namesTheDomainAfterTheClassItself) {
             "QuorvelKit.Traced");
 }
 
+TEST(QVRouteResponseTest, hasARouteForEveryBodyThatIsJSON) {
+  const std::optional<std::size_t> absent;
+  const std::pair<const char*, std::optional<std::size_t>> bodies[] = {
+      {R"({"points":[{},null]})", 2},
+      {"{}", 0},
+      {"[]", 0},
+      {"7", 0},
+      {"null", 0},
+      {"\xEF\xBB\xBF\r\n null\t", 0},
+      {"", absent},
+      {" ", absent},
+      {"nul", absent},
+      {"null null", absent},
+      {R"({"points":[{}])", absent},
+      {"<html></html>", absent},
+      {"\xff", absent}};
+  for (const auto& [body, points] : bodies) {
+    for (const int code : {200, 404}) {
+      const auto response = answer<QVRouteResponse>(body, code);
+      const auto& route = response->route();
+      EXPECT_EQ(route ? std::optional(route->points().size()) : absent, points) << body;
+      EXPECT_FALSE(response->json()->error()) << body;
+    }
+    std::optional<Error> reason;
+    JSON(Data(body), JSONReadingOptions::allowFragments, &reason);
+    EXPECT_EQ(reason.has_value(), !points) << body;
+  }
+  // Reads a format of its own.
+  struct Lines : QVRouteResponse {
+    using QVRouteResponse::QVRouteResponse;
+    void processResponse() override { setJSON(JSON::parse(R"({"points":[1]})")); }
+  };
+  EXPECT_EQ(answer<Lines>("1 2")->route()->points().size(), 1U);
+}
+
 TEST(FindResponseTest, listsWhateverTheAnswerHolds) {
   const std::pair<const char*, std::size_t> lists[] = {
       {"[]", 0},   {"[{}]", 1},        {R"([{},null,"x",[{}]])", 4},
