@@ -1,9 +1,24 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelKit/QVAddressCandidatesRequest.h>
 #include <QuorvelKit/QVFindQuery_p.h>
+#include <QuorvelPlatform/FatalError.h>
 #include <QuorvelPlatform/PercentEncoding.h>
 
 namespace quorvelkit {
+
+namespace {
+
+// What a member's text is sent as.
+std::string encoded(const std::string& text, const char* member) {
+  auto encodedText = percentEncodedForQuery(text);
+  if (!encodedText) {
+    fatalError(std::string(unwrappedAbsentValue) + ": QVAddressCandidatesRequest::" + member +
+               " is not UTF-8");
+  }
+  return *std::move(encodedText);
+}
+
+}  // namespace
 
 QVAddressCandidatesRequest::QVAddressCandidatesRequest(std::string singleLine, Coordinate location,
                                                        std::optional<QVSearchExtent> searchExtent,
@@ -18,9 +33,10 @@ QVAddressCandidatesRequest::~QVAddressCandidatesRequest() = default;
 std::optional<URL> QVAddressCandidatesRequest::url() {
   const auto root = findRootURL();
   if (!root) return std::nullopt;
-  ValueMap parameters{{"singleLine", urlEncode(singleLine_)}, {"location", queryText(location_)}};
+  ValueMap parameters{{"singleLine", encoded(singleLine_, "singleLine")},
+                      {"location", queryText(location_)}};
   if (searchExtent_) parameters.set("searchExtent", searchExtent_->string());
-  if (magicKey_) parameters.set("magicKey", urlEncode(*magicKey_));
+  if (magicKey_) parameters.set("magicKey", encoded(*magicKey_, "magicKey"));
   return resourceURL(*root, "/api/v1/findAddressCandidates", std::move(parameters));
 }
 

@@ -21,7 +21,9 @@ class QUORVELKIT_EXPORT QVAddressCandidatesRequest : public QVBaseRequest {
                              std::optional<std::string> magicKey = std::nullopt);
   ~QVAddressCandidatesRequest() override;
 
-  /// The text, sent percent-encoded by urlEncode(): it must be UTF-8.
+  /// The text, sent percent-encoded as urlEncode() does. It must be UTF-8: url() of any other text
+  /// is a programming error and stops the process. Check a text from outside, of a file or a
+  /// command line say, with isUTF8() of QuorvelPlatform/UTF8.h first.
   const std::string& singleLine() const { return singleLine_; }
   void setSingleLine(std::string singleLine) { singleLine_ = std::move(singleLine); }
   Coordinate location() const { return location_; }
@@ -30,7 +32,7 @@ class QUORVELKIT_EXPORT QVAddressCandidatesRequest : public QVBaseRequest {
   const std::optional<QVSearchExtent>& searchExtent() const { return searchExtent_; }
   void setSearchExtent(std::optional<QVSearchExtent> extent) { searchExtent_ = extent; }
   /// The key of a suggestion (QVSuggestion::magicKey), for exactly the place that it means. Sent
-  /// like the text; not sent when absent.
+  /// like the text, so it must be UTF-8 as well; not sent when absent.
   const std::optional<std::string>& magicKey() const { return magicKey_; }
   void setMagicKey(std::optional<std::string> magicKey) { magicKey_ = std::move(magicKey); }
 

@@ -34,7 +34,9 @@ std::optional<std::string> percentEncodedForQuery(std::string_view text) {
 
 std::string urlEncode(std::string_view text) {
   auto encoded = percentEncodedForQuery(text);
-  if (!encoded) fatalError(unwrappedAbsentValue);
+  if (!encoded) {
+    fatalError(std::string(unwrappedAbsentValue) + ": the text given to urlEncode is not UTF-8");
+  }
   return *std::move(encoded);
 }
 

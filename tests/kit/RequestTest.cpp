@@ -160,7 +160,10 @@ TEST(QVAddressCandidatesRequestTest, encodesTextAndKeyOnly) {
     request.setMagicKey(std::nullopt);
     EXPECT_EQ(text(request.url()), root + encoded + at + box);
   }
-  EXPECT_DEATH(QVAddressCandidatesRequest("\xff", here).url(), "unexpectedly found nil");
+  const std::string cause = "unexpectedly found nil.*QVAddressCandidatesRequest::";
+  EXPECT_DEATH(QVAddressCandidatesRequest("\xff", here).url(), cause + "singleLine is not UTF-8");
+  EXPECT_DEATH(QVAddressCandidatesRequest("a", here, {}, "\xff").url(),
+               cause + "magicKey is not UTF-8");
 }
 
 TEST(QVSuggestRequestTest, putsTheTextInAsItStands) {
