@@ -16,8 +16,15 @@ auto& storedUserToken() {
   return token;
 }
 
+std::string withoutSlashesAtTheEnd(std::string url) {
+  while (url.ends_with('/') && !url.ends_with("://"))
+    url.pop_back();
+  return url;
+}
+
 auto& storedBaseURL() {
-  static auto& url = *new ProcessValue<std::string>(QUORVELKIT_BACKEND_BASE_URL);
+  static auto& url =
+      *new ProcessValue<std::string>(withoutSlashesAtTheEnd(QUORVELKIT_BACKEND_BASE_URL));
   return url;
 }
 
@@ -54,6 +61,17 @@ void QVBackendless::setUserToken(std::string userToken) {
 }
 
 std::string QVBackendless::baseURL() { return storedBaseURL().get(); }
-void QVBackendless::setBaseURL(std::string baseURL) { storedBaseURL().set(std::move(baseURL)); }
+void QVBackendless::setBaseURL(std::string baseURL) {
+  storedBaseURL().set(withoutSlashesAtTheEnd(std::move(baseURL)));
+}
+
+bool QVBackendless::isUsableBaseURL(const std::string& baseURL) {
+  const auto url = URL::parse(baseURL);
+  if (!url || url->host().value_or("").empty() || url->query() || url->fragment()) return false;
+  std::string scheme(url->scheme().value_or(""));
+  for (char& c : scheme)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  return scheme == "http" || scheme == "https";
+}
 
 }  // namespace quorvelkit

@@ -18,7 +18,8 @@ class QUORVELKIT_EXPORT QVBackendless : public QVBaseService {
   /// Logs the service account in, unless a token is held already: then nothing is sent, and the
   /// response, whose members are all absent, still comes later. Every answer sets userToken(), to
   /// nothing when it has none. Needs no configuration, so it returns the task at once; otherwise
-  /// the contract of QVBaseService holds.
+  /// the contract of QVBaseService holds. Without a URL (see setBaseURL) nothing is sent and the
+  /// handler never runs.
   static std::shared_ptr<URLSessionDataTask> login(
       std::shared_ptr<QVLoginRequest> request,
       QVCompletionHandler<QVLoginResponse> completionHandler);
@@ -31,12 +32,21 @@ class QUORVELKIT_EXPORT QVBackendless : public QVBaseService {
   static std::string userToken();
   static void setUserToken(std::string userToken);
 
-  /// Scheme, host and port of the backend service, without a "/" at the end; the one that the
-  /// library was built with (QUORVELKIT_BACKEND_BASE_URL) unless another was set, say of a staging
-  /// server. Set it before the first call: a configuration that was loaded is not loaded again. A
-  /// text that makes no URL leaves every call unsent. Safe from any thread.
+  /// Scheme, host and port of the backend service, say "http://127.0.0.1:8080"; the one that the
+  /// library was built with (QUORVELKIT_BACKEND_BASE_URL) unless another was set. Slashes at its
+  /// end are dropped, since each path that is put behind it begins with one. Safe from any thread.
+  ///
+  /// Set it before the first call, and ask isUsableBaseURL(): a text that does not parse leaves
+  /// every call that needs it unsent, and their handlers never run. What came from another backend
+  /// stays: its configuration until QVConfiguration::setCachedResponse(nullptr), and a token that
+  /// it gave, which would be sent to the new one, until setUserToken("").
   static std::string baseURL();
   static void setBaseURL(std::string baseURL);
+  /// Whether requests can be sent to a base URL, by its text alone: it parses as a URL with the
+  /// scheme http or https and a host, and without query and fragment. Nothing is sent. Without an
+  /// argument, of the one that is set. With one that is not usable, login and configuration fail,
+  /// or are not sent at all (see setBaseURL). Any thread.
+  static bool isUsableBaseURL(const std::string& baseURL = QVBackendless::baseURL());
 };
 
 }  // namespace quorvelkit

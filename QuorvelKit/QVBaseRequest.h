@@ -39,7 +39,7 @@ class QUORVELKIT_EXPORT QVBaseRequest {
   virtual bool includeAccessToken() const;
 
   /// The address. Absent here; a request without one is never sent, and the handler of its call
-  /// never runs.
+  /// never runs. What an override throws leaves the call or the main queue (see QVBaseService).
   virtual std::optional<URL> url();
 
   /// How often the request was tried again, and how often it may be: 0 and 3 at first. Counted by

@@ -40,8 +40,8 @@ struct QVCallDifferences {
 ///  - The handler runs exactly once for each request that is sent, on the main queue (MainQueue),
 ///    never inside the call. It is destroyed there, too, right after it ran.
 ///  - A request without an address (QVBaseRequest::url) is not sent: the handler is dropped
-///    without having run. The address needs the configuration, so look at both in the handler of
-///    loadConfiguration() to learn why nothing happens.
+///    without having run. docs/async.md lists the calls and causes. Ask
+///    QVBackendless::isUsableBaseURL() first, and url() in the handler of loadConfiguration().
 ///  - The call returns the running task once the configuration is loaded, and nothing before
 ///    that, even though a response will come. A cancelled task still delivers its response, one
 ///    that isCancelled().
@@ -49,6 +49,8 @@ struct QVCallDifferences {
 ///  - Any thread may call, but a request object belongs to one call at a time until its HTTP
 ///    request is made; calls that share it come from one thread (the main thread, best).
 ///  - A null request or an empty handler is a programming error and stops the process.
+///  - What url() and the other builders throw leaves the call, or MainQueue::run() when the request
+///    is made there, and the handler is dropped. What a handler throws leaves MainQueue::run().
 ///
 /// An application's own facade derives from this class and sends its own requests on the same
 /// road:
@@ -69,7 +71,9 @@ class QUORVELKIT_EXPORT QVBaseService {
 
   /// Sees to it that the configuration is loaded, then calls the handler, also when loading
   /// failed (QVConfiguration::cachedResponse tells): at once, inside this call, when the
-  /// configuration is there already, else later on the main queue.
+  /// configuration is there already (what it throws leaves this call then), else later on the main
+  /// queue. It never runs when no configuration is cached and the base URL does not parse, as
+  /// "127.0.0.1:8080" does not: QVBackendless::isUsableBaseURL() tells that before.
   static void loadConfiguration(std::function<void()> completionHandler);
 
  protected:

@@ -4,7 +4,6 @@
 #include "Await.h"
 
 #include <QuorvelKit/JSON/JSON.h>
-#include <QuorvelKit/QVBackendless.h>
 #include <QuorvelKit/QVBaseService.h>
 #include <QuorvelKit/QVConfiguration.h>
 #include <QuorvelPlatform/HTTPURLResponse.h>
@@ -43,16 +42,11 @@ void Backend::addOptions(CLI::App& command) {
 }
 
 std::optional<std::string> Backend::load(std::ostream& trace) const {
-  if (!url_.empty()) {
-    std::string url = url_;
-    while (url.ends_with('/'))
-      url.pop_back();
-    QVBackendless::setBaseURL(url);
-  }
+  QVBackendless::setBaseURL(url_);
   // Without a URL nothing is sent and no handler is called.
-  if (!std::make_shared<QVLoginRequest>()->url() ||
-      !std::make_shared<QVConfigurationRequest>()->url()) {
-    return "'" + QVBackendless::baseURL() + "' is no URL such as http://127.0.0.1:8080.";
+  if (!QVBackendless::isUsableBaseURL()) {
+    return "The backend's URL is not usable: it needs http or https, and a host, as in "
+           "http://127.0.0.1:8080.";
   }
   if (traces_) {
     // The login is part of loading the configuration; made before, it shows its answer.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QuorvelKit/QVBackendless.h>
 #include <QuorvelKit/QVBaseResponse.h>
 
 #include <CLI/CLI.hpp>
@@ -26,6 +27,6 @@ class Backend {
   static std::optional<std::string> problem(const quorvelkit::QVBaseResponse& response);
 
  private:
-  std::string url_;
+  std::string url_ = quorvelkit::QVBackendless::baseURL();
   bool traces_ = false;
 };

@@ -8,20 +8,30 @@ using namespace quorvelkit;
 
 int main(int argc, char** argv) {
   if (argc > 1) QVBackendless::setBaseURL(argv[1]);  // a sandbox, say
+  // Without a URL to ask no handler would run, here and below.
+  if (!QVBackendless::isUsableBaseURL()) {
+    std::cerr << "The backend's URL needs http or https, and a host.\n";
+    return 1;
+  }
+  int status = 1;
+  const auto fail = [](const auto& problem) {
+    std::cerr << problem << '\n';
+    MainQueue::main().stop();
+  };
   const auto request = std::make_shared<QVRouteRequest>(Coordinate{40.4523, -38.2804},
                                                         Coordinate{40.4469, -38.1872});
   QVBaseService::loadConfiguration([&] {
-    if (!request->url()) {  // nobody to ask, so no handler would run
-      std::cerr << "The backend has no configuration.\n";
-      return MainQueue::main().stop();
-    }
-    QVNavigation::route(request, [](const std::shared_ptr<QVRouteResponse>& response) {
-      MainQueue::main().stop();
-      if (response->error()) std::cerr << *response->error() << '\n';
-      if (!response->route()) return;
-      for (const QVPoint& point : response->route()->points())
+    if (!request->url()) return fail("The backend has no configuration.");
+    QVNavigation::route(request, [&](const std::shared_ptr<QVRouteResponse>& response) {
+      if (response->error()) return fail(*response->error());
+      const auto& route = response->route();
+      if (!route || route->points().empty()) return fail("The answer is no route.");
+      for (const QVPoint& point : route->points())
         if (point.turn()) std::cout << point.turn()->instruction().value_or("") << '\n';
+      status = 0;
+      MainQueue::main().stop();
     });
   });
   MainQueue::main().run();
+  return status;
 }

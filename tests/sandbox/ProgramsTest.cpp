@@ -19,6 +19,7 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 const std::string quorvel = QUORVEL;
+const std::string quorvelReadme = QUORVEL_README;
 const std::string sandboxProgram = QUORVEL_SANDBOX;
 const std::string demo = " --from 40.4523,-38.2804 --to 40.4469,-38.1872";
 
@@ -84,7 +85,6 @@ TEST_F(QuorvelTest, tellsWhenToLeaveOrWhyItFails) {
                        {" route" + dead + demo, 1, "with --backend"},
                        {" route" + dead + demo, 1, "could be made.\n  Failed to connect"},
                        {" route --trace" + dead + demo, 1, "Login failed"},
-                       {" route --backend 'no url'" + demo, 1, "is no URL"},
                        {" route --from 1,1", 2, "--to is required"},
                        {" route --from '1;2' --to 1,2", 2, "is no LAT,LON"},
                        {" route --from 91,0 --to 1,2", 2, "is no LAT,LON"},
@@ -94,6 +94,39 @@ TEST_F(QuorvelTest, tellsWhenToLeaveOrWhyItFails) {
                        {" route --help", 0, "--arrive"},
                        {" fly", 2, "required"},
                        {"", 2, "required"}});
+}
+
+TEST(ProgramsTest, endWithAMessageWhenTheBackendsURLIsNotUsable) {
+  for (const std::string url : {"127.0.0.1:8080", "http://bad host", "", "ftp://x", "http://"}) {
+    expectEach(quorvelReadme, {{" '" + url + "'", 1, "URL needs http or https"}});
+    expectEach(quorvel, {{" route --backend '" + url + "'" + demo, 1, "URL is not usable"},
+                         {" reverse 1,2 --backend '" + url + "'", 1, "URL is not usable"}});
+  }
+}
+
+// The answer of a route server, and what the README's program says then.
+TEST(ReadmeTest, saysWhatCameOfIt) {
+  const std::tuple<int, std::string, int, std::string> cases[] = {
+      {200, R"({"points":[{"turn":{"instruct":"Head south"}}]})", 0, "Head south\n"},
+      {200, "<html>Log in first</html>", 1, "no route"},
+      {200, "", 1, "no route"},
+      {200, "null", 1, "no route"},
+      {500, "out of order", 1, "out of order"},
+      {500, "", 1, "500"}};
+  for (const auto& [status, body, exitCode, says] : cases) {
+    const quorvelkit::test::TestServer server(
+        [status = status, body = body](const auto& received, auto& connection) {
+          if (received.target.starts_with("/v4/")) return connection.answer(status, body);
+          connection.answer(
+              200, R"({"quorvel-navigation-root-url":"http://)" + received.value("Host") + "\"}");
+        });
+    expectEach(quorvelReadme, {{' ' + server.url(), exitCode, says}});
+  }
+  const quorvelkit::test::TestServer refusing(
+      [](const auto&, auto& connection) { connection.answer(503); });
+  const std::string nobody = " http://127.0.0.1:" + std::to_string(quorvelkit::test::unusedPort());
+  expectEach(quorvelReadme,
+             {{' ' + refusing.url(), 1, "no configuration"}, {nobody, 1, "no configuration"}});
 }
 
 TEST(QuorvelFindTest, PrintsWhatItFindsOrWhyNot) {
