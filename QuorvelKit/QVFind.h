@@ -19,9 +19,13 @@ namespace quorvelkit {
 ///
 ///     auto request = std::make_shared<QVAddressCandidatesRequest>("1726 Fleet Street",
 ///                                                                 Coordinate{39.28, -76.59});
-///     QVFind::addressCandidates(request, [](std::shared_ptr<QVAddressCandidatesResponse> found) {
-///       if (found->error()) return report(*found->error());
-///       for (const QVCandidate& place : found->candidates()) show(place);
+///     QVBaseService::loadConfiguration([request] {
+///       if (!request->url()) return report("The configuration names no find server.");
+///       QVFind::addressCandidates(request, [](const auto& found) {
+///         if (found->error()) return report(*found->error());
+///         if (found->candidates().empty()) return report("There is no such place.");
+///         for (const QVCandidate& place : found->candidates()) show(place);
+///       });
 ///     });
 class QUORVELKIT_EXPORT QVFind : public QVBaseService {
  public:

@@ -15,10 +15,18 @@ namespace quorvelkit {
 ///
 ///     auto request = std::make_shared<QVRouteRequest>(Coordinate{39.30, -76.54},
 ///                                                     Coordinate{39.27, -76.60});
-///     QVNavigation::route(request, [](std::shared_ptr<QVRouteResponse> response) {
-///       if (response->error()) return report(*response->error());
-///       draw(response->route()->points());
+///     QVBaseService::loadConfiguration([request] {
+///       if (!request->url()) return report("The configuration names no navigation server.");
+///       QVNavigation::route(request, [](std::shared_ptr<QVRouteResponse> response) {
+///         if (response->error()) return report(*response->error());
+///         const auto& route = response->route();
+///         if (!route || route->points().empty()) return report("The answer is no route.");
+///         draw(route->points());
+///       });
 ///     });
+///
+/// The first test is there because a call without a configuration stays silent, the last because an
+/// answer without an error may hold no route.
 class QUORVELKIT_EXPORT QVNavigation : public QVBaseService {
  public:
   static std::shared_ptr<URLSessionDataTask> route(

@@ -28,7 +28,7 @@ class QUORVELKIT_EXPORT QVSuggestRequest : public QVBaseRequest {
   ///
   ///     auto request = std::make_shared<QVSuggestRequest>(urlEncode("fells po"), here);
   ///     QVBaseService::loadConfiguration([request] {
-  ///       if (!request->url()) return reportThatItCannotBeSent();
+  ///       if (!request->url()) return report("No configuration, or no text that makes a URL.");
   ///       QVFind::suggest(request, show);
   ///     });
   const std::string& text() const { return text_; }

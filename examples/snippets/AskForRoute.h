@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QuorvelKit/QVBackendless.h>
 #include <QuorvelKit/QVConfiguration.h>
 #include <QuorvelKit/QVNavigation.h>
 
@@ -12,6 +13,7 @@
 inline void askForRoute(quorvelkit::Coordinate from, quorvelkit::Coordinate to,
                         std::function<void(const std::string&)> say) {
   using namespace quorvelkit;
+  if (!QVBackendless::isUsableBaseURL()) return say("The backend's URL is not usable.");
   auto request = std::make_shared<QVRouteRequest>(from, to);
   QVBaseService::loadConfiguration([request, say] {
     const auto configuration = QVConfiguration::cachedResponse();
@@ -19,8 +21,11 @@ inline void askForRoute(quorvelkit::Coordinate from, quorvelkit::Coordinate to,
     if (!request->url()) return say("The configuration names no navigation server.");
     QVNavigation::route(request, [say](const std::shared_ptr<QVRouteResponse>& response) {
       if (response->isCancelled()) return;
-      if (response->error()) return say(response->error()->localizedDescription());
-      say(std::to_string(response->route()->points().size()) + " points");
+      const auto& error = response->error();
+      if (error) return say("The server gave no route: " + error->localizedDescription());
+      const auto& route = response->route();
+      if (!route || route->points().empty()) return say("The answer is no route.");
+      say(std::to_string(route->points().size()) + " points");
     });
   });
 }

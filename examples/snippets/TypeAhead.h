@@ -14,7 +14,9 @@
 /// Used on the main thread.
 class TypeAhead {
  public:
-  using Show = std::function<void(const std::vector<quorvelkit::QVSuggestion>&)>;
+  /// Takes the suggestions; when there are none, with the reason.
+  using Show =
+      std::function<void(const std::vector<quorvelkit::QVSuggestion>&, const std::string& whyNone)>;
 
   TypeAhead(quorvelkit::Coordinate near, Show show)
       : state_(std::make_shared<State>(State{near, std::move(show), nullptr, nullptr})) {}
@@ -31,11 +33,14 @@ class TypeAhead {
     QVBaseService::loadConfiguration([request, weak = std::weak_ptr(state_)] {
       const auto state = weak.lock();
       if (!state || state->latest != request) return;
-      if (!request->url()) return state->show({});
+      if (!request->url()) return state->show({}, "The configuration names no find server.");
       state->task = QVFind::suggest(request, [request, weak](const auto& response) {
         const auto still = weak.lock();
         if (!still || still->latest != request) return;
-        still->show(response->suggestions());
+        const auto& error = response->error();
+        const std::string none =
+            error ? "The search failed: " + error->localizedDescription() : "There are none.";
+        still->show(response->suggestions(), response->suggestions().empty() ? none : "");
       });
     });
   }

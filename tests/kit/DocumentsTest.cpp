@@ -6,10 +6,12 @@
 
 #include <QuorvelPlatform/MainQueue.h>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
+#include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <set>
 #include <thread>
 
 namespace quorvelkit {
@@ -50,37 +52,205 @@ TEST(DocumentsTest, showTheFilesThatAreTestedHere) {
   EXPECT_EQ(blocks, 6);
 }
 
-TEST(DocumentsTest, askForRouteSaysWhatCameOfIt) {
-  using Answer = FakeServer::Answer;
-  const std::string roots = R"({"quorvel-navigation-root-url":"http://nav.test"})";
-  FakeServer server;
-  const std::tuple<Answer, Answer, std::string> cases[] = {
-      {{200, roots}, {200, R"({"points":[{},{}]})"}, "2 points"},
-      {{200, roots}, {404, "no way"}, "no way"},
-      {{200, "{}"}, {}, "The configuration names no navigation server."},
-      {{500, roots}, {}, "There is no configuration."}};
-  for (const auto& [configuration, route, said] : cases) {
-    QVConfiguration::setCachedResponse(nullptr);
-    server.set(test::configurationPath, configuration);
-    server.set("/v4/route", route);
-    std::string heard;
-    askForRoute({1, 2}, {3, 4}, [&](const std::string& text) { heard += text; });
-    EXPECT_TRUE(runMainQueueUntil([&] { return !heard.empty(); }));
-    EXPECT_EQ(heard, said);
+// The last of these shows the map screen as RouteWindow.h does, which the tests of the map run.
+TEST(DocumentsTest, examplesInCommentsAreThoseTriedHere) {
+  std::set<std::string> names;
+  for (const char* folder : {"QuorvelPlatform", "QuorvelKit", "QuorvelKit/JSON", "QuorvelMap"}) {
+    for (const auto& file :
+         std::filesystem::directory_iterator(std::string(QUORVELKIT_SOURCE_DIR "/") + folder)) {
+      const std::string name = file.path().filename();
+      if (name.ends_with(".h") &&
+          contents(folder + ('/' + name)).find("///     ") != std::string::npos) {
+        names.insert(name);
+      }
+    }
   }
+  EXPECT_THAT(names, testing::ElementsAre("JSON.h", "QVBaseService.h", "QVFind.h", "QVNavigation.h",
+                                          "QVSuggestRequest.h", "QVViewController.h"));
 }
 
-TEST(DocumentsTest, eventLoopDrainsTheMainQueue) {
-  MainQueueEvents events;
-  int ran = 0;
-  std::thread other([&] { MainQueue::main().async([&] { ++ran; }); });
-  while (ran == 0) {
-    pollfd waited = events.pollable();
-    ASSERT_EQ(poll(&waited, 1, 20000), 1);
-    events.handle();
+// --- the examples, with what those in comments of headers call
+
+std::string heard;
+void report(const std::string& text) { heard += text; }
+void report(const Error& error) { report("error: " + error.localizedDescription()); }
+template <class Element>
+void reportCount(const std::vector<Element>& elements, const std::string& more) {
+  report(std::to_string(elements.size()) + " found " + more);
+}
+
+namespace base_service {
+struct WeatherRequest : QVBaseRequest {
+  std::optional<URL> url() override { return URL::parse("http://nav.test/v4/route"); }
+};
+using WeatherResponse = QVBaseResponse;
+#include "QVBaseService.inc"
+void run() {
+  Weather::today(std::make_shared<WeatherRequest>(), [](const auto& response) {
+    if (response->error()) return report(*response->error());
+    report(std::to_string(response->data()->size()) + " bytes");
+  });
+}
+}  // namespace base_service
+
+namespace navigation {
+void draw(const std::vector<QVPoint>& points) { reportCount(points, ""); }
+void run() {
+#include "QVNavigation.inc"
+}
+}  // namespace navigation
+
+namespace find {
+void show(const QVCandidate& place) { report(place.address().value_or("a place")); }
+void run() {
+#include "QVFind.inc"
+}
+}  // namespace find
+
+namespace suggest_request {
+const Coordinate here{1, 2};
+void show(const std::shared_ptr<QVSuggestResponse>& response) {
+  response->error() ? report(*response->error()) : reportCount(response->suggestions(), "");
+}
+void run() {
+#include "QVSuggestRequest.inc"
+}
+}  // namespace suggest_request
+
+double latitudeIn(const Data& data) {
+#include "JSON.inc"
+  return latitude;
+}
+
+// An example, and a part of what it says in each event.
+struct Example {
+  std::function<void()> run;
+  const char* good = "2 found";
+  const char* useless = "no route";
+  const char* unconfigured = "onfiguration";
+  const char* failed = "out of order";
+  const char* offline = "no network connection";
+  const char* failedWordlessly = "";
+};
+
+TEST(DocumentsTest, everyExampleSaysWhatCameOfIt) {
+  const FakeServer::Answer roots{200, test::roots("http://nav.test", "http://find.test")},
+      good{200, R"({"points":[{"lat":39},{}],"candidates":[{"Address":"Bell Yard"}],)"
+                R"("suggestions":[{},{}]})"},
+      html{200, "<html>Log in first</html>"}, nothing{200, ""}, failure{500, "out of order"},
+      wordless{500, ""}, offline{0, ""};
+  const std::tuple<const char*, FakeServer::Answer, FakeServer::Answer, const char * Example::*>
+      events[] = {{"good", roots, good, &Example::good},
+                  {"HTML", roots, html, &Example::useless},
+                  {"no body", roots, nothing, &Example::useless},
+                  {"JSON null", roots, {200, "null"}, &Example::useless},
+                  {"500", roots, failure, &Example::failed},
+                  {"500, no body", roots, wordless, &Example::failedWordlessly},
+                  {"network lost", roots, offline, &Example::offline},
+                  {"no network", offline, offline, &Example::unconfigured},
+                  {"configuration refused", failure, good, &Example::unconfigured},
+                  {"configuration of HTML", html, good, &Example::unconfigured},
+                  {"configuration without roots", {200, "{}"}, good, &Example::unconfigured}};
+  TypeAhead typeAhead({1, 2}, reportCount<QVSuggestion>);
+  const Example examples[] = {
+      {[] {
+         askForRoute({1, 2}, {3, 4}, [](const std::string& text) { report(text); });
+       },
+       "2 points"},
+      {navigation::run},
+      {find::run, "Bell Yard", "no such place"},
+      {suggest_request::run, "2 found", "0 found"},
+      {[&] { typeAhead.typed("b"); }, "2 found", "0 found There are no"},
+      {base_service::run, "87 bytes", " bytes", ""}};
+  FakeServer server;
+  MainQueueEvents loop;
+  for (const auto& [event, configuration, answer, expected] : events) {
+    server.set(test::configurationPath, configuration);
+    for (const char* path : {"/v4/route", "/api/v1/findAddressCandidates", "/api/v1/suggest"})
+      server.set(path, answer);
+    for (const Example& example : examples) {
+      SCOPED_TRACE(std::string(event) + ", example " + std::to_string(&example - examples));
+      QVConfiguration::setCachedResponse(nullptr);
+      heard.clear();
+      example.run();
+      while (heard.empty()) {
+        pollfd waited = loop.pollable();
+        ASSERT_EQ(poll(&waited, 1, 20000), 1) << "it is silent";
+        loop.handle();
+      }
+      EXPECT_THAT(heard, testing::HasSubstr(example.*expected));
+    }
+    EXPECT_EQ(latitudeIn(Data(answer.body)), answer.body == good.body ? 39 : 0);
   }
-  other.join();
   MainQueue::main().setWakeUpHook(nullptr);
+}
+
+auto anyRoute() { return std::make_shared<QVRouteRequest>(Coordinate(), Coordinate()); }
+
+TEST(AsyncContractTest, aConfigurationForgottenTooEarlySilencesTheCall) {
+  FakeServer server;
+  const auto runOneBlock = [] { return MainQueue::main().runOnce(std::chrono::seconds(20)); };
+  server.hold(test::configurationPath);
+  // Forgets what the call below has loaded, right before that call goes on.
+  QVConfiguration::get([](const auto& own) {
+    while (QVConfiguration::cachedResponse() == own)
+      std::this_thread::yield();
+    QVConfiguration::setCachedResponse(nullptr);
+  });
+  ASSERT_TRUE(runOneBlock());
+  server.requests(2);
+  const auto witness = std::make_shared<int>();
+  QVNavigation::route(anyRoute(), [witness](const auto&) { ADD_FAILURE() << "it spoke"; });
+  ASSERT_TRUE(runOneBlock());
+  server.requests(3);
+  server.release();
+  EXPECT_TRUE(runMainQueueUntil([&] { return witness.use_count() == 1; }));
+}
+
+TEST(AsyncContractTest, aBaseURLThatDoesNotParseSilencesEveryFirstCall) {
+  FakeServer server;
+  QVBackendless::setBaseURL("127.0.0.1:8080");
+  const auto witness = std::make_shared<int>();
+  const auto never = [witness](const auto&...) { ADD_FAILURE() << "it spoke"; };
+  EXPECT_EQ(QVBackendless::login(never), nullptr);
+  QVConfiguration::get(never);
+  QVBaseService::loadConfiguration(never);
+  QVNavigation::route(anyRoute(), never);
+  base_service::Weather::today(std::make_shared<base_service::WeatherRequest>(), never);
+  MainQueue::main().runPending();
+  EXPECT_EQ(witness.use_count(), 2) << "a handler waits";
+  EXPECT_TRUE(server.requests().empty());
+  heard.clear();
+  askForRoute({1, 2}, {3, 4}, [](const std::string& text) { report(text); });
+  EXPECT_EQ(heard, "The backend's URL is not usable.");
+}
+
+TEST(AsyncContractTest, whatTheApplicationThrowsLeavesTheCallOrTheMainQueue) {
+  struct Oops {};
+  struct Throwing : QVRouteRequest {
+    using QVRouteRequest::QVRouteRequest;
+    std::optional<URL> url() override { throw Oops(); }
+  };
+  struct ThrowingLogin : QVLoginRequest {
+    std::optional<URL> url() override { throw Oops(); }
+  };
+  FakeServer server;
+  const auto witness = std::make_shared<int>();
+  const auto never = [witness](const auto&) { ADD_FAILURE() << "it spoke"; };
+  const auto throws = [witness](const auto&...) { throw Oops(); };
+  const auto ask = [&] {
+    QVNavigation::route(std::make_shared<Throwing>(Coordinate(), Coordinate()), never);
+  };
+  EXPECT_THROW(QVBackendless::login(std::make_shared<ThrowingLogin>(), never), Oops);
+  ask();
+  EXPECT_THROW(runMainQueueUntil([] { return false; }), Oops);
+  EXPECT_NE(QVConfiguration::cachedResponse(), nullptr);
+  EXPECT_THROW(ask(), Oops);
+  EXPECT_THROW(QVConfiguration::get(throws), Oops);
+  EXPECT_THROW(QVBaseService::loadConfiguration(throws), Oops);
+  QVNavigation::route(anyRoute(), throws);
+  EXPECT_THROW(runMainQueueUntil([] { return false; }), Oops);
+  EXPECT_EQ(witness.use_count(), 3) << "a handler is held for ever";
 }
 
 TEST(DocumentsTest, typeAheadShowsTheLastTextOnly) {
@@ -88,7 +258,9 @@ TEST(DocumentsTest, typeAheadShowsTheLastTextOnly) {
   const std::string path = "/api/v1/suggest";
   server.set(path, {200, R"({"suggestions":[{"text":"Fells Point"}]})"});
   std::vector<std::size_t> shown;
-  const auto show = [&](const auto& suggestions) { shown.push_back(suggestions.size()); };
+  const auto show = [&](const auto& list, const auto& /*whyNone*/) {
+    shown.push_back(list.size());
+  };
   {
     TypeAhead typeAhead({39.28, -76.59}, show);
     // Two before the configuration is there, two with it at hand.

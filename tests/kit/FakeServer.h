@@ -5,6 +5,7 @@
 #include <QuorvelKit/QVConfiguration.h>
 #include <QuorvelPlatform/HTTPURLResponse.h>
 #include <QuorvelPlatform/MainQueue.h>
+#include <QuorvelPlatform/URLError.h>
 #include <QuorvelPlatform/URLProtocol.h>
 
 #include <condition_variable>
@@ -39,7 +40,7 @@ inline void configure(const std::string& body) {
 class FakeServer {
  public:
   struct Answer {
-    int status = 200;
+    int status = 200;  // 0 when the network is down
     std::string body;
     bool isHeld = false;  // nothing comes until release()
   };
@@ -101,6 +102,9 @@ class FakeServer {
     }
     void answer(const URLRequest& request, URLProtocolClient& client) {
       const Answer given = answerTo(request);
+      if (given.status == 0) {
+        return client.didFail(URLError::make(URLError::notConnectedToInternet, request.url()));
+      }
       client.didReceive(
           std::make_shared<HTTPURLResponse>(request.url(), given.status, HTTPHeaderFields()));
       if (!given.body.empty()) client.didLoad(Data(given.body));
