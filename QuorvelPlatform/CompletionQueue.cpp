@@ -7,34 +7,37 @@
 namespace quorvelkit {
 
 bool CompletionQueue::push(std::shared_ptr<DataTask> task, Outcome outcome) {
+  task->outcome = std::move(outcome);
+  DataTask* const last = task.get();
   const std::lock_guard lock(mutex_);
-  waiting_.push_back({std::move(task), std::move(outcome)});
-  return !isRunning_ && waiting_.size() == 1;
+  const bool isFirst = !firstWaiting_;
+  (isFirst ? firstWaiting_ : lastWaiting_->next) = std::move(task);
+  lastWaiting_ = last;
+  return !isRunning_ && isFirst;
 }
 
 bool CompletionQueue::needsThread() {
   const std::lock_guard lock(mutex_);
-  return !isRunning_ && !waiting_.empty() && !stopping_;
+  return !isRunning_ && firstWaiting_ && !stopping_;
 }
 
 void CompletionQueue::run(int batches) {
   std::unique_lock lock(mutex_);
   if (isRunning_) return;
   isRunning_ = true;
-  for (; batches > 0 && !waiting_.empty() && !stopping_; --batches) {
-    batch_.swap(waiting_);
+  for (; batches > 0 && firstWaiting_ && !stopping_; --batches) {
+    batch_ = std::move(firstWaiting_);
     lock.unlock();
-    for (Completion& completion : batch_) {
-      if (stopping_) return;
+    while (batch_ && !stopping_) {
       try {
-        completion.task->complete(std::move(completion.outcome));
-        completion.task.reset();
+        const std::shared_ptr<DataTask> task = std::move(batch_);
+        batch_ = std::move(task->next);
+        task->complete();
       } catch (...) {
         fatalError("An exception left a completion handler of a URL session.");
       }
     }
     if (stopping_) return;
-    batch_.clear();
     lock.lock();
   }
   isRunning_ = false;

@@ -8,7 +8,6 @@
 #include <limits>
 #include <memory>
 #include <mutex>
-#include <vector>
 
 namespace quorvelkit {
 
@@ -16,7 +15,7 @@ namespace quorvelkit {
 /// for them.
 class CompletionQueue {
  public:
-  /// Gives true when no thread is completing tasks: one has to be told.
+  /// Gives true when no thread is completing tasks: one has to be told. Takes no memory.
   bool push(std::shared_ptr<DataTask> task, Outcome outcome);
   /// Whether there are tasks to complete and no thread is completing them.
   bool needsThread();
@@ -30,15 +29,11 @@ class CompletionQueue {
   std::mutex& mutex() { return mutex_; }
 
  private:
-  struct Completion {
-    std::shared_ptr<DataTask> task;
-    Outcome outcome;
-  };
-
   std::mutex mutex_;
-  std::vector<Completion> waiting_;
+  std::shared_ptr<DataTask> firstWaiting_;  // Leads to the others.
+  DataTask* lastWaiting_ = nullptr;
   bool isRunning_ = false;
-  std::vector<Completion> batch_;  // Belongs to the thread that is completing tasks.
+  std::shared_ptr<DataTask> batch_;  // Belongs to the thread that is completing tasks.
   std::atomic<bool> stopping_ = false;
 };
 

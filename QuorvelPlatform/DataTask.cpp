@@ -4,13 +4,16 @@
 #include <QuorvelPlatform/SessionEngine_p.h>
 #include <QuorvelPlatform/URLError.h>
 
+#include <new>
 #include <utility>
 
 namespace quorvelkit {
 
 DataTask::DataTask(std::shared_ptr<SessionState> session, URLRequest request,
                    URLSession::CompletionHandler handler)
-    : session_(std::move(session)), request_(std::move(request)), handler_(std::move(handler)) {}
+    : session_(std::move(session)), request_(std::move(request)), handler_(std::move(handler)) {
+  static_cast<void>(URLError::outOfMemory());  // Made while there is memory.
+}
 
 DataTask::~DataTask() = default;
 
@@ -36,23 +39,28 @@ void DataTask::cancel() {
   }
 }
 
-void DataTask::complete(Outcome outcome) {
+void DataTask::complete() {
   State expected = State::running;
   if (!state_.compare_exchange_strong(expected, State::completed)) {
     state_ = State::completed;
     outcome = Outcome::failure(URLError::cancelled);
   }
   const auto handler = std::exchange(handler_, nullptr);
-  if (outcome.errorCode != 0) {
-    outcome.error =
-        URLError::make(outcome.errorCode, request_.url(), std::move(outcome.technicalText));
+  Outcome end = std::exchange(outcome, {});
+  try {
+    if (end.errorCode != 0 && !end.error) {
+      end.error = URLError::make(end.errorCode, request_.url(), std::move(end.technicalText));
+    }
+    if (!end.error && end.head) end.response = makeResponse(request_.url(), *std::move(end.head));
+  } catch (const std::bad_alloc&) {
+    end.error = URLError::outOfMemory();
   }
-  if (outcome.error) {
-    handler(std::nullopt, nullptr, std::move(outcome.error));
+  if (end.error) {
+    end.body = {};
+    handler(std::nullopt, nullptr, std::move(end.error));
     return;
   }
-  if (outcome.head) outcome.response = makeResponse(request_.url(), *std::move(outcome.head));
-  handler(std::move(outcome.body), std::move(outcome.response), std::nullopt);
+  handler(std::move(end.body), std::move(end.response), std::nullopt);
 }
 
 }  // namespace quorvelkit

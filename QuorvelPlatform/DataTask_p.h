@@ -29,7 +29,12 @@ class DataTask final : public URLSessionDataTask, public std::enable_shared_from
   SessionState& session() const { return *session_; }
   /// Runs the handler with the outcome, or with a cancellation that came before it, and lets go of
   /// it. Called once, on the callback thread or, for want of threads, on the main queue.
-  void complete(Outcome outcome);
+  void complete();
+
+  /// How the task ended, and the task that completes behind it: a task that waits for its
+  /// completion takes no memory for that. Belong to the completion queue.
+  Outcome outcome;
+  std::shared_ptr<DataTask> next;
 
   /// The load that serves this task while there is one. Belongs to the IO thread.
   Load* load = nullptr;

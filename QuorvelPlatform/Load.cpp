@@ -4,6 +4,7 @@
 #include <QuorvelPlatform/URLError.h>
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 namespace quorvelkit {
@@ -54,7 +55,7 @@ void Load::didReceive(std::shared_ptr<const URLResponse> response) {
 
 void Load::didLoad(const Data& piece) {
   touch(Clock::now());
-  {
+  try {
     const std::lock_guard lock(mutex_);
     if (!task_) return;
     const std::size_t size = onlyPiece_ ? onlyPiece_->size() : pieces_.size();
@@ -67,6 +68,8 @@ void Load::didLoad(const Data& piece) {
       pieces_ += piece.view();
       return;
     }
+  } catch (const std::bad_alloc&) {
+    return end(Outcome::outOfMemory());
   }
   end(Outcome::failure(URLError::dataLengthExceedsMaximum));
 }
@@ -78,8 +81,12 @@ void Load::didFinishLoading() {
     const std::lock_guard lock(mutex_);
     task = std::move(task_);
     if (!task) return;
-    outcome.response = response_;
-    outcome.body = onlyPiece_ ? *onlyPiece_ : Data(std::move(pieces_));
+    try {
+      outcome.response = response_;
+      outcome.body = onlyPiece_ ? *onlyPiece_ : Data(std::move(pieces_));
+    } catch (const std::bad_alloc&) {
+      outcome = Outcome::outOfMemory();
+    }
   }
   hand(std::move(task), std::move(outcome));
 }
@@ -100,7 +107,8 @@ void Load::end(Outcome outcome) {
 }
 
 void Load::hand(std::shared_ptr<DataTask> task, Outcome outcome) {
-  engine_.ended(shared_from_this(), task);
+  ending_.front() = {LoadMessage::Event::ended, task, shared_from_this()};
+  engine_.ended(std::move(ending_));
   engine_.deliver(std::move(task), std::move(outcome));
 }
 

@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <list>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -13,7 +14,16 @@
 
 namespace quorvelkit {
 
+class Load;
 class SessionEngine;
+
+/// What the IO thread is told.
+struct LoadMessage {
+  enum class Event { start, cancel, ended } event = Event::start;
+  std::shared_ptr<DataTask> task = nullptr;
+  std::shared_ptr<Load> load = nullptr;
+};
+using LoadMessages = std::list<LoadMessage>;
 
 /// One task being served by one protocol: takes the protocol's answer, counts its bytes and keeps
 /// its time. Ends once, by the first of the protocol, a time-out and a cancellation.
@@ -63,6 +73,7 @@ class Load final : public URLProtocolClient, public std::enable_shared_from_this
   std::shared_ptr<const URLResponse> response_;
   std::optional<Data> onlyPiece_;
   std::string pieces_;
+  LoadMessages ending_{1};  // Told when the load ends, which takes no memory then.
 };
 
 }  // namespace quorvelkit

@@ -5,7 +5,7 @@
 #include <pthread.h>
 
 #include <condition_variable>
-#include <deque>
+#include <list>
 #include <mutex>
 #include <optional>
 #include <utility>
@@ -17,7 +17,7 @@ struct MainQueue::State {
 
   std::mutex mutex;
   std::condition_variable changed;
-  std::deque<Block> blocks;
+  std::list<Block> blocks;
   bool stopped = false;
   Hook hook;
 
@@ -69,12 +69,14 @@ MainQueue::MainQueue(State& state) : state_(state) {
                  [] { main().state_.mutex.unlock(); });
 }
 
-void MainQueue::async(Block block) {
+void MainQueue::async(Block block) { async(Prepared(std::move(block))); }
+
+void MainQueue::async(Prepared block) {
   State::Hook hook;
   {
     const std::lock_guard lock(state_.mutex);
     if (state_.blocks.empty()) hook = state_.hook;
-    state_.blocks.push_back(std::move(block));
+    state_.blocks.splice(state_.blocks.end(), block.place_);
   }
   state_.changed.notify_one();
   if (hook) (*hook)();

@@ -5,7 +5,9 @@
 
 #include <chrono>
 #include <functional>
+#include <list>
 #include <memory>
+#include <utility>
 
 namespace quorvelkit {
 
@@ -22,6 +24,19 @@ class QUORVELKIT_EXPORT MainQueue {
  public:
   using Block = std::function<void()>;
 
+  /// A block that has its place in the queue from the beginning, so that handing it in takes no
+  /// memory. Not handed in, it is destroyed with this object.
+  class Prepared {
+   public:
+    /// No block.
+    Prepared() = default;
+    explicit Prepared(Block block) { place_.push_back(std::move(block)); }
+
+   private:
+    friend MainQueue;
+    std::list<Block> place_;
+  };
+
   static MainQueue& main();
 
   MainQueue(const MainQueue&) = delete;
@@ -29,6 +44,7 @@ class QUORVELKIT_EXPORT MainQueue {
 
   /// Hands a block in. Returns at once; the block never runs inside this call. Any thread.
   void async(Block block);
+  void async(Prepared block);
 
   /// Runs blocks as they come until stop(). Main thread.
   void run();

@@ -4,6 +4,7 @@
 #include <QuorvelPlatform/Data.h>
 #include <QuorvelPlatform/Error.h>
 #include <QuorvelPlatform/URL.h>
+#include <QuorvelPlatform/URLError.h>
 #include <QuorvelPlatform/URLResponse.h>
 
 #include <cstdint>
@@ -30,6 +31,12 @@ struct Outcome {
     Outcome outcome;
     outcome.errorCode = code;
     outcome.technicalText = std::move(technicalText);
+    return outcome;
+  }
+  /// Takes no memory.
+  static Outcome outOfMemory() {
+    Outcome outcome;
+    outcome.error = URLError::outOfMemory();
     return outcome;
   }
 

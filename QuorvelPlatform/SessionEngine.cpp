@@ -7,6 +7,7 @@
 #include <QuorvelPlatform/curl/NetworkProtocol_p.h>
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 namespace quorvelkit {
@@ -16,7 +17,7 @@ void SessionEngine::start(std::shared_ptr<DataTask> task) {
   if (!problem.empty()) {
     return deliver(std::move(task), Outcome::failure(URLError::unknown, std::move(problem)));
   }
-  post({Event::start, std::move(task), nullptr});
+  post({{Event::start, std::move(task)}});
 }
 
 void SessionEngine::cancelUnstarted(std::shared_ptr<DataTask> task) {
@@ -26,23 +27,18 @@ void SessionEngine::cancelUnstarted(std::shared_ptr<DataTask> task) {
 
 void SessionEngine::cancel(std::shared_ptr<DataTask> task) {
   // Before both threads run nothing is under way; a task that starts meanwhile sees its own state.
-  if (threadCount_ == threads_.size()) post({Event::cancel, std::move(task), nullptr});
+  if (threadCount_ == threads_.size()) post({{Event::cancel, std::move(task)}});
 }
 
-void SessionEngine::ended(std::shared_ptr<Load> load, std::shared_ptr<DataTask> task) {
-  post({Event::ended, std::move(task), std::move(load)});
-}
+void SessionEngine::ended(LoadMessages message) { post(std::move(message)); }
 
-void SessionEngine::post(Message message) {
-  if (isIOThread()) {
-    own_.push_back(std::move(message));
-    return;
-  }
+void SessionEngine::post(LoadMessages message) {
+  if (isIOThread()) return own_.splice(own_.end(), message);
   bool isFree = false;
   bool sleeps = false;
   {
     const std::lock_guard lock(mutex_);
-    inbox_.push_back(std::move(message));
+    inbox_.splice(inbox_.end(), message);
     isFree = !hasIOThread();
     sleeps = std::exchange(ioThreadSleeps_, false);
   }
@@ -128,7 +124,7 @@ void SessionEngine::performOnce() {
     network_.perform();
     endTimedOut();
     while (!own_.empty()) {
-      std::vector<Message> messages;
+      LoadMessages messages;
       messages.swap(own_);
       handle(messages);
     }
@@ -137,8 +133,8 @@ void SessionEngine::performOnce() {
   }
 }
 
-void SessionEngine::handle(std::vector<Message>& messages) {
-  for (Message& message : messages) {
+void SessionEngine::handle(LoadMessages& messages) {
+  for (LoadMessage& message : messages) {
     switch (message.event) {
       case Event::start: begin(std::move(message.task)); break;
       case Event::cancel:
@@ -155,10 +151,19 @@ void SessionEngine::begin(std::shared_ptr<DataTask> task) {
     deliver(std::move(task), {});
     return;
   }
+  try {
+    serve(task);
+  } catch (const std::bad_alloc&) {
+    if (task->load != nullptr) return task->load->end(Outcome::outOfMemory());
+    deliver(std::move(task), Outcome::outOfMemory());
+  }
+}
+
+void SessionEngine::serve(const std::shared_ptr<DataTask>& task) {
   auto load = std::make_shared<Load>(*this, task, now_);
-  task->load = load.get();
   load->index = loads_.size();
   loads_.push_back(load);
+  task->load = load.get();
   nextDeadline_ = std::min(nextDeadline_, load->deadline());
   const URLRequest& request = task->originalRequest();
   load->protocol = makeRegisteredProtocol(request);

@@ -44,7 +44,7 @@ class SessionEngine {
   void cancel(std::shared_ptr<DataTask> task);
   /// Has a task that was never started complete as cancelled.
   void cancelUnstarted(std::shared_ptr<DataTask> task);
-  void ended(std::shared_ptr<Load> load, std::shared_ptr<DataTask> task);
+  void ended(LoadMessages message);
   /// Has the task complete on the callback thread.
   void deliver(std::shared_ptr<DataTask> task, Outcome outcome);
 
@@ -53,12 +53,7 @@ class SessionEngine {
   Load::Clock::time_point now() const { return now_; }
 
  private:
-  enum class Event { start, cancel, ended };
-  struct Message {
-    Event event;
-    std::shared_ptr<DataTask> task;
-    std::shared_ptr<Load> load;
-  };
+  using Event = LoadMessage::Event;
   using Lock = std::unique_lock<std::mutex>;
 
   static void registerProcessHandlers();
@@ -73,9 +68,10 @@ class SessionEngine {
   void transfer(Lock& lock);
   bool gathersMore();
   void performOnce();
-  void post(Message message);
-  void handle(std::vector<Message>& messages);
+  void post(LoadMessages message);
+  void handle(LoadMessages& messages);
   void begin(std::shared_ptr<DataTask> task);
+  void serve(const std::shared_ptr<DataTask>& task);
   void finish(Load& load, DataTask& task);
   void endEarly(Load& load, std::int64_t code, std::string technicalText = {});
   void endTimedOut();
@@ -87,7 +83,7 @@ class SessionEngine {
   std::condition_variable hasWork_;
   std::atomic<bool> stopping_ = false;
   // What was not handled before the end stays where it is.
-  std::vector<Message> inbox_;
+  LoadMessages inbox_;
   bool ioThreadSleeps_ = false;
   std::atomic<std::thread::id> ioThread_;
 
@@ -95,8 +91,8 @@ class SessionEngine {
 
   // The rest belongs to the IO thread.
   MultiLoop network_;
-  std::vector<Message> batch_;
-  std::vector<Message> own_;
+  LoadMessages batch_;
+  LoadMessages own_;
   std::vector<std::shared_ptr<Load>> loads_;
   bool delivered_ = false;  // Something, and no thread was told to complete it.
   Load::Clock::time_point gathersUntil_;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <new>
 #include <ostream>
 
 namespace quorvelkit {
@@ -15,18 +16,19 @@ namespace {
 class ParsedURI {
  public:
   explicit ParsedURI(std::string_view text)
-      : valid_(uriParseSingleUriExA(&uri_, text.data(), text.data() + text.size(), nullptr) ==
-               URI_SUCCESS) {}
+      : result_(uriParseSingleUriExA(&uri_, text.data(), text.data() + text.size(), nullptr)) {
+    if (result_ == URI_ERROR_MALLOC) throw std::bad_alloc();
+  }
   ParsedURI(const ParsedURI&) = delete;
   ParsedURI& operator=(const ParsedURI&) = delete;
   ~ParsedURI() { uriFreeUriMembersA(&uri_); }
 
-  bool isValid() const { return valid_; }
+  bool isValid() const { return result_ == URI_SUCCESS; }
   const UriUriA& get() const { return uri_; }
 
  private:
   UriUriA uri_{};
-  const bool valid_;
+  const int result_;
 };
 
 std::optional<std::uint16_t> portNumber(std::string_view digits) {

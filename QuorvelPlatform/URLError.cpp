@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <QuorvelPlatform/NeverDestroyed.h>
 #include <QuorvelPlatform/URL.h>
 #include <QuorvelPlatform/URLError.h>
 
@@ -53,6 +54,12 @@ Error URLError::make(std::int64_t code, const URL& failingURL, std::string techn
     userInfo.emplace(Error::technicalDescriptionKey, std::move(technicalDescription));
   }
   return {std::string(domain), code, std::move(userInfo)};
+}
+
+const Error& URLError::outOfMemory() {
+  static const NeverDestroyed<Error> error(
+      Error::described(std::string(domain), unknown, "There is not enough memory for the answer."));
+  return *error;
 }
 
 }  // namespace quorvelkit

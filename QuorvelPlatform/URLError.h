@@ -48,6 +48,9 @@ struct QUORVELKIT_EXPORT URLError {
   /// empty, a text for Error::technicalDescription().
   static Error make(std::int64_t code, const URL& failingURL,
                     std::string technicalDescription = {});
+  /// The error of a call for whose answer there is not enough memory: the code is unknown, and no
+  /// URL is named. After the first time this takes no memory.
+  static const Error& outOfMemory();
 };
 
 }  // namespace quorvelkit

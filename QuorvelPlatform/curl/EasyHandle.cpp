@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelPlatform/ASCII_p.h>
-#include <QuorvelPlatform/FatalError.h>
 #include <QuorvelPlatform/curl/EasyHandle_p.h>
 #include <QuorvelPlatform/curl/ErrorMap_p.h>
 #include <QuorvelPlatform/curl/OpenSockets_p.h>
@@ -10,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <new>
 #include <string>
 
 namespace quorvelkit {
@@ -56,8 +56,12 @@ int onDebug(CURL* easy, curl_infotype type, char* bytes, std::size_t size, void*
 curl_socket_t onOpenSocket(void* sockets, curlsocktype, curl_sockaddr* address) {
   // The port stands at the same place for IPv4 and IPv6.
   const auto* const internet = reinterpret_cast<const sockaddr_in*>(&address->addr);
-  return static_cast<OpenSockets*>(sockets)->open(address->family, address->socktype,
-                                                  address->protocol, ntohs(internet->sin_port));
+  try {
+    return static_cast<OpenSockets*>(sockets)->open(address->family, address->socktype,
+                                                    address->protocol, ntohs(internet->sin_port));
+  } catch (const std::bad_alloc&) {
+    return CURL_SOCKET_BAD;
+  }
 }
 
 int onCloseSocket(void* sockets, curl_socket_t socket) {
@@ -91,7 +95,7 @@ bool isIdempotent(std::string_view method) {
 EasyHandle::EasyHandle(const URLSessionConfiguration& configuration, CURLSH* share,
                        OpenSockets& sockets, Transfer& transfer)
     : configuration_(configuration), easy_(curl_easy_init()) {
-  if (easy_ == nullptr) fatalError("The network library could not make a handle.");
+  if (easy_ == nullptr) throw std::bad_alloc();
   for (const CURLoption option : {CURLOPT_PRIVATE, CURLOPT_HEADERDATA, CURLOPT_WRITEDATA,
                                   CURLOPT_XFERINFODATA, CURLOPT_DEBUGDATA, CURLOPT_PREREQDATA}) {
     curl_easy_setopt(easy_, option, &transfer);
@@ -107,8 +111,13 @@ EasyHandle::EasyHandle(const URLSessionConfiguration& configuration, CURLSH* sha
   curl_easy_setopt(easy_, CURLOPT_OPENSOCKETFUNCTION, onOpenSocket);
   curl_easy_setopt(easy_, CURLOPT_CLOSESOCKETFUNCTION, onCloseSocket);
   curl_easy_setopt(easy_, CURLOPT_SHARE, share);
-  curl_easy_setopt(easy_, CURLOPT_COOKIEFILE, "");  // Cookies, but no file.
-  setFixedOptions();
+  try {
+    setText(CURLOPT_COOKIEFILE, "");  // Cookies, but no file.
+    setFixedOptions();
+  } catch (const std::bad_alloc&) {
+    curl_easy_cleanup(easy_);
+    throw;
+  }
 }
 
 EasyHandle::~EasyHandle() {
@@ -116,12 +125,17 @@ EasyHandle::~EasyHandle() {
   curl_slist_free_all(headerFields_);
 }
 
+// The network library copies a text, for which there may be no memory.
+void EasyHandle::setText(CURLoption option, const char* text) {
+  if (curl_easy_setopt(easy_, option, text) == CURLE_OUT_OF_MEMORY) throw std::bad_alloc();
+}
+
 void EasyHandle::setFixedOptions() {
-  curl_easy_setopt(easy_, CURLOPT_PROTOCOLS_STR, "http,https");
+  setText(CURLOPT_PROTOCOLS_STR, "http,https");
   curl_easy_setopt(easy_, CURLOPT_FOLLOWLOCATION, 0L);
   curl_easy_setopt(easy_, CURLOPT_PATH_AS_IS, 1L);
   curl_easy_setopt(easy_, CURLOPT_HTTP09_ALLOWED, 0L);
-  curl_easy_setopt(easy_, CURLOPT_ACCEPT_ENCODING, decodedEncodings);
+  setText(CURLOPT_ACCEPT_ENCODING, decodedEncodings);
   // Large bodies arrive with few calls, and no heap is tidied up when a handle goes: the C library
   // does that for each block of 64 kB or more.
   curl_easy_setopt(easy_, CURLOPT_BUFFERSIZE, 56L << 10);
@@ -139,7 +153,7 @@ void EasyHandle::setFixedOptions() {
   curl_easy_setopt(easy_, CURLOPT_PROXY_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
   if (!configuration_.caFile.empty()) {
     for (const CURLoption option : {CURLOPT_CAINFO, CURLOPT_PROXY_CAINFO}) {
-      curl_easy_setopt(easy_, option, configuration_.caFile.c_str());
+      setText(option, configuration_.caFile.c_str());
     }
     for (const CURLoption option : {CURLOPT_CAPATH, CURLOPT_PROXY_CAPATH}) {
       curl_easy_setopt(easy_, option, nullptr);
@@ -157,17 +171,17 @@ void EasyHandle::setProxy() {
   if (at != std::string::npos) {
     const std::size_t slashes = proxy.find("//");
     const std::size_t begin = slashes < at ? slashes + 2 : 0;
-    curl_easy_setopt(easy_, CURLOPT_PROXYUSERPWD, proxy.substr(begin, at - begin).c_str());
+    setText(CURLOPT_PROXYUSERPWD, proxy.substr(begin, at - begin).c_str());
     proxy.erase(begin, at + 1 - begin);
   }
   // Both are set even when they are empty: unset ones are looked up in the environment.
-  curl_easy_setopt(easy_, CURLOPT_PROXY, proxy.c_str());
-  curl_easy_setopt(easy_, CURLOPT_NOPROXY, "");
+  setText(CURLOPT_PROXY, proxy.c_str());
+  setText(CURLOPT_NOPROXY, "");
 }
 
 void EasyHandle::prepare(const URLRequest& request, std::chrono::milliseconds connectTimeout) {
   const bool secure = equalsIgnoringASCIICase(request.url().scheme().value_or(""), "https");
-  curl_easy_setopt(easy_, CURLOPT_URL, request.url().absoluteString().c_str());
+  setText(CURLOPT_URL, request.url().absoluteString().c_str());
   curl_easy_setopt(easy_, CURLOPT_HTTP_VERSION,
                    static_cast<long>(secure ? CURL_HTTP_VERSION_2TLS : CURL_HTTP_VERSION_1_1));
   // Over plain HTTP, waiting would let one slow answer hold up all other requests to its host.
@@ -198,7 +212,13 @@ void EasyHandle::setMethod(const URLRequest& request) {
     curl_easy_setopt(easy_, CURLOPT_HTTPGET, 1L);
   }
   const bool isNatural = method == "GET" || method == "POST" || isHead;
-  curl_easy_setopt(easy_, CURLOPT_CUSTOMREQUEST, isNatural ? nullptr : method.c_str());
+  setText(CURLOPT_CUSTOMREQUEST, isNatural ? nullptr : method.c_str());
+}
+
+void EasyHandle::addHeaderLine(const char* line) {
+  curl_slist* const longer = curl_slist_append(headerFields_, line);
+  if (longer == nullptr) throw std::bad_alloc();
+  headerFields_ = longer;
 }
 
 void EasyHandle::setHeaderFields(const URLRequest& request) {
@@ -209,20 +229,20 @@ void EasyHandle::setHeaderFields(const URLRequest& request) {
     // "Name:" would take the field out, "Name;" sends it empty.
     const bool isBlank = value.find_first_not_of(" \t") == std::string::npos;
     line.assign(name).append(isBlank ? ";" : ": ").append(isBlank ? "" : value);
-    headerFields_ = curl_slist_append(headerFields_, line.c_str());
+    addHeaderLine(line.c_str());
   }
   for (const Field& field : {userAgent, acceptEncoding}) {
-    if (!request.value(field.name)) headerFields_ = curl_slist_append(headerFields_, field.line);
+    if (!request.value(field.name)) addHeaderLine(field.line);
   }
   const bool hasBody = request.httpBody() && !request.httpBody()->empty();
   if (!request.value("Content-Type") && !(hasBody && request.httpMethod() == "POST")) {
-    headerFields_ = curl_slist_append(headerFields_, "Content-Type:");
+    addHeaderLine("Content-Type:");
   }
-  if (hasBody) headerFields_ = curl_slist_append(headerFields_, "Expect:");
+  if (hasBody) addHeaderLine("Expect:");
   curl_easy_setopt(easy_, CURLOPT_HTTPHEADER, headerFields_);
   // One line holds the cookies of the session and those of the request.
   if (const auto cookie = request.value("Cookie")) {
-    curl_easy_setopt(easy_, CURLOPT_COOKIE, std::string(*cookie).c_str());
+    setText(CURLOPT_COOKIE, std::string(*cookie).c_str());
   }
 }
 

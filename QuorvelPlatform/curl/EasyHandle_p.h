@@ -42,6 +42,8 @@ class EasyHandle {
  private:
   void setFixedOptions();
   void setProxy();
+  void setText(CURLoption option, const char* text);
+  void addHeaderLine(const char* line);
   void setMethod(const URLRequest& request);
   void setHeaderFields(const URLRequest& request);
 

@@ -22,12 +22,11 @@ std::string hostAndPort(const URL& url) {
 void HostLines::enter(Visitor& visitor, const URL& url) {
   if (equalsIgnoringASCIICase(url.scheme().value_or(""), "http")) {
     const auto found = lines_.try_emplace(hostAndPort(url)).first;
-    visitor.line_ = found;
     Line& line = found->second;
-    if (line.connected == connectionsPerHost) {
-      visitor.waiting_ = line.waiting.insert(line.waiting.end(), &visitor);
-      return;
-    }
+    const bool isFull = line.connected == connectionsPerHost;
+    if (isFull) visitor.waiting_ = line.waiting.insert(line.waiting.end(), &visitor);
+    visitor.line_ = found;
+    if (isFull) return;
     ++line.connected;
   }
   visitor.connectionIsFree();

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <new>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -61,7 +62,7 @@ MultiLoop::MultiLoop() : multi_(makeMulti()), bell_(eventfd(0, EFD_CLOEXEC | EFD
 
 void MultiLoop::add(Transfer& transfer) {
   const std::lock_guard lock(atWork_);
-  curl_multi_add_handle(multi_, transfer.easy());
+  if (curl_multi_add_handle(multi_, transfer.easy()) != CURLM_OK) throw std::bad_alloc();
   isIdle_ = false;
 }
 

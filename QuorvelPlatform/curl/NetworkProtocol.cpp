@@ -9,6 +9,7 @@
 #include <QuorvelPlatform/curl/RedirectRule_p.h>
 
 #include <mutex>
+#include <new>
 #include <utility>
 
 namespace quorvelkit {
@@ -57,19 +58,22 @@ class NetworkProtocol final : public URLProtocol,
   }
 
   // The network library locks something of its own while it makes a handle.
-  void connectionIsFree() override {
+  void connectionIsFree() override try {
     const std::lock_guard lock(engine_.network().atWork());
     transfer_ = state_->takeTransfer();
     transfer_->prepare(*this, *request_,
                        std::chrono::ceil<std::chrono::milliseconds>(load_.idleInterval()));
     engine_.network().add(*transfer_);
+  } catch (const std::bad_alloc&) {
+    load_.end(Outcome::outOfMemory());
   }
 
   void didMove() override { load_.touch(engine_.now()); }
 
-  void didEnd(CURLcode code) override {
+  void didEnd(CURLcode code) override try {
     if (transfer_->metStrayInput()) return connectionIsFree();
     Outcome outcome;
+    if (transfer_->ranOutOfMemory(code)) outcome = Outcome::outOfMemory();
     outcome.errorCode = transfer_->errorCode(code);
     if (outcome.errorCode != 0) outcome.technicalText = transfer_->technicalText(code);
     const bool isRedirect = outcome.errorCode == 0 && transfer_->redirect().has_value();
@@ -89,6 +93,8 @@ class NetworkProtocol final : public URLProtocol,
     engine_.network().hosts().leave(*this);
     if (outcome.errorCode == 0 && isRedirect) return send(*redirected_);
     load_.end(std::move(outcome));
+  } catch (const std::bad_alloc&) {
+    load_.end(Outcome::outOfMemory());
   }
 
   SessionEngine& engine_;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <QuorvelPlatform/FatalError.h>
 #include <QuorvelPlatform/SessionEngine_p.h>
 #include <QuorvelPlatform/curl/NetworkState_p.h>
 
+#include <new>
 #include <utility>
 
 namespace quorvelkit {
@@ -13,9 +13,12 @@ constexpr std::size_t maximumIdleTransfers = 128;
 
 CURLSH* makeShare() {
   CURLSH* const share = curl_share_init();
-  if (share == nullptr) fatalError("The network library could not make a cookie store.");
-  curl_share_setopt(share, CURLSHOPT_SHARE, CURL_LOCK_DATA_COOKIE);
-  curl_share_setopt(share, CURLSHOPT_SHARE, CURL_LOCK_DATA_SSL_SESSION);
+  if (share == nullptr) throw std::bad_alloc();
+  for (const curl_lock_data shared : {CURL_LOCK_DATA_COOKIE, CURL_LOCK_DATA_SSL_SESSION}) {
+    if (curl_share_setopt(share, CURLSHOPT_SHARE, shared) == CURLSHE_OK) continue;
+    curl_share_cleanup(share);
+    throw std::bad_alloc();
+  }
   return share;
 }
 
@@ -50,7 +53,11 @@ void NetworkState::giveBack(std::unique_ptr<Transfer> transfer) {
   // libcurl stores trailers of a proxy's answer, though not its head, without showing them before.
   if (!configuration_.proxy.empty() || idle_.size() >= maximumIdleTransfers) return;
   transfer->clear();
-  idle_.push_back(std::move(transfer));
+  try {
+    idle_.push_back(std::move(transfer));
+  } catch (const std::bad_alloc&) {
+    return;  // The next exchange makes a new one.
+  }
 }
 
 }  // namespace quorvelkit

@@ -23,8 +23,10 @@ int localPortOf(int socket) {
 }  // namespace
 
 int OpenSockets::open(int family, int type, int protocol, int remotePort) {
+  entries_.push_back({-1, remotePort, 0, false});
   const int socket = ::socket(family, type | SOCK_CLOEXEC, protocol);
-  if (socket >= 0) entries_.push_back({socket, remotePort, 0, false});
+  entries_.back().socket = socket;
+  if (socket < 0) entries_.pop_back();
   return socket;
 }
 

@@ -60,6 +60,7 @@ void Transfer::clear() {
   sent_ = 0;
   redirect_.reset();
   ownError_ = 0;
+  ranOutOfMemory_ = false;
 }
 
 bool Transfer::mayUseConnection(const ConnectionPorts& ports) {
@@ -90,7 +91,7 @@ bool Transfer::didReceiveRawHeaderLine(std::string_view line) {
   return !isFolded || head_ != Head::awaitsField || stop(URLError::cannotParseResponse);
 }
 
-bool Transfer::didReceiveHeaderLine(std::string_view line) {
+bool Transfer::didReceiveHeaderLine(std::string_view line) try {
   owner_->didMove();
   watchForFirstField(line);
   const bool isStatusLine = line.starts_with("HTTP/");
@@ -110,6 +111,8 @@ bool Transfer::didReceiveHeaderLine(std::string_view line) {
   if (headIsWhole_) return true;  // A trailer.
   headerLines_ += line;
   return takeNote(line);
+} catch (const std::bad_alloc&) {
+  return runOutOfMemory();
 }
 
 // Takes note of the fields that say how the body comes. A length that is not one length is an
@@ -161,6 +164,12 @@ bool Transfer::stop(std::int64_t code) {
   return false;
 }
 
+bool Transfer::runOutOfMemory() {
+  body_ = {};
+  ranOutOfMemory_ = true;
+  return stop(URLError::unknown);
+}
+
 bool Transfer::didReceiveBody(std::string_view piece) {
   owner_->didMove();
   if (bodySize_ == 0 && !expectBody()) return false;
@@ -171,7 +180,7 @@ bool Transfer::didReceiveBody(std::string_view piece) {
     if (body_.empty()) makeRoomForBody();
     body_ += piece;
   } catch (const std::bad_alloc&) {
-    return stop(URLError::unknown);
+    return runOutOfMemory();
   }
   return true;
 }

@@ -43,6 +43,12 @@ class Transfer {
   /// What the network library says of such an end; empty when it took the exchange for a whole one
   /// or when the exchange was stopped here.
   std::string technicalText(CURLcode code) const;
+  /// Whether there was no memory for the answer, here or in the network library. That gives the
+  /// same code for a line of a head or trailer beyond its limits, which is no want of memory.
+  bool ranOutOfMemory(CURLcode code) const {
+    return ranOutOfMemory_ || (ownError_ == 0 && code == CURLE_OUT_OF_MEMORY &&
+                               (statusCode_ == 0 || (headIsWhole_ && !isChunked_)));
+  }
   /// Whether nothing is left in the handle that the next exchange would take for its own.
   bool canBeUsedAgain(CURLcode code) const;
   /// Whether nothing was sent, because something came before on the connection that was to be
@@ -77,6 +83,7 @@ class Transfer {
   void makeRoomForBody();
   /// Ends the exchange with a code of URLError.
   bool stop(std::int64_t code);
+  bool runOutOfMemory();
 
   const std::size_t maximumBodySize_;
   OpenSockets& sockets_;
@@ -105,6 +112,7 @@ class Transfer {
   GzipTail gzipTail_;
   std::optional<URLRequest> redirect_;
   std::int64_t ownError_ = 0;
+  bool ranOutOfMemory_ = false;
 };
 
 }  // namespace quorvelkit
