@@ -22,8 +22,9 @@ std::optional<Value> QVBaseObject::getValue(const KeyView& key) const {
 }
 
 std::optional<JSON> QVBaseObject::child(const KeyView& key) const {
-  if (!json_) return std::nullopt;
-  const ValueView member = json_->view().memberOrNull(key);
+  const auto& own = json();
+  if (!own) return std::nullopt;
+  const ValueView member = own->view().memberOrNull(key);
   if (member.isNull()) return std::nullopt;
   return JSON(member);
 }

@@ -67,7 +67,8 @@ class QUORVELKIT_EXPORT QVBaseObject {
   template <class Model>
   std::vector<Model> children(const KeyView& key) const {
     std::vector<Model> models;
-    const auto list = json_ ? json_->view().member(key) : std::nullopt;
+    const auto& own = json();
+    const auto list = own ? own->view().member(key) : std::nullopt;
     if (!list || list->kind() != ValueView::Kind::array) return models;
     const std::size_t count = list->size();
     models.reserve(count);

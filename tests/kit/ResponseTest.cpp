@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelKit/QVAddressCandidatesResponse.h>
+#include <QuorvelKit/QVConfigurationResponse.h>
+#include <QuorvelKit/QVLoginResponse.h>
 #include <QuorvelKit/QVReverseGeocodeResponse.h>
 #include <QuorvelKit/QVRouteResponse.h>
 #include <QuorvelKit/QVSuggestResponse.h>
@@ -208,6 +210,28 @@ TEST(QVRouteResponseTest, hasARouteForEveryBodyThatIsJSON) {
     void processResponse() override { setJSON(JSON::parse(R"({"points":[1]})")); }
   };
   EXPECT_EQ(answer<Lines>("1 2")->route()->points().size(), 1U);
+}
+
+// What an application reads in place of the body.
+template <class Response>
+class Overridden : public Response {
+ public:
+  using Response::Response;
+  const std::optional<JSON>& json() const override { return own_; }
+
+ private:
+  std::optional<JSON> own_ = JSON::parse(
+      R"({"points":[0,1],"candidates":[0,1],"suggestions":[0,1],"address":{"City":"B"},
+          "user-token":"t","quorvel-find-root-url":"r"})");
+};
+
+TEST(MakeResponseTest, makesModelsOfTheJSONThatAnOverrideGives) {
+  EXPECT_EQ(answer<Overridden<QVRouteResponse>>("{}")->route()->points().size(), 2U);
+  EXPECT_EQ(answer<Overridden<QVAddressCandidatesResponse>>("{}")->candidates().size(), 2U);
+  EXPECT_EQ(answer<Overridden<QVSuggestResponse>>("{}")->suggestions().size(), 2U);
+  EXPECT_EQ(answer<Overridden<QVReverseGeocodeResponse>>("{}")->address()->city(), "B");
+  EXPECT_EQ(answer<Overridden<QVLoginResponse>>("{}")->userToken(), "t");
+  EXPECT_EQ(answer<Overridden<QVConfigurationResponse>>("{}")->quorvelFindRootURL(), "r");
 }
 
 TEST(FindResponseTest, listsWhateverTheAnswerHolds) {
