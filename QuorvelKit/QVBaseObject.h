@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QuorvelKit/JSON/JSON.h>
+#include <QuorvelKit/JSON/MemoryBudget.h>
 #include <QuorvelKit/QVRawValue.h>
 #include <QuorvelKit/QVResponseKey.h>
 #include <QuorvelKit/QVStrictRead.h>
@@ -63,7 +64,9 @@ class QUORVELKIT_EXPORT QVBaseObject {
   }
   /// What a child object is made of: the member, unless it is missing or null.
   std::optional<JSON> child(const KeyView& key) const;
-  /// A model of each element of the member, in their order; none when it is no list.
+  /// A model of each element of the member, in their order; none when it is no list. While a call
+  /// makes its response, the models count as part of its document
+  /// (URLSessionConfiguration::maximumDocumentSize).
   template <class Model>
   std::vector<Model> children(const KeyView& key) const {
     std::vector<Model> models;
@@ -71,6 +74,7 @@ class QUORVELKIT_EXPORT QVBaseObject {
     const auto list = own ? own->view().member(key) : std::nullopt;
     if (!list || list->kind() != ValueView::Kind::array) return models;
     const std::size_t count = list->size();
+    detail::MemoryBudget::take(count * sizeof(Model));
     models.reserve(count);
     preferLargePages(models.data(), count * sizeof(Model));
     for (std::size_t i = 0; i < count; ++i)

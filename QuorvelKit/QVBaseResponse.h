@@ -17,6 +17,10 @@
 namespace quorvelkit {
 
 class QVBaseResponse;
+namespace detail {
+template <class Response>
+class CallUnderWay;
+}  // namespace detail
 
 /// Makes a response of what the transport gave and runs its steps. A null request is a
 /// programming error and stops the process.
@@ -47,7 +51,9 @@ std::shared_ptr<Response> makeResponse(std::optional<Data> data,
 /// Responses are made by makeResponse() alone. An application's own class takes the constructors
 /// over (`using QVBaseResponse::QVBaseResponse;`) and overrides the steps below, which run in
 /// their order once the object is whole. It is made on the session's callback thread, then handed
-/// to the main queue, and belongs to the handler from there on. The steps must not throw.
+/// to the main queue, and belongs to the handler from there on. The steps must not throw, except
+/// std::bad_alloc: the call then delivers another response, of the same class and with an error of
+/// the transport alone, whose steps run, too.
 class QUORVELKIT_EXPORT QVBaseResponse : public QVBaseObject {
  public:
   /// What a constructor asks for so that only makeResponse() can call it.
@@ -104,6 +110,8 @@ class QUORVELKIT_EXPORT QVBaseResponse : public QVBaseObject {
                                                 std::shared_ptr<const URLResponse>,
                                                 std::optional<Error>,
                                                 std::shared_ptr<URLSessionDataTask>);
+  template <class Response>
+  friend class detail::CallUnderWay;
   void process();
 
   std::optional<Data> data_;
@@ -120,6 +128,8 @@ class QVBaseResponse::Key {
                                                 std::shared_ptr<const URLResponse>,
                                                 std::optional<Error>,
                                                 std::shared_ptr<URLSessionDataTask>);
+  template <class Response>
+  friend class detail::CallUnderWay;
   explicit Key() = default;
 };
 

@@ -3,16 +3,16 @@
 
 #include <QuorvelKit/QVBaseRequest.h>
 #include <QuorvelKit/QVBaseResponse.h>
+#include <QuorvelKit/QVCallUnderWay.h>
 #include <QuorvelPlatform/Export.h>
 #include <QuorvelPlatform/FatalError.h>
-#include <QuorvelPlatform/MainQueue.h>
 #include <QuorvelPlatform/URLSession.h>
 #include <QuorvelPlatform/URLSessionDataTask.h>
 
 #include <concepts>
 #include <functional>
 #include <memory>
-#include <mutex>
+#include <new>
 #include <optional>
 #include <utility>
 
@@ -26,11 +26,13 @@ using QVCompletionHandler = std::function<void(std::shared_ptr<Response> respons
 template <class Response>
 struct QVCallDifferences {
   /// What comes before sending, in place of loadConfiguration(): calls the function that it gets
-  /// to go on, on the caller's thread or on the main queue.
+  /// to go on, once, on the caller's thread or on the main queue. A second time is a programming
+  /// error and stops the process. When it never goes on, the handler is dropped.
   std::function<void(std::function<void()> goOn)> before;
   /// Makes the HTTP request, in place of QVBaseRequest::request.
   std::function<std::optional<URLRequest>()> httpRequest;
-  /// Sees the response first, on the session's callback thread.
+  /// Sees the response first, on the session's callback thread. When it throws std::bad_alloc it
+  /// is called again with the response that tells of that.
   std::function<void(const std::shared_ptr<Response>& response)> after;
 };
 
@@ -45,11 +47,14 @@ struct QVCallDifferences {
 ///  - The call returns the running task once the configuration is loaded, and nothing before
 ///    that, even though a response will come. A cancelled task still delivers its response, one
 ///    that isCancelled().
-///  - Every failure is in the response's error(). Nothing is tried a second time.
+///  - Every failure is in the response's error(). Nothing is tried a second time. When there is not
+///    enough memory between the first byte of the answer and the handler, the error is
+///    URLError::outOfMemory(); call() itself may throw std::bad_alloc.
 ///  - Any thread may call, but a request object belongs to one call at a time until its HTTP
 ///    request is made; calls that share it come from one thread (the main thread, best).
 ///  - A null request or an empty handler is a programming error and stops the process.
-///  - What url() and the other builders throw leaves the call, or MainQueue::run() when the request
+///  - What url() and the other builders throw (but std::bad_alloc, which becomes an error of the
+///    response) leaves the call, or MainQueue::run() when the request
 ///    is made there, and the handler is dropped. What a handler throws leaves MainQueue::run().
 ///
 /// An application's own facade derives from this class and sends its own requests on the same
@@ -85,45 +90,7 @@ class QUORVELKIT_EXPORT QVBaseService {
 
  private:
   template <class Response>
-  struct CallUnderWay;
-  template <class Response>
-  static void send(const std::shared_ptr<CallUnderWay<Response>>& underWay);
-};
-
-// All that the application gave stands in `work`, and moves as a whole to the main queue: it would
-// be wrong to let a part of it die on the session's thread. What stays behind is an empty shell.
-template <class Response>
-struct QVBaseService::CallUnderWay {
-  struct Work {
-    std::shared_ptr<QVBaseRequest> request;
-    QVCompletionHandler<Response> completionHandler;
-    QVCallDifferences<Response> differences;
-    std::shared_ptr<Response> response;
-  };
-
-  std::shared_ptr<Work> work;
-  std::mutex mutex;
-  std::shared_ptr<URLSessionDataTask> task;
-
-  std::shared_ptr<URLSessionDataTask> currentTask() {
-    const std::lock_guard lock(mutex);
-    return task;
-  }
-  void setTask(std::shared_ptr<URLSessionDataTask> started) {
-    const std::lock_guard lock(mutex);
-    task = std::move(started);
-  }
-
-  // Takes the outcome on the session's callback thread.
-  void complete(std::optional<Data> data, std::shared_ptr<const URLResponse> urlResponse,
-                std::optional<Error> error) {
-    auto own = std::move(work);
-    own->response = makeResponse<Response>(std::move(data), own->request, std::move(urlResponse),
-                                           std::move(error), currentTask());
-    if (own->differences.after) own->differences.after(own->response);
-    MainQueue::main().async(
-        [own = std::move(own)] { own->completionHandler(std::move(own->response)); });
-  }
+  static void send(const std::shared_ptr<detail::CallUnderWay<Response>>& underWay);
 };
 
 template <std::derived_from<QVBaseResponse> Response>
@@ -132,31 +99,33 @@ std::shared_ptr<URLSessionDataTask> QVBaseService::call(
     QVCallDifferences<Response> differences) {
   if (!request) fatalError("a service call needs a request");
   if (!completionHandler) fatalError("a service call needs a completion handler");
-  using UnderWay = CallUnderWay<Response>;
+  using UnderWay = detail::CallUnderWay<Response>;
   const auto before = std::exchange(differences.before, nullptr);
-  const auto underWay = std::make_shared<UnderWay>();
-  underWay->work = std::make_shared<typename UnderWay::Work>(typename UnderWay::Work{
-      std::move(request), std::move(completionHandler), std::move(differences), nullptr});
-  const auto goOn = [underWay] { send(underWay); };
+  const auto underWay = std::make_shared<UnderWay>(typename UnderWay::Work{
+      std::move(request), std::move(completionHandler), std::move(differences)});
+  const auto goOn = [underWay] {
+    underWay->goesOnOnce();
+    send(underWay);
+  };
   before ? before(goOn) : loadConfiguration(goOn);
   return underWay->currentTask();
 }
 
 template <class Response>
-void QVBaseService::send(const std::shared_ptr<CallUnderWay<Response>>& underWay) {
+void QVBaseService::send(const std::shared_ptr<detail::CallUnderWay<Response>>& underWay) try {
   const auto& request = underWay->work->request;
   const auto& make = underWay->work->differences.httpRequest;
   auto httpRequest = make ? make() : request->request();
-  if (!httpRequest) {
-    underWay->work.reset();
-    return;
-  }
+  if (!httpRequest) return underWay->drop();
   const auto task = sharedSession()->dataTask(
       *std::move(httpRequest), [underWay](auto data, auto urlResponse, auto error) {
         underWay->complete(std::move(data), std::move(urlResponse), std::move(error));
       });
   underWay->setTask(task);
   task->resume();
+} catch (const std::bad_alloc& thrown) {
+  underWay->setTask(nullptr);
+  underWay->fail(thrown);
 }
 
 }  // namespace quorvelkit

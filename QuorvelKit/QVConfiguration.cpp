@@ -32,12 +32,12 @@ std::shared_ptr<URLSessionDataTask> QVConfiguration::get(
     if (made) made->setValue(QVBackendless::userToken(), "user-token");
     return made;
   };
-  // A response that was cached before may hold an application's request: it dies on the main queue.
-  differences.after = [](const auto& response) {
-    if (auto former = storedResponse().set(response)) {
-      MainQueue::main().async([former = std::move(former)] {});
-    }
-  };
+  // A response that was cached before may hold an application's request: it dies with this
+  // function, on the main queue.
+  differences.after =
+      [former = std::shared_ptr<QVConfigurationResponse>()](const auto& response) mutable {
+        former = storedResponse().set(response);
+      };
   return call(std::move(request), std::move(completionHandler), std::move(differences));
 }
 

@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelKit/QVPoint.h>
 
+#include <cstddef>
 #include <utility>
 
 namespace quorvelkit {
 
 QVPoint::QVPoint(JSON json) : QVBaseObject(std::move(json)) {
-  if (auto turn = child(QVResponseKey::turn))
+  if (auto turn = child(QVResponseKey::turn)) {
+    constexpr std::size_t overhead = 32;  // Of the shared object and its block.
+    detail::MemoryBudget::take(sizeof(QVTurn) + overhead);
     turn_ = std::make_shared<const QVTurn>(*std::move(turn));
+  }
 }
 
 Coordinate QVPoint::location() const {

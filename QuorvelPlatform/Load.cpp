@@ -41,10 +41,12 @@ Load::Clock::time_point Load::deadline() const {
   return std::min(lastActivity + idleInterval_, lastMoment_);
 }
 
-std::string Load::timeoutText(Clock::time_point now) const {
+std::string Load::timeoutText(Clock::time_point now) const try {
   if (now >= lastMoment_) return "The whole transfer took longer than it may.";
   const auto idle = std::chrono::duration_cast<std::chrono::milliseconds>(idleInterval_);
   return "Nothing was sent or received for " + std::to_string(idle.count()) + " ms.";
+} catch (const std::bad_alloc&) {
+  return {};
 }
 
 void Load::didReceive(std::shared_ptr<const URLResponse> response) {

@@ -4,6 +4,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <memory>
 
 namespace quorvelkit::detail {
@@ -30,8 +31,13 @@ struct WholePages {
 void preferLargePages(void* block, std::size_t size) noexcept {
   constexpr std::size_t hugeBlock = 32 << 20;
   if (size < hugeBlock) return;
-  const WholePages pages(block, size);
-  madvise(pages.first, pages.size, MADV_HUGEPAGE);
+  // Also the page in which the block begins, since what the C library adds stands before it: with
+  // two kinds of pages in a block, the system would not move it, and realloc would copy it.
+  static const auto pageSize = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+  const auto address = reinterpret_cast<std::uintptr_t>(block);
+  const std::size_t before = address % pageSize;
+  const std::size_t all = (before + size + pageSize - 1) / pageSize * pageSize;
+  madvise(static_cast<char*>(block) - before, all, MADV_HUGEPAGE);
 }
 
 void populatePages([[maybe_unused]] void* block, [[maybe_unused]] std::size_t size) noexcept {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <QuorvelPlatform/NeverDestroyed.h>
+#include <QuorvelPlatform/NeverDestroyed_p.h>
 #include <QuorvelPlatform/URL.h>
 #include <QuorvelPlatform/URLError.h>
 

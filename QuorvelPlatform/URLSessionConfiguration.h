@@ -21,6 +21,11 @@ struct QUORVELKIT_EXPORT URLSessionConfiguration {
   /// The largest body in bytes, counted after decoding; a longer one fails the task with
   /// URLError::dataLengthExceedsMaximum.
   std::size_t maximumBodySize = std::size_t{256} << 20U;
+  /// The most memory in bytes that the document of an answer and the models built of it may take
+  /// while a service call makes its response; a call whose answer needs more fails with
+  /// URLError::dataLengthExceedsMaximum. A route takes some two bytes for each byte of its body.
+  /// The body itself is not counted, nor is a document that an application parses on its own.
+  std::size_t maximumDocumentSize = std::size_t{768} << 20U;
   /// A PEM file of the authorities to trust; empty: those of the system.
   std::string caFile;
   /// The proxy as a URL ("http://proxy.example:3128"); empty: none. The environment is not read.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QuorvelKit/JSON/KeyPlaces_p.h>
+#include <QuorvelKit/JSON/MemoryBudget.h>
 #include <QuorvelKit/JSON/Value.h>
 #include <QuorvelPlatform/MemoryPages_p.h>
 
@@ -48,7 +49,8 @@ struct Node {
 };
 static_assert(sizeof(Node) == 16);
 
-// A growing run of trivial things, moved by realloc: big runs are moved without being copied.
+// A growing run of trivial things, moved by realloc: big runs are moved without being copied. Its
+// memory counts against the budget of the thread while it grows.
 template <class T>
 class Run {
  public:
@@ -57,12 +59,15 @@ class Run {
   T& operator[](std::size_t i) const noexcept { return data_[i]; }
 
   std::size_t room() const noexcept { return capacity_ - size_; }
+  std::size_t bytes() const noexcept { return capacity_ * sizeof(T); }
   void reserve(std::size_t capacity) {
     if (capacity > capacity_) resizeCapacity(capacity);
   }
-  // Room for more things; doubles when there is none.
+  // Room for more things; doubles when there is none, or comes nearer to what may be had.
   void reserveMore(std::size_t more) {
-    if (room() < more) resizeCapacity(std::max<std::size_t>(size_ + more, size_ * 2));
+    if (room() >= more) return;
+    const std::size_t most = capacity_ + MemoryBudget::rest() / sizeof(T) / 4;
+    resizeCapacity(std::max(size_ + more, std::min(size_ * 2, most)));
   }
   void append(const T* things, std::size_t count) {
     if (count == 0) return;
@@ -89,6 +94,7 @@ class Run {
   };
 
   void resizeCapacity(std::size_t capacity) {
+    if (capacity > capacity_) MemoryBudget::take((capacity - capacity_) * sizeof(T));
     if (capacity == 0) {
       data_.reset();
     } else {
@@ -117,6 +123,9 @@ struct Document : Counted {
   };
   static constexpr std::uint32_t indexedMembers = 64;
 
+  std::size_t bytes() const noexcept {
+    return sizeof(Document) + nodes.bytes() + text.bytes() + keys.bytes() + order.bytes();
+  }
   std::string_view keyText(std::uint32_t key) const noexcept {
     return {text.data() + keys[key].offset, keys[key].length};
   }

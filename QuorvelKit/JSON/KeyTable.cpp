@@ -16,6 +16,7 @@ KeyTable::Entry* KeyTable::find(std::size_t start, bool unescaped, std::size_t p
     text.shrinkTo(start);
     return slots_[slot];
   }
+  MemoryBudget::take(sizeof(Entry));
   Entry entry = none_;
   entry.length = static_cast<std::uint32_t>(key.size());
   entry.number = static_cast<std::uint32_t>(entries_.size());
@@ -45,7 +46,9 @@ bool KeyTable::isWhole(const Entry& key, const char* p, const char* end) const n
 }
 
 void KeyTable::grow() {
-  slots_.assign(std::max<std::size_t>(64, slots_.size() * 2), nullptr);
+  const std::size_t size = std::max<std::size_t>(64, slots_.size() * 2);
+  MemoryBudget::take(size * sizeof(Entry*));
+  slots_.assign(size, nullptr);
   for (Entry& entry : entries_) {
     std::size_t slot =
         static_cast<std::size_t>(secretHash(document_.keyText(entry.number))) & (slots_.size() - 1);

@@ -86,6 +86,8 @@ class Parser {
 };
 
 std::optional<Value> Parser::run(std::string& problem) {
+  const std::size_t rest = MemoryBudget::rest();
+  MemoryBudget::take(sizeof(Document));
   if (document()) {
     document_->root = static_cast<std::uint32_t>(document_->nodes.size());
     document_->nodes.push(pending_[0]);
@@ -93,8 +95,10 @@ std::optional<Value> Parser::run(std::string& problem) {
     document_->text.fit();
     document_->keys.fit();
     document_->order.fit();
+    MemoryBudget::restore(rest, document_->bytes());
     return ValueCore::take(document_.release());
   }
+  MemoryBudget::restore(rest, 0);
   problem = std::string(problem_) + " at byte " + std::to_string(failedAt_ - begin_);
   return std::nullopt;
 }
@@ -244,7 +248,12 @@ void Parser::makeRoom(const char* p, std::size_t count) {
   const auto all = static_cast<std::size_t>(end_ - begin_);
   const std::size_t least = document_->nodes.size() + count;
   constexpr std::size_t enough = 1 << 20;
-  if (read < std::min(all / 8, enough)) return document_->nodes.reserve(2 * least);
+  // What cannot be had is not asked for, unless it is needed.
+  const auto reserve = [](auto& run, std::size_t needed, std::size_t expected) {
+    const std::size_t most = run.size() + run.room() + MemoryBudget::rest() / sizeof(run[0]) / 2;
+    run.reserve(std::max(needed, std::min(expected, most)));
+  };
+  if (read < std::min(all / 8, enough)) return reserve(document_->nodes, least, 2 * least);
   // By at most so much at a time, should the rest be something else after all.
   constexpr double most = 16;
   const double rest = std::min(1.01 * static_cast<double>(all) / static_cast<double>(read), most);
@@ -252,14 +261,16 @@ void Parser::makeRoom(const char* p, std::size_t count) {
     return std::max(static_cast<std::size_t>(static_cast<double>(soFar) * rest),
                     soFar + soFar / 64);
   };
-  document_->nodes.reserve(expected(document_->nodes.size() + pending_.size()));
-  document_->text.reserve(expected(document_->text.size()));
+  reserve(document_->nodes, least, expected(document_->nodes.size() + pending_.size()));
+  reserve(document_->text, 0, expected(document_->text.size()));
 }
 
 // Keeps each key's first place and last value.
 void Parser::dropRepeatedKeys(std::size_t first) {
   Node* const members = pending_.data() + first;
   const auto count = static_cast<std::uint32_t>(pending_.size() - first);
+  const std::size_t scratch = count * sizeof(std::uint32_t) + count / 8;
+  MemoryBudget::take(scratch);
   std::vector<std::uint32_t> order(count);
   for (std::uint32_t i = 0; i < count; ++i)
     order[i] = i;
@@ -283,6 +294,7 @@ void Parser::dropRepeatedKeys(std::size_t first) {
     members[kept++] = members[i];
   }
   pending_.shrinkTo(first + kept);
+  MemoryBudget::giveBack(scratch);
 }
 
 void Parser::appendIndex(std::uint32_t first, std::uint32_t count) {

@@ -85,6 +85,40 @@ void FaultTable::addBodies() {
       });
 }
 
+// Documents that take many times the memory of their bodies, by themselves or as models.
+void FaultTable::addDocuments() {
+  const auto keys = [](const std::string& member) {
+    std::string members;
+    for (int i = 0; i < 9'000; ++i)
+      members += member + std::to_string(i) + "\":0,";
+    return members;
+  };
+  const std::string deep(400, '['), ends(400, ']');
+  const auto lists = [](const std::string& element, std::size_t size) {
+    std::string body;
+    while (body.size() < size)
+      body += (body.empty() ? "" : ",") + element;
+    return '[' + body + ']';
+  };
+  const std::pair<const char*, std::string> documents[] = {
+      {"scalars", "{\"points\":" + lists("0", 90'000) + '}'},
+      {"empty maps", lists("{}", 95'000)},
+      {"empty lists", lists("[]", 95'000)},
+      {"maps of one-letter keys", lists(R"({"a":0})", 95'000)},
+      {"different keys", '{' + keys("\"") + "\"\":0}"},
+      {"deep lists", lists(deep + ends, 95'000)},
+  };
+  std::vector<Fault> rows = {{"as much as may be", once(withLength(ok, lists("0", 20'000))),
+                              answers(200, lists("0", 20'000))}};
+  const auto tooLarge = fails(E::dataLengthExceedsMaximum);
+  for (const auto& [name, body] : documents) {
+    rows.push_back({name, once(withLength(ok, body)), tooLarge});
+    rows.push_back(
+        {std::string(name) + " as gzip", once(withLength(okGzip, storedGzip(body))), tooLarge});
+  }
+  add("document", std::move(rows));
+}
+
 void FaultTable::addCodings() {
   const auto undecodable = fails(E::cannotDecodeContentData);
   const auto encoded = [](const char* coding, const std::string& body) {

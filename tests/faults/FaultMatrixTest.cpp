@@ -93,6 +93,7 @@ class FaultMatrixTest : public testing::Test {
     URLSessionConfiguration settings;
     settings.caFile = table.certificates().caFile();
     settings.maximumBodySize = FaultTable::bodyLimit;
+    settings.maximumDocumentSize = FaultTable::documentLimit;
     settings.timeoutIntervalForRequest = std::chrono::minutes(1);
     URLSessionConfiguration::setDefault(settings);
     QuorvelKit::setAccessToken("canary-access-token");

@@ -26,6 +26,7 @@ FaultTable::FaultTable()
   addEarlyEnds();
   addHeads();
   addBodies();
+  addDocuments();
   addCodings();
   addStatuses();
   addRedirects();

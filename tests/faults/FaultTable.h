@@ -76,6 +76,8 @@ class FaultTable {
  public:
   /// The largest body that the session under test may take.
   static constexpr std::size_t bodyLimit = 100'000;
+  /// What a document and its models may take in memory.
+  static constexpr std::size_t documentLimit = 500'000;
 
   FaultTable();
 
@@ -90,6 +92,7 @@ class FaultTable {
   void addEarlyEnds();
   void addHeads();
   void addBodies();
+  void addDocuments();
   void addCodings();
   void addStatuses();
   void addRedirects();

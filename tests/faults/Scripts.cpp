@@ -33,6 +33,31 @@ std::string gzipBomb(std::size_t size) {
   return stream;
 }
 
+std::string storedGzip(const std::string& text) {
+  constexpr std::size_t longestBlock = 65535;
+  const auto littleEndian = [](std::uint32_t number, int bytes) {
+    std::string letters;
+    for (; bytes-- > 0; number >>= 8U)
+      letters += static_cast<char>(number & 0xFFU);
+    return letters;
+  };
+  std::string stream("\x1f\x8b\x08\x00\x00\x00\x00\x00\x02\x03", 10);
+  std::uint32_t checksum = 0xFFFFFFFFU;
+  for (std::size_t at = 0; at < text.size(); at += longestBlock) {
+    const std::string block = text.substr(at, longestBlock);
+    const auto size = static_cast<std::uint32_t>(block.size());
+    stream += at + longestBlock < text.size() ? '\0' : '\1';
+    stream += littleEndian(size, 2) + littleEndian(~size, 2) + block;
+    for (const char letter : block) {
+      checksum ^= static_cast<unsigned char>(letter);
+      for (int bit = 0; bit < 8; ++bit)
+        checksum = checksum >> 1U ^ (checksum % 2 == 1 ? 0xEDB88320U : 0);
+    }
+  }
+  return stream + littleEndian(~checksum, 4) +
+         littleEndian(static_cast<std::uint32_t>(text.size()), 4);
+}
+
 std::string chunked(const std::string& body, std::size_t pieceSize) {
   std::ostringstream text;
   for (std::size_t at = 0; at < body.size(); at += pieceSize) {

@@ -16,6 +16,8 @@ namespace quorvelkit::test {
 extern const std::string helloGzip, helloDeflate, helloBrotli;
 /// A gzip stream of so many times "x", without the checksums at its end.
 std::string gzipBomb(std::size_t size);
+/// A whole gzip stream of a text, stored as it is.
+std::string storedGzip(const std::string& text);
 
 /// A body in chunks of that size.
 std::string chunked(const std::string& body, std::size_t pieceSize);

@@ -105,7 +105,7 @@ TEST(SecretsTest, NoPublicCallSwitchesVerificationOff) {
   for (std::sregex_iterator each(body.begin(), body.end(), member), end; each != end; ++each)
     members.push_back((*each)[1]);
   EXPECT_THAT(members, ElementsAre("timeoutIntervalForRequest", "timeoutIntervalForResource",
-                                   "maximumBodySize", "caFile", "proxy"));
+                                   "maximumBodySize", "maximumDocumentSize", "caFile", "proxy"));
 }
 
 }  // namespace

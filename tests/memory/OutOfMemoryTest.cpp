@@ -1,0 +1,188 @@
+// SPDX-License-Identifier: Apache-2.0
+// Every allocation of the library's threads fails once, while calls are under way. The servers are
+// another process, so that all threads but the main one are the library's.
+#include "tests/faults/Scripts.h"
+#include "tests/kit/FakeServer.h"
+
+#include <QuorvelKit/QVFind.h>
+#include <QuorvelKit/QVNavigation.h>
+#include <QuorvelPlatform/URLError.h>
+
+#include <gtest/gtest.h>
+#include <sys/prctl.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <functional>
+
+extern "C" {
+void* __libc_malloc(std::size_t size) noexcept;
+void* __libc_calloc(std::size_t count, std::size_t size) noexcept;
+void* __libc_realloc(void* block, std::size_t size) noexcept;
+}
+
+namespace {
+
+const pthread_t mainThread = pthread_self();
+std::atomic<bool> isFailing{false}, failsFromThenOn{false};
+std::atomic<int> failingAllocation{0}, allocations{0};
+
+bool failsNow() noexcept {
+  if (!isFailing || pthread_equal(pthread_self(), mainThread) != 0) return false;
+  const int number = ++allocations;
+  const bool fails = failsFromThenOn ? number >= failingAllocation : number == failingAllocation;
+  if (fails) errno = ENOMEM;
+  return fails;
+}
+
+}  // namespace
+
+// In the place of the C library's, also for the other libraries.
+extern "C" {
+void* malloc(std::size_t size) noexcept { return failsNow() ? nullptr : __libc_malloc(size); }
+void* calloc(std::size_t count, std::size_t size) noexcept {
+  return failsNow() ? nullptr : __libc_calloc(count, size);
+}
+void* realloc(void* block, std::size_t size) noexcept {
+  return failsNow() ? nullptr : __libc_realloc(block, size);
+}
+}
+
+namespace quorvelkit {
+namespace {
+
+using namespace test;
+
+const std::string routeBody =
+    R"({"points":[{"lat":1.5,"turn":{"st":{"name":"Fleet Street","hwy":{}}}},0],"distance":"\u00e9"})";
+
+// Its port, in a process that ends with this one.
+int serverInAnotherProcess() {
+  int ends[2] = {-1, -1};
+  if (pipe(ends) != 0) return 0;
+  if (fork() == 0) {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    const TestServer server([](const ReceivedRequest& received, Connection& to) {
+      const auto asks = [&](std::string_view path) {
+        return received.target.find(path) != std::string::npos;
+      };
+      if (asks("/moved/")) {
+        to.answer(302, "", "Location: /plain/v4/route\r\nSet-Cookie: a=b\r\n");
+      } else if (asks("/gzip/")) {
+        to.send(withLength(okGzip, helloGzip));
+      } else if (asks("/chunks/")) {
+        to.send(okChunked + "\r\n" + chunked(routeBody, 9));
+      } else if (asks("/failed/")) {
+        to.answer(500, "out of order");
+      } else if (asks("/once/")) {
+        to.answer(200, routeBody, "Connection: close\r\n");
+        to.close();
+      } else if (asks(loginPath)) {
+        to.answer(200, R"({"user-token":")" + token36 + "\"}");
+      } else if (asks("configuration.json")) {
+        to.answer(200, roots("http://a.test", "http://b.test"));
+      } else {
+        to.answer(200, asks("findAddress") ? R"({"candidates":[{"score":1},2]})" : routeBody);
+      }
+    });
+    const int port = server.port();
+    if (write(ends[1], &port, sizeof port) == sizeof port) pause();
+    _exit(0);
+  }
+  int port = 0;
+  return read(ends[0], &port, sizeof port) == sizeof port ? port : 0;
+}
+
+using Handler = std::function<void(std::shared_ptr<QVBaseResponse>)>;
+
+// A call, and what of its response must be there unless it has an error of the transport.
+struct Row {
+  const char* path;
+  std::function<void(Handler)> start;
+  std::function<bool(const QVBaseResponse&)> isGood;
+};
+
+void routeTo(Handler handler) {
+  QVNavigation::route(std::make_shared<QVRouteRequest>(Coordinate{1, 2}, Coordinate{3, 4}),
+                      std::move(handler));
+}
+std::size_t pointsOf(const QVBaseResponse& response) {
+  const auto* const ofRoute = dynamic_cast<const QVRouteResponse*>(&response);
+  return ofRoute && ofRoute->route() ? ofRoute->route()->points().size() : 0;
+}
+bool isRoute(const QVBaseResponse& response) {
+  return !response.error() && pointsOf(response) == 2;
+}
+
+const Row rows[] = {
+    {"plain", routeTo, isRoute},
+    {"once", routeTo, isRoute},
+    {"moved", routeTo, isRoute},
+    {"chunks", routeTo, isRoute},
+    {"gzip", routeTo, [](const auto& r) { return !r.error() && r.data()->size() == 17; }},
+    {"failed", routeTo, [](const auto& r) { return r.error() && r.error()->code() == 500; }},
+    {"plain",
+     [](Handler handler) {
+       QVFind::addressCandidates(std::make_shared<QVAddressCandidatesRequest>("a", Coordinate{}),
+                                 std::move(handler));
+     },
+     [](const auto& r) {
+       return dynamic_cast<const QVAddressCandidatesResponse&>(r).candidates().size() == 2;
+     }},
+    {"first call",
+     [](Handler handler) {
+       QVBackendless::setUserToken("");
+       QVConfiguration::setCachedResponse(nullptr);
+       QVConfiguration::get(std::move(handler));
+     },
+     [](const auto& r) { return !r.error() && !r.data()->empty(); }},
+};
+
+// Gives the number of allocations.
+int callWithFailures(const Row& row, int failing, bool fromThenOn) {
+  SCOPED_TRACE(std::string(row.path) + ", allocation " + std::to_string(failing) +
+               (fromThenOn ? " and all behind it" : ""));
+  failingAllocation = failing;
+  failsFromThenOn = fromThenOn;
+  allocations = 0;
+  int runs = 0;
+  std::shared_ptr<QVBaseResponse> response;
+  isFailing = true;
+  row.start([&](std::shared_ptr<QVBaseResponse> delivered) {
+    ++runs;
+    response = std::move(delivered);
+  });
+  EXPECT_TRUE(runMainQueueUntil([&] { return runs > 0; }));
+  isFailing = false;
+  MainQueue::main().runPending();
+  EXPECT_EQ(runs, 1);
+  if (!response) return 0;
+  const auto& error = response->error();
+  if (error && error->domain() == URLError::domain) {
+    EXPECT_FALSE(response->data() || response->response() || response->json());
+    EXPECT_EQ(pointsOf(*response), 0U);
+    EXPECT_GE(allocations, failing) << *error;
+  } else {
+    EXPECT_TRUE(row.isGood(*response)) << (error ? error->localizedDescription() : "");
+  }
+  return allocations;
+}
+
+TEST(OutOfMemoryTest, aCallEndsOnceWhateverAllocationFails) {
+  const std::string root = "http://127.0.0.1:" + std::to_string(serverInAnotherProcess());
+  QVBackendless::setBaseURL(root);
+  for (const Row& row : rows) {
+    for (const bool fromThenOn : {false, true}) {
+      configure(roots(root + '/' + row.path, root + '/' + row.path));
+      EXPECT_LT(callWithFailures(row, INT_MAX, fromThenOn), 5000);
+      for (int failing = 1; callWithFailures(row, failing, fromThenOn) >= failing; ++failing)
+        if (HasFailure()) return;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace quorvelkit
