@@ -2,10 +2,8 @@
 #include "FakeServer.h"
 
 #include <QuorvelKit/QVConfiguration.h>
-#include <QuorvelKit/QVFind.h>
 #include <QuorvelKit/QVNavigation.h>
 #include <QuorvelKit/QuorvelKit.h>
-#include <QuorvelPlatform/URLError.h>
 
 #include <gtest/gtest.h>
 
@@ -222,74 +220,6 @@ TEST_F(ServiceTest, carriesAnApplicationsOwnFacade) {
   EXPECT_EQ(answer->route()->points().size(), 1U);
   server.set("/v1", {418, ""});
   EXPECT_EQ(weatherOf(Weather::today)->error()->domain(), "QuorvelKit.WeatherResponse");
-}
-
-TEST_F(ServiceTest, goingOnASecondTimeStopsTheProcess) {
-  struct Twice : QVBaseService {
-    static void ask(std::function<void(std::function<void()>)> before) {
-      QVCallDifferences<QVRouteResponse> differences;
-      differences.before = std::move(before);
-      call<QVRouteResponse>(
-          routeRequest(), [](const auto&) {}, std::move(differences));
-    }
-  };
-  loadConfiguration();
-  const auto inTurn = [](const auto& goOn) { goOn(), goOn(); };
-  const auto atOnce = [](const auto& goOn) {
-    const std::jthread other(goOn);
-    goOn();
-  };
-  EXPECT_DEATH(Twice::ask(inTurn), "went on for a second time");
-  EXPECT_DEATH(Twice::ask(atOnce), "went on for a second time");
-}
-
-// What the parser alone refuses is in the fault table.
-TEST_F(ServiceTest, countsModelsBeforeTheyAreMade) {
-  constexpr std::size_t limit = 1'000'000, fewer = 1'000;
-  URLSessionConfiguration settings;
-  settings.maximumDocumentSize = limit;
-  URLSessionConfiguration::setDefault(settings);
-  const auto list = [](const std::string& key, const std::string& element, std::size_t count) {
-    std::string body = "{\"" + key + "\":[" + element;
-    while (--count > 0)
-      body += ',' + element;
-    return body + "]}";
-  };
-  const auto check = [&](const std::string& path, const std::string& key,
-                         const std::string& element, std::size_t many, const auto& call,
-                         const auto& countModels) {
-    for (const std::size_t count : {fewer, many, fewer}) {
-      SCOPED_TRACE(key + ", " + element);
-      server.set(path, {200, list(key, element, count)});
-      const auto answer = call();
-      EXPECT_EQ(countModels(*answer), count == many ? 0 : count);
-      EXPECT_EQ(answer->error().has_value(), count == many);
-      EXPECT_EQ(answer->json().has_value(), count != many);
-      if (!answer->error()) continue;
-      EXPECT_EQ(answer->error()->domain(), URLError::domain);
-      EXPECT_EQ(answer->error()->code(), URLError::dataLengthExceedsMaximum);
-      EXPECT_FALSE(answer->data() || answer->response());
-    }
-  };
-  const auto ask = [&] {
-    return answerOf<QVRouteResponse>(
-        [](const auto& handler) { QVNavigation::route(routeRequest(), handler); });
-  };
-  const auto points = [](const QVRouteResponse& r) {
-    return r.route() ? r.route()->points().size() : 0;
-  };
-  check(routePath, "points", "0", 20'000, ask, points);
-  check(routePath, "points", R"({"turn":1})", 6'000, ask, points);
-  const auto search = [&] {
-    return answerOf<QVAddressCandidatesResponse>([](const auto& handler) {
-      QVFind::addressCandidates(std::make_shared<QVAddressCandidatesRequest>("a", Coordinate{}),
-                                handler);
-    });
-  };
-  check("/api/v1/findAddressCandidates", "candidates", "[]", 20'000, search,
-        [](const auto& r) { return r.candidates().size(); });
-  // What an application makes on its own has no bound.
-  EXPECT_EQ(QVRoute(JSON::parse(list("points", "0", 90'000))).points().size(), 90'000U);
 }
 
 TEST_F(ServiceTest, everythingOfTheApplicationDiesOnTheMainThread) {

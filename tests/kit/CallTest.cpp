@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "FakeServer.h"
+
+#include <QuorvelKit/QVFind.h>
+#include <QuorvelKit/QVNavigation.h>
+#include <QuorvelPlatform/URLError.h>
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace quorvelkit {
+namespace {
+
+using namespace test;
+
+std::string listBody(const char* key, const std::string& element, std::size_t count) {
+  std::string body = std::string("{\"") + key + "\":[" + element;
+  while (--count > 0)
+    body += ',' + element;
+  return body + "]}";
+}
+
+template <class Request, class Response, class... Arguments>
+std::shared_ptr<Response> answerOf(std::shared_ptr<URLSessionDataTask> (*call)(
+                                       std::shared_ptr<Request>, QVCompletionHandler<Response>),
+                                   Arguments... arguments) {
+  std::shared_ptr<Response> answer;
+  call(std::make_shared<Request>(arguments...), [&](auto response) { answer = response; });
+  EXPECT_TRUE(runMainQueueUntil([&] { return answer != nullptr; }));
+  return answer;
+}
+
+// What the parser alone refuses is in the fault table.
+TEST(CallTest, countsModelsBeforeTheyAreMade) {
+  URLSessionConfiguration settings;
+  settings.maximumDocumentSize = 1'000'000;
+  URLSessionConfiguration::setDefault(settings);
+  FakeServer server;
+  constexpr Coordinate here{1, 2};
+  const auto routeOf = [&](const std::string& body) {
+    server.set("/v4/route", {200, body});
+    const auto answer = answerOf(&QVNavigation::route, here, here);
+    return std::pair(std::shared_ptr<QVBaseResponse>(answer),
+                     answer->route() ? answer->route()->points().size() : 0);
+  };
+  const auto candidatesOf = [&](const std::string& body) {
+    server.set("/api/v1/findAddressCandidates", {200, body});
+    const auto answer = answerOf(&QVFind::addressCandidates, "a", here);
+    return std::pair(std::shared_ptr<QVBaseResponse>(answer), answer->candidates().size());
+  };
+  using Ask =
+      std::function<std::pair<std::shared_ptr<QVBaseResponse>, std::size_t>(const std::string&)>;
+  constexpr std::size_t fewer = 1'000;
+  const std::tuple<Ask, const char*, const char*, std::size_t> rows[] = {
+      {routeOf, "points", "0", 20'000},
+      {routeOf, "points", R"({"turn":1})", 6'000},
+      {candidatesOf, "candidates", "[]", 20'000}};
+  for (const auto& [ask, key, element, many] : rows) {
+    for (const std::size_t count : {fewer, many, fewer}) {
+      SCOPED_TRACE(std::string(key) + ", " + element);
+      const auto [answer, models] = ask(listBody(key, element, count));
+      EXPECT_EQ(models, count == many ? 0 : count);
+      EXPECT_EQ(answer->error().has_value(), count == many);
+      if (!answer->error()) continue;
+      EXPECT_EQ(answer->error()->domain(), URLError::domain);
+      EXPECT_EQ(answer->error()->code(), URLError::dataLengthExceedsMaximum);
+      EXPECT_FALSE(answer->data() || answer->response() || answer->json());
+    }
+  }
+  // What an application makes on its own has no bound.
+  EXPECT_EQ(QVRoute(JSON::parse(listBody("points", "0", 90'000))).points().size(), 90'000U);
+}
+
+TEST(CallTest, goingOnASecondTimeStopsTheProcess) {
+  struct Twice : QVBaseService {
+    static void ask(std::function<void(std::function<void()>)> before) {
+      QVCallDifferences<QVRouteResponse> differences;
+      differences.before = std::move(before);
+      call<QVRouteResponse>(
+          std::make_shared<QVRouteRequest>(Coordinate{}, Coordinate{}), [](const auto&) {},
+          std::move(differences));
+    }
+  };
+  const FakeServer server;
+  configure(roots("http://nav.test", ""));
+  const auto inTurn = [](const auto& goOn) { goOn(), goOn(); };
+  const auto atOnce = [](const auto& goOn) {
+    const std::jthread other(goOn);
+    goOn();
+  };
+  EXPECT_DEATH(Twice::ask(inTurn), "went on for a second time");
+  EXPECT_DEATH(Twice::ask(atOnce), "went on for a second time");
+}
+
+}  // namespace
+}  // namespace quorvelkit
