@@ -3,16 +3,13 @@
 #include <QuorvelMap/MGLMapViewDelegate.h>
 #include <QuorvelMap/MGLPointAnnotation.h>
 #include <QuorvelMap/MainQueueHook.h>
+#include <QuorvelMap/MapEngine_p.h>
 #include <QuorvelMap/MarkerPicture_p.h>
-#include <QuorvelMap/PlainMapCanvas_p.h>
-#include <QuorvelMap/QuickMapCanvas_p.h>
-#include <QuorvelMap/StyleLoader_p.h>
 
 #include <QCoreApplication>
 #include <QEvent>
 #include <QLabel>
 #include <QPalette>
-#include <QTimer>
 #include <algorithm>
 #include <optional>
 #include <utility>
@@ -23,12 +20,13 @@ namespace {
 
 constexpr double defaultLineWidth = 3;
 
-QUrl defaultStyleURL() { return QUrl(QStringLiteral("qrc:/quorvelmap/style.json")); }
-
 }  // namespace
 
 struct MGLMapView::Private {
-  explicit Private(MGLMapView* mapView) : view(mapView), notice(new QLabel(mapView)) {
+  explicit Private(MGLMapView* mapView)
+      : view(mapView),
+        notice(new QLabel(mapView)),
+        engine(mapView, {[this] { show(); }, [this] { showNotice(); }}) {
     notice->setStyleSheet(
         QStringLiteral("background: rgba(255, 255, 255, 200); color: #303030; padding: 1px 4px;"));
     notice->setTextFormat(Qt::RichText);
@@ -53,22 +51,7 @@ struct MGLMapView::Private {
   std::weak_ptr<MGLMapViewDelegate> delegate;
   Annotations annotations;
   std::vector<Drawn> drawn;
-  MapCamera camera;
-  QUrl styleURL;
-  QUrl soundStyleURL;
-  CheckedStyle style;
-  bool drawsStyle = false;
-  QUrl tileHost;
-  QString note = QStringLiteral("Nothing is drawn yet.");
-  StyleLoader styleLoader;
-  std::unique_ptr<MapCanvas> canvas;
-
-  MapCamera currentCamera() const { return canvas ? canvas->camera() : camera; }
-
-  void moveTo(const MapCamera& target) {
-    camera = target;
-    if (canvas) canvas->setCamera(target);
-  }
+  MapEngine engine;
 
   Drawn looksOf(const MGLAnnotation& annotation) {
     Drawn looks;
@@ -105,7 +88,8 @@ struct MGLMapView::Private {
   }
 
   void draw(const Drawn& looks) {
-    if (!canvas) return;
+    MapCanvas* const canvas = engine.canvas();
+    if (canvas == nullptr) return;
     if (looks.line && looks.line->width > 0) canvas->add(*looks.line);
     if (looks.position) {
       const MarkerPicture picture = makeMarkerPicture(looks.image, looks.title, looks.row,
@@ -114,63 +98,15 @@ struct MGLMapView::Private {
     }
   }
 
-  void start() {
-    stop();
-    QString obstacles;
-    for (const char* const name : {"mapboxgl", "osm"}) {
-      const QString engine = QString::fromLatin1(name);
-      if (engine == QLatin1String("osm") && tileHost.isEmpty()) continue;
-      QString obstacle = obstacleTo(engine);
-      if (obstacle.isEmpty()) canvas = startQuick(engine, &obstacle);
-      if (canvas) {
-        note = QStringLiteral("Drawn by Qt Location's engine %1.").arg(engine);
-        break;
-      }
-      obstacles += QStringLiteral(" %1: %2.").arg(engine, obstacle);
-    }
-    if (!canvas) {
-      startPlain();
-      note = QStringLiteral("Drawn without a map, on a plain background.");
-    }
-    note += obstacles;
-    show();
-  }
-
-  std::unique_ptr<MapCanvas> startQuick(const QString& engine, QString* obstacle) {
-    QuickMapSetup setup;
-    setup.engine = engine;
-    setup.styleURL = soundStyleURL.isEmpty() ? defaultStyleURL() : soundStyleURL;
-    setup.tileHost = tileHost;
-    drawsStyle = engine == QLatin1String("mapboxgl");
-    setup.failed = [this](const QString& reason) {
-      QTimer::singleShot(0, view, [this, reason] { fallBack(reason); });
-    };
-    return makeQuickMapCanvas(view, setup, obstacle);
-  }
-
-  void startPlain() {
-    canvas = makePlainMapCanvas(view);
-    drawsStyle = false;
-  }
-
-  void fallBack(const QString& reason) {
-    stop();
-    startPlain();
-    note = QStringLiteral("Drawn without a map, on a plain background. Qt Quick: %1.").arg(reason);
-    show();
-  }
-
   void show() {
-    layOut();
-    canvas->setCamera(camera);
     for (const Drawn& looks : drawn)
       draw(looks);
-    canvas->widget()->show();
+    engine.canvas()->widget()->show();
     showNotice();
   }
 
   void showNotice() {
-    notice->setText(drawsStyle ? style.attribution : QString());
+    notice->setText(engine.attribution());
     notice->setVisible(!notice->text().isEmpty());
     notice->raise();
     layOut();
@@ -178,7 +114,7 @@ struct MGLMapView::Private {
 
   // The canvas fills the view; the notice stands in its lower right corner.
   void layOut() {
-    if (canvas) canvas->widget()->setGeometry(view->rect());
+    if (engine.canvas() != nullptr) engine.canvas()->widget()->setGeometry(view->rect());
     notice->setWordWrap(false);
     QSize size = notice->sizeHint();
     if (size.width() > view->width()) {
@@ -188,16 +124,6 @@ struct MGLMapView::Private {
     notice->resize(size);
     notice->move(view->width() - notice->width(), view->height() - notice->height());
   }
-
-  void stop() {
-    if (!canvas) return;
-    camera = canvas->camera();
-    canvas.reset();
-  }
-
-  void restart() {
-    if (canvas) start();
-  }
 };
 
 MGLMapView::MGLMapView(const QRect& frame, QWidget* parent)
@@ -206,11 +132,11 @@ MGLMapView::MGLMapView(const QRect& frame, QWidget* parent)
   // An engine must be gone before the plugins that it uses are, and those go with the application
   // object. The view itself may stay: a handler of a request under way may hold it.
   connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
-          [this] { d_->stop(); });
+          [this] { d_->engine.stop(); });
   if (!frame.isNull()) setGeometry(frame);
 }
 
-MGLMapView::~MGLMapView() { d_->canvas.reset(); }
+MGLMapView::~MGLMapView() { d_->engine.stop(); }
 
 QColor MGLMapView::tintColor() const {
   return d_->tintColor.isValid() ? d_->tintColor : palette().color(QPalette::Highlight);
@@ -224,52 +150,36 @@ void MGLMapView::setDelegate(std::weak_ptr<MGLMapViewDelegate> delegate) {
   d_->delegate = std::move(delegate);
 }
 
-QUrl MGLMapView::styleURL() const { return d_->styleURL; }
+QUrl MGLMapView::styleURL() const { return d_->engine.styleURL(); }
+void MGLMapView::setStyleURL(const QUrl& url) { d_->engine.setStyleURL(url); }
+QUrl MGLMapView::tileHost() const { return d_->engine.tileHost(); }
+void MGLMapView::setTileHost(const QUrl& url) { d_->engine.setTileHost(url); }
 
-void MGLMapView::setStyleURL(const QUrl& url) {
-  d_->styleURL = url;
-  d_->style.flaw.clear();
-  const QUrl checked = url.isEmpty() ? defaultStyleURL() : url;
-  d_->styleLoader.check(
-      checked,
-      [this, checked](const CheckedStyle& style) {
-        d_->style = style;
-        d_->soundStyleURL = style.flaw.isEmpty() ? checked : QUrl();
-        d_->restart();
-      },
-      [this](const QString& attribution) {
-        d_->style.attribution = attribution;
-        d_->showNotice();
-      });
-}
-
-QUrl MGLMapView::tileHost() const { return d_->tileHost; }
-void MGLMapView::setTileHost(const QUrl& url) { d_->tileHost = url; }
-
-Coordinate MGLMapView::centerCoordinate() const { return d_->currentCamera().center; }
+Coordinate MGLMapView::centerCoordinate() const { return d_->engine.camera().center; }
 
 void MGLMapView::setCenterCoordinate(Coordinate center) {
-  d_->moveTo({center, d_->currentCamera().zoomLevel});
+  d_->engine.setCamera({center, d_->engine.camera().zoomLevel});
 }
 
-double MGLMapView::zoomLevel() const { return d_->currentCamera().zoomLevel; }
+double MGLMapView::zoomLevel() const { return d_->engine.camera().zoomLevel; }
 
 void MGLMapView::setZoomLevel(double level) {
-  d_->moveTo({d_->currentCamera().center, std::clamp(level, minimumZoomLevel, maximumZoomLevel)});
+  d_->engine.setCamera(
+      {d_->engine.camera().center, std::clamp(level, minimumZoomLevel, maximumZoomLevel)});
 }
 
 void MGLMapView::setVisibleCoordinates(const std::vector<Coordinate>& coordinates,
                                        const QMargins& edgePadding) {
   const auto camera = cameraShowing(coordinates, size(), edgePadding);
-  if (camera) d_->moveTo(*camera);
+  if (camera) d_->engine.setCamera(*camera);
 }
 
 QPointF MGLMapView::convertCoordinate(Coordinate coordinate) const {
-  return viewPosition(d_->currentCamera(), size(), coordinate);
+  return viewPosition(d_->engine.camera(), size(), coordinate);
 }
 
 Coordinate MGLMapView::convertPoint(const QPointF& point) const {
-  return coordinateAtViewPosition(d_->currentCamera(), size(), point);
+  return coordinateAtViewPosition(d_->engine.camera(), size(), point);
 }
 
 const MGLMapView::Annotations& MGLMapView::annotations() const { return d_->annotations; }
@@ -298,21 +208,17 @@ void MGLMapView::removeAnnotations(const Annotations& annotations) {
   }
   d_->annotations = std::move(kept);
   d_->drawn = std::move(keptLooks);
-  if (!d_->canvas) return;
-  d_->canvas->clear();
+  if (d_->engine.canvas() == nullptr) return;
+  d_->engine.canvas()->clear();
   for (const auto& looks : d_->drawn)
     d_->draw(looks);
 }
 
-QString MGLMapView::engineNote() const {
-  if (d_->style.flaw.isEmpty()) return d_->note;
-  return d_->note + QStringLiteral(" The style %1 could not be read: %2.")
-                        .arg(d_->styleURL.toDisplayString(), d_->style.flaw);
-}
+QString MGLMapView::engineNote() const { return d_->engine.note(); }
 
 bool MGLMapView::event(QEvent* event) {
   // An engine's drawing context belongs to its window; it is started anew in the next one.
-  if (event->type() == QEvent::ParentAboutToChange) d_->stop();
+  if (event->type() == QEvent::ParentAboutToChange) d_->engine.stop();
   return QWidget::event(event);
 }
 
@@ -323,7 +229,7 @@ void MGLMapView::resizeEvent(QResizeEvent* event) {
 
 void MGLMapView::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
-  if (!d_->canvas) d_->start();
+  if (d_->engine.canvas() == nullptr) d_->engine.start();
 }
 
 }  // namespace quorvelkit
