@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <QuorvelMap/AttributionLabel_p.h>
 #include <QuorvelMap/MGLMapView.h>
 #include <QuorvelMap/MGLMapViewDelegate.h>
 #include <QuorvelMap/MGLPointAnnotation.h>
 #include <QuorvelMap/MainQueueHook.h>
 #include <QuorvelMap/MapEngine_p.h>
-#include <QuorvelMap/MarkerPicture_p.h>
+#include <QuorvelMap/MarkerLayer_p.h>
 
 #include <QCoreApplication>
 #include <QEvent>
-#include <QLabel>
 #include <QPalette>
 #include <algorithm>
 #include <optional>
@@ -25,28 +25,21 @@ constexpr double defaultLineWidth = 3;
 struct MGLMapView::Private {
   explicit Private(MGLMapView* mapView)
       : view(mapView),
-        notice(new QLabel(mapView)),
-        engine(mapView, {[this] { show(); }, [this] { showNotice(); }}) {
-    notice->setStyleSheet(
-        QStringLiteral("background: rgba(255, 255, 255, 200); color: #303030; padding: 1px 4px;"));
-    notice->setTextFormat(Qt::RichText);
-    notice->setOpenExternalLinks(true);
-    notice->hide();
-  }
+        markers(new MarkerLayer(mapView)),
+        notice(new AttributionLabel(mapView)),
+        engine(mapView, {[this] { show(); }, [this] { markers->setCamera(engine.camera()); }}) {}
   Private(const Private&) = delete;
   Private& operator=(const Private&) = delete;
 
   // An annotation with its looks, as they were when it was added.
   struct Drawn {
     std::optional<DrawnLine> line;
-    std::optional<Coordinate> position;
-    QImage image;
-    QString title;
-    int row = 0;
+    std::optional<DrawnMarker> marker;
   };
 
   MGLMapView* const view;
-  QLabel* const notice;
+  MarkerLayer* const markers;
+  AttributionLabel* const notice;
   QColor tintColor;
   std::weak_ptr<MGLMapViewDelegate> delegate;
   Annotations annotations;
@@ -72,57 +65,38 @@ struct MGLMapView::Private {
       looks.line->color.setAlphaF(looks.line->color.alphaF() *
                                   std::clamp(alpha.value_or(1), 0.0, 1.0));
     } else if (const auto* point = dynamic_cast<const MGLPointAnnotation*>(&annotation)) {
+      looks.marker.emplace();
       if (asked) {
         if (const auto image = asked->imageForAnnotation(*view, annotation)) {
-          looks.image = image->image();
+          looks.marker->image = image->image();
         }
       }
-      looks.position = point->coordinate();
-      looks.title = QString::fromStdString(annotation.title());
-      looks.row =
-          static_cast<int>(std::count_if(drawn.begin(), drawn.end(), [&](const Drawn& other) {
-            return other.position == looks.position && !other.title.isEmpty();
-          }));
+      looks.marker->coordinate = point->coordinate();
+      looks.marker->title = QString::fromStdString(annotation.title());
     }
     return looks;
   }
 
-  void draw(const Drawn& looks) {
-    MapCanvas* const canvas = engine.canvas();
-    if (canvas == nullptr) return;
-    if (looks.line && looks.line->width > 0) canvas->add(*looks.line);
-    if (looks.position) {
-      const MarkerPicture picture = makeMarkerPicture(looks.image, looks.title, looks.row,
-                                                      view->font(), view->devicePixelRatioF());
-      canvas->add(DrawnMarker{*looks.position, picture.image, picture.anchor});
-    }
+  void drawLine(const Drawn& looks) {
+    if (engine.canvas() != nullptr && looks.line && looks.line->width > 0)
+      engine.canvas()->add(*looks.line);
   }
 
   void show() {
     for (const Drawn& looks : drawn)
-      draw(looks);
+      drawLine(looks);
     engine.canvas()->widget()->show();
-    showNotice();
-  }
-
-  void showNotice() {
-    notice->setText(engine.attribution());
-    notice->setVisible(!notice->text().isEmpty());
-    notice->raise();
+    engine.canvas()->widget()->lower();
+    markers->setCamera(engine.camera());
+    notice->setNotice(engine.attribution());
     layOut();
   }
 
-  // The canvas fills the view; the notice stands in its lower right corner.
+  // Canvas and markers fill the view; the notice stands in its lower right corner.
   void layOut() {
     if (engine.canvas() != nullptr) engine.canvas()->widget()->setGeometry(view->rect());
-    notice->setWordWrap(false);
-    QSize size = notice->sizeHint();
-    if (size.width() > view->width()) {
-      notice->setWordWrap(true);
-      size = QSize(view->width(), notice->heightForWidth(view->width()));
-    }
-    notice->resize(size);
-    notice->move(view->width() - notice->width(), view->height() - notice->height());
+    markers->setGeometry(view->rect());
+    notice->layOut();
   }
 };
 
@@ -153,7 +127,9 @@ void MGLMapView::setDelegate(std::weak_ptr<MGLMapViewDelegate> delegate) {
 QUrl MGLMapView::styleURL() const { return d_->engine.styleURL(); }
 void MGLMapView::setStyleURL(const QUrl& url) { d_->engine.setStyleURL(url); }
 QUrl MGLMapView::tileHost() const { return d_->engine.tileHost(); }
-void MGLMapView::setTileHost(const QUrl& url) { d_->engine.setTileHost(url); }
+void MGLMapView::setTileHost(const QUrl& url, const QString& attribution) {
+  d_->engine.setTileHost(url, attribution);
+}
 
 Coordinate MGLMapView::centerCoordinate() const { return d_->engine.camera().center; }
 
@@ -190,7 +166,8 @@ void MGLMapView::addAnnotations(const Annotations& annotations) {
       continue;
     }
     Private::Drawn looks = d_->looksOf(*annotation);
-    d_->draw(looks);
+    d_->drawLine(looks);
+    if (looks.marker) d_->markers->add(*looks.marker);
     d_->annotations.push_back(annotation);
     d_->drawn.push_back(std::move(looks));
   }
@@ -208,10 +185,12 @@ void MGLMapView::removeAnnotations(const Annotations& annotations) {
   }
   d_->annotations = std::move(kept);
   d_->drawn = std::move(keptLooks);
-  if (d_->engine.canvas() == nullptr) return;
-  d_->engine.canvas()->clear();
-  for (const auto& looks : d_->drawn)
-    d_->draw(looks);
+  d_->markers->clear();
+  if (d_->engine.canvas() != nullptr) d_->engine.canvas()->clear();
+  for (const auto& looks : d_->drawn) {
+    d_->drawLine(looks);
+    if (looks.marker) d_->markers->add(*looks.marker);
+  }
 }
 
 QString MGLMapView::engineNote() const { return d_->engine.note(); }

@@ -60,9 +60,10 @@ class QUORVELKIT_EXPORT MGLMapView : public QWidget {
   void setStyleURL(const QUrl& url);
 
   /// A server of raster tiles at <URL>/{z}/{x}/{y}.png for machines without the Mapbox GL engine.
-  /// None unless set. Takes effect when the engine starts.
+  /// None unless set. The attribution is what the tiles' data want said about them; it is kept in
+  /// sight while they are. Takes effect when the engine starts.
   QUrl tileHost() const;
-  void setTileHost(const QUrl& url);
+  void setTileHost(const QUrl& url, const QString& attribution = QString());
 
   /// The middle of the view; (0, 0) at first. Engines keep the world's edges out of sight, so what
   /// is read back can differ from what was set.

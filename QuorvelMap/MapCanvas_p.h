@@ -4,9 +4,6 @@
 #include <QuorvelMap/WebMercator_p.h>
 
 #include <QColor>
-#include <QImage>
-#include <QPointF>
-#include <QString>
 #include <functional>
 #include <vector>
 
@@ -20,15 +17,8 @@ struct DrawnLine {
   QColor color;
 };
 
-struct DrawnMarker {
-  Coordinate coordinate;
-  /// Its device pixel ratio is set.
-  QImage picture;
-  /// The point of the picture that stands on the coordinate, in device-independent pixels.
-  QPointF anchor;
-};
-
-/// One engine at work in a widget of its own. Whoever makes it destroys it.
+/// One engine at work in a widget of its own: the ground and the lines, with round joins and caps.
+/// Whoever makes it destroys it.
 class MapCanvas {
  public:
   MapCanvas() = default;
@@ -40,8 +30,10 @@ class MapCanvas {
   virtual MapCamera camera() const = 0;
   virtual void setCamera(const MapCamera& camera) = 0;
   virtual void add(const DrawnLine& line) = 0;
-  virtual void add(const DrawnMarker& marker) = 0;
   virtual void clear() = 0;
 };
+
+/// Called whenever a canvas has drawn, or is about to, with a camera that may be another one.
+using CanvasMovedHandler = std::function<void()>;
 
 }  // namespace quorvelkit

@@ -13,6 +13,12 @@ namespace {
 
 QUrl defaultStyleURL() { return QUrl(QStringLiteral("qrc:/quorvelmap/style.json")); }
 
+// The engine takes URLs only, a list of them with commas in between.
+QUrl urlWith(const QByteArray& style) {
+  return QUrl(QStringLiteral("data:application/json;base64%2C") +
+              QString::fromLatin1(style.toBase64()));
+}
+
 }  // namespace
 
 MapEngine::MapEngine(QWidget* view, Handlers handlers)
@@ -46,6 +52,7 @@ void MapEngine::stop() {
   if (!canvas_) return;
   camera_ = canvas_->camera();
   canvas_.reset();
+  log_.reset();
 }
 
 void MapEngine::setCamera(const MapCamera& camera) {
@@ -56,43 +63,56 @@ void MapEngine::setCamera(const MapCamera& camera) {
 void MapEngine::setStyleURL(const QUrl& url) {
   styleURL_ = url;
   style_.flaw.clear();
-  const QUrl checked = url.isEmpty() ? defaultStyleURL() : url;
-  styleLoader_.check(
-      checked,
-      [this, checked](const CheckedStyle& style) {
-        style_ = style;
-        soundStyleURL_ = style.flaw.isEmpty() ? checked : QUrl();
-        if (canvas_) start();
-      },
-      [this](const QString& attribution) {
-        style_.attribution = attribution;
-        handlers_.attributionChanged();
-      });
+  if (url.isEmpty()) {
+    styleLoader_.cancel();
+    return useStyle({});
+  }
+  styleLoader_.load(url, [this](const LoadedStyle& style) { useStyle(style); });
 }
 
-QString MapEngine::attribution() const { return drawsStyle_ ? style_.attribution : QString(); }
+void MapEngine::useStyle(const LoadedStyle& style) {
+  style_ = style;
+  if (canvas_) start();
+}
+
+void MapEngine::setTileHost(const QUrl& url, const QString& attribution) {
+  tileHost_ = url;
+  tileAttribution_ = attribution;
+}
 
 QString MapEngine::note() const {
-  if (style_.flaw.isEmpty()) return note_;
-  return note_ + QStringLiteral(" The style %1 could not be read: %2.")
-                     .arg(styleURL_.toDisplayString(), style_.flaw);
+  QString note = note_;
+  const QString shownURL =
+      styleURL_.toDisplayString(QUrl::RemoveUserInfo | QUrl::RemoveQuery | QUrl::RemoveFragment);
+  if (!style_.flaw.isEmpty())
+    note += QStringLiteral(" The style %1 could not be read: %2.").arg(shownURL, style_.flaw);
+  QStringList problems;
+  if (log_) problems = style_.problems + log_->complaints();
+  if (!problems.isEmpty())
+    note += QStringLiteral(" In the style failed: %1.").arg(problems.join(QStringLiteral("; ")));
+  return note;
 }
 
 std::unique_ptr<MapCanvas> MapEngine::startQuick(const QString& engine, QString* obstacle) {
   QuickMapSetup setup;
   setup.engine = engine;
-  setup.styleURL = soundStyleURL_.isEmpty() ? defaultStyleURL() : soundStyleURL_;
+  setup.styleURL = style_.text.isEmpty() ? defaultStyleURL() : urlWith(style_.text);
   setup.tileHost = tileHost_;
-  drawsStyle_ = engine == QLatin1String("mapboxgl");
   setup.failed = [this](const QString& reason) {
     QTimer::singleShot(0, view_, [this, reason] { fallBack(reason); });
   };
-  return makeQuickMapCanvas(view_, setup, obstacle);
+  setup.moved = handlers_.moved;
+  const bool drawsStyle = engine == QLatin1String("mapboxgl");
+  if (drawsStyle) log_ = std::make_unique<EngineLog>();
+  auto canvas = makeQuickMapCanvas(view_, setup, obstacle);
+  if (!canvas) log_.reset();
+  attribution_ = drawsStyle ? style_.attribution : tileAttribution_;
+  return canvas;
 }
 
 void MapEngine::startPlain() {
-  canvas_ = makePlainMapCanvas(view_);
-  drawsStyle_ = false;
+  canvas_ = makePlainMapCanvas(view_, handlers_.moved);
+  attribution_.clear();
 }
 
 void MapEngine::fallBack(const QString& reason) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QuorvelMap/EngineLog_p.h>
 #include <QuorvelMap/MapCanvas_p.h>
 #include <QuorvelMap/StyleLoader_p.h>
 
@@ -20,8 +21,8 @@ class MapEngine {
   struct Handlers {
     /// A new canvas is there, empty and hidden, with the camera in place.
     std::function<void()> started;
-    /// attribution() is another one.
-    std::function<void()> attributionChanged;
+    /// The canvas has another camera, or has drawn.
+    std::function<void()> moved;
   };
 
   /// The view is the canvas's parent and outlives this object.
@@ -43,16 +44,17 @@ class MapEngine {
   QUrl styleURL() const { return styleURL_; }
   void setStyleURL(const QUrl& url);
   QUrl tileHost() const { return tileHost_; }
-  void setTileHost(const QUrl& url) { tileHost_ = url; }
+  void setTileHost(const QUrl& url, const QString& attribution);
 
-  /// What the sources of the style in use want said, as HTML.
-  QString attribution() const;
-  /// Which engine draws, and what was missing.
+  /// What the data in sight want said about them, as HTML.
+  QString attribution() const { return attribution_; }
+  /// Which engine draws, what was missing, and what failed in the style.
   QString note() const;
 
  private:
   std::unique_ptr<MapCanvas> startQuick(const QString& engine, QString* obstacle);
   void startPlain();
+  void useStyle(const LoadedStyle& style);
   void fallBack(const QString& reason);
   void announce();
 
@@ -60,12 +62,13 @@ class MapEngine {
   const Handlers handlers_;
   MapCamera camera_;
   QUrl styleURL_;
-  QUrl soundStyleURL_;
-  CheckedStyle style_;
-  bool drawsStyle_ = false;
+  LoadedStyle style_;
   QUrl tileHost_;
+  QString tileAttribution_;
+  QString attribution_;
   QString note_ = QStringLiteral("Nothing is drawn yet.");
   StyleLoader styleLoader_;
+  std::unique_ptr<EngineLog> log_;
   std::unique_ptr<MapCanvas> canvas_;
 };
 

@@ -4,7 +4,10 @@
 #include <QFont>
 #include <QImage>
 #include <QPointF>
+#include <QRectF>
 #include <QString>
+
+class QPainter;
 
 namespace quorvelkit {
 
@@ -14,10 +17,13 @@ struct MarkerPicture {
   QPointF anchor;
 };
 
-/// A marker with its title on a light plate above it: the given image with its middle on the
-/// position, or with a null image a pin with its tip there. `row` lifts the plate that many times
-/// its own height, for markers that share a position.
-MarkerPicture makeMarkerPicture(const QImage& image, const QString& title, int row,
-                                const QFont& font, double devicePixelRatio);
+/// The standard marker, its tip on the position.
+MarkerPicture makePin(double devicePixelRatio);
+/// An application's own picture, its middle on the position.
+MarkerPicture makeMarkerPicture(const QImage& image);
+
+/// A title on a light plate. A title that would be broader than that is elided.
+QSizeF plateSize(const QString& title, const QFont& font, double maximumWidth);
+void drawPlate(QPainter& painter, const QRectF& plate, const QString& title, const QFont& font);
 
 }  // namespace quorvelkit

@@ -8,14 +8,19 @@
 #include <QWidget>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace quorvelkit {
 
 namespace {
 
+// In pixels.
+constexpr double leastStep = 0.25;
+
 class PlainWidget : public QWidget {
  public:
-  explicit PlainWidget(QWidget* parent) : QWidget(parent) {}
+  PlainWidget(QWidget* parent, CanvasMovedHandler moved)
+      : QWidget(parent), moved_(std::move(moved)) {}
 
   const MapCamera& camera() const { return camera_; }
 
@@ -23,10 +28,10 @@ class PlainWidget : public QWidget {
     camera_ = camera;
     camera_.zoomLevel = std::clamp(camera.zoomLevel, minimumZoomLevel, maximumZoomLevel);
     update();
+    moved_();
   }
 
   std::vector<DrawnLine> lines;
-  std::vector<DrawnMarker> markers;
 
  protected:
   void paintEvent(QPaintEvent*) override {
@@ -34,22 +39,17 @@ class PlainWidget : public QWidget {
     painter.fillRect(rect(), QColor(0xec, 0xe9, 0xe2));
     painter.setRenderHint(QPainter::Antialiasing);
     for (const DrawnLine& line : lines) {
-      painter.setPen(QPen(line.color, line.width, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin));
+      painter.setPen(QPen(line.color, line.width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
       for (const auto& piece : line.pieces) {
         const QPolygonF points = polygon(piece);
+        const QRectF bounds = points.boundingRect().adjusted(-line.width, 0, line.width, 0);
         const double world = worldWidth(camera_.zoomLevel);
-        for (const double copy : {-world, 0.0, world}) {
-          const QRectF bounds = points.boundingRect().translated(copy, 0);
-          if (bounds.left() <= width() && bounds.right() >= 0) {
-            painter.drawPolyline(points.translated(copy, 0));
-          }
+        // One for each copy of the world in which the piece is in view.
+        for (double copy = -std::floor(bounds.right() / world) * world;
+             bounds.left() + copy <= width(); copy += world) {
+          painter.drawPolyline(points.translated(copy, 0));
         }
       }
-    }
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    for (const DrawnMarker& marker : markers) {
-      painter.drawImage(viewPosition(camera_, size(), marker.coordinate) - marker.anchor,
-                        marker.picture);
     }
   }
 
@@ -73,7 +73,8 @@ class PlainWidget : public QWidget {
   QPointF middle() const { return QRectF(rect()).center(); }
   void moveTo(Coordinate center) { setCamera({center, camera_.zoomLevel}); }
 
-  // The piece in the copy of the world in which its first position is nearest to the middle.
+  // The piece in the copy of the world in which its first position is nearest to the middle,
+  // without the positions that nobody can tell from the one before.
   QPolygonF polygon(const std::vector<Coordinate>& piece) const {
     const QPointF first = worldPosition(piece.front());
     const QPointF start = viewPosition(camera_, size(), piece.front());
@@ -81,18 +82,24 @@ class PlainWidget : public QWidget {
     QPolygonF points;
     points.reserve(static_cast<int>(piece.size()));
     for (const Coordinate& coordinate : piece) {
-      points << start + (worldPosition(coordinate) - first) * scale;
+      const QPointF point = start + (worldPosition(coordinate) - first) * scale;
+      const bool isLast = &coordinate == &piece.back();
+      if (!isLast && !points.isEmpty() && (point - points.back()).manhattanLength() < leastStep)
+        continue;
+      points << point;
     }
     return points;
   }
 
+  const CanvasMovedHandler moved_;
   MapCamera camera_;
   QPointF grabbed_;
 };
 
 class PlainMapCanvas : public MapCanvas {
  public:
-  explicit PlainMapCanvas(QWidget* parent) : widget_(new PlainWidget(parent)) {}
+  PlainMapCanvas(QWidget* parent, CanvasMovedHandler moved)
+      : widget_(new PlainWidget(parent, std::move(moved))) {}
   ~PlainMapCanvas() override { delete widget_; }
 
   QWidget* widget() override { return widget_; }
@@ -102,13 +109,8 @@ class PlainMapCanvas : public MapCanvas {
     widget_->lines.push_back(line);
     widget_->update();
   }
-  void add(const DrawnMarker& marker) override {
-    widget_->markers.push_back(marker);
-    widget_->update();
-  }
   void clear() override {
     widget_->lines.clear();
-    widget_->markers.clear();
     widget_->update();
   }
 
@@ -118,8 +120,8 @@ class PlainMapCanvas : public MapCanvas {
 
 }  // namespace
 
-std::unique_ptr<MapCanvas> makePlainMapCanvas(QWidget* parent) {
-  return std::make_unique<PlainMapCanvas>(parent);
+std::unique_ptr<MapCanvas> makePlainMapCanvas(QWidget* parent, CanvasMovedHandler moved) {
+  return std::make_unique<PlainMapCanvas>(parent, std::move(moved));
 }
 
 }  // namespace quorvelkit

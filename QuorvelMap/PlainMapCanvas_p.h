@@ -7,7 +7,7 @@
 
 namespace quorvelkit {
 
-/// Lines and markers on a plain colour, painted by Qt Widgets alone: needs no plugin, no OpenGL.
-std::unique_ptr<MapCanvas> makePlainMapCanvas(QWidget* parent);
+/// Lines on a plain colour, painted by Qt Widgets alone: needs no plugin, no OpenGL.
+std::unique_ptr<MapCanvas> makePlainMapCanvas(QWidget* parent, CanvasMovedHandler moved);
 
 }  // namespace quorvelkit

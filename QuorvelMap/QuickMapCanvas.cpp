@@ -10,7 +10,6 @@
 #include <QQmlEngine>
 #include <QQmlError>
 #include <QQmlProperty>
-#include <QQuickImageProvider>
 #include <QQuickItem>
 #include <QQuickWidget>
 #include <QQuickWindow>
@@ -27,20 +26,6 @@ namespace {
 // Qt Location counts the zoom level of a world of 256 pixels.
 constexpr double zoomLevelOffset = 1;
 
-// Hands the pictures of the markers to Qt Quick. Owned by the QML engine.
-class PictureProvider : public QQuickImageProvider {
- public:
-  PictureProvider() : QQuickImageProvider(Image) {}
-
-  QImage requestImage(const QString& id, QSize* size, const QSize&) override {
-    QImage picture = pictures.value(id.toInt());
-    *size = picture.size();
-    return picture;
-  }
-
-  QHash<int, QImage> pictures;
-};
-
 QGeoCoordinate geoCoordinate(Coordinate c) {
   const Coordinate wrapped = coordinateAt(worldPosition(c));
   return QGeoCoordinate(wrapped.latitude, wrapped.longitude);
@@ -48,9 +33,7 @@ QGeoCoordinate geoCoordinate(Coordinate c) {
 
 class QuickMapCanvas : public MapCanvas {
  public:
-  QuickMapCanvas(QWidget* parent, const QuickMapSetup& setup)
-      : widget_(new QQuickWidget(parent)), provider_(new PictureProvider) {
-    widget_->engine()->addImageProvider(QStringLiteral("markers"), provider_);
+  QuickMapCanvas(QWidget* parent, const QuickMapSetup& setup) : widget_(new QQuickWidget(parent)) {
     // Unconnected, this signal's default is to stop the process.
     QObject::connect(widget_, &QQuickWidget::sceneGraphError, widget_,
                      [failed = setup.failed](auto, const QString& message) { failed(message); });
@@ -74,6 +57,8 @@ class QuickMapCanvas : public MapCanvas {
     QMetaObject::invokeMethod(root, "start", Q_RETURN_ARG(QVariant, map),
                               Q_ARG(QVariant, setup.engine));
     map_ = map.value<QObject*>();
+    // In this thread, as all that the widget draws.
+    QObject::connect(widget_->quickWindow(), &QQuickWindow::afterRendering, widget_, setup.moved);
   }
 
   ~QuickMapCanvas() override { delete widget_; }
@@ -109,31 +94,18 @@ class QuickMapCanvas : public MapCanvas {
       for (const Coordinate& c : piece) {
         coordinates.append(QGeoCoordinate(c.latitude, c.longitude));
       }
-      QObject* const item = make("makeLine");
+      QVariant made;
+      QMetaObject::invokeMethod(widget_->rootObject(), "makeLine", Q_RETURN_ARG(QVariant, made));
+      QObject* const item = made.value<QObject*>();
       QQmlProperty::write(item, QStringLiteral("line.width"), line.width);
       QQmlProperty::write(item, QStringLiteral("line.color"), line.color);
       QMetaObject::invokeMethod(item, "setPath", Q_ARG(QGeoPath, QGeoPath(coordinates)));
-      show(item);
+      QMetaObject::invokeMethod(widget_->rootObject(), "add",
+                                Q_ARG(QVariant, QVariant::fromValue(item)));
     }
   }
 
-  void add(const DrawnMarker& marker) override {
-    const int id = nextPicture_++;
-    provider_->pictures.insert(id, marker.picture);
-    QObject* const item = make("makeMarker");
-    const double ratio = marker.picture.devicePixelRatio();
-    item->setProperty("pictureWidth", marker.picture.width() / ratio);
-    item->setProperty("pictureHeight", marker.picture.height() / ratio);
-    item->setProperty("source", QUrl(QStringLiteral("image://markers/%1").arg(id)));
-    item->setProperty("anchorPoint", marker.anchor);
-    item->setProperty("coordinate", QVariant::fromValue(geoCoordinate(marker.coordinate)));
-    show(item);
-  }
-
-  void clear() override {
-    QMetaObject::invokeMethod(widget_->rootObject(), "clear");
-    provider_->pictures.clear();
-  }
+  void clear() override { QMetaObject::invokeMethod(widget_->rootObject(), "clear"); }
 
  private:
   // An application or its environment can choose otherwise; engines then draw nothing.
@@ -142,22 +114,9 @@ class QuickMapCanvas : public MapCanvas {
            QSGRendererInterface::OpenGL;
   }
 
-  QObject* make(const char* function) {
-    QVariant item;
-    QMetaObject::invokeMethod(widget_->rootObject(), function, Q_RETURN_ARG(QVariant, item));
-    return item.value<QObject*>();
-  }
-
-  void show(QObject* item) {
-    QMetaObject::invokeMethod(widget_->rootObject(), "add",
-                              Q_ARG(QVariant, QVariant::fromValue(item)));
-  }
-
   QPointer<QQuickWidget> widget_;
-  PictureProvider* const provider_;
   QQmlComponent* component_ = nullptr;
   QObject* map_ = nullptr;
-  int nextPicture_ = 0;
 };
 
 bool canUseOpenGL() {

@@ -14,10 +14,12 @@ namespace quorvelkit {
 struct QuickMapSetup {
   /// The plugin's name: "mapboxgl" or "osm".
   QString engine;
+  /// Without a comma.
   QUrl styleURL;
   QUrl tileHost;
   /// Called when the scene graph fails later on; the canvas must not be destroyed inside.
   std::function<void(const QString& reason)> failed;
+  CanvasMovedHandler moved;
 };
 
 /// A Qt Location map in a Qt Quick widget. The parent is in a window already. Gives nothing, and

@@ -2,8 +2,6 @@
 #include <QuorvelMap/StyleLoader_p.h>
 
 #include <QFile>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
@@ -16,25 +14,10 @@ namespace {
 
 constexpr int timeoutInMilliseconds = 15000;
 
-// Why a document is no style; empty when it is one.
-QString flawOf(const QJsonParseError& error, const QJsonObject& style) {
-  if (error.error != QJsonParseError::NoError) return error.errorString();
-  if (style.value(QStringLiteral("version")).toInt() != 8 ||
-      !style.value(QStringLiteral("layers")).isArray()) {
-    return QStringLiteral("it is not a Mapbox style of version 8");
-  }
-  return QString();
-}
-
-QString noticeOf(const QJsonObject& object) {
-  return object.value(QStringLiteral("attribution")).toString();
-}
-
-// Each notice once.
-QString attributionOf(QStringList notices) {
-  notices.removeAll(QString());
-  notices.removeDuplicates();
-  return notices.join(u' ');
+// Without what may be secret in it.
+QString problemOf(const QNetworkReply& reply) {
+  const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+  return status >= 400 ? QStringLiteral("HTTP status %1").arg(status) : reply.errorString();
 }
 
 }  // namespace
@@ -42,37 +25,33 @@ QString attributionOf(QStringList notices) {
 StyleLoader::StyleLoader() = default;
 StyleLoader::~StyleLoader() { cancel(); }
 
-void StyleLoader::check(const QUrl& url, Handler handler, NoticeHandler noticeHandler) {
+void StyleLoader::load(const QUrl& url, Handler handler) {
   cancel();
-  read(url, [this, handler = std::move(handler), noticeHandler = std::move(noticeHandler)](
-                const QByteArray& text, const QString& readingFlaw) {
-    notices_.clear();
-    if (!readingFlaw.isEmpty()) return handler({readingFlaw, QString()});
-    QJsonParseError error;
-    const QJsonObject style = QJsonDocument::fromJson(text, &error).object();
-    const QString flaw = flawOf(error, style);
-    if (!flaw.isEmpty()) return handler({flaw, QString()});
-    std::vector<QUrl> descriptions;
-    const QJsonObject sources = style.value(QStringLiteral("sources")).toObject();
-    for (const auto& value : sources) {
-      const QJsonObject source = value.toObject();
-      notices_ += noticeOf(source);
-      descriptions.emplace_back(source.value(QStringLiteral("url")).toString());
+  problems_.clear();
+  read(url, [this, handler = std::move(handler)](const QByteArray& text, const QString& flaw) {
+    if (!flaw.isEmpty()) return handler({flaw, {}, {}, {}});
+    document_ = StyleDocument(text);
+    if (!document_.flaw().isEmpty()) return handler({document_.flaw(), {}, {}, {}});
+    const auto descriptions = document_.descriptions();
+    missing_ = descriptions.size() + 1;
+    for (const auto& [name, description] : descriptions) {
+      read(description, [this, source = name, handler](const QByteArray& read, QString problem) {
+        if (problem.isEmpty()) {
+          problem = document_.describe(source, read);
+        } else {
+          document_.removeSource(source);
+        }
+        if (!problem.isEmpty()) problems_ += QStringLiteral("source %1: %2").arg(source, problem);
+        finishOne(handler);
+      });
     }
-    handler({QString(), attributionOf(notices_)});
-    readDescriptions(descriptions, noticeHandler);
+    finishOne(handler);
   });
 }
 
-void StyleLoader::readDescriptions(const std::vector<QUrl>& urls, const NoticeHandler& handler) {
-  for (std::size_t i = 0; i < urls.size(); ++i) {
-    const int source = static_cast<int>(i);
-    if (urls[i].isEmpty() || !notices_[source].isEmpty()) continue;
-    read(urls[i], [this, source, handler](const QByteArray& text, const QString&) {
-      notices_[source] = noticeOf(QJsonDocument::fromJson(text).object());
-      if (!notices_[source].isEmpty()) handler(attributionOf(notices_));
-    });
-  }
+void StyleLoader::finishOne(const Handler& handler) {
+  if (--missing_ > 0) return;
+  handler({QString(), document_.text(), document_.attribution(), problems_});
 }
 
 void StyleLoader::read(const QUrl& url, Reader reader) {
@@ -84,7 +63,7 @@ void StyleLoader::read(const QUrl& url, Reader reader) {
   }
   if (scheme != QLatin1String("http") && scheme != QLatin1String("https")) {
     return reader(QByteArray(),
-                  QStringLiteral("styles are read from http, https, file and qrc URLs"));
+                  QStringLiteral("it is read from http, https, file and qrc URLs only"));
   }
   if (!network_) network_ = std::make_unique<QNetworkAccessManager>();
   QNetworkRequest request(url);
@@ -98,7 +77,7 @@ void StyleLoader::read(const QUrl& url, Reader reader) {
                      std::erase(replies_, reply);
                      reply->deleteLater();
                      if (reply->error() != QNetworkReply::NoError) {
-                       return reader(QByteArray(), reply->errorString());
+                       return reader(QByteArray(), problemOf(*reply));
                      }
                      reader(reply->readAll(), QString());
                    });

@@ -17,6 +17,8 @@ inline constexpr double maximumZoomLevel = 20;
 struct MapCamera {
   Coordinate center;
   double zoomLevel = 0;
+
+  bool operator==(const MapCamera&) const = default;
 };
 
 /// Width of the world in device-independent pixels.

@@ -8,6 +8,7 @@ Item {
 
     property string styleUrls
     property string tileHost
+    property int linesMade: 0
 
     Component {
         id: mapboxgl
@@ -15,6 +16,8 @@ Item {
             name: "mapboxgl"
             PluginParameter { name: "mapboxgl.mapping.additional_style_urls"; value: root.styleUrls }
             PluginParameter { name: "mapboxgl.mapping.cache.memory"; value: true }
+            // Or else the plugin would use the one that it carries.
+            PluginParameter { name: "mapboxgl.access_token"; value: "none" }
         }
     }
 
@@ -31,6 +34,7 @@ Item {
     Component {
         id: line
         MapPolyline {
+            property var ends: null
             // The Mapbox GL engine draws lines itself, in its own style. Qt's own picture of them,
             // which is never shown then, takes a third of the time to add a line.
             backend: map.plugin.name === "mapboxgl" ? MapPolyline.OpenGLLineStrip
@@ -38,15 +42,14 @@ Item {
         }
     }
 
+    // Joins and caps of the Mapbox GL engine's own line.
     Component {
-        id: marker
-        MapQuickItem {
-            property alias source: picture.source
-            property alias pictureWidth: picture.width
-            property alias pictureHeight: picture.height
-            z: 1  // Above all lines.
-            // Qt keeps pictures by their names, which are the same in every view.
-            sourceItem: Image { id: picture; smooth: false; cache: false }
+        id: roundEnds
+        MapParameter {
+            property string layer
+            property string lineJoin
+            property string lineCap: "round"
+            type: "layout"
         }
     }
 
@@ -68,14 +71,28 @@ Item {
         return map
     }
 
-    function makeLine() { return line.createObject(map) }
-    function makeMarker() { return marker.createObject(map) }
-    function add(item) { map.addMapItem(item) }
+    function makeLine() {
+        return line.createObject(map, { objectName: "quorvel-line-" + ++linesMade })
+    }
+
+    function add(item) {
+        map.addMapItem(item)
+        if (map.plugin.name !== "mapboxgl")
+            return
+        item.ends = roundEnds.createObject(item, { layer: "QtLocation-" + item.objectName })
+        map.addMapParameter(item.ends)
+        // While the engine reads its style it takes no notice of new parameters, but of changes.
+        item.ends.lineJoin = "round"
+    }
 
     function clear() {
         var items = map.mapItems
+        map.clearMapParameters()
         map.clearMapItems()
-        for (var i = 0; i < items.length; ++i)
+        for (var i = 0; i < items.length; ++i) {
+            if (items[i].ends !== null)
+                items[i].ends.destroy()
             items[i].destroy()
+        }
     }
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "MapTestSupport.h"
 
+#include <algorithm>
 #include <cmath>
 #include <fstream>
 
@@ -118,17 +119,114 @@ TEST(MGLMapViewTest, MarkersStandOnTheirPositionsAndTitlesAreReadableOnDarkGroun
   EXPECT_GT(dark, 20);
 }
 
-TEST(MGLMapViewTest, TitlesOfMarkersOnOnePositionAreBothSeen) {
-  const TestApplication application(Screen::none);
-  Scene scene(town);
-  scene.view.show();
-  scene.view.addAnnotations({makeMarker(town, "origin")});
-  const QImage one = scene.view.grab().toImage();
-  scene.view.addAnnotations({makeMarker(town, "destination")});
-  const QImage two = scene.view.grab().toImage();
-  const QRect firstPlate(250, 139, 100, 22);
-  EXPECT_EQ(one.copy(firstPlate), two.copy(firstPlate));
-  EXPECT_NE(one, two);
+// The plates of titles that are whole: two straight edges of one length, one below the other, and
+// their ends joined at the sides.
+std::vector<QRect> wholePlates(const QImage& picture) {
+  const auto isEdge = [&](int x, int y) {
+    return picture.valid(x, y) && isAlike(picture.pixelColor(x, y), QColor(0x60, 0x60, 0x60));
+  };
+  std::vector<QRect> runs, plates;
+  for (int y = 0; y < picture.height(); ++y) {
+    for (int x = 0, start = 0; x <= picture.width(); ++x) {
+      if (isEdge(x, y)) continue;
+      if (x - start >= 10) runs.emplace_back(start, y, x - start, 1);
+      start = x + 1;
+    }
+  }
+  for (std::size_t i = 0; i < runs.size(); ++i) {
+    const auto bottom = std::find_if(runs.begin() + i + 1, runs.end(), [&](const QRect& run) {
+      return run.left() == runs[i].left() && run.right() == runs[i].right() &&
+             run.y() - runs[i].y() > 10;
+    });
+    if (bottom == runs.end()) continue;
+    const int middle = (runs[i].y() + bottom->y()) / 2;
+    // The corners are round.
+    int left = runs[i].left(), right = runs[i].right();
+    while (left > runs[i].left() - 6 && !isEdge(left, middle))
+      --left;
+    while (right < runs[i].right() + 6 && !isEdge(right, middle))
+      ++right;
+    if (isEdge(left, middle) && isEdge(right, middle))
+      plates.emplace_back(QPoint(left, runs[i].y()), QPoint(right, bottom->y()));
+    *bottom = QRect();
+  }
+  return plates;
+}
+
+struct PlacedTitles {
+  const char* name;
+  // Where the markers stand, in pixels, and what is written on each.
+  std::vector<QPointF> places;
+  const char* title = "origin";
+  // How many pins are not in part below another or out of view.
+  int wholePins = 0;
+};
+
+TEST(MGLMapViewTest, TitlesAreWholeApartAndInsideTheViewAndLeaveSymbolsFree) {
+  const PlacedTitles table[] = {
+      {"on a pixel", {{300, 200}}, "origin", 1},
+      {"between pixels", {{300.5, 200.5}, {100.3, 100.7}, {450.75, 300.25}}},
+      {"on one position", {{300, 200}, {300, 200}, {300, 200}}},
+      {"near each other", {{300, 200}, {312, 203}}, "origin", 1},
+      {"one on the other's title", {{300, 200}, {300, 150}}, "origin", 2},
+      {"at the edges", {{2, 200}, {598, 200}, {300, 40}, {300, 396}}},
+      {"in the corners", {{3, 3}, {597, 37}, {3, 397}, {597, 397}}},
+      {"long", {{30, 200}}, "a title about as long as half of the view, and then some more"},
+      {"longer than the view",
+       {{200, 200}},
+       "a title that is longer than the view is wide, because it tells of all that there is to be "
+       "told about a place and then goes on to tell of another place that nobody asked about"}};
+  for (const Screen screen : {Screen::none, Screen::x11}) {
+    const TestApplication application(screen);
+    for (const PlacedTitles& row : table) {
+      Scene scene(town);
+      for (const QPointF& place : row.places)
+        scene.view.addAnnotations({makeMarker(scene.view.convertPoint(place), row.title)});
+      scene.view.show();
+      QImage picture;
+      std::vector<QRect> plates;
+      EXPECT_TRUE(waitUntil([&] {
+        picture = scene.view.grab().toImage();
+        plates = wholePlates(picture);
+        return plates.size() == row.places.size();
+      })) << row.name
+          << ": " << plates.size();
+      int red = 0;
+      for (int i = 0; i < picture.width() * picture.height(); ++i)
+        red += isAlike(picture.pixelColor(i % picture.width(), i / picture.width()), pinColor);
+      // A pin has more than 300 red pixels.
+      EXPECT_GE(red, 300 * row.wholePins) << row.name;
+    }
+  }
+}
+
+TEST(MGLMapViewTest, LinesHaveRoundJoinsAndRoundEnds) {
+  for (const Screen screen : {Screen::none, Screen::x11}) {
+    const TestApplication application(screen);
+    Scene scene(town);
+    scene.view.show();
+    // From the left into the corner in the middle, and back.
+    const auto at = [&](double x, double y) { return scene.view.convertPoint({300 + x, 200 + y}); };
+    scene.view.addAnnotations({makeLine({at(-100, 0), at(0, 0), at(-100, 40)})});
+    const std::tuple<QPointF, bool> table[] = {
+        {{4, 0}, true}, {{9, 0}, false}, {{-104, 0}, true}, {{-107, -6}, false}};
+    for (const auto& [place, isOnLine] : table)
+      EXPECT_TRUE(shows(scene.view, town, isOnLine ? *scene.looks->color : plainGround, place))
+          << place.x();
+  }
+}
+
+TEST(MGLMapViewTest, MarkersAreSeenAtEveryZoomLevel) {
+  for (const Screen screen : {Screen::none, Screen::x11}) {
+    const TestApplication application(screen);
+    Scene scene({0, 0}, 0);
+    scene.view.addAnnotations({makeMarker({0, 0}, "")});
+    scene.view.show();
+    for (double level = 0; level <= 20; level += level < 3 ? 0.5 : 1) {
+      scene.view.setZoomLevel(level);
+      EXPECT_TRUE(shows(scene.view, {0, 0}, pinColor, {0, -10})) << level;
+    }
+  }
 }
 
 TEST(MGLMapViewTest, LinesOfAnyLengthAreListedAndDrawn) {
@@ -179,33 +277,46 @@ TEST(MGLMapViewTest, ListsAnnotationsInOrderOnceAndRemovesThem) {
   EXPECT_TRUE(shows(scene.view, east(town, 0.005), plainGround));
 }
 
-TEST(MGLMapViewTest, KeepsPlaceAndLinesThroughResizesAndInOtherWindows) {
-  const TestApplication application;
-  QWidget first, second, frame;
-  Scene scene(town, 12.5);
-  scene.view.addAnnotations({lineThrough(town)});
-  // It goes by itself, or along with a widget above it.
-  const std::pair<QWidget*, QWidget*> moves[] = {
-      {&scene.view, &first}, {&scene.view, &frame}, {&frame, &second}, {&frame, &first}};
-  for (const auto& [moved, to] : moves) {
-    to->resize(700, 500);
-    moved->setParent(to);
-    moved->show();
-    to->show();
-    frame.resize(700, 500);
-    for (const QSize size : {QSize(300, 200), QSize(640, 480)}) {
-      scene.view.resize(size);
-      expectBroadLine(scene.view, town, *scene.looks->color);
-      EXPECT_NEAR(scene.view.centerCoordinate().latitude, town.latitude, 1e-4);
-      EXPECT_NEAR(scene.view.centerCoordinate().longitude, town.longitude, 1e-4);
-      EXPECT_NEAR(scene.view.zoomLevel(), 12.5, 1e-6);
+TEST(MGLMapViewTest, KeepsPlaceLinesAndMarkersThroughResizesAndInOtherWindows) {
+  std::vector<QSize> sizes = {{300, 200}, {640, 200}, {640, 480}, {1000, 800}};
+  // As a frame is dragged, and back from a maximised window.
+  for (int step = 1; step <= 6; ++step)
+    sizes.emplace_back(1000 - 7 * step, 800 - 11 * step);
+  sizes.emplace_back(700, 500);
+  for (const Screen screen : {Screen::none, Screen::x11}) {
+    const TestApplication application(screen);
+    QWidget first, second, frame;
+    Scene scene(town, 12.5);
+    const Coordinate pin{town.latitude + 0.004, town.longitude};
+    scene.view.addAnnotations({lineThrough(town), makeMarker(pin, "")});
+    // It goes by itself, or along with a widget above it.
+    const std::pair<QWidget*, QWidget*> moves[] = {
+        {&scene.view, &first}, {&scene.view, &frame}, {&frame, &second}, {&frame, &first}};
+    for (const auto& [moved, to] : moves) {
+      to->resize(1000, 800);
+      moved->setParent(to);
+      moved->show();
+      to->show();
+      frame.resize(1000, 800);
+      for (const QSize& size : sizes) {
+        scene.view.resize(size);
+        expectBroadLine(scene.view, town, *scene.looks->color);
+        // The pin's both sides, and right below its tip.
+        for (const double x : {-9, 9})
+          EXPECT_TRUE(shows(scene.view, pin, pinColor, {x, -23})) << size.height();
+        EXPECT_TRUE(shows(scene.view, pin, plainGround, {0, 3})) << size.height();
+        EXPECT_NEAR(scene.view.centerCoordinate().latitude, town.latitude, 1e-4);
+        EXPECT_NEAR(scene.view.centerCoordinate().longitude, town.longitude, 1e-4);
+        EXPECT_NEAR(scene.view.zoomLevel(), 12.5, 1e-6);
+        if (HasFailure()) break;
+      }
     }
+    const Coordinate north{town.latitude + 0.01, town.longitude};
+    scene.view.addAnnotations({lineThrough(north)});
+    expectBroadLine(scene.view, north, *scene.looks->color);
+    scene.view.setParent(nullptr);
+    frame.setParent(nullptr);
   }
-  const Coordinate north{town.latitude + 0.01, town.longitude};
-  scene.view.addAnnotations({lineThrough(north)});
-  expectBroadLine(scene.view, north, *scene.looks->color);
-  scene.view.setParent(nullptr);
-  frame.setParent(nullptr);
 }
 
 // In two windows, and in one.

@@ -11,7 +11,9 @@
 #include <QMouseEvent>
 #include <QQuickWidget>
 #include <QQuickWindow>
+#include <QScrollArea>
 #include <QWheelEvent>
+#include <atomic>
 #include <thread>
 
 namespace quorvelkit::test {
@@ -49,14 +51,14 @@ struct ViewOfRoute : MGLMapView {
 constexpr const char* plain = "Drawn without a map, on a plain background.";
 constexpr const char* byMapboxgl = "Drawn by Qt Location's engine mapboxgl.";
 
-// What the process prints and logs from here on, but for what Qt and the engine say of OpenGL.
+// What the process prints and logs from here on, but for what Qt says of OpenGL.
 class Printed {
  public:
   Printed() {
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) {
-      if (text.contains("GPU Identifier") || text.startsWith("QXcbIntegration: ")) return;
+      if (text.startsWith("QXcbIntegration: ")) return;
       std::cerr << text.toStdString() << '\n';
     });
   }
@@ -165,8 +167,9 @@ TEST(MapTilesTest, TilesOfTheHostAreDrawnWithoutTheFirstEngine) {
     connection.answer(isTile ? 200 : 404, isTile ? png.toStdString() : "");
   });
   ViewOfRoute view;
-  view.setTileHost(QUrl(QString::fromStdString(server.url("/tiles"))));
+  view.setTileHost(QUrl(QString::fromStdString(server.url("/tiles"))), "&copy; Tile <b>makers</b>");
   view.show();
+  EXPECT_EQ(view.findChild<QLabel*>()->text(), QString::fromUtf8("© Tile makers"));
   EXPECT_TRUE(shows(view, {0.005, 0.005}, QColor(0, 120, 0)));
   view.expectRoute("Drawn by Qt Location's engine osm.", "mapboxgl: ");
 }
@@ -179,7 +182,7 @@ TEST(MapStyleTest, StylesAreReadFromEachKindOfURLAndBadOnesLeaveTheRouteOnTheDef
   OneAnswerServer notAStyle(200, R"({"version":7,"layers":[]})");
   const std::tuple<QUrl, QColor, const char*> table[] = {
       {good.url("/style.json"), QColor(0, 0x60, 0), ""},
-      {missing.url("/style.json"), plainGround, "server replied: Status"},
+      {missing.url("/style.json"), plainGround, "HTTP status 404"},
       {application.file("good file.json", styleWithGround("#000060")), QColor(0, 0, 0x60), ""},
       {application.file("torn.json", R"({"version":8,"lay)"), plainGround,
        "torn.json could not be read"},
@@ -200,42 +203,148 @@ TEST(MapStyleTest, StylesAreReadFromEachKindOfURLAndBadOnesLeaveTheRouteOnTheDef
     EXPECT_EQ(view.engineNote().contains("could not be read"), *reason != 0);
     view.expectRoute(byMapboxgl, "");
   }
+  // No address and no answer that holds a secret gets into the note.
+  view.setStyleURL(missing.url("/style.json?access_token=secret"));
+  EXPECT_TRUE(waitUntil([&] { return view.engineNote().contains("HTTP status 404"); }));
+  EXPECT_FALSE(view.engineNote().contains("secret")) << view.engineNote().toStdString();
   // Nobody is left waiting when the view goes while its style is on the way.
   MGLMapView(QRect(0, 0, 10, 10)).setStyleURL(good.url("/late"));
   EXPECT_EQ(printed.text(), "");
 }
 
+// A style of one source, with something more at its top.
+QByteArray styleWith(const QByteArray& source, const QByteArray& more = "") {
+  return R"({"version":8,"sources":{"a":)" + source +
+         R"(},"layers":[{"id":"b","type":"background","paint":{"background-color":"#006000"}}])" +
+         more + "}";
+}
+
+// The plugin of the engine would add an access token that is somebody else's.
+TEST(MapStyleTest, StylesThatNeedTheEnginesOwnTokenAreRefusedBeforeAnythingIsLookedUp) {
+  const TestApplication application;
+  std::atomic<int> lookUps = 0;
+  const TestServer other([&](const ReceivedRequest& request, Connection& to) {
+    lookUps += request.target.starts_with("/foreign") ? 0 : 1;
+    to.answer(200, R"({"tiles":["mapbox://tiles/x/{z}/{x}/{y}"]})");
+  });
+  const QByteArray url = QByteArray::fromStdString(other.url("/"));
+  const QByteArray ours = R"({"type":"vector","url":")" + url + R"("})";
+  const std::pair<QByteArray, const char*> table[] = {
+      {styleWith(R"({"type":"vector","url":"mapbox://a.b"})"), "source a"},
+      {styleWith(R"({"type":"raster","tiles":[")" + url + R"(","mapbox://tiles/a"]})"), "source a"},
+      {styleWith(R"({"type":"geojson","data":"Mapbox://a.b"})"), "source a"},
+      {styleWith(ours, R"(,"sprite":"mapbox://sprites/a/b")"), "sprite"},
+      {styleWith(ours, R"(,"sprite":[{"id":"x","url":"mapbox://sprites/a/b"}])"), "sprite"},
+      {styleWith(ours, R"(,"glyphs":"mapbox://fonts/a/{fontstack}/{range}.pbf")"), "glyphs"},
+      {styleWith(ours, R"(,"imports":[{"id":"x","url":"mapbox://styles/a/b"}])"), "imports"}};
+  ViewOfRoute view;
+  view.show();
+  for (const auto& [style, part] : table) {
+    view.setStyleURL(application.file("style.json", style));
+    EXPECT_TRUE(view.engineNote().contains(QString("its %1 has a mapbox: address").arg(part)))
+        << part << ": " << view.engineNote().toStdString();
+    EXPECT_TRUE(shows(view, {0.005, 0.005}, plainGround)) << part;
+  }
+  EXPECT_EQ(lookUps, 0);
+  // A source's description may name them too: the rest of the style is drawn without it.
+  const QByteArray foreign = QByteArray::fromStdString(other.url("/foreign"));
+  view.setStyleURL(
+      application.file("style.json", styleWith(R"({"type":"vector","url":")" + foreign + R"("})")));
+  EXPECT_TRUE(shows(view, {0.005, 0.005}, QColor(0, 0x60, 0)));
+  EXPECT_TRUE(view.engineNote().contains("source a: it has a mapbox: address"));
+}
+
+// What fails in a style is in the note and nowhere else; the style itself is asked for once.
+TEST(MapStyleTest, TheNoteTellsWhatOfAStyleFailedAndNothingIsAskedForTwice) {
+  const Printed printed;
+  const TestApplication application;
+  std::atomic<int> styles = 0, descriptions = 0;
+  std::string style;
+  const TestServer server([&](const ReceivedRequest& request, Connection& to) {
+    if (request.target == "/style") return to.answer(++styles == 1 ? 200 : 500, style);
+    if (request.target == "/tj")
+      return to.answer(++descriptions == 1 ? 200 : 500,
+                       R"({"tiles":["http://127.0.0.1:1/{z}"],"maxzoom":3})");
+    to.answer(404, "");
+  });
+  style = R"({"version":8,"sprite":"HOST/sprite","glyphs":"HOST/{fontstack}/{range}.pbf",
+    "sources":{"gone":{"type":"geojson","data":"HOST/data"},"none":{"type":"vector","url":"HOST/no"},
+      "described":{"type":"raster","url":"HOST/tj"},
+      "points":{"type":"geojson","data":{"type":"Point","coordinates":[0,0]}}},
+    "layers":[{"id":"b","type":"background","paint":{"background-color":"#006000"}},
+      {"id":"d","type":"raster","source":"described"},{"id":"w","type":"strange"},
+      {"id":"g","type":"line","source":"gone"},{"id":"n","type":"line","source":"nowhere"},
+      {"id":"t","type":"symbol","source":"points","layout":{"text-field":"x","text-font":["X"]}}]})";
+  const std::string host = "HOST", address = server.url("");
+  for (std::size_t at; (at = style.find(host)) != std::string::npos;)
+    style.replace(at, host.size(), address);
+  ViewOfRoute view;
+  view.show();
+  view.setStyleURL(QUrl(QString::fromStdString(server.url("/style"))));
+  EXPECT_TRUE(shows(view, {0.005, 0.005}, QColor(0, 0x60, 0)));
+  for (const char* const failed :
+       {"source none: HTTP status 404", "source gone: ", "sprite: ", "glyph range", "for layer 'n'",
+        "invalid layer type", "tiles of source described: "}) {
+    EXPECT_TRUE(waitUntil([&] {
+      view.grab();
+      return view.engineNote().contains(failed);
+    })) << failed
+        << ": " << view.engineNote().toStdString();
+  }
+  EXPECT_EQ(view.engineNote().count("tiles of source"), 1);
+  EXPECT_EQ(styles, 1);
+  EXPECT_EQ(descriptions, 1);
+  view.setStyleURL(QUrl());
+  EXPECT_EQ(view.engineNote(), byMapboxgl) << "of the style before";
+  qWarning("[ ERROR ] of the application's own");
+  EXPECT_EQ(printed.text(), "[ ERROR ] of the application's own\n");
+}
+
 // Two sources with notices of their own, and two that leave it to their descriptions; one of these
 // is missing.
-TEST(MapStyleTest, NoticesOfTheSourcesAreShownOnTheMapInsideTheView) {
+TEST(MapStyleTest, NoticesOfTheSourcesAreShownAsTextAndLinksInsideTheView) {
   const TestApplication application;
   OneAnswerServer description(200, R"({"tiles":[],"attribution":"&copy; Their surveyors"})");
   OneAnswerServer missing(404, R"({"attribution":"nobody"})");
+  const QByteArray notice = R"(<h1>&copy;</h1><img src='file:///x.png' width=300 height=300>)"
+                            R"(<a href='https://a.example/?b=1&amp;c'>Some <b>body</b></a>)"
+                            R"( <a href='file:///etc/passwd'>with</a><style>@import 'x';</style>)"
+                            R"(<a href='javascript:x()'> a <table><tr><td>long</td></tr></table>)";
   OneAnswerServer server(200, R"({"version":8,"layers":[],"sources":{
-      "a":{"type":"geojson","data":{"type":"FeatureCollection","features":[]},
-           "attribution":"&copy; Somebody with a long name"},
-      "b":{"type":"raster","tiles":[],"attribution":"&copy; Somebody with a long name"},
+      "a":{"type":"geojson","data":{"type":"FeatureCollection","features":[]},"attribution":")" +
+                                  notice + R"("},
+      "b":{"type":"raster","tiles":[],"attribution":")" +
+                                  notice + R"("},
       "c":{"type":"vector","url":")" +
                                   description.url("/").toEncoded() +
                                   R"("},
       "d":{"type":"vector","url":")" +
                                   missing.url("/").toEncoded() + R"("}}})");
-  MGLMapView view(QRect(0, 0, 120, 200));
-  const auto* const notice = view.findChild<QLabel*>();
+  const QString whole = QString::fromUtf8(
+      "© <a href=\"https://a.example/?b=1&amp;c\">Some body</a> with a long"
+      " © Their surveyors");
+  MGLMapView view(QRect(0, 0, 600, 200));
+  auto* const label = view.findChild<QLabel*>();
   view.show();
-  EXPECT_FALSE(notice->isVisible());
-  for (int round = 0; round < 2; ++round) {
-    view.setStyleURL(server.url("/"));
-    EXPECT_TRUE(waitUntil([&] {
-      return notice->text() == "&copy; Somebody with a long name &copy; Their surveyors";
-    })) << notice->text().toStdString();
-    EXPECT_TRUE(notice->isVisible());
-    EXPECT_TRUE(view.rect().contains(notice->geometry()));
-    EXPECT_GE(notice->height(), notice->heightForWidth(notice->width()));
-    EXPECT_EQ(view.childAt(notice->geometry().center()), notice) << "nothing lies above it";
-    view.setStyleURL(QUrl());
-    EXPECT_FALSE(notice->isVisible());
+  EXPECT_FALSE(label->isVisible());
+  view.setStyleURL(server.url("/"));
+  EXPECT_TRUE(waitUntil([&] { return label->text() == whole; })) << label->text().toStdString();
+  for (const QSize& size : {QSize(600, 200), QSize(120, 200), QSize(60, 40), QSize(600, 300)}) {
+    view.resize(size);
+    EXPECT_TRUE(label->isVisible());
+    EXPECT_TRUE(view.rect().contains(label->geometry()));
+    EXPECT_LE(label->height(), 3 * label->fontMetrics().lineSpacing());
+    EXPECT_EQ(view.childAt(label->geometry().center()), label) << "nothing lies above it";
+    EXPECT_EQ(label->text().contains(u'…'), size.width() < 200);
   }
+  // The sign opens the whole notice in a window of its own.
+  view.resize(120, 200);
+  Q_EMIT label->linkActivated("more:");
+  const auto* const popup = qobject_cast<QScrollArea*>(QApplication::activePopupWidget());
+  ASSERT_NE(popup, nullptr);
+  EXPECT_TRUE(qobject_cast<QLabel*>(popup->widget())->text().endsWith("Their surveyors"));
+  view.setStyleURL(QUrl());
+  EXPECT_FALSE(label->isVisible());
 }
 
 TEST(MainQueueHookTest, BlocksRunInTheLoopOfTheApplicationThatIsThere) {

@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: Apache-2.0
+// Draws the routes that suit the present scale factor (QT_SCALE_FACTOR) with the engine that works
+// here, and saves each as DIR/NUMBER-ENGINE.png:      quorvel-map-pictures DIR ENGINE
+// Puts all that is in the folder into one picture:     quorvel-map-pictures DIR --sheet FILE.png
+#include "Routes.h"
+
+#include <QuorvelMap/MGLMapView.h>
+#include <QuorvelMap/MGLMapViewDelegate.h>
+#include <QuorvelMap/MGLPointAnnotation.h>
+#include <QuorvelMap/MGLPolyline.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QMargins>
+#include <QPainter>
+#include <QPixmap>
+#include <iostream>
+#include <memory>
+
+using namespace quorvelkit;
+
+namespace {
+
+constexpr int usageError = 2;
+constexpr QSize pictureSize(320, 220);
+constexpr int labelHeight = 18;
+constexpr int columns = 4;
+constexpr int unchangedForMilliseconds = 1000;
+constexpr int giveUpAfterMilliseconds = 60000;
+
+/// A broad line with a dark rim.
+struct Rimmed : MGLMapViewDelegate {
+  bool isRim = true;
+
+  std::optional<double> lineWidthForPolylineAnnotation(MGLMapView&, const MGLPolyline&) override {
+    return isRim ? 11 : 6;
+  }
+  std::optional<QColor> strokeColorForShapeAnnotation(MGLMapView&, const MGLAnnotation&) override {
+    return isRim ? QColor(0x12, 0x3f, 0x9c) : QColor(0x3d, 0x86, 0xf5);
+  }
+};
+
+std::shared_ptr<MGLPointAnnotation> marker(const char* title, Coordinate coordinate) {
+  auto made = std::make_shared<MGLPointAnnotation>();
+  made->setTitle(title);
+  made->setCoordinate(coordinate);
+  return made;
+}
+
+// What the view shows once it has not changed for a while.
+QImage pictureOf(MGLMapView& view) {
+  QElapsedTimer total;
+  QElapsedTimer unchanged;
+  total.start();
+  unchanged.start();
+  QImage last;
+  while (!unchanged.hasExpired(unchangedForMilliseconds) &&
+         !total.hasExpired(giveUpAfterMilliseconds)) {
+    QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    const QImage picture = view.grab().toImage();
+    if (picture != last) unchanged.restart();
+    last = picture;
+  }
+  return last;
+}
+
+QString fileOf(const QString& folder, std::size_t number, const QString& engine) {
+  return QStringLiteral("%1/%2-%3.png").arg(folder).arg(number).arg(engine);
+}
+
+bool draw(const QString& folder, const QString& engine) {
+  const auto routes = picturedRoutes();
+  for (std::size_t i = 0; i < routes.size(); ++i) {
+    MGLMapView view(QRect(QPoint(), pictureSize));
+    if (routes[i].scaleFactor != view.devicePixelRatioF()) continue;
+    const auto looks = std::make_shared<Rimmed>();
+    view.setDelegate(looks);
+    view.setVisibleCoordinates(routes[i].points, QMargins(50, 70, 50, 30));
+    if (!routes[i].points.empty()) {
+      view.addAnnotations({std::make_shared<MGLPolyline>(routes[i].points)});
+      looks->isRim = false;
+      view.addAnnotations({marker("origin", routes[i].points.front()),
+                           marker("destination", routes[i].points.back()),
+                           std::make_shared<MGLPolyline>(routes[i].points)});
+    }
+    view.show();
+    if (!pictureOf(view).save(fileOf(folder, i, engine))) return false;
+    std::cout << routes[i].name << ": " << view.engineNote().toStdString() << '\n';
+  }
+  return true;
+}
+
+// One route after the other, from left to right, each with both engines side by side.
+bool makeSheet(const QString& folder, const QString& file) {
+  const QStringList engines = {"mapboxgl", "plain"};
+  const auto routes = picturedRoutes();
+  const int cells = static_cast<int>(routes.size()) * engines.size();
+  const QSize cell(pictureSize.width() + 4, pictureSize.height() + labelHeight + 4);
+  QImage sheet(cell.width() * columns, cell.height() * ((cells + columns - 1) / columns),
+               QImage::Format_RGB32);
+  sheet.fill(Qt::white);
+  QPainter painter(&sheet);
+  painter.setRenderHint(QPainter::SmoothPixmapTransform);
+  for (int i = 0; i < cells; ++i) {
+    const auto route = static_cast<std::size_t>(i / engines.size());
+    const QString& engine = engines[i % engines.size()];
+    const QImage picture(fileOf(folder, route, engine));
+    if (picture.isNull()) return false;
+    const QPoint place(i % columns * cell.width(), i / columns * cell.height());
+    painter.drawText(QRect(place, QSize(pictureSize.width(), labelHeight)), Qt::AlignCenter,
+                     QStringLiteral("%1, %2").arg(routes[route].name, engine));
+    // A picture with more pixels is made smaller.
+    painter.drawImage(QRect(place + QPoint(0, labelHeight), pictureSize), picture,
+                      QRect(QPoint(), picture.size()));
+  }
+  return sheet.save(file);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const QApplication application(argc, argv);
+  const QStringList arguments = QCoreApplication::arguments();
+  const bool makesSheet = arguments.size() == 4 && arguments[2] == "--sheet";
+  if (!makesSheet && arguments.size() != 3) {
+    std::cerr << "quorvel-map-pictures: needs DIR ENGINE, or DIR --sheet FILE.png\n";
+    return usageError;
+  }
+  const bool isDone =
+      makesSheet ? makeSheet(arguments[1], arguments[3]) : draw(arguments[1], arguments[2]);
+  if (!isDone) std::cerr << "quorvel-map-pictures: a picture could not be read or written\n";
+  return isDone ? 0 : 1;
+}
