@@ -27,6 +27,7 @@ class PlainWidget : public QWidget {
   void setCamera(const MapCamera& camera) {
     camera_ = camera;
     camera_.zoomLevel = std::clamp(camera.zoomLevel, minimumZoomLevel, maximumZoomLevel);
+    camera_ = keptInWorld(camera_, height());
     update();
     moved_();
   }
@@ -34,6 +35,11 @@ class PlainWidget : public QWidget {
   std::vector<DrawnLine> lines;
 
  protected:
+  void resizeEvent(QResizeEvent* event) override {
+    QWidget::resizeEvent(event);
+    setCamera(camera_);
+  }
+
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
     painter.fillRect(rect(), QColor(0xec, 0xe9, 0xe2));

@@ -67,6 +67,16 @@ Coordinate coordinateAtViewPosition(const MapCamera& camera, QSizeF view, QPoint
   return coordinateAt(worldPosition(camera.center) + offset / worldWidth(camera.zoomLevel));
 }
 
+MapCamera keptInWorld(MapCamera camera, double viewHeight) {
+  const double least = std::min(viewHeight / 2 / worldWidth(camera.zoomLevel), 0.5);
+  const QPointF center = worldPosition(camera.center);
+  if (center.y() < least || center.y() > 1 - least) {
+    const double y = std::clamp(center.y(), least, 1 - least);
+    camera.center.latitude = coordinateAt({center.x(), y}).latitude;
+  }
+  return camera;
+}
+
 std::optional<MapCamera> cameraShowing(const std::vector<Coordinate>& coordinates, QSizeF view,
                                        const QMargins& margins) {
   std::vector<double> xs;

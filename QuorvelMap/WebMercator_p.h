@@ -33,6 +33,10 @@ Coordinate coordinateAt(QPointF worldPosition);
 QPointF viewPosition(const MapCamera& camera, QSizeF view, Coordinate coordinate);
 Coordinate coordinateAtViewPosition(const MapCamera& camera, QSizeF view, QPointF point);
 
+/// The camera moved north or south so that no view of this height looks past the world's edges; in
+/// the middle when the world is less high than the view.
+MapCamera keptInWorld(MapCamera camera, double viewHeight);
+
 /// The camera that shows all positions inside the margins, but for those that are not finite;
 /// absent when that leaves none.
 std::optional<MapCamera> cameraShowing(const std::vector<Coordinate>& coordinates, QSizeF view,

@@ -23,6 +23,7 @@ namespace {
 
 constexpr int usageError = 2;
 constexpr QSize pictureSize(320, 220);
+constexpr QRgb lineColor = 0xff3d86f5;
 constexpr int labelHeight = 18;
 constexpr int columns = 4;
 constexpr int unchangedForMilliseconds = 1000;
@@ -36,7 +37,7 @@ struct Rimmed : MGLMapViewDelegate {
     return isRim ? 11 : 6;
   }
   std::optional<QColor> strokeColorForShapeAnnotation(MGLMapView&, const MGLAnnotation&) override {
-    return isRim ? QColor(0x12, 0x3f, 0x9c) : QColor(0x3d, 0x86, 0xf5);
+    return isRim ? QColor(0x12, 0x3f, 0x9c) : QColor(lineColor);
   }
 };
 
@@ -47,8 +48,15 @@ std::shared_ptr<MGLPointAnnotation> marker(const char* title, Coordinate coordin
   return made;
 }
 
-// What the view shows once it has not changed for a while.
-QImage pictureOf(MGLMapView& view) {
+bool hasLine(const QImage& picture) {
+  for (int y = 0; y < picture.height(); ++y)
+    for (int x = 0; x < picture.width(); ++x)
+      if (picture.pixel(x, y) == lineColor) return true;
+  return false;
+}
+
+// What the view shows once it has its line and has not changed for a while.
+QImage pictureOf(MGLMapView& view, bool isLineExpected) {
   QElapsedTimer total;
   QElapsedTimer unchanged;
   total.start();
@@ -58,7 +66,7 @@ QImage pictureOf(MGLMapView& view) {
          !total.hasExpired(giveUpAfterMilliseconds)) {
     QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
     const QImage picture = view.grab().toImage();
-    if (picture != last) unchanged.restart();
+    if (picture != last || (isLineExpected && !hasLine(picture))) unchanged.restart();
     last = picture;
   }
   return last;
@@ -84,7 +92,7 @@ bool draw(const QString& folder, const QString& engine) {
                            std::make_shared<MGLPolyline>(routes[i].points)});
     }
     view.show();
-    if (!pictureOf(view).save(fileOf(folder, i, engine))) return false;
+    if (!pictureOf(view, routes[i].points.size() > 1).save(fileOf(folder, i, engine))) return false;
     std::cout << routes[i].name << ": " << view.engineNote().toStdString() << '\n';
   }
   return true;

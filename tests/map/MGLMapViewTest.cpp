@@ -319,6 +319,22 @@ TEST(MGLMapViewTest, KeepsPlaceLinesAndMarkersThroughResizesAndInOtherWindows) {
   }
 }
 
+TEST(MGLMapViewTest, TheWorldsEdgesStayOutOfSight) {
+  for (const Screen screen : {Screen::none, Screen::x11}) {
+    const TestApplication application(screen);
+    Scene scene({84, 20}, 2);
+    scene.view.show();
+    for (const QSize& size : {QSize(600, 400), QSize(600, 900)}) {
+      scene.view.resize(size);
+      EXPECT_TRUE(waitUntil([&] {
+        scene.view.grab();
+        return scene.view.convertCoordinate({85.0511, 20}).y() < 0.5;
+      })) << scene.view.convertCoordinate({85.0511, 20}).y();
+      EXPECT_NEAR(scene.view.centerCoordinate().longitude, 20, 1e-6);
+    }
+  }
+}
+
 // In two windows, and in one.
 TEST(MGLMapViewTest, TwoViewsAreIndependentAndManyLeaveNothingBehind) {
   const TestApplication application;

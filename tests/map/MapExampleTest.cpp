@@ -47,9 +47,9 @@ TEST(MapExampleTest, SavesAPictureOfTheWholeRouteOnTheStyle) {
     line |= box;
   EXPECT_TRUE(QRect(20, 20, 460, 280).contains(line));
   for (const QRect& pin : pins) {
-    EXPECT_NEAR(pin.width(), 23, 2);
-    EXPECT_NEAR(pin.height(), 32, 4);
-    const QRect tip(pin.center().x() - 6, pin.bottom() - 2, 12, 8);
+    EXPECT_NEAR(pin.width(), 20, 1);
+    EXPECT_NEAR(pin.height(), 27, 2);
+    const QRect tip(pin.center().x() - 6, pin.bottom(), 12, 12);
     EXPECT_FALSE(boxesOf(picture.copy(tip), blue).empty()) << "no line at " << tip.x();
   }
   for (const char* const color : {"#ece8de", "#a7d2ec", "#f6a96b", "#d2e6b8"})
