@@ -88,8 +88,11 @@ void QVViewController::viewDidLoad() {
                       [self = shared_from_this()](const auto& response) {
                         self->route_ = response->route();
                         self->drawRoute();
+                        self->didReceiveRoute(response);
                       });
 }
+
+void QVViewController::didReceiveRoute(const std::shared_ptr<QVRouteResponse>&) {}
 
 void QVViewController::viewDidLayoutSubviews() {
   if (mapview_ && view_) mapview_->setFrame(view_->rect());
@@ -111,34 +114,38 @@ void QVViewController::drawRoute() {
   mapview_->addAnnotations(annotations);
 }
 
+std::shared_ptr<MGLMapViewDelegate> QVViewController::asked() const {
+  return mapview_ ? delegate() : nullptr;
+}
+
 std::optional<MGLAnnotationImage> QVViewController::imageForAnnotation(
     MGLMapView&, const MGLAnnotation& annotation) {
-  const auto asked = delegate();
-  return asked ? asked->imageForAnnotation(*mapview_, annotation) : std::nullopt;
+  const auto other = asked();
+  return other ? other->imageForAnnotation(*mapview_, annotation) : std::nullopt;
 }
 
 std::optional<double> QVViewController::lineWidthForPolylineAnnotation(
     MGLMapView&, const MGLPolyline& annotation) {
-  const auto asked = delegate();
+  const auto other = asked();
   const auto width =
-      asked ? asked->lineWidthForPolylineAnnotation(*mapview_, annotation) : std::nullopt;
+      other ? other->lineWidthForPolylineAnnotation(*mapview_, annotation) : std::nullopt;
   return width.value_or(3.0);
 }
 
 std::optional<QColor> QVViewController::strokeColorForShapeAnnotation(
-    MGLMapView&, const MGLAnnotation& annotation) {
-  const auto asked = delegate();
-  auto color = asked ? asked->strokeColorForShapeAnnotation(*mapview_, annotation) : std::nullopt;
+    MGLMapView& mapView, const MGLAnnotation& annotation) {
+  const auto other = asked();
+  auto color = other ? other->strokeColorForShapeAnnotation(*mapview_, annotation) : std::nullopt;
   if (color) return color;
-  QColor tint = mapview_->tintColor();
+  QColor tint = (mapview_ ? *mapview_ : mapView).tintColor();
   if (!tint.isValid()) fatalError(unwrappedAbsentValue);
   return tint;
 }
 
 std::optional<double> QVViewController::alphaForShapeAnnotation(MGLMapView&,
                                                                 const MGLAnnotation& annotation) {
-  const auto asked = delegate();
-  const auto alpha = asked ? asked->alphaForShapeAnnotation(*mapview_, annotation) : std::nullopt;
+  const auto other = asked();
+  const auto alpha = other ? other->alphaForShapeAnnotation(*mapview_, annotation) : std::nullopt;
   return alpha.value_or(1.0);
 }
 

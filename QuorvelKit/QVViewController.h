@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QuorvelKit/QVRoute.h>
+#include <QuorvelKit/QVRouteResponse.h>
 #include <QuorvelMap/MGLMapView.h>
 #include <QuorvelMap/MGLMapViewDelegate.h>
 #include <QuorvelPlatform/Coordinate.h>
@@ -82,7 +83,8 @@ class QUORVELKIT_EXPORT QVViewController : public MGLMapViewDelegate,
   bool isViewLoaded() const { return !view_.isNull(); }
 
   /// Each asks the delegate with mapview(), whatever map view it was given, and answers for it
-  /// where it has no answer: no image, 3 pixels, mapview()'s tint colour, alpha 1.
+  /// where it has no answer: no image, 3 pixels, mapview()'s tint colour, alpha 1. Once mapview()
+  /// is destroyed the delegate is not asked, and the colour is that of the map view given.
   std::optional<MGLAnnotationImage> imageForAnnotation(MGLMapView& mapView,
                                                        const MGLAnnotation& annotation) override;
   std::optional<double> lineWidthForPolylineAnnotation(MGLMapView& mapView,
@@ -98,12 +100,19 @@ class QUORVELKIT_EXPORT QVViewController : public MGLMapViewDelegate,
   virtual void viewDidLoad();
   /// Runs whenever view() is laid out: gives the map its whole area.
   virtual void viewDidLayoutSubviews();
+  /// Runs once for each answer, on the GUI thread, when route() is set and what it brought has been
+  /// added to mapview(): the place to move the map, to add more to it, or to say that there is no
+  /// route (`response->error()`, or a route without points). A request that cannot be sent at all
+  /// has no answer. Does nothing unless overridden; no exception may leave it.
+  virtual void didReceiveRoute(const std::shared_ptr<QVRouteResponse>& response);
 
  private:
   class View;
 
   static bool canMake();
   void drawRoute();
+  // The delegate, when there is one to ask and a map view to ask it with.
+  std::shared_ptr<MGLMapViewDelegate> asked() const;
 
   QPointer<MGLMapView> mapview_;
   QPointer<View> view_;

@@ -22,11 +22,13 @@ constexpr const char* routePath = "/v4/route";
 constexpr const char* twoPoints =
     R"({"points":[{"lat":39.28,"lon":-76.63},{"lat":39.28,"lon":-76.61}]})";
 
-// Counts what the life cycle does.
+// Counts what the life cycle does, and keeps the answers.
 class CountingController : public QVViewController {
  public:
   using QVViewController::QVViewController;
   int loads = 0, layouts = 0;
+  std::vector<std::shared_ptr<QVRouteResponse>> answers;
+  std::size_t drawnThen = 0;
 
  protected:
   void viewDidLoad() override {
@@ -38,6 +40,12 @@ class CountingController : public QVViewController {
   void viewDidLayoutSubviews() override {
     ++layouts;
     QVViewController::viewDidLayoutSubviews();
+  }
+  void didReceiveRoute(const std::shared_ptr<QVRouteResponse>& response) override {
+    answers.push_back(response);
+    EXPECT_EQ(route().has_value(), response->route().has_value());
+    drawnThen = mapview() != nullptr ? mapview()->annotations().size() : 0;
+    QVViewController::didReceiveRoute(response);
   }
 };
 
@@ -108,10 +116,12 @@ TEST_F(QVViewControllerTest, DrawsMarkersAtTheRoutesEndsAndALineThroughAllPoints
       {"no route", 0, {}}};
   for (const auto& [body, count, points] : table) {
     SCOPED_TRACE(body);
-    const auto controller = makeReady();
+    const auto controller = makeReady<CountingController>();
     const Coordinate center = controller->mapview()->centerCoordinate();
     loadAndDraw(*controller, body);
     EXPECT_EQ(controller->route().has_value(), count > 0);
+    ASSERT_EQ(controller->answers.size(), 1U);
+    EXPECT_EQ(controller->drawnThen, count);
     const auto& annotations = controller->mapview()->annotations();
     ASSERT_EQ(annotations.size(), count);
     EXPECT_EQ(controller->mapview()->centerCoordinate(), center) << "the viewport stays";
@@ -158,6 +168,13 @@ TEST_F(QVViewControllerTest, ForwardsStylingToTheDelegateAndAnswersWhereThatDoes
   delegate.reset();
   EXPECT_FALSE(controller->delegate()) << "it is held weakly";
   expectDefaults();
+
+  const auto late = std::make_shared<Looks>();
+  controller->setDelegate(late);
+  delete controller->mapview();
+  other.setTintColor(Qt::cyan);
+  expect("none", 3, Qt::cyan, 1);
+  EXPECT_TRUE(late->askers.empty()) << "there is no map view to ask with";
 }
 
 TEST_F(QVViewControllerTest, LivesUntilItsAnswerIsDrawnAlsoWhenItsWindowIsClosedMeanwhile) {
@@ -190,11 +207,12 @@ TEST_F(QVViewControllerTest, LivesUntilItsAnswerIsDrawnAlsoWhenItsWindowIsClosed
 }
 
 TEST_F(QVViewControllerTest, AMapTheApplicationDestroyedIsNotDrawnOn) {
-  const auto controller = makeReady();
+  const auto controller = makeReady<CountingController>();
   delete controller->mapview();
   EXPECT_EQ(controller->mapview(), nullptr);
   loadAndDraw(*controller, twoPoints);
   EXPECT_TRUE(controller->route());
+  EXPECT_EQ(controller->answers.size(), 1U);
 }
 
 // Without assertions: MissingEndTest.cpp.
