@@ -4,9 +4,23 @@
 namespace quorvelkit {
 
 QVRouteWidget::QVRouteWidget(QWidget* parent)
-    : QWidget(parent), controller_(QVViewController::make()) {}
+    : QWidget(parent), controller_(QVViewController::make()) {
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+  setFocusPolicy(Qt::StrongFocus);
+  setFocusProxy(controller_->mapview());
+}
 
 QVRouteWidget::~QVRouteWidget() = default;
+
+QSize QVRouteWidget::sizeHint() const {
+  const MGLMapView* const map = controller_->mapview();
+  return map != nullptr ? map->sizeHint() : QWidget::sizeHint();
+}
+
+QSize QVRouteWidget::minimumSizeHint() const {
+  const MGLMapView* const map = controller_->mapview();
+  return map != nullptr ? map->minimumSizeHint() : QWidget::minimumSizeHint();
+}
 
 void QVRouteWidget::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);

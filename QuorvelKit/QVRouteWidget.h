@@ -10,7 +10,8 @@
 namespace quorvelkit {
 
 /// A QVViewController as a plain widget, for forms and layouts. Set its controller's origin and
-/// destination before the widget is shown first: that loads the screen.
+/// destination before the widget is shown first: that loads the screen. Its size hints are those of
+/// the map, and it takes the keyboard focus for the map.
 class QUORVELKIT_EXPORT QVRouteWidget : public QWidget {
   Q_OBJECT
 
@@ -19,6 +20,9 @@ class QUORVELKIT_EXPORT QVRouteWidget : public QWidget {
   ~QVRouteWidget() override;
 
   const std::shared_ptr<QVViewController>& controller() const { return controller_; }
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
 
  protected:
   void resizeEvent(QResizeEvent* event) override;

@@ -33,12 +33,23 @@ std::shared_ptr<const MGLAnnotation> makeMarker(const char* title, const QVPoint
 // The root widget. Whoever destroys it, the map outlives it.
 class QVViewController::View : public QWidget {
  public:
-  explicit View(QVViewController* controller) : controller_(controller) {}
+  explicit View(QVViewController* controller) : controller_(controller) {
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+  }
   View(const View&) = delete;
   View& operator=(const View&) = delete;
   ~View() override {
     MGLMapView* const map = controller_->mapview_;
     if (map != nullptr && map->parentWidget() == this) map->setParent(nullptr);
+  }
+
+  QSize sizeHint() const override {
+    const MGLMapView* const map = controller_->mapview_;
+    return map != nullptr ? map->sizeHint() : QWidget::sizeHint();
+  }
+  QSize minimumSizeHint() const override {
+    const MGLMapView* const map = controller_->mapview_;
+    return map != nullptr ? map->minimumSizeHint() : QWidget::minimumSizeHint();
   }
 
  protected:

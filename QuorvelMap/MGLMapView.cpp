@@ -1,15 +1,23 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <QuorvelMap/AnnotationStore_p.h>
 #include <QuorvelMap/AttributionLabel_p.h>
 #include <QuorvelMap/MGLMapView.h>
 #include <QuorvelMap/MGLMapViewDelegate.h>
 #include <QuorvelMap/MGLPointAnnotation.h>
 #include <QuorvelMap/MainQueueHook.h>
+#include <QuorvelMap/MapAccessible_p.h>
+#include <QuorvelMap/MapControls_p.h>
 #include <QuorvelMap/MapEngine_p.h>
+#include <QuorvelMap/MapInput_p.h>
 #include <QuorvelMap/MarkerLayer_p.h>
 
 #include <QCoreApplication>
-#include <QEvent>
+#include <QFocusEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPalette>
+#include <QTouchEvent>
+#include <QWheelEvent>
 #include <algorithm>
 #include <optional>
 #include <utility>
@@ -27,7 +35,9 @@ struct MGLMapView::Private {
       : view(mapView),
         markers(new MarkerLayer(mapView)),
         notice(new AttributionLabel(mapView)),
-        engine(mapView, {[this] { show(); }, [this] { markers->setCamera(engine.camera()); }}) {}
+        engine(mapView, {[this] { show(); }, [this] { followCamera(); }}),
+        input(*mapView),
+        controls(*mapView, input) {}
   Private(const Private&) = delete;
   Private& operator=(const Private&) = delete;
 
@@ -42,9 +52,17 @@ struct MGLMapView::Private {
   AttributionLabel* const notice;
   QColor tintColor;
   std::weak_ptr<MGLMapViewDelegate> delegate;
-  Annotations annotations;
-  std::vector<Drawn> drawn;
+  AnnotationStore<std::shared_ptr<const MGLAnnotation>, Drawn> annotations;
   MapEngine engine;
+  MapInput input;
+  MapControls controls;
+  // The last focus came by a key, or a key was used since.
+  bool usesKeyboard = false;
+
+  void showFocus(bool byKeyboard) {
+    usesKeyboard = byKeyboard;
+    controls.showFocus(byKeyboard);
+  }
 
   Drawn looksOf(const MGLAnnotation& annotation) {
     Drawn looks;
@@ -83,26 +101,42 @@ struct MGLMapView::Private {
   }
 
   void show() {
-    for (const Drawn& looks : drawn)
+    for (const Drawn& looks : annotations.looks())
       drawLine(looks);
-    engine.canvas()->widget()->show();
-    engine.canvas()->widget()->lower();
-    markers->setCamera(engine.camera());
+    QWidget* const canvas = engine.canvas()->widget();
+    // Events are for the view, which handles them the same way for each canvas.
+    canvas->setAttribute(Qt::WA_TransparentForMouseEvents);
+    canvas->setFocusPolicy(Qt::NoFocus);
+    canvas->show();
+    canvas->lower();
+    followCamera();
     notice->setNotice(engine.attribution());
     layOut();
   }
 
-  // Canvas and markers fill the view; the notice stands in its lower right corner.
+  void followCamera() {
+    markers->setCamera(engine.camera());
+    controls.updateScale();
+  }
+
+  // Canvas and markers fill the view; the notice stands in its lower right corner, the controls
+  // above it.
   void layOut() {
     if (engine.canvas() != nullptr) engine.canvas()->widget()->setGeometry(view->rect());
     markers->setGeometry(view->rect());
     notice->layOut();
+    controls.layOut();
   }
 };
 
 MGLMapView::MGLMapView(const QRect& frame, QWidget* parent)
     : QWidget(parent), d_(std::make_unique<Private>(this)) {
   installMainQueueHook();
+  installMapAccessibility();
+  setAccessibleName(tr("Map"));
+  setAttribute(Qt::WA_AcceptTouchEvents);
+  setFocusPolicy(Qt::StrongFocus);
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   // An engine must be gone before the plugins that it uses are, and those go with the application
   // object. The view itself may stay: a handler of a request under way may hold it.
   connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
@@ -158,36 +192,24 @@ Coordinate MGLMapView::convertPoint(const QPointF& point) const {
   return coordinateAtViewPosition(d_->engine.camera(), size(), point);
 }
 
-const MGLMapView::Annotations& MGLMapView::annotations() const { return d_->annotations; }
+const MGLMapView::Annotations& MGLMapView::annotations() const { return d_->annotations.items(); }
 
 void MGLMapView::addAnnotations(const Annotations& annotations) {
   for (const auto& annotation : annotations) {
-    if (!annotation || std::count(d_->annotations.begin(), d_->annotations.end(), annotation) > 0) {
-      continue;
-    }
+    if (!annotation || d_->annotations.contains(annotation)) continue;
     Private::Drawn looks = d_->looksOf(*annotation);
-    d_->drawLine(looks);
-    if (looks.marker) d_->markers->add(*looks.marker);
-    d_->annotations.push_back(annotation);
-    d_->drawn.push_back(std::move(looks));
+    if (!d_->annotations.add(annotation, std::move(looks))) continue;
+    const Private::Drawn& drawn = d_->annotations.looks().back();
+    d_->drawLine(drawn);
+    if (drawn.marker) d_->markers->add(*drawn.marker);
   }
 }
 
 void MGLMapView::removeAnnotations(const Annotations& annotations) {
-  // The list may be the view's own.
-  Annotations kept;
-  std::vector<Private::Drawn> keptLooks;
-  for (std::size_t i = 0; i < d_->annotations.size(); ++i) {
-    const auto& annotation = d_->annotations[i];
-    if (std::count(annotations.begin(), annotations.end(), annotation) > 0) continue;
-    kept.push_back(annotation);
-    keptLooks.push_back(std::move(d_->drawn[i]));
-  }
-  d_->annotations = std::move(kept);
-  d_->drawn = std::move(keptLooks);
+  d_->annotations.remove(annotations);
   d_->markers->clear();
   if (d_->engine.canvas() != nullptr) d_->engine.canvas()->clear();
-  for (const auto& looks : d_->drawn) {
+  for (const auto& looks : d_->annotations.looks()) {
     d_->drawLine(looks);
     if (looks.marker) d_->markers->add(*looks.marker);
   }
@@ -195,11 +217,57 @@ void MGLMapView::removeAnnotations(const Annotations& annotations) {
 
 QString MGLMapView::engineNote() const { return d_->engine.note(); }
 
+bool MGLMapView::showsZoomButtons() const { return d_->controls.hasButtons(); }
+void MGLMapView::setShowsZoomButtons(bool shown) { d_->controls.showButtons(shown); }
+bool MGLMapView::showsScaleBar() const { return d_->controls.hasScaleBar(); }
+void MGLMapView::setShowsScaleBar(bool shown) { d_->controls.showScaleBar(shown); }
+
+QSize MGLMapView::sizeHint() const { return {480, 360}; }
+QSize MGLMapView::minimumSizeHint() const { return {160, 120}; }
+
 bool MGLMapView::event(QEvent* event) {
-  // An engine's drawing context belongs to its window; it is started anew in the next one.
-  if (event->type() == QEvent::ParentAboutToChange) d_->engine.stop();
+  switch (event->type()) {
+    // An engine's drawing context belongs to its window; it is started anew in the next one.
+    case QEvent::ParentAboutToChange: d_->engine.stop(); break;
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+    case QEvent::TouchCancel:
+      event->setAccepted(d_->input.touch(static_cast<const QTouchEvent&>(*event)));
+      return true;
+    default: break;
+  }
   return QWidget::event(event);
 }
+
+// The frame is for those who use keys. A window that comes to the front leaves it as it was.
+void MGLMapView::focusInEvent(QFocusEvent* event) {
+  switch (event->reason()) {
+    case Qt::ActiveWindowFocusReason:
+    case Qt::PopupFocusReason:
+    case Qt::MenuBarFocusReason: d_->showFocus(d_->usesKeyboard); break;
+    default: d_->showFocus(event->reason() != Qt::MouseFocusReason);
+  }
+}
+
+void MGLMapView::focusOutEvent(QFocusEvent*) { d_->controls.showFocus(false); }
+
+void MGLMapView::keyPressEvent(QKeyEvent* event) {
+  event->setAccepted(d_->input.key(*event));
+  if (event->isAccepted()) d_->showFocus(true);
+}
+
+void MGLMapView::mouseDoubleClickEvent(QMouseEvent* event) {
+  event->setAccepted(d_->input.doubleClick(*event));
+}
+
+void MGLMapView::mouseMoveEvent(QMouseEvent* event) { event->setAccepted(d_->input.drag(*event)); }
+
+void MGLMapView::mousePressEvent(QMouseEvent* event) {
+  event->setAccepted(d_->input.press(*event));
+}
+
+void MGLMapView::wheelEvent(QWheelEvent* event) { event->setAccepted(d_->input.wheel(*event)); }
 
 void MGLMapView::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);

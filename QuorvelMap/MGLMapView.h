@@ -19,7 +19,12 @@ namespace quorvelkit {
 
 class MGLMapViewDelegate;
 
-/// A map to move and zoom with mouse, wheel and fingers, and the annotations drawn on it.
+/// A map to move and zoom with mouse, wheel, fingers and keys, and the annotations drawn on it.
+///
+/// Dragging moves the map. The wheel, two fingers and a double click or tap zoom about their place.
+/// With the keyboard focus, the arrow keys move the map, plus and minus zoom, and Home shows all
+/// lines (all markers if there are no lines). Assistive programs read the accessible name of the
+/// view ("Map" unless set), and its markers by their titles.
 ///
 /// The map is drawn by Qt Location's Mapbox GL engine. Where that cannot run (no OpenGL, a plugin
 /// or driver missing) a simpler engine takes its place, at the last a plain one of this library's
@@ -93,8 +98,25 @@ class QUORVELKIT_EXPORT MGLMapView : public QWidget {
   /// an engine that fails later, or a style that arrives, changes it.
   QString engineNote() const;
 
+  /// The buttons for zooming in the upper right corner, and the scale bar in the lower left one, in
+  /// meters or in feet and miles as the widget's locale() has it. Both are shown unless hidden.
+  bool showsZoomButtons() const;
+  void setShowsZoomButtons(bool shown);
+  bool showsScaleBar() const;
+  void setShowsScaleBar(bool shown);
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
+
  protected:
   bool event(QEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void showEvent(QShowEvent* event) override;
 

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelMap/PlainMapCanvas_p.h>
 
-#include <QMouseEvent>
 #include <QPainter>
 #include <QPointer>
-#include <QWheelEvent>
 #include <QWidget>
 #include <algorithm>
 #include <cmath>
@@ -59,26 +57,7 @@ class PlainWidget : public QWidget {
     }
   }
 
-  void mousePressEvent(QMouseEvent* event) override { grabbed_ = event->localPos(); }
-
-  void mouseMoveEvent(QMouseEvent* event) override {
-    moveTo(coordinateAtViewPosition(camera_, size(), middle() + grabbed_ - event->localPos()));
-    grabbed_ = event->localPos();
-  }
-
-  // Zooms about the position under the mouse.
-  void wheelEvent(QWheelEvent* event) override {
-    const Coordinate under = coordinateAtViewPosition(camera_, size(), event->position());
-    setCamera({camera_.center, camera_.zoomLevel + event->angleDelta().y() / 480.0});
-    const QPointF drift = viewPosition(camera_, size(), under) - event->position();
-    moveTo(coordinateAtViewPosition(camera_, size(), middle() + drift));
-    event->accept();
-  }
-
  private:
-  QPointF middle() const { return QRectF(rect()).center(); }
-  void moveTo(Coordinate center) { setCamera({center, camera_.zoomLevel}); }
-
   // The piece in the copy of the world in which its first position is nearest to the middle,
   // without the positions that nobody can tell from the one before.
   QPolygonF polygon(const std::vector<Coordinate>& piece) const {
@@ -99,7 +78,6 @@ class PlainWidget : public QWidget {
 
   const CanvasMovedHandler moved_;
   MapCamera camera_;
-  QPointF grabbed_;
 };
 
 class PlainMapCanvas : public MapCanvas {

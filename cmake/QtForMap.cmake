@@ -8,7 +8,7 @@ set_property(CACHE QUORVELKIT_BUILD_MAP PROPERTY STRINGS AUTO ON OFF)
 set(QUORVELKIT_HAS_MAP OFF)
 if(QUORVELKIT_BUILD_MAP)
   find_package(Qt5 5.15 QUIET COMPONENTS Widgets Network Sql Qml Quick QuickWidgets Positioning
-               Location)
+               Location QuickCompiler)
   if(Qt5_FOUND)
     set(QUORVELKIT_HAS_MAP ON)
   else()

@@ -58,8 +58,7 @@ Item {
         objectName: "map"
         anchors.fill: parent
         color: "#ece9e2"
-        gesture.acceptedGestures: MapGestureArea.PanGesture | MapGestureArea.FlickGesture
-                                  | MapGestureArea.PinchGesture
+        gesture.enabled: false  // The map view moves and zooms.
     }
 
     // The plugin is given to the map when the scene is in its window already: the engine looks

@@ -182,6 +182,8 @@ TEST(MGLMapViewTest, TitlesAreWholeApartAndInsideTheViewAndLeaveSymbolsFree) {
       Scene scene(town);
       for (const QPointF& place : row.places)
         scene.view.addAnnotations({makeMarker(scene.view.convertPoint(place), row.title)});
+      scene.view.setShowsZoomButtons(false);  // They would lie above titles in the corners.
+      scene.view.setShowsScaleBar(false);
       scene.view.show();
       QImage picture;
       std::vector<QRect> plates;

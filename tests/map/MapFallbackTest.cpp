@@ -8,11 +8,9 @@
 #include <QtCore/QBuffer>
 
 #include <QLabel>
-#include <QMouseEvent>
 #include <QQuickWidget>
 #include <QQuickWindow>
 #include <QScrollArea>
-#include <QWheelEvent>
 #include <atomic>
 #include <thread>
 
@@ -125,35 +123,6 @@ TEST(MapFailureTest, TheRouteIsSeenWhenTheSceneGraphFailsLater) {
     view.setStyleURL(QUrl());
   }
   EXPECT_EQ(printed.text(), "");
-}
-
-// What is under the mouse stays under it, while the map is dragged and while it is zoomed.
-TEST(PlainMapTest, IsMovedByTheMouseAndZoomedByTheWheel) {
-  const TestApplication application(Screen::none);
-  ViewOfRoute view;
-  view.show();
-  view.expectRoute(plain, "");
-  QWidget* const ground = view.childAt(view.rect().center());
-  const auto move = [&](QEvent::Type type, const QPointF& to) {
-    QMouseEvent event(type, to, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(ground, &event);
-  };
-  const auto expectAt = [&](const QPointF& place, Coordinate position) {
-    EXPECT_LT((view.convertCoordinate(position) - place).manhattanLength(), 0.01);
-  };
-  const QPointF from(200, 150), to(120, 190);
-  move(QEvent::MouseButtonPress, from);
-  move(QEvent::MouseMove, QPointF(150, 150));
-  move(QEvent::MouseMove, to);
-  expectAt(to, {0, 0});
-  QWheelEvent wheel(to, to, QPoint(), QPoint(0, 480), Qt::NoButton, Qt::NoModifier,
-                    Qt::NoScrollPhase, false);
-  QApplication::sendEvent(ground, &wheel);
-  EXPECT_DOUBLE_EQ(view.zoomLevel(), 14);
-  expectAt(to, {0, 0});
-  view.removeAnnotations(view.annotations());
-  EXPECT_TRUE(view.annotations().empty());
-  EXPECT_TRUE(shows(view, {0, 0}, plainGround));
 }
 
 TEST(MapTilesTest, TilesOfTheHostAreDrawnWithoutTheFirstEngine) {

@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <QuorvelMap/MGLMapView.h>
+#include <QuorvelMap/MapControls_p.h>
+#include <QuorvelMap/ScaleBar_p.h>
+
+#include <QPainter>
+#include <QToolButton>
+#include <memory>
+
+namespace quorvelkit {
+
+namespace {
+
+constexpr int cornerMargin = 10;
+constexpr int buttonSize = 34;
+
+// A plate in the colours of the palette, with a plus or a minus sign.
+class ZoomButton : public QToolButton {
+ public:
+  ZoomButton(QWidget* parent, bool isPlus) : QToolButton(parent), isPlus_(isPlus) {
+    setFixedSize(buttonSize, buttonSize);
+    setFocusPolicy(Qt::TabFocus);
+    // Without this the map would take the touch, and the button would get no click.
+    setAttribute(Qt::WA_NoMousePropagation);
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const bool isLit = underMouse() || isDown();
+    painter.setPen(QPen(palette().color(QPalette::Mid), 1));
+    painter.setBrush(palette().color(isLit ? QPalette::Button : QPalette::Base));
+    const QRectF plate = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+    painter.drawRoundedRect(plate, 5, 5);
+    if (hasFocus()) {
+      painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
+      painter.drawRoundedRect(plate.adjusted(1.5, 1.5, -1.5, -1.5), 4, 4);
+    }
+    painter.setPen(QPen(palette().color(QPalette::Text), 2));
+    const QPointF middle = plate.center();
+    const double arm = 7;
+    painter.drawLine(middle - QPointF(arm, 0), middle + QPointF(arm, 0));
+    if (isPlus_) painter.drawLine(middle - QPointF(0, arm), middle + QPointF(0, arm));
+  }
+
+ private:
+  const bool isPlus_;
+};
+
+class FocusFrame : public QWidget {
+ public:
+  explicit FocusFrame(QWidget* parent) : QWidget(parent) {
+    setObjectName(QStringLiteral("focusFrame"));
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    hide();
+  }
+
+ protected:
+  // A light line inside the coloured one separates it from any map.
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.setPen(QPen(palette().color(QPalette::Highlight), 3));
+    painter.drawRect(QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5));
+    painter.setPen(QPen(palette().color(QPalette::Base), 1));
+    painter.drawRect(QRectF(rect()).adjusted(3.5, 3.5, -3.5, -3.5));
+  }
+};
+
+}  // namespace
+
+MapControls::MapControls(MGLMapView& view, MapInput& input)
+    : view_(view),
+      zoomIn_(makeButton("zoomIn", MGLMapView::tr("Zoom in"), input, 1)),
+      zoomOut_(makeButton("zoomOut", MGLMapView::tr("Zoom out"), input, -1)),
+      scaleBar_(std::make_unique<ScaleBar>(&view).release()),
+      focusFrame_(std::make_unique<FocusFrame>(&view).release()) {}
+
+QWidget* MapControls::makeButton(const char* name, const QString& text, MapInput& input,
+                                 double levels) {
+  ZoomButton* const button = std::make_unique<ZoomButton>(&view_, levels > 0).release();
+  button->setObjectName(QLatin1String(name));
+  button->setAccessibleName(text);
+  button->setToolTip(text);
+  button->setAutoRepeat(true);
+  QObject::connect(button, &QToolButton::clicked, &view_, [&input, levels] { input.zoom(levels); });
+  return button;
+}
+
+bool MapControls::hasButtons() const { return !zoomIn_->isHidden(); }
+
+void MapControls::showButtons(bool shown) {
+  zoomIn_->setVisible(shown);
+  zoomOut_->setVisible(shown);
+}
+
+bool MapControls::hasScaleBar() const { return !scaleBar_->isHidden(); }
+void MapControls::showScaleBar(bool shown) { scaleBar_->setVisible(shown); }
+void MapControls::showFocus(bool shown) { focusFrame_->setVisible(shown); }
+
+void MapControls::layOut() {
+  const int right = view_.width() - cornerMargin - buttonSize;
+  zoomIn_->move(right, cornerMargin);
+  zoomOut_->move(right, cornerMargin + buttonSize + 4);
+  focusFrame_->setGeometry(view_.rect());
+  for (QWidget* const widget : {zoomIn_, zoomOut_, static_cast<QWidget*>(scaleBar_), focusFrame_})
+    widget->raise();
+  updateScale();
+}
+
+void MapControls::updateScale() {
+  scaleBar_->showScale(view_.centerCoordinate().latitude, view_.zoomLevel());
+  scaleBar_->move(cornerMargin, view_.height() - cornerMargin - scaleBar_->height());
+}
+
+}  // namespace quorvelkit
