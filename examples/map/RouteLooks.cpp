@@ -3,32 +3,56 @@
 
 #include <QuorvelMap/MGLMapView.h>
 
-#include <QMargins>
-#include <memory>
+#include <QImage>
+#include <QPainter>
 
 using namespace quorvelkit;
 
 namespace {
 
 constexpr double lineWidth = 5;
-constexpr double casingWidth = 9;
+constexpr double rimWidth = 9;
+constexpr int ringSize = 26;
+
+QImage ring(const QColor& color, double devicePixelRatio) {
+  QImage image(QSize(ringSize, ringSize) * devicePixelRatio, QImage::Format_ARGB32_Premultiplied);
+  image.setDevicePixelRatio(devicePixelRatio);
+  image.fill(Qt::transparent);
+  QPainter painter(&image);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const QRectF circle = QRectF(0, 0, ringSize, ringSize).adjusted(4, 4, -4, -4);
+  painter.setPen(QPen(Qt::white, 7));
+  painter.drawEllipse(circle);
+  painter.setPen(QPen(color, 4));
+  painter.drawEllipse(circle);
+  return image;
+}
 
 }  // namespace
 
-// The line is asked about first of all its looks, and once: here it is laid on a darker, broader
-// one and brought into view. The markers with their titles stand on its ends and need room above
-// and beside them.
-std::optional<double> RouteLooks::lineWidthForPolylineAnnotation(MGLMapView& mapView,
+std::shared_ptr<MGLPolyline> RouteLooks::makeRim(const MGLPolyline& line) {
+  rim_ = std::make_shared<MGLPolyline>(line.coordinates());
+  return rim_;
+}
+
+std::shared_ptr<MGLPointAnnotation> RouteLooks::makeTurn(Coordinate place) {
+  turn_ = std::make_shared<MGLPointAnnotation>();
+  turn_->setCoordinate(place);
+  return turn_;
+}
+
+std::optional<MGLAnnotationImage> RouteLooks::imageForAnnotation(MGLMapView& mapView,
+                                                                 const MGLAnnotation& annotation) {
+  if (&annotation != turn_.get()) return std::nullopt;
+  return MGLAnnotationImage(ring(theme_.turn, mapView.devicePixelRatioF()));
+}
+
+std::optional<double> RouteLooks::lineWidthForPolylineAnnotation(MGLMapView&,
                                                                  const MGLPolyline& annotation) {
-  if (&annotation == casing_.get()) return casingWidth;
-  hasRoute_ = annotation.pointCount() > 0;
-  casing_ = std::make_shared<MGLPolyline>(annotation.coordinates());
-  mapView.addAnnotations({casing_});
-  mapView.setVisibleCoordinates(annotation.coordinates(), QMargins(70, 90, 70, 40));
-  return lineWidth;
+  return &annotation == rim_.get() ? rimWidth : lineWidth;
 }
 
 std::optional<QColor> RouteLooks::strokeColorForShapeAnnotation(MGLMapView&,
                                                                 const MGLAnnotation& annotation) {
-  return &annotation == casing_.get() ? QColor(0x12, 0x3f, 0x9c) : QColor(0x3d, 0x86, 0xf5);
+  return &annotation == rim_.get() ? theme_.rim : theme_.line;
 }

@@ -29,7 +29,7 @@ void Screenshot::look() {
   if (!isReady_()) {
     if (!isLate) return;
     timer_.stop();
-    handler_(QStringLiteral("no route came"));
+    handler_(QStringLiteral("the route was not there in time"));
     return;
   }
   const QImage picture = widget_.grab().toImage();

@@ -1,17 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "RouteLooks.h"
+#include "RoutePage.h"
 #include "Screenshot.h"
+#include "Theme.h"
 
 #include <QuorvelKit/QVBackendless.h>
-#include <QuorvelKit/QVViewController.h>
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QStringList>
 #include <QUrl>
-#include <QWidget>
 #include <iostream>
-#include <memory>
 #include <optional>
 
 using namespace quorvelkit;
@@ -30,56 +28,87 @@ std::optional<Coordinate> parseCoordinate(const QString& text) {
   return coordinate;
 }
 
+bool isServer(const QString& text) {
+  const QUrl url(text, QUrl::StrictMode);
+  return url.isValid() && !url.host().isEmpty() &&
+         (url.scheme() == "http" || url.scheme() == "https");
+}
+
+struct Options {
+  Coordinate from;
+  Coordinate to;
+  QString backend;
+  QUrl style;
+  bool isDark = false;
+  QSize size;
+  QString screenshot;
+};
+
+// Absent when they make no sense; ends the process after --help. Needs no display.
+std::optional<Options> parseOptions(int argc, char** argv) {
+  const QCoreApplication application(argc, argv);
+  QCommandLineParser parser;
+  parser.setApplicationDescription("Shows the route between two places on a map.");
+  parser.addHelpOption();
+  parser.addOptions({{"from", "Start of the route.", "LAT,LON"},
+                     {"to", "End of the route.", "LAT,LON"},
+                     {"backend", "Backend server to use instead of the built-in one.", "URL"},
+                     {"style", "Mapbox style of the map; without one the ground is plain.", "URL"},
+                     {"dark", "Use dark colors."},
+                     {"width", "Width of the window.", "N", "900"},
+                     {"height", "Height of the window.", "N", "640"},
+                     {"screenshot", "Save a picture of the window, then exit.", "FILE.png"}});
+  parser.process(QCoreApplication::arguments());
+  const auto from = parseCoordinate(parser.value("from"));
+  const auto to = parseCoordinate(parser.value("to"));
+  const QSize size(parser.value("width").toInt(), parser.value("height").toInt());
+  if (!from || !to || size.isEmpty()) {
+    std::cerr << "quorvel-map: needs --from LAT,LON and --to LAT,LON (see --help)\n";
+    return std::nullopt;
+  }
+  if (parser.isSet("backend") && !isServer(parser.value("backend"))) {
+    std::cerr << "quorvel-map: --backend needs an http or https URL\n";
+    return std::nullopt;
+  }
+  return Options{*from,
+                 *to,
+                 parser.value("backend"),
+                 QUrl(parser.value("style")),
+                 parser.isSet("dark"),
+                 size,
+                 parser.value("screenshot")};
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-  // Qt would take --style for its own: it gets to see the program's name only.
-  QStringList arguments;
-  for (int i = 0; i < argc; ++i)
-    arguments += QString::fromLocal8Bit(argv[i]);
+  const auto options = parseOptions(argc, argv);
+  if (!options) return usageError;
+  if (!options->backend.isEmpty()) QVBackendless::setBaseURL(options->backend.toStdString());
+
+  // Qt would take --style for its own: it gets the program's name only.
   int one = 1;
   const QApplication application(one, argv);
-  QCommandLineParser options;
-  options.setApplicationDescription("Shows the route between two places on a map.");
-  options.addHelpOption();
-  options.addOptions({{"from", "Where the route begins.", "LAT,LON"},
-                      {"to", "Where it ends.", "LAT,LON"},
-                      {"backend", "The backend to use instead of the built-in one.", "URL"},
-                      {"style", "The map's Mapbox style; a plain ground without one.", "URL"},
-                      {"width", "Width of the window.", "N", "900"},
-                      {"height", "Height of the window.", "N", "640"},
-                      {"screenshot", "Save a picture of the window, and end.", "FILE.png"}});
-  options.process(arguments);
-  const auto from = parseCoordinate(options.value("from"));
-  const auto to = parseCoordinate(options.value("to"));
-  const int width = options.value("width").toInt();
-  const int height = options.value("height").toInt();
-  if (!from || !to || width <= 0 || height <= 0) {
-    std::cerr << "quorvel-map: needs --from LAT,LON and --to LAT,LON (see --help)\n";
-    return usageError;
-  }
-  if (options.isSet("backend")) QVBackendless::setBaseURL(options.value("backend").toStdString());
-
-  const auto looks = std::make_shared<RouteLooks>();
-  const auto screen = QVViewController::make();
-  screen->setOrigin(*from);
-  screen->setDestination(*to);
-  screen->setDelegate(looks);
-  screen->mapview()->setStyleURL(QUrl(options.value("style")));
-  QWidget& window = *screen->view();
-  window.setWindowTitle("Route");
-  window.resize(width, height);
-  window.show();
+  QApplication::setStyle("fusion");
+  const Theme theme = options->isDark ? darkTheme() : lightTheme();
+  QApplication::setPalette(theme.palette);
+  RoutePage page(options->from, options->to, theme);
+  if (!options->style.isEmpty()) page.setMapStyle(options->style);
+  page.setWindowTitle("Route");
+  page.resize(options->size);
+  page.show();
+  page.load();
   std::optional<Screenshot> screenshot;
-  if (options.isSet("screenshot")) {
+  if (!options->screenshot.isEmpty()) {
     screenshot.emplace(
-        window, options.value("screenshot"), [&] { return looks->hasRoute(); },
-        [&](const QString& problem) {
+        page, options->screenshot, [&] { return page.isFinished(); },
+        [&](QString problem) {
+          if (problem.isEmpty() && !page.hasRoute()) problem = "no route came";
           if (!problem.isEmpty()) std::cerr << "quorvel-map: " << problem.toStdString() << '\n';
           QApplication::exit(problem.isEmpty() ? 0 : 1);
         });
   }
   const int status = QApplication::exec();
-  std::cout << screen->mapview()->engineNote().toStdString() << '\n';
+  std::cout << page.screen().mapview()->engineNote().toStdString() << '\n';
   return status;
 }
