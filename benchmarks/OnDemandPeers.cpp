@@ -16,27 +16,22 @@ void append(std::vector<std::string>& to, value& from) {
     to.emplace_back(element.get_string().value());
 }
 
-template <class Read>
-void forEachMember(object from, Read read) {
+void read(object from, PlainHighway& highway) {
   for (auto member : from) {
     const raw_json_string key = member.key();
     value field = member.value();
-    read(key, field);
-  }
-}
-
-void read(object from, PlainHighway& highway) {
-  forEachMember(from, [&](raw_json_string key, value& field) {
     if (key == "number") {
       highway.number = field.get_int64();
     } else if (key == "dir") {
       highway.direction = enumValue<QVHighwayType>(field.get_string().value());
     }
-  });
+  }
 }
 
 void read(object from, PlainStreet& street) {
-  forEachMember(from, [&](raw_json_string key, value& field) {
+  for (auto member : from) {
+    const raw_json_string key = member.key();
+    value field = member.value();
     if (key == "name") {
       assign(street.name, field);
     } else if (key == "dir") {
@@ -48,11 +43,13 @@ void read(object from, PlainStreet& street) {
       street.highway = std::make_unique<PlainHighway>();
       read(field.get_object(), *street.highway);
     }
-  });
+  }
 }
 
 void read(object from, PlainTurn& turn) {
-  forEachMember(from, [&](raw_json_string key, value& field) {
+  for (auto member : from) {
+    const raw_json_string key = member.key();
+    value field = member.value();
     if (key == "dir") {
       turn.direction = enumValue<QVTurnDirection>(field.get_string().value());
     } else if (key == "instruct") {
@@ -61,11 +58,13 @@ void read(object from, PlainTurn& turn) {
       turn.street = std::make_unique<PlainStreet>();
       read(field.get_object(), *turn.street);
     }
-  });
+  }
 }
 
 void read(object from, PlainPoint& point) {
-  forEachMember(from, [&](raw_json_string key, value& field) {
+  for (auto member : from) {
+    const raw_json_string key = member.key();
+    value field = member.value();
     if (key == "lat") {
       point.latitude = field.get_double();
     } else if (key == "lon") {
@@ -86,7 +85,7 @@ void read(object from, PlainPoint& point) {
     } else if (key == "say") {
       append(point.say, field);
     }
-  });
+  }
 }
 
 bool readResultField(raw_json_string key, value& field, PlainResult& result) {
@@ -113,7 +112,9 @@ bool readResultField(raw_json_string key, value& field, PlainResult& result) {
 }
 
 void read(object from, PlainCandidate& candidate) {
-  forEachMember(from, [&](raw_json_string key, value& field) {
+  for (auto member : from) {
+    const raw_json_string key = member.key();
+    value field = member.value();
     if (key == "Address") {
       assign(candidate.address, field);
     } else if (key == "location") {
@@ -121,19 +122,23 @@ void read(object from, PlainCandidate& candidate) {
       candidate.location.longitude = location["x"].get_double();
       candidate.location.latitude = location["y"].get_double();
     } else if (key == "attributes") {
-      forEachMember(field.get_object(), [&](raw_json_string name, value& attribute) {
+      for (auto pair : field.get_object()) {
+        const raw_json_string name = pair.key();
+        value attribute = pair.value();
         if (name == "Match_addr") assign(candidate.matchAddress, attribute);
         if (name == "magicKey") assign(candidate.placeAddress, attribute);
         if (name == "Addr_type") assign(candidate.addressType, attribute);
-      });
+      }
     } else {
       readResultField(key, field, candidate);
     }
-  });
+  }
 }
 
 void read(object from, PlainSuggestion& suggestion) {
-  forEachMember(from, [&](raw_json_string key, value& field) {
+  for (auto member : from) {
+    const raw_json_string key = member.key();
+    value field = member.value();
     if (key == "text") {
       assign(suggestion.text, field);
     } else if (key == "magicKey") {
@@ -145,7 +150,7 @@ void read(object from, PlainSuggestion& suggestion) {
       if (key == "menuUrl") assign(suggestion.menuUrl, field);
       if (key == "url") assign(suggestion.url, field);
     }
-  });
+  }
 }
 
 template <class Element>
@@ -169,7 +174,9 @@ std::vector<Result> readResults(simdjson::ondemand::parser& parser,
 PlainRoute onDemandRoute(simdjson::ondemand::parser& parser, simdjson::padded_string_view bytes) {
   PlainRoute route;
   simdjson::ondemand::document document = parser.iterate(bytes);
-  forEachMember(document.get_object(), [&](raw_json_string key, value& field) {
+  for (auto member : document.get_object()) {
+    const raw_json_string key = member.key();
+    value field = member.value();
     if (key == "distance") {
       route.totalDistanceInMiles = field.get_double();
     } else if (key == "duration") {
@@ -181,7 +188,7 @@ PlainRoute onDemandRoute(simdjson::ondemand::parser& parser, simdjson::padded_st
     } else if (key == "points") {
       readArray(field, route.points);
     }
-  });
+  }
   return route;
 }
 
