@@ -119,13 +119,13 @@ struct MGLMapView::Private {
     controls.updateScale();
   }
 
-  // Canvas and markers fill the view; the notice stands in its lower right corner, the controls
-  // above it.
+  // Canvas and markers fill the view; the notice stands in its lower right corner, above all else.
   void layOut() {
     if (engine.canvas() != nullptr) engine.canvas()->widget()->setGeometry(view->rect());
     markers->setGeometry(view->rect());
     notice->layOut();
-    controls.layOut();
+    controls.layOut(notice->isHidden() ? QRect() : notice->geometry());
+    notice->raise();
   }
 };
 

@@ -98,7 +98,8 @@ bool MapControls::hasScaleBar() const { return !scaleBar_->isHidden(); }
 void MapControls::showScaleBar(bool shown) { scaleBar_->setVisible(shown); }
 void MapControls::showFocus(bool shown) { focusFrame_->setVisible(shown); }
 
-void MapControls::layOut() {
+void MapControls::layOut(const QRect& notice) {
+  notice_ = notice;
   const int right = view_.width() - cornerMargin - buttonSize;
   zoomIn_->move(right, cornerMargin);
   zoomOut_->move(right, cornerMargin + buttonSize + 4);
@@ -110,7 +111,10 @@ void MapControls::layOut() {
 
 void MapControls::updateScale() {
   scaleBar_->showScale(view_.centerCoordinate().latitude, view_.zoomLevel());
-  scaleBar_->move(cornerMargin, view_.height() - cornerMargin - scaleBar_->height());
+  QRect place = scaleBar_->rect();
+  place.moveBottomLeft({cornerMargin, view_.height() - 1 - cornerMargin});
+  if (place.intersects(notice_)) place.moveBottom(notice_.top() - cornerMargin);
+  scaleBar_->move(place.topLeft());
 }
 
 }  // namespace quorvelkit

@@ -3,6 +3,8 @@
 
 #include <QuorvelMap/MapInput_p.h>
 
+#include <QRect>
+
 class QWidget;
 
 namespace quorvelkit {
@@ -23,8 +25,9 @@ class MapControls {
   void showScaleBar(bool shown);
   void showFocus(bool shown);
 
-  /// Puts the controls into their corners, above a canvas that was made after them.
-  void layOut();
+  /// Puts the controls into their corners, above a canvas that was made after them. The scale bar
+  /// keeps clear of the notice about the data; an empty rectangle stands for no notice.
+  void layOut(const QRect& notice);
   /// Call it when the camera has moved.
   void updateScale();
 
@@ -32,6 +35,7 @@ class MapControls {
   QWidget* makeButton(const char* name, const QString& text, MapInput& input, double levels);
 
   MGLMapView& view_;
+  QRect notice_;
   QWidget* const zoomIn_;
   QWidget* const zoomOut_;
   ScaleBar* const scaleBar_;

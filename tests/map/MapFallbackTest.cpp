@@ -305,6 +305,8 @@ TEST(MapStyleTest, NoticesOfTheSourcesAreShownAsTextAndLinksInsideTheView) {
     EXPECT_LE(label->height(), 3 * label->fontMetrics().lineSpacing());
     EXPECT_EQ(view.childAt(label->geometry().center()), label) << "nothing lies above it";
     EXPECT_EQ(label->text().contains(u'…'), size.width() < 200);
+    const auto* const bar = view.findChild<QWidget*>("scaleBar");
+    EXPECT_TRUE(size.height() < 100 || !label->geometry().intersects(bar->geometry()));
   }
   // The sign opens the whole notice in a window of its own.
   view.resize(120, 200);
