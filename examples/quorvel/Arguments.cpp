@@ -13,12 +13,12 @@ using namespace quorvelkit;
 
 namespace {
 
-/// Reads the whole text as a number in a range around zero.
-std::optional<double> parseDegrees(std::string_view text, double most) {
+/// Parses the whole text as a number from -limit to limit.
+std::optional<double> parseDegrees(std::string_view text, double limit) {
   double value = 0;
   const char* const end = text.data() + text.size();
   const auto [stop, error] = std::from_chars(text.data(), end, value);
-  if (error != std::errc() || stop != end || !(value >= -most && value <= most)) {
+  if (error != std::errc() || stop != end || !(value >= -limit && value <= limit)) {
     return std::nullopt;
   }
   return value;
@@ -49,39 +49,39 @@ std::optional<QVSearchExtent> parseExtent(std::string_view text) {
 
 std::optional<std::chrono::system_clock::time_point> parseTime(const std::string& text) {
   tm fields{};
-  const char* const rest = strptime(text.c_str(), "%Y-%m-%dT%H:%M:%S%z", &fields);
-  if (rest == nullptr || *rest != '\0') return std::nullopt;
+  const char* const end = strptime(text.c_str(), "%Y-%m-%dT%H:%M:%S%z", &fields);
+  if (end == nullptr || *end != '\0') return std::nullopt;
   const long offset = fields.tm_gmtoff;
   return std::chrono::system_clock::from_time_t(timegm(&fields) - offset);
 }
 
 std::string checkCoordinate(const std::string& text) {
   return parseCoordinate(text) ? std::string()
-                               : "'" + text + "' is no LAT,LON in degrees such as 39.3,-76.54";
+                               : "'" + text + "' is not LAT,LON in degrees, such as 39.3,-76.54";
 }
 
 std::string checkExtent(const std::string& text) {
   return parseExtent(text)
              ? std::string()
-             : "'" + text + "' is no S,W,N,E in degrees such as 39.2,-76.7,39.4,-76.5";
+             : "'" + text + "' is not S,W,N,E in degrees, such as 39.2,-76.7,39.4,-76.5";
 }
 
 std::string checkTime(const std::string& text) {
   return parseTime(text) ? std::string()
-                         : "'" + text + "' is no RFC 3339 time such as 2017-03-01T14:05:00Z";
+                         : "'" + text + "' is not an RFC 3339 time, such as 2017-03-01T14:05:00Z";
 }
 
 std::string checkSearchText(const std::string& text) {
-  if (!isUTF8(text)) return "the text to search for is not UTF-8";
-  return text.find_first_not_of(' ') == std::string::npos ? "the text to search for is empty" : "";
+  if (!isUTF8(text)) return "the search text is not UTF-8";
+  return text.find_first_not_of(' ') == std::string::npos ? "the search text is empty" : "";
 }
 
 std::string checkPlace(const std::string& text) {
-  const bool isText = std::any_of(text.begin(), text.end(), [](char c) {
+  const bool hasLetter = std::any_of(text.begin(), text.end(), [](char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
            static_cast<unsigned char>(c) >= 0x80;
   });
-  return isText ? checkSearchText(text) : checkCoordinate(text);
+  return hasLetter ? checkSearchText(text) : checkCoordinate(text);
 }
 
 std::string coordinateText(const Coordinate& coordinate) {

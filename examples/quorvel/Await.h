@@ -6,17 +6,17 @@
 #include <functional>
 #include <memory>
 
-/// Runs the main queue until a call has delivered its response, which this returns. `call` is
-/// given the completion handler to pass on. Only for calls that are certain to deliver: a request
-/// without a URL is never sent, and would be waited for in vain.
+/// Starts a call, runs the main queue until its completion handler runs, and returns the response.
+/// `call` receives the completion handler and passes it to the facade. The request must have a URL:
+/// without one it is not sent, and this function never returns.
 template <class Response>
 std::shared_ptr<Response> await(
     const std::function<void(std::function<void(std::shared_ptr<Response>)>)>& call) {
-  std::shared_ptr<Response> delivered;
-  call([&delivered](std::shared_ptr<Response> response) {
-    delivered = std::move(response);
+  std::shared_ptr<Response> received;
+  call([&received](std::shared_ptr<Response> response) {
+    received = std::move(response);
     quorvelkit::MainQueue::main().stop();
   });
   quorvelkit::MainQueue::main().run();
-  return delivered;
+  return received;
 }

@@ -16,52 +16,52 @@ using namespace quorvelkit;
 
 namespace {
 
-constexpr std::size_t longestQuote = 300;
+constexpr std::size_t maxQuoteLength = 300;
 
-/// What a server says about a failure: the message of its JSON document, else its text.
-std::string serversWords(const Error& error) {
+/// Returns the "message" of a JSON error body, else the start of the body.
+std::string serverMessage(const Error& error) {
   std::string text = error.localizedDescription();
   if (auto message = JSON::parse(text)["message"].string()) return *message;
-  if (text.size() > longestQuote) {
-    text.resize(std::min(text.find_last_of(' ', longestQuote), longestQuote));
+  if (text.size() > maxQuoteLength) {
+    text.resize(std::min(text.find_last_of(' ', maxQuoteLength), maxQuoteLength));
     text += "...";
   }
   return text;
 }
 
-std::string howToChooseBackend() {
-  return "\nThe backend asked was " + QVBackendless::baseURL() +
-         ". Choose another with --backend URL; quorvel-sandbox starts one on this machine.";
+std::string backendHint() {
+  return "\nThe backend is " + QVBackendless::baseURL() +
+         ". Choose another with --backend URL, or start quorvel-sandbox on this machine.";
 }
 
 }  // namespace
 
 void Backend::addOptions(CLI::App& command) {
   command.add_option("--backend", url_, "Scheme, host and port of the backend service");
-  command.add_flag("--trace", traces_, "Tell about each exchange with a server");
+  command.add_flag("--trace", traces_, "Print each exchange with a server");
 }
 
 std::optional<std::string> Backend::load(std::ostream& trace) const {
   QVBackendless::setBaseURL(url_);
-  // Without a URL nothing is sent and no handler is called.
+  // With an unusable URL no request is sent and no handler runs.
   if (!QVBackendless::isUsableBaseURL()) {
     return "The backend's URL is not usable: it needs http or https, and a host, as in "
            "http://127.0.0.1:8080.";
   }
   if (traces_) {
-    // The login is part of loading the configuration; made before, it shows its answer.
+    // Loading the configuration logs in by itself, but does not return the response of the login.
     const auto login =
         await<QVLoginResponse>([](auto handler) { QVBackendless::login(std::move(handler)); });
     traceExchange(trace, *login);
-    if (const auto failed = problem(*login))
-      return "Login failed: " + *failed + howToChooseBackend();
+    if (const auto problem = errorText(*login))
+      return "The login failed: " + *problem + backendHint();
   }
   QVBaseService::loadConfiguration([] { MainQueue::main().stop(); });
   MainQueue::main().run();
   const auto configuration = QVConfiguration::cachedResponse();
   if (traces_) traceExchange(trace, *configuration);
-  if (const auto failed = problem(*configuration)) {
-    return "The configuration cannot be loaded: " + *failed + howToChooseBackend();
+  if (const auto problem = errorText(*configuration)) {
+    return "The configuration was not loaded: " + *problem + backendHint();
   }
   return std::nullopt;
 }
@@ -79,12 +79,12 @@ void Backend::traceExchange(std::ostream& trace, const QVBaseResponse& response)
   }
 }
 
-std::optional<std::string> Backend::problem(const QVBaseResponse& response) {
+std::optional<std::string> Backend::errorText(const QVBaseResponse& response) {
   const auto& error = response.error();
   if (!error) return std::nullopt;
   if (error->domain() == URLError::domain) {
     const auto technical = error->technicalDescription();
     return error->localizedDescription() + (technical ? "\n  " + *technical : "");
   }
-  return serversWords(*error) + " (status " + std::to_string(error->code()) + ")";
+  return serverMessage(*error) + " (status " + std::to_string(error->code()) + ")";
 }

@@ -10,21 +10,21 @@
 #include <optional>
 #include <string>
 
-/// Where the program asks, and what it tells about asking: the part that all sub-commands share.
+/// The backend that the command line names, with the options and steps of all sub-commands.
 class Backend {
  public:
-  /// Adds the options that all sub-commands have.
+  /// Adds --backend and --trace.
   void addOptions(CLI::App& command);
 
-  /// Loads the configuration that every other call needs. Returns what went wrong, as a sentence
-  /// with what to do about it.
+  /// Loads the configuration, which every other call needs. Returns an error message that says what
+  /// to do, or nullopt.
   std::optional<std::string> load(std::ostream& trace) const;
 
-  /// Tells about an exchange, when that is wanted: method, address, status and size.
+  /// Writes method, URL, status and body size of an exchange if --trace is set.
   void traceExchange(std::ostream& trace, const quorvelkit::QVBaseResponse& response) const;
 
-  /// What went wrong with a call, as a sentence; absent when nothing did.
-  static std::optional<std::string> problem(const quorvelkit::QVBaseResponse& response);
+  /// Returns the error of a call as a sentence, or nullopt if it has none.
+  static std::optional<std::string> errorText(const quorvelkit::QVBaseResponse& response);
 
  private:
   std::string url_ = quorvelkit::QVBackendless::baseURL();

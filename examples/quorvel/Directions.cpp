@@ -41,7 +41,7 @@ std::vector<TableRow> rowsOf(const QVRoute& route) {
     const QVTurn* turn = point.turn();
     if (turn == nullptr) continue;
     const double here = point.distanceInMiles().value_or(previousTurn);
-    // The first column is known once the next turn is.
+    // The distance of the previous row ends at this turn.
     if (!rows.empty()) rows.back()[0] = distance(here - previousTurn);
     previousTurn = here;
     rows.push_back({"", turn->instruction().value_or(std::string(rawValue(turn->direction()))),
@@ -73,7 +73,7 @@ std::string routeFeature(const QVRoute& route) {
     const Coordinate location = point.location();
     line.push_back(JSON::makeArray({location.longitude, location.latitude}));
   }
-  // A line has two positions at least.
+  // A LineString needs at least two positions.
   if (line.size() == 1) line.push_back(line.front());
   ValueMap properties;
   if (const auto distance = route.totalDistanceInMiles()) properties.set("miles", *distance);

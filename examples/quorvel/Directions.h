@@ -7,9 +7,10 @@
 #include <iosfwd>
 #include <string>
 
-/// Prints totals and a table: how far it is to the next turn, what to do, the street, its number.
+/// Prints the totals and one table row for each turn: distance to the next turn, instruction,
+/// street and road number.
 void printDirections(std::ostream& out, const quorvelkit::QVRouteRequest& request,
                      const quorvelkit::QVRoute& route);
 
-/// The route as a GeoJSON feature (RFC 7946): its line, and its totals as properties.
+/// Returns the route as a GeoJSON feature (RFC 7946) with the totals as properties.
 std::string routeFeature(const quorvelkit::QVRoute& route);

@@ -4,8 +4,8 @@
 #include <iostream>
 #include <string>
 
-/// Tells why the program fails; returns its exit code.
-inline int fail(const std::string& problem) {
-  std::cerr << "quorvel: " << problem << '\n';
+/// Writes an error message to standard error. Returns the exit code 1.
+inline int fail(const std::string& message) {
+  std::cerr << "quorvel: " << message << '\n';
   return 1;
 }

@@ -13,7 +13,7 @@
 using namespace quorvelkit;
 
 RouteCommand::RouteCommand(CLI::App& program, Backend& backend)
-    : command_(program.add_subcommand("route", "Directions from one place to another")),
+    : command_(program.add_subcommand("route", "Print the directions from one place to another")),
       backend_(backend) {
   command_->add_option("--from", from_, "Start as LAT,LON, or an address")
       ->required()
@@ -22,12 +22,13 @@ RouteCommand::RouteCommand(CLI::App& program, Backend& backend)
       ->required()
       ->check(checkPlace);
   command_
-      ->add_option("--near", near_,
-                   "Where to look for addresses, as LAT,LON; else near the other end of the route")
+      ->add_option(
+          "--near", near_,
+          "Position to search for addresses near, as LAT,LON. Default: the other end of the route")
       ->check(checkCoordinate);
-  command_->add_option("--arrive", arrive_, "When to be there, instead of leaving now")
+  command_->add_option("--arrive", arrive_, "Time of arrival as RFC 3339. Default: leave now")
       ->check(checkTime);
-  auto* json = command_->add_flag("--json", json_, "Print the answer as the server sent it");
+  auto* json = command_->add_flag("--json", json_, "Print the body of the answer unchanged");
   command_->add_flag("--geojson", geoJSON_, "Print the route as a GeoJSON feature")->excludes(json);
   backend_.addOptions(*command_);
 }
@@ -38,7 +39,7 @@ std::optional<Coordinate> RouteCommand::positionOf(const std::string& place,
   if (const auto position = parseCoordinate(place)) return position;
   const auto near = parseCoordinate(near_.empty() ? otherPlace : near_);
   if (!near) {
-    fail("Say with --near LAT,LON in which area to look for '" + place + "'.");
+    fail("Set --near LAT,LON, the position to search for '" + place + "' near.");
     return std::nullopt;
   }
   const auto found = findPlace(backend_, trace, place, *near);
@@ -58,7 +59,8 @@ std::shared_ptr<QVRouteRequest> RouteCommand::makeRequest(const Coordinate& from
 }
 
 int RouteCommand::run() const {
-  // Standard output is for the answer alone when another program reads it.
+  // With --json and --geojson standard output contains the answer only, so that another program can
+  // read it.
   std::ostream& trace = json_ || geoJSON_ ? std::cerr : std::cout;
   if (const auto problem = backend_.load(trace)) return fail(*problem);
   const auto from = positionOf(from_, to_, trace);
@@ -68,22 +70,22 @@ int RouteCommand::run() const {
   const auto request = makeRequest(*from, *to);
   if (!request->url()) {
     return fail(
-        "The backend's configuration names no navigation server, so there is nobody to ask. "
-        "Its operator has to set quorvel-navigation-root-url.");
+        "The backend's configuration names no navigation server. "
+        "Its operator must set quorvel-navigation-root-url.");
   }
   const auto response = await<QVRouteResponse>(
       [&](auto handler) { QVNavigation::route(request, std::move(handler)); });
   backend_.traceExchange(trace, *response);
-  if (const auto problem = Backend::problem(*response)) {
+  if (const auto problem = Backend::errorText(*response)) {
     const bool notFound = response->error()->code() == 404;
     return fail("There is no route: " + *problem + '\n' +
-                (notFound ? "Move --from or --to to a street that the server's map holds."
-                          : "Try again; --trace tells more about what was sent."));
+                (notFound ? "Move --from or --to to a street on the server's map."
+                          : "Try again; --trace prints the exchanges."));
   }
   if (!response->route() || response->route()->points().empty()) {
     return fail(
-        "The navigation server answered with something that is no route. "
-        "Look at its answer with --json.");
+        "The answer of the navigation server is not a route. "
+        "Print it with --json.");
   }
   print(*request, *response);
   return 0;

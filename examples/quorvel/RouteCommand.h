@@ -13,18 +13,18 @@
 #include <optional>
 #include <string>
 
-/// `quorvel route`: asks for a route and prints its directions.
+/// The sub-command `quorvel route`, which requests a route and prints its directions.
 class RouteCommand {
  public:
   RouteCommand(CLI::App& program, Backend& backend);
 
-  bool chosen() const { return command_->parsed(); }
-  /// Returns the exit code: 0, or 1 after telling why on standard error.
+  bool isChosen() const { return command_->parsed(); }
+  /// Returns the exit code: 0, or 1 after an error message.
   int run() const;
 
  private:
-  /// The position that an end of the route gives itself or that its address has. Absent after
-  /// telling why.
+  /// Returns the position of one end of the route; searches for it if `place` is a text. Writes an
+  /// error message and returns nullopt if there is none.
   std::optional<quorvelkit::Coordinate> positionOf(const std::string& place,
                                                    const std::string& otherPlace,
                                                    std::ostream& trace) const;

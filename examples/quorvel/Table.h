@@ -7,6 +7,6 @@
 
 using TableRow = std::vector<std::string>;
 
-/// Prints rows of equally many columns, each as wide as its widest text; the first column is
-/// aligned to the right, the others to the left.
+/// Prints rows that all have the same number of columns. Each column is as wide as its widest text.
+/// The first column is aligned right, the others left.
 void printTable(std::ostream& out, const std::vector<TableRow>& rows);

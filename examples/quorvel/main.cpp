@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Backend.h"
-#include "CandidatesCommand.h"
-#include "ReverseCommand.h"
+#include "FindCommand.h"
 #include "RouteCommand.h"
-#include "SuggestCommand.h"
 
 #include <CLI/CLI.hpp>
 
@@ -19,18 +17,13 @@ int run(int argc, char** argv) {
   program.require_subcommand(1);
   Backend backend;
   const RouteCommand route(program, backend);
-  const CandidatesCommand candidates(program, backend);
-  const SuggestCommand suggest(program, backend);
-  const ReverseCommand reverse(program, backend);
+  const FindCommand find(program, backend);
   try {
     program.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return program.exit(error) == 0 ? 0 : usageError;
   }
-  if (candidates.chosen()) return candidates.run();
-  if (suggest.chosen()) return suggest.run();
-  if (reverse.chosen()) return reverse.run();
-  return route.run();
+  return route.isChosen() ? route.run() : find.run();
 }
 
 }  // namespace

@@ -21,20 +21,21 @@ using testing::StartsWith;
 const std::string quorvel = QUORVEL;
 const std::string quorvelReadme = QUORVEL_README;
 const std::string sandboxProgram = QUORVEL_SANDBOX;
-const std::string demo = " --from 40.4523,-38.2804 --to 40.4469,-38.1872";
+const std::string routeEnds = " --from 40.4523,-38.2804 --to 40.4469,-38.1872";
 
-struct Run {
+struct ProgramRun {
   std::string arguments;
   int exitCode;
-  std::string says;  // On standard output; on standard error when it fails.
+  std::string text;  // A part of standard output or, if the program fails, of standard error.
 };
 
-void expectEach(const std::string& program, const std::vector<Run>& runs,
-                const std::string& more = "") {
-  for (const auto& [arguments, exitCode, says] : runs) {
-    const Output output = run(program + arguments + more);
+// Runs a program with the arguments of each row, followed by `commonArguments`.
+void expectEach(const std::string& program, const std::vector<ProgramRun>& runs,
+                const std::string& commonArguments = "") {
+  for (const auto& [arguments, exitCode, text] : runs) {
+    const Output output = run(program + arguments + commonArguments);
     EXPECT_EQ(output.exitCode, exitCode) << arguments << '\n' << output.err;
-    EXPECT_THAT(exitCode == 0 ? output.out : output.err, HasSubstr(says)) << arguments;
+    EXPECT_THAT(exitCode == 0 ? output.out : output.err, HasSubstr(text)) << arguments;
   }
 }
 
@@ -49,8 +50,8 @@ class QuorvelTest : public testing::Test {
   }
 };
 
-TEST_F(QuorvelTest, printsDirections) {
-  const Output output = route(demo + " --trace");
+TEST_F(QuorvelTest, RoutePrintsDirections) {
+  const Output output = route(routeEnds + " --trace");
   EXPECT_EQ(output.exitCode, 0) << output.err;
   EXPECT_THAT(output.out, StartsWith("POST " + sandbox.url() + "/v1/users/login\n  200 "));
   EXPECT_THAT(output.out, HasSubstr("/configuration.json\n  200 "));
@@ -61,10 +62,10 @@ TEST_F(QuorvelTest, printsDirections) {
   EXPECT_THAT(output.out, HasSubstr("Arrive at your destination"));
 }
 
-TEST_F(QuorvelTest, printsForOtherPrograms) {
-  const JSON body = JSON::parse(route(demo + " --json --trace").out);
+TEST_F(QuorvelTest, RoutePrintsJSONAndGeoJSON) {
+  const JSON body = JSON::parse(route(routeEnds + " --json --trace").out);
   EXPECT_GT(body["points"].size(), 100U);
-  const JSON feature = JSON::parse(route(demo + " --geojson").out);
+  const JSON feature = JSON::parse(route(routeEnds + " --geojson").out);
   EXPECT_EQ(feature["type"].stringValue(), "Feature");
   const JSON line = feature["geometry"]["coordinates"];
   EXPECT_EQ(line.size(), body["points"].size());
@@ -73,63 +74,66 @@ TEST_F(QuorvelTest, printsForOtherPrograms) {
   EXPECT_EQ(feature["properties"]["miles"].number(), body["distance"].number());
 }
 
-TEST_F(QuorvelTest, tellsWhenToLeaveOrWhyItFails) {
-  const std::string here = " route --backend " + sandbox.url();
-  const std::string arriving = here + demo + " --trace --arrive 2027-01-01T09:00:00+01:00";
-  const std::string dead =
+TEST_F(QuorvelTest, RoutePrintsTheDepartureTimeOrAnError) {
+  const std::string withSandbox = " route --backend " + sandbox.url();
+  const std::string arriving =
+      withSandbox + routeEnds + " --trace --arrive 2027-01-01T09:00:00+01:00";
+  const std::string unreachable =
       " --backend http://127.0.0.1:" + std::to_string(quorvelkit::test::unusedPort());
-  expectEach(quorvel, {{arriving, 0, "time=2027-01-01T08:00:00Z&requestType=ArrivalTime"},
-                       {arriving, 0, "Leave at 2027-01-01T07:4"},
-                       {here + " --from 1,1 --to 2,2", 1, "no road within"},
-                       {here + "/elsewhere" + demo, 1, "status 404"},
-                       {" route" + dead + demo, 1, "with --backend"},
-                       {" route" + dead + demo, 1, "could be made.\n  Failed to connect"},
-                       {" route --trace" + dead + demo, 1, "Login failed"},
-                       {" route --from 1,1", 2, "--to is required"},
-                       {" route --from '1;2' --to 1,2", 2, "is no LAT,LON"},
-                       {" route --from 91,0 --to 1,2", 2, "is no LAT,LON"},
-                       {" route --from 1 --to 1,2", 2, "is no LAT,LON"},
-                       {" route --arrive noon" + demo, 2, "is no RFC 3339 time"},
-                       {" route --json --geojson" + demo, 2, "excludes"},
-                       {" route --help", 0, "--arrive"},
-                       {" fly", 2, "required"},
-                       {"", 2, "required"}});
+  expectEach(quorvel,
+             {{arriving, 0, "time=2027-01-01T08:00:00Z&requestType=ArrivalTime"},
+              {arriving, 0, "Leave at 2027-01-01T07:4"},
+              {withSandbox + " --from 1,1 --to 2,2", 1, "no road within"},
+              {withSandbox + "/elsewhere" + routeEnds, 1, "status 404"},
+              {" route" + unreachable + routeEnds, 1, "with --backend"},
+              {" route" + unreachable + routeEnds, 1, "could be made.\n  Failed to connect"},
+              {" route --trace" + unreachable + routeEnds, 1, "The login failed"},
+              {" route --from 1,1", 2, "--to is required"},
+              {" route --from '1;2' --to 1,2", 2, "is not LAT,LON"},
+              {" route --from 91,0 --to 1,2", 2, "is not LAT,LON"},
+              {" route --from 1 --to 1,2", 2, "is not LAT,LON"},
+              {" route --arrive noon" + routeEnds, 2, "is not an RFC 3339 time"},
+              {" route --json --geojson" + routeEnds, 2, "excludes"},
+              {" route --help", 0, "--arrive"},
+              {" fly", 2, "required"},
+              {"", 2, "required"}});
 }
 
-TEST(ProgramsTest, endWithAMessageWhenTheBackendsURLIsNotUsable) {
+TEST(ProgramsTest, UnusableBackendURLIsAnError) {
   for (const std::string url : {"127.0.0.1:8080", "http://bad host", "", "ftp://x", "http://"}) {
     expectEach(quorvelReadme, {{" '" + url + "'", 1, "URL needs http or https"}});
-    expectEach(quorvel, {{" route --backend '" + url + "'" + demo, 1, "URL is not usable"},
+    expectEach(quorvel, {{" route --backend '" + url + "'" + routeEnds, 1, "URL is not usable"},
                          {" reverse 1,2 --backend '" + url + "'", 1, "URL is not usable"}});
   }
 }
 
-// The answer of a route server, and what the README's program says then.
-TEST(ReadmeTest, saysWhatCameOfIt) {
+TEST(ReadmeTest, PrintsDirectionsOrAnError) {
+  // Status and body of the navigation server; exit code and text of the program.
   const std::tuple<int, std::string, int, std::string> cases[] = {
       {200, R"({"points":[{"turn":{"instruct":"Head south"}}]})", 0, "Head south\n"},
-      {200, "<html>Log in first</html>", 1, "no route"},
-      {200, "", 1, "no route"},
-      {200, "null", 1, "no route"},
+      {200, "<html>Log in first</html>", 1, "not a route"},
+      {200, "", 1, "not a route"},
+      {200, "null", 1, "not a route"},
       {500, "out of order", 1, "out of order"},
       {500, "", 1, "500"}};
-  for (const auto& [status, body, exitCode, says] : cases) {
+  for (const auto& [status, body, exitCode, text] : cases) {
     const quorvelkit::test::TestServer server(
         [status = status, body = body](const auto& received, auto& connection) {
           if (received.target.starts_with("/v4/")) return connection.answer(status, body);
           connection.answer(
               200, R"({"quorvel-navigation-root-url":"http://)" + received.value("Host") + "\"}");
         });
-    expectEach(quorvelReadme, {{' ' + server.url(), exitCode, says}});
+    expectEach(quorvelReadme, {{' ' + server.url(), exitCode, text}});
   }
   const quorvelkit::test::TestServer refusing(
       [](const auto&, auto& connection) { connection.answer(503); });
-  const std::string nobody = " http://127.0.0.1:" + std::to_string(quorvelkit::test::unusedPort());
+  const std::string unreachable =
+      " http://127.0.0.1:" + std::to_string(quorvelkit::test::unusedPort());
   expectEach(quorvelReadme,
-             {{' ' + refusing.url(), 1, "no configuration"}, {nobody, 1, "no configuration"}});
+             {{' ' + refusing.url(), 1, "no configuration"}, {unreachable, 1, "no configuration"}});
 }
 
-TEST(QuorvelFindTest, PrintsWhatItFindsOrWhyNot) {
+TEST(QuorvelFindTest, PrintsTheAnswerOrAnError) {
   Sandbox sandbox(searchTown());
   ASSERT_TRUE(sandbox.start(0));
   const std::string near = " --near 10,20", north = near + " --extent 10.04,19,11,21";
@@ -158,12 +162,12 @@ TEST(QuorvelFindTest, PrintsWhatItFindsOrWhyNot) {
        {"candidates ' '" + near, 2, "is empty"},
        {"candidates \"$(printf '\\377')\"" + near, 2, "not UTF-8"},
        {"candidates x", 2, "--near is required"},
-       {"candidates x --near x", 2, "is no LAT,LON"},
-       {"candidates x" + near + " --extent 2,1,1,2", 2, "is no S,W,N,E"},
-       {"candidates x" + near + " --extent 1,2,3", 2, "is no S,W,N,E"},
-       {"reverse here", 2, "is no LAT,LON"}},
+       {"candidates x --near x", 2, "is not LAT,LON"},
+       {"candidates x" + near + " --extent 2,1,1,2", 2, "is not S,W,N,E"},
+       {"candidates x" + near + " --extent 1,2,3", 2, "is not S,W,N,E"},
+       {"reverse here", 2, "is not LAT,LON"}},
       backend);
-  // The answer itself, with nothing around it even when the exchanges are told.
+  // With --json standard output contains the body only, and --trace writes to standard error.
   for (const char* command :
        {"candidates Harbor --near 10,20", "suggest Harbor --near 10,20", "reverse 10,20"}) {
     const Output output = run(quorvel + ' ' + command + " --json --trace" + backend);
@@ -172,51 +176,51 @@ TEST(QuorvelFindTest, PrintsWhatItFindsOrWhyNot) {
   }
 }
 
-TEST(QuorvelFindTest, DoesNotWaitForAServerThatNobodyNamed) {
+TEST(QuorvelFindTest, MissingFindServerIsAnError) {
   const quorvelkit::test::TestServer server([](const auto&, auto& connection) {
     connection.answer(200, R"({"user-token":"11111111-2222-4333-8444-555555555555"})");
   });
-  const char* says = "names no find server";
+  const char* text = "names no find server";
   expectEach(quorvel,
-             {{" candidates x --near 1,2", 1, says},
-              {" suggest x --near 1,2", 1, says},
-              {" reverse 1,2", 1, says},
-              {" route --from x --to 1,2", 1, says}},
+             {{" candidates x --near 1,2", 1, text},
+              {" suggest x --near 1,2", 1, text},
+              {" reverse 1,2", 1, text},
+              {" route --from x --to 1,2", 1, text}},
              " --backend " + server.url(""));
 }
 
-// Neither the programs nor the log of the sandbox say what lets one in.
-TEST(QuorvelSecretsTest, stayOutOfOutputAndLog) {
+// Checks the output of the programs and the log of the sandbox.
+TEST(QuorvelSecretsTest, SecretsAreNotPrinted) {
   const std::string applicationID = "5E2C9F14-7A03-41BD-C8E6-0F93D27A61B5";
-  std::ostringstream said;
+  std::ostringstream lines;
   std::mutex mutex;
   const auto log = [&](const std::string& line) {
     const std::lock_guard lock(mutex);
-    said << line << '\n';
+    lines << line << '\n';
   };
   Sandbox logging(MapData::builtInTown(), log);
   ASSERT_TRUE(logging.start(0));
   const std::string backend = " --trace --backend " + logging.url();
   for (const std::string& command :
-       {" route" + demo + backend, " route --json" + demo + backend,
+       {" route" + routeEnds + backend, " route --json" + routeEnds + backend,
         " suggest Mill --near 40.45,-38.25" + backend, " reverse 40.45,-38.25" + backend,
-        " route" + demo + backend + "/elsewhere",
-        " route" + demo + " --trace --backend http://[]"}) {
+        " route" + routeEnds + backend + "/elsewhere",
+        " route" + routeEnds + " --trace --backend http://[]"}) {
     const Output output = run(quorvel + command);
     log(output.out + output.err);
   }
   logging.stop();
-  std::string text = said.str();
+  std::string text = lines.str();
   ASSERT_THAT(text, HasSubstr("POST /v1/users/login 200"));
   for (const char* secret : {"kvm40972", "D41F06A3-92BE-4C57-AB08-6E1D3C5F7092"})
     EXPECT_EQ(text.find(secret), std::string::npos);
-  // A token looks as the application's identifier does, which is no secret.
+  // A token has the form of the application identifier, which is not a secret.
   for (std::size_t at = 0; (at = text.find(applicationID)) != std::string::npos;)
     text.erase(at, applicationID.size());
   EXPECT_FALSE(std::regex_search(text, std::regex("[0-9A-Fa-f]{8}(-[0-9A-Fa-f]{4}){3}-")));
 }
 
-TEST(QuorvelSandboxTest, printsItsAddressAndATripAndStopsWhenTold) {
+TEST(QuorvelSandboxTest, PrintsItsURLAndAnExampleAndStopsOnASignal) {
   const std::string pipe = testing::TempDir() + "/says-" + std::to_string(getpid());
   for (const std::string signal : {"TERM", "INT"}) {
     const Output output =
@@ -231,7 +235,7 @@ TEST(QuorvelSandboxTest, printsItsAddressAndATripAndStopsWhenTold) {
   }
 }
 
-TEST(QuorvelSandboxTest, refusesWhatItCannotUse) {
+TEST(QuorvelSandboxTest, InvalidMapOrOptionIsAnError) {
   const std::string empty = testing::TempDir() + "/empty-" + std::to_string(getpid()) + ".geojson";
   std::ofstream(empty) << R"({"type":"FeatureCollection","features":[]})";
   expectEach(sandboxProgram, {{" --map /nowhere.geojson", 1, "cannot be read"},
