@@ -9,19 +9,19 @@
 
 namespace quorvelkit {
 
-/// An address by its parts. A part that is missing or no text is absent.
+/// The parts of an address. A part is absent if it is missing or not a string.
 class QUORVELKIT_EXPORT QVAddress : public QVBaseObject {
  public:
   using QVBaseObject::QVBaseObject;
 
   std::optional<std::string> region() const;
   std::optional<std::string> postal() const;
-  /// The whole address in one line. Absent when no address was found: test this one.
+  /// The whole address in one line. Absent if no address was found.
   std::optional<std::string> matchAddress() const;
   std::optional<std::string> locationName() const;
   /// House number and street.
   std::optional<std::string> address() const;
-  /// The code of the country, in spite of its name ("CountryCode" on the wire).
+  /// The country code ("CountryCode" in the wire format).
   std::optional<std::string> countyCode() const;
   std::optional<std::string> postalExtension() const;
   std::optional<std::string> neighborhood() const;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelKit/QVAddressCandidatesRequest.h>
-#include <QuorvelKit/QVFindQuery_p.h>
+#include <QuorvelKit/QVFindWireFormat_p.h>
 #include <QuorvelPlatform/FatalError.h>
 #include <QuorvelPlatform/PercentEncoding.h>
 
@@ -8,8 +8,7 @@ namespace quorvelkit {
 
 namespace {
 
-// What a member's text is sent as.
-std::string encoded(const std::string& text, const char* member) {
+std::string percentEncoded(const std::string& text, const char* member) {
   auto encodedText = percentEncodedForQuery(text);
   if (!encodedText) {
     fatalError(std::string(unwrappedAbsentValue) + ": QVAddressCandidatesRequest::" + member +
@@ -33,10 +32,10 @@ QVAddressCandidatesRequest::~QVAddressCandidatesRequest() = default;
 std::optional<URL> QVAddressCandidatesRequest::url() {
   const auto root = findRootURL();
   if (!root) return std::nullopt;
-  ValueMap parameters{{"singleLine", encoded(singleLine_, "singleLine")},
+  ValueMap parameters{{"singleLine", percentEncoded(singleLine_, "singleLine")},
                       {"location", queryText(location_)}};
   if (searchExtent_) parameters.set("searchExtent", searchExtent_->string());
-  if (magicKey_) parameters.set("magicKey", encoded(*magicKey_, "magicKey"));
+  if (magicKey_) parameters.set("magicKey", percentEncoded(*magicKey_, "magicKey"));
   return resourceURL(*root, "/api/v1/findAddressCandidates", std::move(parameters));
 }
 

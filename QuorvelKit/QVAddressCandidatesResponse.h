@@ -9,14 +9,13 @@
 
 namespace quorvelkit {
 
-/// The answer to a QVAddressCandidatesRequest.
+/// The response to a QVAddressCandidatesRequest.
 class QUORVELKIT_EXPORT QVAddressCandidatesResponse : public QVBaseResponse {
  public:
   using QVBaseResponse::QVBaseResponse;
   ~QVAddressCandidatesResponse() override;
 
-  /// The places in the server's order, the best first; empty when there are none. The body of an
-  /// error is read as well.
+  /// The places in the order of the server: the best is first. Also read from the body of an error.
   const std::vector<QVCandidate>& candidates() const { return candidates_; }
 
  protected:

@@ -16,7 +16,7 @@ auto& storedUserToken() {
   return token;
 }
 
-std::string withoutSlashesAtTheEnd(std::string url) {
+std::string withoutTrailingSlashes(std::string url) {
   while (url.ends_with('/') && !url.ends_with("://"))
     url.pop_back();
   return url;
@@ -24,7 +24,7 @@ std::string withoutSlashesAtTheEnd(std::string url) {
 
 auto& storedBaseURL() {
   static auto& url =
-      *new ProcessValue<std::string>(withoutSlashesAtTheEnd(QUORVELKIT_BACKEND_BASE_URL));
+      *new ProcessValue<std::string>(withoutTrailingSlashes(QUORVELKIT_BACKEND_BASE_URL));
   return url;
 }
 
@@ -41,13 +41,13 @@ std::shared_ptr<URLSessionDataTask> QVBackendless::login(
         });
     return nullptr;
   }
-  QVCallDifferences<QVLoginResponse> differences;
-  differences.before = [](const auto& goOn) { goOn(); };
-  differences.httpRequest = [request] { return request->loginRequest(); };
-  differences.after = [](const auto& response) {
+  QVCallSteps<QVLoginResponse> steps;
+  steps.prepare = [](const auto& proceed) { proceed(); };
+  steps.makeHTTPRequest = [request] { return request->loginRequest(); };
+  steps.inspectResponse = [](const auto& response) {
     setUserToken(response->userToken().value_or(std::string()));
   };
-  return call(std::move(request), std::move(completionHandler), std::move(differences));
+  return call(std::move(request), std::move(completionHandler), std::move(steps));
 }
 
 std::shared_ptr<URLSessionDataTask> QVBackendless::login(
@@ -62,7 +62,7 @@ void QVBackendless::setUserToken(std::string userToken) {
 
 std::string QVBackendless::baseURL() { return storedBaseURL().get(); }
 void QVBackendless::setBaseURL(std::string baseURL) {
-  storedBaseURL().set(withoutSlashesAtTheEnd(std::move(baseURL)));
+  storedBaseURL().set(withoutTrailingSlashes(std::move(baseURL)));
 }
 
 bool QVBackendless::isUsableBaseURL(const std::string& baseURL) {

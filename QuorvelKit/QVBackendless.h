@@ -11,41 +11,40 @@
 
 namespace quorvelkit {
 
-/// The backend service, where the library logs its own account in and keeps its configuration.
-/// Applications need it only to point the library at another backend.
+/// The backend service, which stores the configuration of the library and has the account that the
+/// library logs in to. Applications use this class to select another backend. Thread-safe.
 class QUORVELKIT_EXPORT QVBackendless : public QVBaseService {
  public:
-  /// Logs the service account in, unless a token is held already: then nothing is sent, and the
-  /// response, whose members are all absent, still comes later. Every answer sets userToken(), to
-  /// nothing when it has none. Needs no configuration, so it returns the task at once; otherwise
-  /// the contract of QVBaseService holds. Without a URL (see setBaseURL) nothing is sent and the
-  /// handler never runs.
+  /// Logs in to the service account, unless a token of a previous login is stored: then nothing is
+  /// sent, and the handler receives a response without data. Every answer replaces userToken(), by
+  /// an empty text if it contains none. Needs no configuration, so it returns the task immediately;
+  /// otherwise the contract of QVBaseService holds. If the base URL does not parse, nothing is sent
+  /// and the handler never runs.
   static std::shared_ptr<URLSessionDataTask> login(
       std::shared_ptr<QVLoginRequest> request,
       QVCompletionHandler<QVLoginResponse> completionHandler);
-  /// The same with a fresh request.
+  /// Calls login() with a new request.
   static std::shared_ptr<URLSessionDataTask> login(
       QVCompletionHandler<QVLoginResponse> completionHandler);
 
-  /// The token of the last login, empty at first. It is held, and spares a login, when it is
-  /// exactly 36 characters long. A secret: it is never printed. Safe from any thread.
+  /// The token of the last login, at first empty. A token of exactly 36 characters is valid; while
+  /// it is stored, login() sends nothing. The token is a secret: the library never prints it.
   static std::string userToken();
   static void setUserToken(std::string userToken);
 
-  /// Scheme, host and port of the backend service, say "http://127.0.0.1:8080"; the one that the
-  /// library was built with (QUORVELKIT_BACKEND_BASE_URL) unless another was set. Slashes at its
-  /// end are dropped, since each path that is put behind it begins with one. Safe from any thread.
+  /// Scheme, host and port of the backend service, such as "http://127.0.0.1:8080". Default: the
+  /// build option QUORVELKIT_BACKEND_BASE_URL. Trailing slashes are removed.
   ///
-  /// Set it before the first call, and ask isUsableBaseURL(): a text that does not parse leaves
-  /// every call that needs it unsent, and their handlers never run. What came from another backend
-  /// stays: its configuration until QVConfiguration::setCachedResponse(nullptr), and a token that
-  /// it gave, which would be sent to the new one, until setUserToken("").
+  /// Set it before the first call, then check isUsableBaseURL(): with a text that does not parse,
+  /// no call that needs it is sent, and no handler of these calls runs. Setting it keeps the cached
+  /// configuration and the user token of the previous backend, and the token would be sent to the
+  /// new one. To remove them, call QVConfiguration::setCachedResponse(nullptr) and
+  /// setUserToken("").
   static std::string baseURL();
   static void setBaseURL(std::string baseURL);
-  /// Whether requests can be sent to a base URL, by its text alone: it parses as a URL with the
-  /// scheme http or https and a host, and without query and fragment. Nothing is sent. Without an
-  /// argument, of the one that is set. With one that is not usable, login and configuration fail,
-  /// or are not sent at all (see setBaseURL). Any thread.
+  /// Returns true if a base URL parses and has the scheme http or https, a host, no query and no
+  /// fragment. Sends nothing. Default argument: the current base URL. With any other base URL login
+  /// and configuration fail or are not sent (see setBaseURL).
   static bool isUsableBaseURL(const std::string& baseURL = QVBackendless::baseURL());
 };
 

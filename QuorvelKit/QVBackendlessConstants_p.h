@@ -3,8 +3,7 @@
 
 #include <string_view>
 
-/// How the library presents itself to the backend service: its application there, and the service
-/// account that it logs in.
+/// The application identifiers and the service account of the library at the backend service.
 namespace quorvelkit::backendless {
 
 inline constexpr std::string_view applicationID = "5E2C9F14-7A03-41BD-C8E6-0F93D27A61B5";

@@ -15,7 +15,7 @@ void QVBaseObject::setJSON(std::optional<JSON> json) { json_ = std::move(json); 
 std::optional<Value> QVBaseObject::getValue(const KeyView& key) const {
   const auto& own = json();
   if (!own) return std::nullopt;
-  // The same as (*own)[key].object(), without making the error of a missing member.
+  // Equals (*own)[key].object(), but creates no error for a missing member.
   const ValueView member = own->view().memberOrNull(key);
   if (member.kind() == ValueView::Kind::unsupported) return Value();
   return Value(member);

@@ -15,30 +15,32 @@
 
 namespace quorvelkit {
 
-/// The base of all models and responses: keeps the JSON that the object was made of. Models are
-/// values and cheap to copy, since copies share one parsed document; most of their properties are
-/// read from it each time. Reading one model from several threads at once is safe.
+/// Base class of all models and responses. Stores the JSON of the object; most properties are read
+/// from it on each call.
+///
+/// Models are values. Copies share one document, so copying is cheap. Several threads may read one
+/// model at the same time.
 class QUORVELKIT_EXPORT QVBaseObject {
  public:
   explicit QVBaseObject(std::optional<JSON> json);
   virtual ~QVBaseObject();
 
   virtual const std::optional<JSON>& json() const;
-  /// Models that were built of the former JSON stay as they are.
+  /// Models that were made from the previous JSON do not change.
   virtual void setJSON(std::optional<JSON> json);
 
-  /// The untyped value of a member: the null marker when there is no such member, absent when the
-  /// object has no JSON. Every property that is read from the JSON is read through this.
+  /// Returns the untyped value of a member: null if the member is missing, nullopt if the object
+  /// has no JSON. All properties are read through this function, so an override affects them all.
   virtual std::optional<Value> getValue(const KeyView& key) const;
 
  protected:
-  // Copying is for whole models: a QVBaseObject by itself would be a slice of one.
+  // Protected against slicing.
   QVBaseObject(const QVBaseObject&) = default;
   QVBaseObject(QVBaseObject&&) noexcept = default;
   QVBaseObject& operator=(const QVBaseObject&) = default;
   QVBaseObject& operator=(QVBaseObject&&) noexcept = default;
 
-  /// The member as a T; absent when it is missing or no T (see strictRead).
+  /// Returns the member as a T, or nullopt if it is missing or has another type (see strictRead).
   template <class T>
   std::optional<T> read(const KeyView& key) const {
     const auto value = getValue(key);
@@ -55,17 +57,17 @@ class QUORVELKIT_EXPORT QVBaseObject {
   std::optional<T> read(QVResponseKey key) const {
     return read<T>(keyView(key));
   }
-  /// The case that the member's text names; E::unknown in every other event.
+  /// Returns the case whose raw value is the member's text, or E::unknown.
   template <RawRepresentable E>
   E readCase(const KeyView& key) const {
     const auto value = getValue(key);
     const auto text = value ? value->text() : std::nullopt;
     return text ? fromRawValue<E>(*text).value_or(E::unknown) : E::unknown;
   }
-  /// What a child object is made of: the member, unless it is missing or null.
+  /// Returns the JSON of a child model, or nullopt if the member is missing or null.
   std::optional<JSON> child(const KeyView& key) const;
-  /// A model of each element of the member, in their order; none when it is no list. While a call
-  /// makes its response, the models count as part of its document
+  /// Returns one model for each element of an array, in order; empty if the member is not an array.
+  /// While a call makes its response, the models count as part of its document
   /// (URLSessionConfiguration::maximumDocumentSize).
   template <class Model>
   std::vector<Model> children(const KeyView& key) const {

@@ -43,33 +43,33 @@ void QVBaseRequest::setMaxNumberOfRetries(std::int64_t maxNumberOfRetries) {
 }
 
 std::optional<URLRequest> QVBaseRequest::request() {
-  auto address = url();
-  if (!address) return std::nullopt;
-  URLRequest made(*std::move(address));
+  auto ownURL = url();
+  if (!ownURL) return std::nullopt;
+  URLRequest httpRequest(*std::move(ownURL));
   if (includeAccessToken()) {
-    made.addValue(QuorvelKit::accessToken().value_or(std::string()), "AccessToken");
+    httpRequest.addValue(QuorvelKit::accessToken().value_or(std::string()), "AccessToken");
   }
-  return made;
+  return httpRequest;
 }
 
 std::optional<URLRequest> QVBaseRequest::deleteRequest() {
-  auto made = request();
-  if (made) made->setHTTPMethod("DELETE");
-  return made;
+  auto httpRequest = request();
+  if (httpRequest) httpRequest->setHTTPMethod("DELETE");
+  return httpRequest;
 }
 
 std::optional<URLRequest> QVBaseRequest::postRequest() {
-  auto made = request();
-  if (!made) return std::nullopt;
-  made->setHTTPMethod("POST");
+  auto httpRequest = request();
+  if (!httpRequest) return std::nullopt;
+  httpRequest->setHTTPMethod("POST");
   const auto& values = parameters();
-  if (!values) return made;
+  if (!values) return httpRequest;
   if (auto body = JSON(*values).rawData()) {
-    made->setValue("application/json", "Content-Type");
-    made->setValue(std::to_string(body->size()), "Content-Length");
-    made->setHTTPBody(*std::move(body));
+    httpRequest->setValue("application/json", "Content-Type");
+    httpRequest->setValue(std::to_string(body->size()), "Content-Length");
+    httpRequest->setHTTPBody(*std::move(body));
   }
-  return made;
+  return httpRequest;
 }
 
 std::string QVBaseRequest::requestString() {
@@ -107,10 +107,10 @@ std::ostream& operator<<(std::ostream& out, const QVBaseRequest& request) {
 std::optional<URL> QVBaseRequest::resourceURL(std::string_view rootURL, std::string_view path,
                                               ValueMap parameters) {
   setParameters(std::move(parameters));
-  std::string address(rootURL);
-  address += path;
-  address += requestString();
-  return URL::parse(address);
+  std::string text(rootURL);
+  text += path;
+  text += requestString();
+  return URL::parse(text);
 }
 
 }  // namespace quorvelkit

@@ -14,14 +14,15 @@
 
 namespace quorvelkit {
 
-/// What a service is asked, and the base of every request. A subclass gives the address (url) and,
-/// where it needs them, parameters; this class makes the HTTP request of them. All members may be
-/// overridden, and all readers here go through the overrides.
+/// Base class of all requests. Makes an HTTP request from a URL and parameters, which a derived
+/// class supplies. Every virtual member may be overridden; this class reads its own values through
+/// them.
 ///
-/// A request is shared, not copied: the response made for it refers to the same object, so that
-/// the attempts counted through the response are seen here. It is not safe for use from two
-/// threads at once; while a call is being made it belongs to the thread that makes the HTTP
-/// request (see QVBaseService).
+/// The response of a call refers to the same request object, so retries counted by the response are
+/// visible in the request.
+///
+/// Not thread-safe. During a call it belongs to the thread that makes the HTTP request (see
+/// QVBaseService).
 class QUORVELKIT_EXPORT QVBaseRequest {
  public:
   QVBaseRequest() = default;
@@ -29,52 +30,52 @@ class QUORVELKIT_EXPORT QVBaseRequest {
   QVBaseRequest& operator=(const QVBaseRequest&) = delete;
   virtual ~QVBaseRequest();
 
-  /// What requestString() writes into the address and postRequest() into the body, in the order
-  /// of insertion.
+  /// The parameters, in insertion order. requestString() writes them as a query, postRequest() as
+  /// a body.
   virtual const std::optional<ValueMap>& parameters() const;
   virtual void setParameters(std::optional<ValueMap> parameters);
 
-  /// Whether request() adds the header "AccessToken" with QuorvelKit::accessToken(), empty when no
-  /// token is set. False here.
+  /// Returns true if request() adds the header "AccessToken" with QuorvelKit::accessToken(), which
+  /// is empty if no token is set. Default: false.
   virtual bool includeAccessToken() const;
 
-  /// The address. Absent here; a request without one is never sent, and the handler of its call
-  /// never runs. What an override throws leaves the call or the main queue (see QVBaseService).
+  /// Returns the URL. Default: absent. A request without a URL is not sent, and the completion
+  /// handler of its call never runs. Exceptions: see QVBaseService.
   virtual std::optional<URL> url();
 
-  /// How often the request was tried again, and how often it may be: 0 and 3 at first. Counted by
-  /// QVBaseResponse::shouldRetryRequest.
+  /// The number of retries, and its limit. Defaults: 0 and 3. QVBaseResponse::shouldRetryRequest
+  /// counts.
   virtual std::int64_t retryCount() const;
   virtual void setRetryCount(std::int64_t retryCount);
   virtual std::int64_t maxNumberOfRetries() const;
   virtual void setMaxNumberOfRetries(std::int64_t maxNumberOfRetries);
 
-  /// The HTTP request of each method; absent without url(). Its time-out is left to the session
-  /// (60 seconds unless configured otherwise). The two others start from request(), so an override
-  /// of that one reaches all three.
+  /// Return the HTTP request with the method GET, DELETE or POST; absent without url(). The session
+  /// sets the time-out (default: 60 seconds). deleteRequest() and postRequest() call request().
   virtual std::optional<URLRequest> request();
   virtual std::optional<URLRequest> deleteRequest();
-  /// Carries the parameters as a compact JSON body with Content-Type and Content-Length. Without
-  /// parameters, and with parameters that have no JSON form, it has neither body nor the headers.
+  /// Sends the parameters as a compact JSON body with Content-Type and Content-Length. Without
+  /// parameters, or if they contain a value that JSON does not have, there is no body and neither
+  /// header.
   virtual std::optional<URLRequest> postRequest();
 
-  /// The parameters as a query: "?a=1&b=two", or nothing without parameters. Texts stand as they
-  /// are, nothing is percent-encoded; integers are decimal, doubles as defaultText() writes them,
-  /// booleans "true" or "false", lists and maps compact JSON.
+  /// Returns the parameters as a query such as "?a=1&b=two", or an empty string without parameters.
+  /// Strings are written unchanged, without percent-encoding; integers in decimal, doubles as
+  /// defaultText() writes them, booleans as "true" or "false", arrays and maps as compact JSON.
   virtual std::string requestString();
-  /// Whether the next parameter is not the first. Reset by requestString(), set by joiner().
+  /// True after the first parameter of a query. requestString() resets it, joiner() sets it.
   virtual bool paramAdded() const;
   virtual void setParamAdded(bool paramAdded);
-  /// What stands before the next parameter: "?" the first time, then "&".
+  /// Returns the separator before the next parameter: "?" the first time, then "&".
   virtual std::string joiner();
 
-  /// Prints the class and the names of the parameters: values may be secret.
+  /// Prints the class name and the parameter names, but no values: they may be secret.
   friend QUORVELKIT_EXPORT std::ostream& operator<<(std::ostream& out,
                                                     const QVBaseRequest& request);
 
  protected:
-  /// Replaces the parameters, and gives the address rootURL + path + requestString(); absent when
-  /// that text is no URL. Nothing is put between root and path.
+  /// Replaces the parameters. Returns the URL rootURL + path + requestString(), or nullopt if that
+  /// text is not a URL. No "/" is added between root and path.
   std::optional<URL> resourceURL(std::string_view rootURL, std::string_view path,
                                  ValueMap parameters);
 

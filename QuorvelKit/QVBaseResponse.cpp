@@ -12,7 +12,7 @@ namespace {
 
 constexpr int firstErrorStatus = 400;
 
-bool meansCancelled(const Error& error) { return error.code() == URLError::cancelled; }
+bool isCancellation(const Error& error) { return error.code() == URLError::cancelled; }
 
 }  // namespace
 
@@ -26,7 +26,7 @@ QVBaseResponse::QVBaseResponse(Key /*key*/, std::optional<Data> data,
       response_(std::move(response)),
       error_(std::move(error)),
       task_(std::move(task)) {
-  if (!request_) fatalError("a response needs the request it answers");
+  if (!request_) fatalError("a response needs a request");
   if (!data_) return;
   std::optional<Error> failure;
   QVBaseObject::setJSON(JSON(*data_, JSONReadingOptions::allowFragments, &failure));
@@ -71,7 +71,7 @@ void QVBaseResponse::processErrors() {
 }
 
 void QVBaseResponse::processTracking() {
-  if (!error() || meansCancelled(*error())) return;
+  if (!error() || isCancellation(*error())) return;
   const auto& body = data();
   if (!body || !isUTF8(body->view())) return;
   setError(Error::described(error()->domain(), error()->code(), std::string(body->view())));
@@ -79,14 +79,14 @@ void QVBaseResponse::processTracking() {
 
 void QVBaseResponse::buildModel() {}
 
-bool QVBaseResponse::isCancelled() const { return error() && meansCancelled(*error()); }
+bool QVBaseResponse::isCancelled() const { return error() && isCancellation(*error()); }
 
 bool QVBaseResponse::shouldRetryRequest() {
-  const auto& asked = request();
-  if (!asked) return false;
-  const auto attempts = asked->retryCount();
-  if (attempts >= asked->maxNumberOfRetries()) return false;
-  asked->setRetryCount(attempts + 1);
+  const auto& sentRequest = request();
+  if (!sentRequest) return false;
+  const auto retryCount = sentRequest->retryCount();
+  if (retryCount >= sentRequest->maxNumberOfRetries()) return false;
+  sentRequest->setRetryCount(retryCount + 1);
   return true;
 }
 

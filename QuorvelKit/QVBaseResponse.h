@@ -19,10 +19,10 @@ namespace quorvelkit {
 class QVBaseResponse;
 namespace detail {
 template <class Response>
-class CallUnderWay;
+class PendingCall;
 }  // namespace detail
 
-/// Makes a response of what the transport gave and runs its steps. A null request is a
+/// Makes a response from the result of a data task and runs its steps. A null request is a
 /// programming error and stops the process.
 template <std::derived_from<QVBaseResponse> Response>
 std::shared_ptr<Response> makeResponse(std::optional<Data> data,
@@ -31,50 +31,50 @@ std::shared_ptr<Response> makeResponse(std::optional<Data> data,
                                        std::optional<Error> error = std::nullopt,
                                        std::shared_ptr<URLSessionDataTask> task = nullptr);
 
-/// What a call comes back with, and the base of every response: all that the transport gave, the
-/// body parsed as JSON, and one error that says what went wrong with either.
+/// Base class of all responses: the result of a data task, the body parsed as JSON, and one error.
 ///
-/// | what happened                           | error()                                           |
-/// |-----------------------------------------|---------------------------------------------------|
-/// | cancelled                               | the transport's own                               |
-/// | error of the transport, UTF-8 body      | its domain and code, body as text                 |
-/// | error of the transport, no such body    | the transport's own                               |
-/// | status 400 or above, UTF-8 body         | class name as domain, status as code, body as text|
-/// | status 400 or above, no such body       | the same with the status' phrase as text          |
-/// | any other status                        | the transport's, normally absent                  |
+/// | result of the data task          | error()                                               |
+/// |----------------------------------|-------------------------------------------------------|
+/// | cancelled                        | the error of the transport                            |
+/// | transport error, UTF-8 body      | its domain and code, the body as description          |
+/// | transport error, no UTF-8 body   | the error of the transport                            |
+/// | status >= 400, UTF-8 body        | domain: class name, code: status, description: body   |
+/// | status >= 400, no UTF-8 body     | the same with the phrase of the status as description |
+/// | any other status                 | the error of the transport, normally absent           |
 ///
-/// An absent error promises nothing about the body: an answer of status 200 may hold HTML, or
-/// nothing. json() is null then, and carries no error; to learn why the body is no JSON, parse
-/// data() again by the constructor of JSON that takes an error slot. The session of this library
-/// never gives an error together with a body.
+/// The error says nothing about the form of the body: an answer with status 200 may contain HTML or
+/// be empty. In both cases json() is null without an error. To get the parse error, parse data()
+/// again with the constructor of JSON that has an error argument. The session of this library never
+/// returns both an error and a body.
 ///
-/// Responses are made by makeResponse() alone. An application's own class takes the constructors
-/// over (`using QVBaseResponse::QVBaseResponse;`) and overrides the steps below, which run in
-/// their order once the object is whole. It is made on the session's callback thread, then handed
-/// to the main queue, and belongs to the handler from there on. The steps must not throw, except
-/// std::bad_alloc: the call then delivers another response, of the same class and with an error of
-/// the transport alone, whose steps run, too.
+/// Only makeResponse() makes responses. A derived class inherits the constructors
+/// (`using QVBaseResponse::QVBaseResponse;`) and overrides the steps below, which run in this order
+/// after construction. The steps must not throw, except std::bad_alloc: the call then delivers a
+/// second response of the same class, which contains only an error of the transport and whose steps
+/// run too.
+///
+/// Threads: made on the callback thread; used by the completion handler on the main queue. Not
+/// thread-safe.
 class QUORVELKIT_EXPORT QVBaseResponse : public QVBaseObject {
  public:
-  /// What a constructor asks for so that only makeResponse() can call it.
+  /// An argument of the constructors that only makeResponse() can make.
   class Key;
 
   QVBaseResponse(Key key, std::optional<Data> data, std::shared_ptr<QVBaseRequest> request,
                  std::shared_ptr<const URLResponse> response, std::optional<Error> error,
                  std::shared_ptr<URLSessionDataTask> task);
-  /// A response is made of what the transport gave, never of a JSON value.
   explicit QVBaseResponse(std::optional<JSON> json) = delete;
   QVBaseResponse(const QVBaseResponse&) = delete;
   QVBaseResponse& operator=(const QVBaseResponse&) = delete;
   ~QVBaseResponse() override;
 
-  /// The body; present and empty when the answer had none.
+  /// The body. Empty if the answer has no body; absent if there is no answer.
   virtual const std::optional<Data>& data() const;
   virtual void setData(std::optional<Data> data);
-  /// The request that was sent: the same object.
+  /// The request object of the call.
   virtual const std::shared_ptr<QVBaseRequest>& request() const;
   virtual void setRequest(std::shared_ptr<QVBaseRequest> request);
-  /// An HTTPURLResponse when a server answered.
+  /// An HTTPURLResponse if a server answered, else null.
   virtual const std::shared_ptr<const URLResponse>& response() const;
   virtual void setResponse(std::shared_ptr<const URLResponse> response);
   virtual const std::optional<Error>& error() const;
@@ -82,26 +82,25 @@ class QUORVELKIT_EXPORT QVBaseResponse : public QVBaseObject {
   virtual const std::shared_ptr<URLSessionDataTask>& task() const;
   virtual void setTask(std::shared_ptr<URLSessionDataTask> task);
 
-  /// First step: does nothing here.
+  /// First step. The default does nothing.
   virtual void processResponse();
-  /// Second step: makes the error of a status of 400 or above, whatever error there was.
+  /// Second step: replaces the error if the status is 400 or greater.
   virtual void processErrors();
-  /// Third step: makes the body the description of the error, unless the call was cancelled or
-  /// the body is no text.
+  /// Third step: makes a UTF-8 body the description of the error. Skips cancelled calls.
   virtual void processTracking();
 
-  /// Whether the call was cancelled: the error has the code URLError::cancelled.
+  /// Returns true if the error has the code URLError::cancelled.
   virtual bool isCancelled() const;
-  /// Counts one more attempt on the request and tells whether it may be made: true as long as
-  /// retryCount() is below maxNumberOfRetries(). Looks at neither error nor status, and nothing is
-  /// sent by it: the application calls the service again with the same request.
+  /// Returns true and increments the request's retryCount() if it is less than
+  /// maxNumberOfRetries(). Ignores error and status, and sends nothing: to retry, the application
+  /// calls the facade again with the same request.
   virtual bool shouldRetryRequest();
 
  protected:
-  /// Last step: makes the models of json(). An override calls its base's first.
+  /// Last step: makes the models from json(). An override must call the base class first.
   virtual void buildModel();
-  /// Whether the body parsed as JSON. Tells the JSON text `null` from a body that is no JSON, or
-  /// has no bytes: json() is null for all of them.
+  /// Returns true if the body was parsed as JSON. json() is null for the JSON text `null` and also
+  /// for an empty or invalid body.
   bool hasJSONBody() const { return hasJSONBody_; }
 
  private:
@@ -111,7 +110,7 @@ class QUORVELKIT_EXPORT QVBaseResponse : public QVBaseObject {
                                                 std::optional<Error>,
                                                 std::shared_ptr<URLSessionDataTask>);
   template <class Response>
-  friend class detail::CallUnderWay;
+  friend class detail::PendingCall;
   void process();
 
   std::optional<Data> data_;
@@ -129,7 +128,7 @@ class QVBaseResponse::Key {
                                                 std::optional<Error>,
                                                 std::shared_ptr<URLSessionDataTask>);
   template <class Response>
-  friend class detail::CallUnderWay;
+  friend class detail::PendingCall;
   explicit Key() = default;
 };
 

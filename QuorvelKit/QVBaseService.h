@@ -3,7 +3,7 @@
 
 #include <QuorvelKit/QVBaseRequest.h>
 #include <QuorvelKit/QVBaseResponse.h>
-#include <QuorvelKit/QVCallUnderWay.h>
+#include <QuorvelKit/QVPendingCall.h>
 #include <QuorvelPlatform/Export.h>
 #include <QuorvelPlatform/FatalError.h>
 #include <QuorvelPlatform/URLSession.h>
@@ -18,47 +18,48 @@
 
 namespace quorvelkit {
 
-/// What takes the response of a call.
+/// A function that receives the response of a call, which is never null.
 template <class Response>
 using QVCompletionHandler = std::function<void(std::shared_ptr<Response> response)>;
 
-/// In what a kind of call differs from the standard road; what is empty does not differ.
+/// Replacements for single steps of the pipeline of a call. An empty function keeps the default.
 template <class Response>
-struct QVCallDifferences {
-  /// What comes before sending, in place of loadConfiguration(): calls the function that it gets
-  /// to go on, once, on the caller's thread or on the main queue. A second time is a programming
-  /// error and stops the process. When it never goes on, the handler is dropped.
-  std::function<void(std::function<void()> goOn)> before;
-  /// Makes the HTTP request, in place of QVBaseRequest::request.
-  std::function<std::optional<URLRequest>()> httpRequest;
-  /// Sees the response first, on the session's callback thread. When it throws std::bad_alloc it
-  /// is called again with the response that tells of that.
-  std::function<void(const std::shared_ptr<Response>& response)> after;
+struct QVCallSteps {
+  /// Runs before the request is sent. Default: QVBaseService::loadConfiguration. It must call
+  /// `proceed` once, on the caller's thread or on the main queue. A second call is a programming
+  /// error and stops the process. Without a call the completion handler is dropped.
+  std::function<void(std::function<void()> proceed)> prepare;
+  /// Makes the HTTP request. Default: QVBaseRequest::request.
+  std::function<std::optional<URLRequest>()> makeHTTPRequest;
+  /// Receives the response before the completion handler, on the callback thread. Default: nothing.
+  /// If it throws std::bad_alloc, it is called again with the response that reports this error.
+  std::function<void(const std::shared_ptr<Response>& response)> inspectResponse;
 };
 
-/// The base of the service facades: the session that all of them share, and the one road on which
-/// each of their calls goes. This is the contract of every call:
+/// Base class of the service facades. Runs the pipeline of their calls on one shared session.
+/// Thread-safe.
 ///
-///  - The handler runs exactly once for each request that is sent, on the main queue (MainQueue),
-///    never inside the call. It is destroyed there, too, right after it ran.
-///  - A request without an address (QVBaseRequest::url) is not sent: the handler is dropped
-///    without having run. docs/async.md lists the calls and causes. Ask
+/// The contract of every call:
+///
+///  - Completion handler: runs exactly once for each request that is sent, on the main queue
+///    (MainQueue) and never inside the call. It is destroyed there after it has run.
+///  - Requests without a URL: a request whose QVBaseRequest::url is absent is not sent, and the
+///    completion handler is dropped. docs/async.md lists the calls and causes. To detect them, call
 ///    QVBackendless::isUsableBaseURL() first, and url() in the handler of loadConfiguration().
-///  - The call returns the running task once the configuration is loaded, and nothing before
-///    that, even though a response will come. A cancelled task still delivers its response, one
-///    that isCancelled().
-///  - Every failure is in the response's error(). Nothing is tried a second time. When there is not
-///    enough memory between the first byte of the answer and the handler, the error is
-///    URLError::outOfMemory(); call() itself may throw std::bad_alloc.
-///  - Any thread may call, but a request object belongs to one call at a time until its HTTP
-///    request is made; calls that share it come from one thread (the main thread, best).
-///  - A null request or an empty handler is a programming error and stops the process.
-///  - What url() and the other builders throw (but std::bad_alloc, which becomes an error of the
-///    response) leaves the call, or MainQueue::run() when the request
-///    is made there, and the handler is dropped. What a handler throws leaves MainQueue::run().
+///  - Return value: the running task if the configuration is loaded. Otherwise null, although a
+///    response follows. A cancelled task still delivers a response; its isCancelled() is true.
+///  - Errors: every failure is in QVBaseResponse::error. No request is sent twice. If memory runs
+///    out after the first byte of the answer, the error is URLError::outOfMemory().
+///  - Threads: any thread may call. A request object belongs to one call until the HTTP request of
+///    that call is made. Calls that share a request object must come from one thread.
+///  - Programming errors: a null request and an empty completion handler stop the process.
+///  - Exceptions: an exception from url() or another function that makes the HTTP request leaves
+///    the call, or MainQueue::run() if the HTTP request is made there; the completion handler is
+///    dropped. std::bad_alloc from these functions becomes an error of the response instead. call()
+///    itself may throw std::bad_alloc. An exception from a completion handler leaves
+///    MainQueue::run().
 ///
-/// An application's own facade derives from this class and sends its own requests on the same
-/// road:
+/// An application can derive a facade of its own, whose calls use the same pipeline:
 ///
 ///     class Weather : public quorvelkit::QVBaseService {
 ///      public:
@@ -70,62 +71,63 @@ struct QVCallDifferences {
 ///     };
 class QUORVELKIT_EXPORT QVBaseService {
  public:
-  /// The session of all calls, made with URLSessionConfiguration::defaultConfiguration() on first
-  /// use; the same one for the rest of the process.
+  /// Returns the session of all calls. The first call creates it with
+  /// URLSessionConfiguration::defaultConfiguration(); it is never destroyed.
   static std::shared_ptr<URLSession> sharedSession();
 
-  /// Sees to it that the configuration is loaded, then calls the handler, also when loading
-  /// failed (QVConfiguration::cachedResponse tells): at once, inside this call, when the
-  /// configuration is there already (what it throws leaves this call then), else later on the main
-  /// queue. It never runs when no configuration is cached and the base URL does not parse, as
-  /// "127.0.0.1:8080" does not: QVBackendless::isUsableBaseURL() tells that before.
+  /// Loads the configuration if none is cached, then calls the handler, also if loading failed (see
+  /// QVConfiguration::cachedResponse). With a cached configuration the handler runs inside this
+  /// call, and its exceptions leave this call. Otherwise it runs on the main queue.
+  ///
+  /// The handler never runs if no configuration is cached and the base URL does not parse, such as
+  /// "127.0.0.1:8080". Call QVBackendless::isUsableBaseURL() first.
   static void loadConfiguration(std::function<void()> completionHandler);
 
  protected:
-  /// Sends a request on the standard road, or on one that differs from it as given.
+  /// Starts a call. `steps` replaces steps of the pipeline.
   template <std::derived_from<QVBaseResponse> Response>
   static std::shared_ptr<URLSessionDataTask> call(std::shared_ptr<QVBaseRequest> request,
                                                   QVCompletionHandler<Response> completionHandler,
-                                                  QVCallDifferences<Response> differences = {});
+                                                  QVCallSteps<Response> steps = {});
 
  private:
   template <class Response>
-  static void send(const std::shared_ptr<detail::CallUnderWay<Response>>& underWay);
+  static void send(const std::shared_ptr<detail::PendingCall<Response>>& pendingCall);
 };
 
 template <std::derived_from<QVBaseResponse> Response>
 std::shared_ptr<URLSessionDataTask> QVBaseService::call(
     std::shared_ptr<QVBaseRequest> request, QVCompletionHandler<Response> completionHandler,
-    QVCallDifferences<Response> differences) {
+    QVCallSteps<Response> steps) {
   if (!request) fatalError("a service call needs a request");
   if (!completionHandler) fatalError("a service call needs a completion handler");
-  using UnderWay = detail::CallUnderWay<Response>;
-  const auto before = std::exchange(differences.before, nullptr);
-  const auto underWay = std::make_shared<UnderWay>(typename UnderWay::Work{
-      std::move(request), std::move(completionHandler), std::move(differences)});
-  const auto goOn = [underWay] {
-    underWay->goesOnOnce();
-    send(underWay);
+  using PendingCall = detail::PendingCall<Response>;
+  const auto prepare = std::exchange(steps.prepare, nullptr);
+  const auto pendingCall = std::make_shared<PendingCall>(typename PendingCall::ApplicationObjects{
+      std::move(request), std::move(completionHandler), std::move(steps)});
+  const auto proceed = [pendingCall] {
+    pendingCall->proceedOnce();
+    send(pendingCall);
   };
-  before ? before(goOn) : loadConfiguration(goOn);
-  return underWay->currentTask();
+  prepare ? prepare(proceed) : loadConfiguration(proceed);
+  return pendingCall->currentTask();
 }
 
 template <class Response>
-void QVBaseService::send(const std::shared_ptr<detail::CallUnderWay<Response>>& underWay) try {
-  const auto& request = underWay->work->request;
-  const auto& make = underWay->work->differences.httpRequest;
-  auto httpRequest = make ? make() : request->request();
-  if (!httpRequest) return underWay->drop();
+void QVBaseService::send(const std::shared_ptr<detail::PendingCall<Response>>& pendingCall) try {
+  const auto& request = pendingCall->objects->request;
+  const auto& makeHTTPRequest = pendingCall->objects->steps.makeHTTPRequest;
+  auto httpRequest = makeHTTPRequest ? makeHTTPRequest() : request->request();
+  if (!httpRequest) return pendingCall->drop();
   const auto task = sharedSession()->dataTask(
-      *std::move(httpRequest), [underWay](auto data, auto urlResponse, auto error) {
-        underWay->complete(std::move(data), std::move(urlResponse), std::move(error));
+      *std::move(httpRequest), [pendingCall](auto data, auto urlResponse, auto error) {
+        pendingCall->complete(std::move(data), std::move(urlResponse), std::move(error));
       });
-  underWay->setTask(task);
+  pendingCall->setTask(task);
   task->resume();
 } catch (const std::bad_alloc& thrown) {
-  underWay->setTask(nullptr);
-  underWay->fail(thrown);
+  pendingCall->setTask(nullptr);
+  pendingCall->fail(thrown);
 }
 
 }  // namespace quorvelkit

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelKit/QVCandidate.h>
-#include <QuorvelKit/QVFindQuery_p.h>
+#include <QuorvelKit/QVFindWireFormat_p.h>
 
 #include <utility>
 
 namespace quorvelkit {
 
 QVCandidate::QVCandidate(std::optional<JSON> json) : QVBaseObject(std::move(json)) {
-  if (const auto& own = QVBaseObject::json()) location_ = locationIn(*own);
+  if (const auto& own = QVBaseObject::json()) location_ = readLocation(*own);
 }
 
 std::optional<std::string> QVCandidate::attribute(const KeyView& key) const {

@@ -13,32 +13,32 @@
 
 namespace quorvelkit {
 
-/// An address or a place that a search found. A member that is missing or of another kind is
-/// absent.
+/// An address or a place that a search found. A property is absent if its member is missing or has
+/// another type.
 class QUORVELKIT_EXPORT QVCandidate : public QVBaseObject {
  public:
   explicit QVCandidate(std::optional<JSON> json);
 
-  /// Where it is; (0, 0) when the answer does not say. Absent only without JSON.
+  /// The position; (0, 0) if the answer has none. Absent only without JSON.
   const std::optional<Coordinate>& location() const { return location_; }
   void setLocation(std::optional<Coordinate> location) { location_ = location; }
   std::optional<std::string> address() const;
-  /// How well it matches; 100 is best.
+  /// The quality of the match. The maximum is 100.
   std::optional<double> score() const;
-  /// What else the server says of it.
+  /// Additional values of the server.
   std::optional<ValueMap> attributes() const;
-  /// Three of the attributes: "Match_addr", "magicKey" and "Addr_type".
+  /// The attributes "Match_addr", "magicKey" and "Addr_type".
   std::optional<std::string> matchAddress() const;
   std::optional<std::string> placeAddress() const;
   std::optional<std::string> addressType() const;
   QVOrigin origin() const;
-  /// The provider's name, which the server sends under "provide".
+  /// The name of the provider ("provide" in the wire format).
   std::optional<std::string> provider() const;
   std::optional<double> rating() const;
   std::optional<std::int64_t> reviewCount() const;
   std::optional<std::string> providerUrl() const;
   std::optional<std::string> phone() const;
-  /// Empty when there are none.
+  /// Empty if the member is missing.
   std::vector<std::string> categories() const;
 
  private:

@@ -15,11 +15,11 @@ namespace {
 
 bool continuesWord(char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_'; }
 
-// How long the name of an operator function is, at the front of a text, if it holds a bracket; else
-// 0. Names of other operators need no care.
+// Returns the length of the operator function name at the start of a text if that name contains a
+// bracket, else 0.
 std::size_t operatorNameLength(std::string_view text) {
   static constexpr std::string_view word = "operator";
-  // A symbol stands before its own beginnings.
+  // A symbol precedes its own prefixes.
   static constexpr std::string_view symbols[] = {"()", "[]", "<=>", "<<=", ">>=", "->*", "<<",
                                                  ">>", "<=", ">=",  "->",  "<",   ">"};
   if (!text.starts_with(word)) return 0;
@@ -29,9 +29,8 @@ std::size_t operatorNameLength(std::string_view text) {
   return 0;
 }
 
-// Everything outside brackets, which hold template arguments, the signatures around local classes
-// and tags of the ABI. In an expression "<" and ">" may stand alone: the parenthesis around it ends
-// both.
+// Removes template arguments, the signatures of functions that contain a local class, and ABI tags.
+// A "<" or ">" of an expression can be unpaired; the parenthesis around the expression closes it.
 std::string withoutBrackets(std::string_view name) {
   std::string outside, open;
   char before = ' ';
@@ -39,7 +38,7 @@ std::string withoutBrackets(std::string_view name) {
     const std::size_t length = continuesWord(before) ? 0 : operatorNameLength(name);
     const char c = name.front();
     if (length > 0) {
-      // Nothing of it can be the name of a class.
+      // An operator name is not part of a class name.
     } else if (c == '<' || c == '(' || c == '[') {
       open += c;
     } else if (c == '>') {

@@ -6,8 +6,8 @@
 
 namespace quorvelkit {
 
-/// The name of a class as error domains write it, "QuorvelKit.QVRouteResponse": the module, then
-/// the last identifier of the class' name, without namespaces and template arguments.
+/// Returns the class name for an error domain, such as "QuorvelKit.QVRouteResponse": the module
+/// name and the last identifier of the class, without namespaces and template arguments.
 std::string qualifiedClassName(const std::type_info& type);
 
 }  // namespace quorvelkit

@@ -23,22 +23,22 @@ std::shared_ptr<URLSessionDataTask> QVConfiguration::get(
       return nullptr;
     }
   }
-  QVCallDifferences<QVConfigurationResponse> differences;
-  differences.before = [](const auto& goOn) {
-    QVBackendless::login([goOn](const auto& /*response*/) { goOn(); });
+  QVCallSteps<QVConfigurationResponse> steps;
+  steps.prepare = [](const auto& proceed) {
+    QVBackendless::login([proceed](const auto& /*response*/) { proceed(); });
   };
-  differences.httpRequest = [request] {
-    auto made = request->request();
-    if (made) made->setValue(QVBackendless::userToken(), "user-token");
-    return made;
+  steps.makeHTTPRequest = [request] {
+    auto httpRequest = request->request();
+    if (httpRequest) httpRequest->setValue(QVBackendless::userToken(), "user-token");
+    return httpRequest;
   };
-  // A response that was cached before may hold an application's request: it dies with this
-  // function, on the main queue.
-  differences.after =
-      [former = std::shared_ptr<QVConfigurationResponse>()](const auto& response) mutable {
-        former = storedResponse().set(response);
+  // The previous response may own a request of the application. This function owns the previous
+  // response, because it is destroyed on the main queue.
+  steps.inspectResponse =
+      [previous = std::shared_ptr<QVConfigurationResponse>()](const auto& response) mutable {
+        previous = storedResponse().set(response);
       };
-  return call(std::move(request), std::move(completionHandler), std::move(differences));
+  return call(std::move(request), std::move(completionHandler), std::move(steps));
 }
 
 std::shared_ptr<URLSessionDataTask> QVConfiguration::get(

@@ -10,30 +10,30 @@
 
 namespace quorvelkit {
 
-/// The configuration of the library, loaded once per process. Routes and place search load it by
-/// themselves before they send.
+/// Loads the configuration of the library, once per process. Routes and place search load it before
+/// they send a request. Thread-safe.
 class QUORVELKIT_EXPORT QVConfiguration : public QVBaseService {
  public:
-  /// Gives the cached response to the handler at once, on the caller's thread. Without one, logs
-  /// in, fetches the configuration whatever the login brought, caches the response whatever it
-  /// holds, and gives it to the handler on the main queue. Returns no task either way. What the
-  /// handler throws leaves this call in the first case, the main queue's run function in the other.
+  /// Passes the configuration to the handler. Always returns null.
   ///
-  /// The handler never runs when there is no cached response and the login or the request has no
-  /// URL, because the base URL does not parse (QVBackendless::isUsableBaseURL).
+  /// With a cached response the handler runs inside this call, and its exceptions leave this call.
+  /// Otherwise logs in, requests the configuration also if the login failed, caches the response
+  /// also if it is an error, and runs the handler on the main queue. A cached error stays until the
+  /// process ends or setCachedResponse(nullptr) is called. Two concurrent first calls each log in
+  /// and request the configuration; the last answer stays cached.
   ///
-  /// A failure is cached too, for the rest of the process. Two first calls at a time each log in
-  /// and fetch; the later answer stays.
+  /// The handler never runs if no response is cached and the base URL does not parse
+  /// (QVBackendless::isUsableBaseURL).
   static std::shared_ptr<URLSessionDataTask> get(
       std::shared_ptr<QVConfigurationRequest> request,
       QVCompletionHandler<QVConfigurationResponse> completionHandler);
-  /// The same with a fresh request.
+  /// Calls get() with a new request.
   static std::shared_ptr<URLSessionDataTask> get(
       QVCompletionHandler<QVConfigurationResponse> completionHandler);
 
-  /// The response that was cached; null before. Setting null makes the next call load anew, and
-  /// leaves the calls unsent whose configuration has arrived but whose own request is not made yet:
-  /// they have no URL any more, so their handlers never run. Safe from any thread.
+  /// The cached response, or null. After setting null, the next call loads the configuration again.
+  /// A call whose configuration was loaded but whose HTTP request is not made yet then has no URL:
+  /// it is not sent, and its handler never runs.
   static std::shared_ptr<QVConfigurationResponse> cachedResponse();
   static void setCachedResponse(std::shared_ptr<QVConfigurationResponse> cachedResponse);
 };

@@ -8,7 +8,7 @@
 
 namespace quorvelkit {
 
-/// Asks the backend service for the library's configuration file.
+/// Requests the configuration of the library from the backend service.
 class QUORVELKIT_EXPORT QVConfigurationRequest : public QVBaseRequest {
  public:
   QVConfigurationRequest() = default;

@@ -9,8 +9,8 @@
 
 namespace quorvelkit {
 
-/// The library's configuration: where its servers are. Each root is absent when the answer has no
-/// such text.
+/// The configuration of the library: the root URLs of its servers. A root URL is absent if its
+/// member is missing or not a string.
 class QUORVELKIT_EXPORT QVConfigurationResponse : public QVBaseResponse {
  public:
   using QVBaseResponse::QVBaseResponse;

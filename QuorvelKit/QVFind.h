@@ -14,8 +14,9 @@
 
 namespace quorvelkit {
 
-/// Place search. The first call of a process also logs in and loads the configuration; each later
-/// one is one exchange. QVBaseService tells what holds for every call.
+/// Searches addresses and places. Thread-safe. QVBaseService describes threads, errors and
+/// lifetimes. Cost: one HTTP request for each call; the first call of a process also sends the
+/// login and the request for the configuration.
 ///
 ///     auto request = std::make_shared<QVAddressCandidatesRequest>("1726 Fleet Street",
 ///                                                                 Coordinate{39.28, -76.59});
@@ -29,15 +30,16 @@ namespace quorvelkit {
 ///     });
 class QUORVELKIT_EXPORT QVFind : public QVBaseService {
  public:
-  /// The places that a line of text may mean.
+  /// Finds the places that match an address or a name.
   static std::shared_ptr<URLSessionDataTask> addressCandidates(
       std::shared_ptr<QVAddressCandidatesRequest> request,
       QVCompletionHandler<QVAddressCandidatesResponse> completionHandler);
-  /// How a text that is being typed may go on. Read QVSuggestRequest::text on what may be typed.
+  /// Completes a search text while the user types. QVSuggestRequest::text says which texts are
+  /// sent.
   static std::shared_ptr<URLSessionDataTask> suggest(
       std::shared_ptr<QVSuggestRequest> request,
       QVCompletionHandler<QVSuggestResponse> completionHandler);
-  /// The address at a location.
+  /// Finds the address of a location.
   static std::shared_ptr<URLSessionDataTask> reverseGeocode(
       std::shared_ptr<QVReverseGeocodeRequest> request,
       QVCompletionHandler<QVReverseGeocodeResponse> completionHandler);

@@ -9,7 +9,7 @@
 
 namespace quorvelkit {
 
-/// The network a numbered road belongs to.
+/// The road network of a numbered road.
 enum class QVHighwayType {
   california,
   unitedStates,
@@ -31,13 +31,14 @@ inline constexpr auto rawValues<QVHighwayType> = std::to_array<RawValue<QVHighwa
     {QVHighwayType::unknown, ""},
 });
 
-/// A numbered road: I 95.
+/// A numbered road, such as I 95. A property is absent if its member is missing or has another
+/// type.
 class QUORVELKIT_EXPORT QVHighway : public QVBaseObject {
  public:
   using QVBaseObject::QVBaseObject;
 
   std::optional<std::int64_t> number() const;
-  /// The network, which the server sends under "dir".
+  /// The road network ("dir" in the wire format).
   QVHighwayType direction() const;
 };
 

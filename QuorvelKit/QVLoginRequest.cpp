@@ -19,12 +19,12 @@ std::optional<URL> QVLoginRequest::url() {
 }
 
 std::optional<URLRequest> QVLoginRequest::loginRequest() {
-  auto made = postRequest();
-  if (!made) return std::nullopt;
-  made->setValue(backendless::applicationID, "application-id");
-  made->setValue(backendless::secretKey, "secret-key");
-  made->setValue("REST", "application-type");
-  return made;
+  auto httpRequest = postRequest();
+  if (!httpRequest) return std::nullopt;
+  httpRequest->setValue(backendless::applicationID, "application-id");
+  httpRequest->setValue(backendless::secretKey, "secret-key");
+  httpRequest->setValue("REST", "application-type");
+  return httpRequest;
 }
 
 }  // namespace quorvelkit

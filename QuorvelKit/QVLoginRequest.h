@@ -8,14 +8,14 @@
 
 namespace quorvelkit {
 
-/// Logs the library's service account in; its parameters are the account's "login" and "password".
+/// Requests a login to the service account. The parameters are "login" and "password", a secret.
 class QUORVELKIT_EXPORT QVLoginRequest : public QVBaseRequest {
  public:
   QVLoginRequest();
   ~QVLoginRequest() override;
 
   std::optional<URL> url() override;
-  /// postRequest() with the three headers that name the application to the backend service.
+  /// Returns postRequest() with the three header fields that identify the library.
   virtual std::optional<URLRequest> loginRequest();
 };
 

@@ -10,8 +10,8 @@
 
 namespace quorvelkit {
 
-/// The answer to a login. A successful one has objectId() and userToken(), a refused one code()
-/// and message(); a member that is missing or of another kind is absent.
+/// The response to a QVLoginRequest. After a success it has objectId() and userToken(), after a
+/// failure code() and message(). A property is absent if its member is missing or has another type.
 class QUORVELKIT_EXPORT QVLoginResponse : public QVBaseResponse {
  public:
   using QVBaseResponse::QVBaseResponse;
@@ -20,7 +20,7 @@ class QUORVELKIT_EXPORT QVLoginResponse : public QVBaseResponse {
   std::optional<std::int64_t> code() const;
   std::optional<std::string> message() const;
   std::optional<std::string> objectId() const;
-  /// A secret: the token that opens the backend service.
+  /// The token for further requests to the backend service. A secret.
   std::optional<std::string> userToken() const;
 };
 

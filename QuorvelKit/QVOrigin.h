@@ -5,8 +5,8 @@
 
 namespace quorvelkit {
 
-/// Who provided a candidate or a suggestion. `Quorvel` is the find server's own data, `unknown`
-/// stands for every text that names no other case.
+/// The data source of a candidate or a suggestion. `Quorvel` is the data of the find server;
+/// `unknown` stands for every other text.
 enum class QVOrigin { OSM, ArcGIS, Quorvel, Yelp, Foursquare, MapBox, unknown };
 
 template <>

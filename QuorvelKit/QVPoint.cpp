@@ -8,17 +8,17 @@ namespace quorvelkit {
 
 QVPoint::QVPoint(JSON json) : QVBaseObject(std::move(json)) {
   if (auto turn = child(QVResponseKey::turn)) {
-    constexpr std::size_t overhead = 32;  // Of the shared object and its block.
+    constexpr std::size_t overhead = 32;  // The control block and the header of the allocation.
     detail::MemoryBudget::take(sizeof(QVTurn) + overhead);
     turn_ = std::make_shared<const QVTurn>(*std::move(turn));
   }
 }
 
 Coordinate QVPoint::location() const {
-  const auto itsLatitude = latitude();
-  const auto itsLongitude = longitude();
-  if (!itsLatitude || !itsLongitude) return {};
-  return {*itsLatitude, *itsLongitude};
+  const auto north = latitude();
+  const auto east = longitude();
+  if (!north || !east) return {};
+  return {*north, *east};
 }
 
 }  // namespace quorvelkit

@@ -7,7 +7,7 @@ namespace quorvelkit {
 
 std::mutex& processValueMutex() {
   static auto& mutex = *new std::mutex;
-  [[maybe_unused]] static const int heldAcrossForks =
+  [[maybe_unused]] static const int isLockedDuringFork =
       pthread_atfork([] { mutex.lock(); }, [] { mutex.unlock(); }, [] { mutex.unlock(); });
   return mutex;
 }

@@ -6,12 +6,12 @@
 
 namespace quorvelkit {
 
-/// The lock of all process-wide values: held for a copy or a swap, and across a fork, so that the
-/// child finds every value whole. Never destroyed.
+/// Returns the mutex of all process-wide values. It is locked during fork(), so no value is half
+/// written in the child process. Never destroyed.
 std::mutex& processValueMutex();
 
-/// A value of the process that any thread may read and write. Make it with `new` behind a local
-/// static reference: then it is there on first use and still there while the process exits.
+/// A process-wide value, guarded by a mutex. Create it with `new` for a local static reference: it
+/// is then created on first use and never destroyed.
 template <class T>
 class ProcessValue {
  public:
@@ -22,8 +22,8 @@ class ProcessValue {
     const std::lock_guard lock(processValueMutex());
     return value_;
   }
-  /// Gives the old value, so that it is destroyed outside the lock: its destructor may come back
-  /// here.
+  /// Returns the old value. It is destroyed after the mutex is unlocked, because its destructor may
+  /// use a process-wide value.
   T set(T value) {
     const std::lock_guard lock(processValueMutex());
     std::swap(value_, value);

@@ -11,19 +11,19 @@
 
 namespace quorvelkit {
 
-/// One case of an enumeration and the text it has on the wire.
+/// One case of an enumeration and its text in the wire format.
 template <class E>
 struct RawValue {
   E value;
   std::string_view text;
 };
 
-/// The raw values of an enumeration, specialised beside it: all cases in the order in which they
-/// are declared, which starts at 0 and leaves no gap.
+/// The raw values of an enumeration. Each enumeration specialises it with all cases in declaration
+/// order. The cases must be numbered from 0 without gaps.
 template <class E>
 inline constexpr std::array<RawValue<E>, 0> rawValues{};
 
-/// Whether a table holds the cases of its enumeration in their order.
+/// Returns true if a table contains the cases in declaration order.
 template <class E, std::size_t count>
 constexpr bool isInDeclarationOrder(const std::array<RawValue<E>, count>& table) {
   for (std::size_t i = 0; i < count; ++i) {
@@ -32,11 +32,11 @@ constexpr bool isInDeclarationOrder(const std::array<RawValue<E>, count>& table)
   return true;
 }
 
-/// An enumeration with string raw values.
+/// An enumeration with raw values.
 template <class E>
 concept RawRepresentable = !rawValues<E>.empty() && isInDeclarationOrder(rawValues<E>);
 
-/// The text of a case. A value that is no case is a programming error and stops the process.
+/// Returns the text of a case. Any other value is a programming error and stops the process.
 template <RawRepresentable E>
 constexpr std::string_view rawValue(E value) {
   const auto& table = rawValues<E>;
@@ -45,12 +45,11 @@ constexpr std::string_view rawValue(E value) {
   return table[index].text;
 }
 
-/// The case whose text is exactly this one; absent when there is none. Case matters, nothing is
-/// trimmed.
+/// Returns the case with exactly this text, or nullopt. Case-sensitive; spaces are significant.
 template <RawRepresentable E>
 constexpr std::optional<E> fromRawValue(std::string_view text) {
-  for (const auto& [value, itsText] : rawValues<E>) {
-    if (itsText == text) return value;
+  for (const auto& [value, caseText] : rawValues<E>) {
+    if (caseText == text) return value;
   }
   return std::nullopt;
 }

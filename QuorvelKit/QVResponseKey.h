@@ -10,9 +10,8 @@
 
 namespace quorvelkit {
 
-/// The names of all members that the library reads from answers. The raw value of a case is the
-/// name on the wire; where the two differ (`provider` is "provide", `countyCode` "CountryCode"),
-/// the servers are followed.
+/// The JSON members that the library reads from answers. The raw value of a case is the name in the
+/// wire format; some differ from the case (`provider`: "provide", `countyCode`: "CountryCode").
 enum class QVResponseKey {
   quorvelNavigationRootURL,
   quorvelFindRootURL,
@@ -149,8 +148,8 @@ inline constexpr auto responseKeyViews =
     makeResponseKeyViews(std::make_index_sequence<rawValues<QVResponseKey>.size()>());
 }  // namespace detail
 
-/// The name of a case with its hash, both known at compile time. By this a case may stand wherever
-/// a KeyView is asked for: in the subscripts of a JSON value, in getValue().
+/// Returns the name of a case with its hash, both computed at compile time. Converts a case where a
+/// KeyView is expected, such as in subscripts of a JSON value and in getValue().
 constexpr const KeyView& keyView(QVResponseKey key) {
   return detail::responseKeyViews[static_cast<std::size_t>(key)];
 }

@@ -9,7 +9,7 @@
 
 namespace quorvelkit {
 
-/// Asks for the address at a location.
+/// Requests the address of a location.
 class QUORVELKIT_EXPORT QVReverseGeocodeRequest : public QVBaseRequest {
  public:
   QVReverseGeocodeRequest() = delete;
@@ -19,8 +19,8 @@ class QUORVELKIT_EXPORT QVReverseGeocodeRequest : public QVBaseRequest {
   Coordinate location() const { return location_; }
   void setLocation(Coordinate location) { location_ = location; }
 
-  /// The resource under the find root of the cached configuration, with the location as
-  /// parameters(), which each call replaces. Absent while there is no such root.
+  /// Returns the URL on the find server and replaces parameters() by the location. Absent if the
+  /// cached configuration has no root URL of the find server.
   std::optional<URL> url() override;
 
  private:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <QuorvelKit/QVFindQuery_p.h>
+#include <QuorvelKit/QVFindWireFormat_p.h>
 #include <QuorvelKit/QVReverseGeocodeResponse.h>
 
 namespace quorvelkit {
@@ -9,8 +9,8 @@ QVReverseGeocodeResponse::~QVReverseGeocodeResponse() = default;
 void QVReverseGeocodeResponse::buildModel() {
   QVBaseResponse::buildModel();
   if (!json()) return;
-  location_ = locationIn(*json());
-  // The member is all lower case; QVResponseKey::address, "Address", is a line inside of it.
+  location_ = readLocation(*json());
+  // QVResponseKey::address is "Address", a member of this object.
   static constexpr KeyView key("address");
   address_.emplace((*json())[key]);
 }

@@ -11,15 +11,14 @@
 
 namespace quorvelkit {
 
-/// The answer to a QVReverseGeocodeRequest. Both members are present whenever there was a body,
-/// also one that holds no address: look at the parts of the address, say
-/// QVAddress::matchAddress, to learn whether one was found.
+/// The response to a QVReverseGeocodeRequest. Both properties are present for every body, also if
+/// no address was found. QVAddress::matchAddress is absent if none was found.
 class QUORVELKIT_EXPORT QVReverseGeocodeResponse : public QVBaseResponse {
  public:
   using QVBaseResponse::QVBaseResponse;
   ~QVReverseGeocodeResponse() override;
 
-  /// Where the address is; (0, 0) when the answer does not say.
+  /// The position of the address; (0, 0) if the answer has none.
   const std::optional<Coordinate>& location() const { return location_; }
   void setLocation(std::optional<Coordinate> location) { location_ = location; }
   const std::optional<QVAddress>& address() const { return address_; }

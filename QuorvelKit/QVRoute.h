@@ -12,18 +12,18 @@
 
 namespace quorvelkit {
 
-/// A route as the navigation server computed it. Making one never fails: whatever the document
-/// lacks is absent, and a document that is no route has no points. Copies share the points.
+/// A route of the navigation server. A property is absent if its member is missing or has another
+/// type; the points of any other JSON are empty. Copies share the points.
 class QUORVELKIT_EXPORT QVRoute : public QVBaseObject {
  public:
   explicit QVRoute(JSON json);
   explicit QVRoute(std::optional<JSON> json) = delete;
 
-  /// The points in their order along the route. Lives as long as this route or a copy of it.
+  /// The points in driving order. Valid while this route or a copy of it exists.
   const std::vector<QVPoint>& points() const { return *points_; }
   std::optional<double> totalDistanceInMiles() const;
   std::optional<double> totalDurationInMinutes() const;
-  /// The crossings at both ends, in the server's numbers.
+  /// The numbers of the road network nodes at both ends.
   std::optional<std::int64_t> startNode() const;
   std::optional<std::int64_t> endNode() const;
 

@@ -11,7 +11,7 @@
 
 namespace quorvelkit {
 
-/// What the time of a route request means.
+/// The meaning of the time of a route request.
 enum class QVRouteRequestType { ArrivalTime, DepartureTime };
 
 template <>
@@ -20,16 +20,14 @@ inline constexpr auto rawValues<QVRouteRequestType> = std::to_array<RawValue<QVR
     {QVRouteRequestType::DepartureTime, "DepartureTime"},
 });
 
-/// Asks for a route between two coordinates. Values are sent as they are, nothing is checked.
+/// Requests a route between two coordinates. The values are sent without checks.
 class QUORVELKIT_EXPORT QVRouteRequest : public QVBaseRequest {
  public:
   using Instant = std::chrono::system_clock::time_point;
 
   QVRouteRequest() = delete;
-  /// The time is now, when none is given: the instant of construction, not of sending.
-  ///
-  /// The last two arguments have no effect. A request that is to carry speed and course gets them
-  /// by setSpeed() and setCourse().
+  /// The default time is the time of construction. The arguments `speed` and `course` have no
+  /// effect; use setSpeed() and setCourse().
   QVRouteRequest(Coordinate start, Coordinate end, Instant time = std::chrono::system_clock::now(),
                  QVRouteRequestType requestType = QVRouteRequestType::DepartureTime,
                  std::optional<double> speed = std::nullopt,
@@ -40,20 +38,19 @@ class QUORVELKIT_EXPORT QVRouteRequest : public QVBaseRequest {
   void setStart(Coordinate start) { start_ = start; }
   Coordinate end() const { return end_; }
   void setEnd(Coordinate end) { end_ = end; }
-  /// When to leave or to arrive; sent in UTC, in whole seconds.
+  /// The time of departure or arrival. Sent in UTC, in whole seconds.
   Instant time() const { return time_; }
   void setTime(Instant time) { time_ = time; }
   QVRouteRequestType requestType() const { return requestType_; }
   void setRequestType(QVRouteRequestType requestType) { requestType_ = requestType; }
-  /// How the vehicle moves at the start. Not sent when absent.
+  /// Speed and course of the vehicle at the start. Sent unchanged; not sent if absent.
   std::optional<double> speed() const { return speed_; }
   void setSpeed(std::optional<double> speed) { speed_ = speed; }
   std::optional<double> course() const { return course_; }
   void setCourse(std::optional<double> course) { course_ = course; }
 
-  /// The route resource under the navigation root of the cached configuration, with the values
-  /// above as parameters(), which each call replaces. Absent, with the parameters as they were,
-  /// while there is no such root.
+  /// Returns the URL on the navigation server and replaces parameters() by the values above. If the
+  /// cached configuration has no root URL of that server, returns nullopt and keeps parameters().
   std::optional<URL> url() override;
 
  private:

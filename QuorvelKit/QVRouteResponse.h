@@ -9,16 +9,17 @@
 
 namespace quorvelkit {
 
-/// The answer to a QVRouteRequest.
+/// The response to a QVRouteRequest.
 class QUORVELKIT_EXPORT QVRouteResponse : public QVBaseResponse {
  public:
   using QVBaseResponse::QVBaseResponse;
   ~QVRouteResponse() override;
 
-  /// The whole body as a route. Absent when there was no body, one of no bytes, or one that is no
-  /// JSON; an absent error() does not rule that out, since a network that asks for a login first
-  /// answers with status 200 and HTML. JSON that is no route (`null`, the document of an error)
-  /// gives a route without points. So look at error(), then at route(), then at its points.
+  /// The body as a route. Absent if the body is absent, empty or not JSON, which is possible
+  /// without an error(): a network that requires a login answers with status 200 and HTML. Any
+  /// other JSON
+  /// (`null`, the document of an error) makes a route without points. Check error(), then route(),
+  /// then its points.
   const std::optional<QVRoute>& route() const { return route_; }
 
  protected:

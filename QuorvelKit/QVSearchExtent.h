@@ -8,12 +8,12 @@
 
 namespace quorvelkit {
 
-/// A box to search in, by its corners. Nothing checks which lies where.
+/// The box of a search, described by two corners in degrees. The corners are not checked.
 struct QUORVELKIT_EXPORT QVSearchExtent {
   Coordinate southwestCoordinate;
   Coordinate northeastCoordinate;
 
-  /// West, south, east and north, as queries have them: "-118.5,33.9,-118.1,34.2".
+  /// Returns "WEST,SOUTH,EAST,NORTH", as in queries: "-118.5,33.9,-118.1,34.2".
   std::string string() const;
 
   friend bool operator==(const QVSearchExtent&, const QVSearchExtent&) = default;

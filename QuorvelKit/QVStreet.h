@@ -10,7 +10,7 @@
 
 namespace quorvelkit {
 
-/// What a street is for.
+/// The function of a street in the road network.
 enum class QVStreetFunction {
   highway,
   localhighway,
@@ -32,7 +32,7 @@ inline constexpr auto rawValues<QVStreetFunction> = std::to_array<RawValue<QVStr
     {QVStreetFunction::unknown, ""},
 });
 
-/// What a street connects.
+/// The connection that a street makes.
 enum class QVStreetConnection {
   origin,
   offramp,
@@ -54,7 +54,7 @@ inline constexpr auto rawValues<QVStreetConnection> = std::to_array<RawValue<QVS
     {QVStreetConnection::unknown, ""},
 });
 
-/// Where a street leads.
+/// The compass direction of a street.
 enum class QVStreetDirection { north, south, east, west, unknown };
 
 template <>
@@ -66,18 +66,17 @@ inline constexpr auto rawValues<QVStreetDirection> = std::to_array<RawValue<QVSt
     {QVStreetDirection::unknown, ""},
 });
 
-/// The street that a turn leads onto.
+/// The street after a turn.
 class QUORVELKIT_EXPORT QVStreet : public QVBaseObject {
  public:
   explicit QVStreet(JSON json);
   explicit QVStreet(std::optional<JSON> json) = delete;
 
-  /// The numbered road that the street is part of; null when it is none. Lives as long as this
-  /// street.
+  /// The numbered road of the street, or null. Valid while this street exists.
   const QVHighway* highway() const { return highway_ ? &*highway_ : nullptr; }
   std::optional<std::string> name() const;
-  /// Function, connection and direction are all read from the one member "dir", as the server
-  /// sends them: at most one of the three is other than `unknown`.
+  /// Function, connection and direction are all read from the member "dir", so at most one of them
+  /// is not `unknown`.
   QVStreetFunction function() const;
   QVStreetConnection connection() const;
   QVStreetDirection direction() const;

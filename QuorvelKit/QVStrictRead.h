@@ -12,14 +12,15 @@
 
 namespace quorvelkit {
 
-/// A value as a T, by the one rule that all models share: absent unless it is of that kind.
+/// Returns a value as a T, or nullopt if it has another type. All models read their members with
+/// it.
 ///
-///  - `double`: any JSON number.
-///  - `std::int64_t`: a JSON number that is exactly such an integer (3 and 3.0, not 3.5 or 1e300).
-///  - `bool`: true and false, never a number; and these never pass as numbers.
-///  - `std::string`: a text, never a number.
-///  - `std::vector<std::string>`: a list whose elements are all texts, also an empty one.
-///  - `ValueMap`: a map.
+///  - `double`: every number.
+///  - `std::int64_t`: a number that is exactly representable (3 and 3.0, not 3.5 or 1e300).
+///  - `bool`: true and false. Booleans and numbers are not converted to each other.
+///  - `std::string`: a string.
+///  - `std::vector<std::string>`: an array of strings; it may be empty.
+///  - `ValueMap`: an object.
 template <class T>
 std::optional<T> strictRead(const ValueView& value) {
   if constexpr (std::same_as<T, double>) {
@@ -42,7 +43,7 @@ std::optional<T> strictRead(const ValueView& value) {
     }
     return texts;
   } else {
-    static_assert(std::same_as<T, ValueMap>, "a kind that no model reads");
+    static_assert(std::same_as<T, ValueMap>, "no model reads this type");
     return Value(value).members();
   }
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <QuorvelKit/QVFindQuery_p.h>
+#include <QuorvelKit/QVFindWireFormat_p.h>
 #include <QuorvelKit/QVSuggestRequest.h>
 
 namespace quorvelkit {

@@ -12,7 +12,7 @@
 
 namespace quorvelkit {
 
-/// Asks how a text that is being typed may go on, near a location.
+/// Requests suggestions for an incomplete search text, near a location.
 class QUORVELKIT_EXPORT QVSuggestRequest : public QVBaseRequest {
  public:
   QVSuggestRequest() = delete;
@@ -20,28 +20,26 @@ class QUORVELKIT_EXPORT QVSuggestRequest : public QVBaseRequest {
                    std::optional<QVSearchExtent> searchExtent = std::nullopt);
   ~QVSuggestRequest() override;
 
-  /// The text, which goes into the address exactly as it stands. One with a character that no URL
-  /// may hold (a space, a quotation mark, a letter beyond ASCII) therefore makes a request without
-  /// url(), and its call ends without a response. "&", "=" and "#" make one that asks for
-  /// something else. An application encodes what its user types, and asks whether there is a URL
-  /// once the configuration is loaded (before, there is none for any text):
+  /// The search text. It is sent unchanged, without percent-encoding. With a character that is not
+  /// allowed in a URL (a space, a quotation mark, a non-ASCII letter) the request has no url() and
+  /// is not sent; "&", "=" and "#" change the meaning of the URL. An application therefore encodes
+  /// the text and checks url() after the configuration is loaded:
   ///
   ///     auto request = std::make_shared<QVSuggestRequest>(urlEncode("fells po"), here);
   ///     QVBaseService::loadConfiguration([request] {
-  ///       if (!request->url()) return report("No configuration, or no text that makes a URL.");
+  ///       if (!request->url()) return report("No configuration, or the text makes no URL.");
   ///       QVFind::suggest(request, show);
   ///     });
   const std::string& text() const { return text_; }
   void setText(std::string text) { text_ = std::move(text); }
   Coordinate location() const { return location_; }
   void setLocation(Coordinate location) { location_ = location; }
-  /// Where the places must be. Not sent when absent.
+  /// The box that contains the places. Not sent if absent.
   const std::optional<QVSearchExtent>& searchExtent() const { return searchExtent_; }
   void setSearchExtent(std::optional<QVSearchExtent> extent) { searchExtent_ = extent; }
 
-  /// The resource under the find root of the cached configuration, with the values above as
-  /// parameters(), which each call replaces. Absent while there is no such root, and for a text
-  /// that makes no URL.
+  /// Returns the URL on the find server and replaces parameters() by the values above. Absent if
+  /// the cached configuration has no root URL of the find server or the text makes no URL.
   std::optional<URL> url() override;
 
  private:

@@ -9,13 +9,13 @@
 
 namespace quorvelkit {
 
-/// The answer to a QVSuggestRequest.
+/// The response to a QVSuggestRequest.
 class QUORVELKIT_EXPORT QVSuggestResponse : public QVBaseResponse {
  public:
   using QVBaseResponse::QVBaseResponse;
   ~QVSuggestResponse() override;
 
-  /// The suggestions in the server's order; empty when there are none.
+  /// The suggestions in the order of the server.
   const std::vector<QVSuggestion>& suggestions() const { return suggestions_; }
 
  protected:

@@ -12,19 +12,20 @@
 
 namespace quorvelkit {
 
-/// A way to go on typing. A member that is missing or of another kind is absent.
+/// A suggestion for an incomplete search text. A property is absent if its member is missing or has
+/// another type.
 class QUORVELKIT_EXPORT QVSuggestion : public QVBaseObject {
  public:
   using QVBaseObject::QVBaseObject;
 
-  /// What to show.
+  /// The text to display.
   std::optional<std::string> text() const;
-  /// What finds exactly this place: QVAddressCandidatesRequest::setMagicKey.
+  /// The key for QVAddressCandidatesRequest::setMagicKey, which finds this place only.
   std::optional<std::string> magicKey() const;
-  /// Whether it stands for many places ("restaurants") and not for one.
+  /// True for a group of places such as "restaurants".
   std::optional<bool> isCollection() const;
   QVOrigin origin() const;
-  /// The provider's name, which the server sends under "provide".
+  /// The name of the provider ("provide" in the wire format).
   std::optional<std::string> provider() const;
   std::optional<double> score() const;
   std::optional<double> rating() const;
@@ -34,7 +35,7 @@ class QUORVELKIT_EXPORT QVSuggestion : public QVBaseObject {
   std::optional<std::string> menuUrl() const;
   std::optional<std::string> url() const;
   std::optional<std::string> phone() const;
-  /// Empty when there are none.
+  /// Empty if the member is missing.
   std::vector<std::string> categories() const;
 };
 

@@ -10,7 +10,7 @@
 
 namespace quorvelkit {
 
-/// Which way to turn.
+/// The direction of a turn.
 enum class QVTurnDirection {
   hardleft,
   left,
@@ -48,17 +48,16 @@ inline constexpr auto rawValues<QVTurnDirection> = std::to_array<RawValue<QVTurn
     {QVTurnDirection::unknown, ""},
 });
 
-/// What to do at a point of a route.
+/// A turn at a point of a route.
 class QUORVELKIT_EXPORT QVTurn : public QVBaseObject {
  public:
   explicit QVTurn(JSON json);
   explicit QVTurn(std::optional<JSON> json) = delete;
 
-  /// The street that the turn leads onto; null when the answer has none. Lives as long as this
-  /// turn.
+  /// The street after the turn, or null. Valid while this turn exists.
   const QVStreet* street() const { return street_ ? &*street_ : nullptr; }
   QVTurnDirection direction() const;
-  /// The sentence to show, in the server's words.
+  /// The instruction to display, as the server sent it.
   std::optional<std::string> instruction() const;
 
  private:

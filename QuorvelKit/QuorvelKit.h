@@ -8,12 +8,11 @@
 
 namespace quorvelkit {
 
-/// The settings of the library. Safe to use from any threads.
+/// The settings of the library. Thread-safe.
 class QUORVELKIT_EXPORT QuorvelKit {
  public:
-  /// The token that requests send in the header "AccessToken" if they ask for it
-  /// (QVBaseRequest::includeAccessToken). No request of the library does; one of an application's
-  /// own may. Absent until it is set.
+  /// The value of the header "AccessToken", which a request sends if
+  /// QVBaseRequest::includeAccessToken is true. No request of the library does. Default: absent.
   static std::optional<std::string> accessToken();
   static void setAccessToken(std::optional<std::string> accessToken);
 };

@@ -10,7 +10,7 @@ namespace quorvelkit::fuzz {
 /// handler to `call`, and checks that the handler runs exactly once.
 void callAndWait(const std::string& body, auto call) {
   static auto& server = *new test::FakeServer;
-  server.forget();
+  server.clearRequests();
   for (const std::string& path : {test::loginPath, test::configurationPath})
     server.set(path, {200, body});
   int runs = 0;

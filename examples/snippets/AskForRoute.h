@@ -9,23 +9,23 @@
 #include <memory>
 #include <string>
 
-/// Asks for a route and says what came of it, also where the call alone would stay silent.
+/// Requests a route and reports the result, also if the request cannot be sent.
 inline void askForRoute(quorvelkit::Coordinate from, quorvelkit::Coordinate to,
-                        std::function<void(const std::string&)> say) {
+                        std::function<void(const std::string&)> report) {
   using namespace quorvelkit;
-  if (!QVBackendless::isUsableBaseURL()) return say("The backend's URL is not usable.");
+  if (!QVBackendless::isUsableBaseURL()) return report("The backend's URL is not usable.");
   auto request = std::make_shared<QVRouteRequest>(from, to);
-  QVBaseService::loadConfiguration([request, say] {
+  QVBaseService::loadConfiguration([request, report] {
     const auto configuration = QVConfiguration::cachedResponse();
-    if (!configuration || configuration->error()) return say("There is no configuration.");
-    if (!request->url()) return say("The configuration names no navigation server.");
-    QVNavigation::route(request, [say](const std::shared_ptr<QVRouteResponse>& response) {
+    if (!configuration || configuration->error()) return report("There is no configuration.");
+    if (!request->url()) return report("The configuration names no navigation server.");
+    QVNavigation::route(request, [report](const std::shared_ptr<QVRouteResponse>& response) {
       if (response->isCancelled()) return;
       const auto& error = response->error();
-      if (error) return say("The server gave no route: " + error->localizedDescription());
+      if (error) return report("There is no route: " + error->localizedDescription());
       const auto& route = response->route();
-      if (!route || route->points().empty()) return say("The answer is no route.");
-      say(std::to_string(route->points().size()) + " points");
+      if (!route || route->points().empty()) return report("The answer is not a route.");
+      report(std::to_string(route->points().size()) + " points");
     });
   });
 }

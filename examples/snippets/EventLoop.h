@@ -9,24 +9,24 @@
 
 #include <cstdint>
 
-/// Drains the main queue inside a program's own poll() loop.
+/// Runs the main queue inside the poll() loop of a program.
 class MainQueueEvents {
  public:
   MainQueueEvents() {
     quorvelkit::MainQueue::main().setWakeUpHook([fd = fd_] {
       const std::uint64_t one = 1;
-      [[maybe_unused]] const auto written = write(fd, &one, sizeof one);
+      [[maybe_unused]] const auto result = write(fd, &one, sizeof one);
     });
   }
   MainQueueEvents(const MainQueueEvents&) = delete;
   MainQueueEvents& operator=(const MainQueueEvents&) = delete;
 
-  /// What the loop polls for reading.
+  /// The loop polls this descriptor for reading.
   pollfd pollable() const { return {fd_, POLLIN, 0}; }
-  /// What the loop calls when there is something to read.
+  /// The loop calls this function when the descriptor is readable.
   void handle() {
     std::uint64_t count = 0;
-    [[maybe_unused]] const auto got = read(fd_, &count, sizeof count);
+    [[maybe_unused]] const auto result = read(fd_, &count, sizeof count);
     quorvelkit::MainQueue::main().runPending();
   }
 

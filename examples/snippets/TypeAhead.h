@@ -10,13 +10,13 @@
 #include <utility>
 #include <vector>
 
-/// Suggests how a text may go on, while it is being typed. Only the last text is ever answered.
-/// Used on the main thread.
+/// Shows suggestions while the user types. Only the suggestions for the last text are shown. Used
+/// on the main thread.
 class TypeAhead {
  public:
-  /// Takes the suggestions; when there are none, with the reason.
+  /// Receives the suggestions or, if there are none, the reason.
   using Show =
-      std::function<void(const std::vector<quorvelkit::QVSuggestion>&, const std::string& whyNone)>;
+      std::function<void(const std::vector<quorvelkit::QVSuggestion>&, const std::string& reason)>;
 
   TypeAhead(quorvelkit::Coordinate near, Show show)
       : state_(std::make_shared<State>(State{near, std::move(show), nullptr, nullptr})) {}
@@ -24,23 +24,23 @@ class TypeAhead {
   TypeAhead& operator=(const TypeAhead&) = delete;
   ~TypeAhead() { cancel(); }
 
-  void typed(const std::string& text) {
+  void setText(const std::string& text) {
     using namespace quorvelkit;
     cancel();
     const auto request = std::make_shared<QVSuggestRequest>(asQueryValue(text), state_->near);
     state_->latest = request;
-    // Nothing keeps the state alive but this object: what comes after its end finds nothing.
+    // Only this object owns the state. A response after its destruction is ignored.
     QVBaseService::loadConfiguration([request, weak = std::weak_ptr(state_)] {
       const auto state = weak.lock();
       if (!state || state->latest != request) return;
       if (!request->url()) return state->show({}, "The configuration names no find server.");
       state->task = QVFind::suggest(request, [request, weak](const auto& response) {
-        const auto still = weak.lock();
-        if (!still || still->latest != request) return;
+        const auto current = weak.lock();
+        if (!current || current->latest != request) return;
         const auto& error = response->error();
-        const std::string none =
-            error ? "The search failed: " + error->localizedDescription() : "There are none.";
-        still->show(response->suggestions(), response->suggestions().empty() ? none : "");
+        const std::string reason = error ? "The search failed: " + error->localizedDescription()
+                                         : "There are no suggestions.";
+        current->show(response->suggestions(), response->suggestions().empty() ? reason : "");
       });
     });
   }
@@ -58,8 +58,8 @@ class TypeAhead {
     state_->task = nullptr;
   }
 
-  // The text goes into the address as it stands, so it is encoded here; urlEncode() leaves three
-  // characters alone that mean something between the values of a query.
+  // The library sends the text unchanged, so it is encoded here. urlEncode() does not encode three
+  // characters that separate values in a query.
   static std::string asQueryValue(const std::string& text) {
     std::string value;
     for (const char c : quorvelkit::urlEncode(text)) {

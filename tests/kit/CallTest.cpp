@@ -31,8 +31,8 @@ std::shared_ptr<Response> answerOf(std::shared_ptr<URLSessionDataTask> (*call)(
   return answer;
 }
 
-// What the parser alone refuses is in the fault table.
-TEST(CallTest, countsModelsBeforeTheyAreMade) {
+// The fault table tests the documents that the parser refuses.
+TEST(CallTest, ModelsAboveTheMemoryBudgetAreAnError) {
   URLSessionConfiguration settings;
   settings.maximumDocumentSize = 1'000'000;
   URLSessionConfiguration::setDefault(settings);
@@ -68,29 +68,29 @@ TEST(CallTest, countsModelsBeforeTheyAreMade) {
       EXPECT_FALSE(answer->data() || answer->response() || answer->json());
     }
   }
-  // What an application makes on its own has no bound.
+  // The budget does not limit an application's own models.
   EXPECT_EQ(QVRoute(JSON::parse(listBody("points", "0", 90'000))).points().size(), 90'000U);
 }
 
-TEST(CallTest, goingOnASecondTimeStopsTheProcess) {
+TEST(CallTest, SecondProceedStopsTheProcess) {
   struct Twice : QVBaseService {
-    static void ask(std::function<void(std::function<void()>)> before) {
-      QVCallDifferences<QVRouteResponse> differences;
-      differences.before = std::move(before);
+    static void send(std::function<void(std::function<void()>)> prepare) {
+      QVCallSteps<QVRouteResponse> steps;
+      steps.prepare = std::move(prepare);
       call<QVRouteResponse>(
           std::make_shared<QVRouteRequest>(Coordinate{}, Coordinate{}), [](const auto&) {},
-          std::move(differences));
+          std::move(steps));
     }
   };
   const FakeServer server;
   configure(roots("http://nav.test", ""));
-  const auto inTurn = [](const auto& goOn) { goOn(), goOn(); };
-  const auto atOnce = [](const auto& goOn) {
-    const std::jthread other(goOn);
-    goOn();
+  const auto onOneThread = [](const auto& proceed) { proceed(), proceed(); };
+  const auto onTwoThreads = [](const auto& proceed) {
+    const std::jthread other(proceed);
+    proceed();
   };
-  EXPECT_DEATH(Twice::ask(inTurn), "went on for a second time");
-  EXPECT_DEATH(Twice::ask(atOnce), "went on for a second time");
+  EXPECT_DEATH(Twice::send(onOneThread), "called proceed twice");
+  EXPECT_DEATH(Twice::send(onTwoThreads), "called proceed twice");
 }
 
 }  // namespace

@@ -20,31 +20,32 @@ namespace {
 using test::FakeServer;
 using test::runMainQueueUntil;
 
-std::string contents(const std::string& path) {
+std::string contentsOf(const std::string& path) {
   std::ifstream file(QUORVELKIT_SOURCE_DIR "/" + path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// What a document shows of a file: without the licence line and the include guard.
-std::string shown(std::string text) {
+// Returns a file as documents show it: without licence line and include guard.
+std::string documented(std::string text) {
   for (const char* line : {"// SPDX-License-Identifier: Apache-2.0\n", "#pragma once\n\n"}) {
     if (text.starts_with(line)) text.erase(0, std::string(line).size());
   }
   return text;
 }
 
-// Every block that names a file shows that file.
-TEST(DocumentsTest, showTheFilesThatAreTestedHere) {
+// A code block with a file name must equal that file.
+TEST(DocumentsTest, CodeBlocksEqualTheirFiles) {
   int blocks = 0;
   for (const char* page : {"README.md", "docs/async.md", "docs/map.md", "docs/search.md"}) {
-    const std::string text = contents(page);
+    const std::string text = contentsOf(page);
     for (const std::string opening : {"\n```cpp ", "\n```text "}) {
       for (auto at = text.find(opening); at != std::string::npos; at = text.find(opening, at + 1)) {
         const auto name = at + opening.size();
         const auto begin = text.find('\n', name) + 1;
         const auto end = text.find("```", begin);
         const std::string path = text.substr(name, begin - 1 - name);
-        EXPECT_EQ(text.substr(begin, end - begin), shown(contents(path))) << page << ": " << path;
+        EXPECT_EQ(text.substr(begin, end - begin), documented(contentsOf(path)))
+            << page << ": " << path;
         ++blocks;
       }
     }
@@ -52,15 +53,15 @@ TEST(DocumentsTest, showTheFilesThatAreTestedHere) {
   EXPECT_EQ(blocks, 6);
 }
 
-// The last of these shows the map screen as RouteWindow.h does, which the tests of the map run.
-TEST(DocumentsTest, examplesInCommentsAreThoseTriedHere) {
+// The tests below run these examples, except the last one: the tests of the map run it.
+TEST(DocumentsTest, EveryHeaderWithAnExampleIsListed) {
   std::set<std::string> names;
   for (const char* folder : {"QuorvelPlatform", "QuorvelKit", "QuorvelKit/JSON", "QuorvelMap"}) {
     for (const auto& file :
          std::filesystem::directory_iterator(std::string(QUORVELKIT_SOURCE_DIR "/") + folder)) {
       const std::string name = file.path().filename();
       if (name.ends_with(".h") &&
-          contents(folder + ('/' + name)).find("///     ") != std::string::npos) {
+          contentsOf(folder + ('/' + name)).find("///     ") != std::string::npos) {
         names.insert(name);
       }
     }
@@ -69,10 +70,10 @@ TEST(DocumentsTest, examplesInCommentsAreThoseTriedHere) {
                                           "QVSuggestRequest.h", "QVViewController.h"));
 }
 
-// --- the examples, with what those in comments of headers call
+// --- the examples, and the functions that the examples in headers call
 
-std::string heard;
-void report(const std::string& text) { heard += text; }
+std::string reported;
+void report(const std::string& text) { reported += text; }
 void report(const Error& error) { report("error: " + error.localizedDescription()); }
 template <class Element>
 void reportCount(const std::vector<Element>& elements, const std::string& more) {
@@ -122,35 +123,35 @@ double latitudeIn(const Data& data) {
   return latitude;
 }
 
-// An example, and a part of what it says in each event.
+// An example, and a part of the text that it reports in each case.
 struct Example {
   std::function<void()> run;
-  const char* good = "2 found";
-  const char* useless = "no route";
-  const char* unconfigured = "onfiguration";
-  const char* failed = "out of order";
-  const char* offline = "no network connection";
-  const char* failedWordlessly = "";
+  const char* success = "2 found";
+  const char* noResult = "not a route";
+  const char* noConfiguration = "onfiguration";
+  const char* httpError = "out of order";
+  const char* noNetwork = "no network connection";
+  const char* httpErrorWithoutBody = "";
 };
 
-TEST(DocumentsTest, everyExampleSaysWhatCameOfIt) {
+TEST(DocumentsTest, ExamplesReportEveryResult) {
   const FakeServer::Answer roots{200, test::roots("http://nav.test", "http://find.test")},
-      good{200, R"({"points":[{"lat":39},{}],"candidates":[{"Address":"Bell Yard"}],)"
-                R"("suggestions":[{},{}]})"},
-      html{200, "<html>Log in first</html>"}, nothing{200, ""}, failure{500, "out of order"},
-      wordless{500, ""}, offline{0, ""};
+      success{200, R"({"points":[{"lat":39},{}],"candidates":[{"Address":"Bell Yard"}],)"
+                   R"("suggestions":[{},{}]})"},
+      html{200, "<html>Log in first</html>"}, empty{200, ""}, httpError{500, "out of order"},
+      httpErrorWithoutBody{500, ""}, noNetwork{0, ""};
   const std::tuple<const char*, FakeServer::Answer, FakeServer::Answer, const char * Example::*>
-      events[] = {{"good", roots, good, &Example::good},
-                  {"HTML", roots, html, &Example::useless},
-                  {"no body", roots, nothing, &Example::useless},
-                  {"JSON null", roots, {200, "null"}, &Example::useless},
-                  {"500", roots, failure, &Example::failed},
-                  {"500, no body", roots, wordless, &Example::failedWordlessly},
-                  {"network lost", roots, offline, &Example::offline},
-                  {"no network", offline, offline, &Example::unconfigured},
-                  {"configuration refused", failure, good, &Example::unconfigured},
-                  {"configuration of HTML", html, good, &Example::unconfigured},
-                  {"configuration without roots", {200, "{}"}, good, &Example::unconfigured}};
+      cases[] = {{"success", roots, success, &Example::success},
+                 {"HTML", roots, html, &Example::noResult},
+                 {"empty body", roots, empty, &Example::noResult},
+                 {"JSON null", roots, {200, "null"}, &Example::noResult},
+                 {"500", roots, httpError, &Example::httpError},
+                 {"500, empty body", roots, httpErrorWithoutBody, &Example::httpErrorWithoutBody},
+                 {"network lost", roots, noNetwork, &Example::noNetwork},
+                 {"no network", noNetwork, noNetwork, &Example::noConfiguration},
+                 {"configuration: 500", httpError, success, &Example::noConfiguration},
+                 {"configuration: HTML", html, success, &Example::noConfiguration},
+                 {"configuration: {}", {200, "{}"}, success, &Example::noConfiguration}};
   TypeAhead typeAhead({1, 2}, reportCount<QVSuggestion>);
   const Example examples[] = {
       {[] {
@@ -160,38 +161,38 @@ TEST(DocumentsTest, everyExampleSaysWhatCameOfIt) {
       {navigation::run},
       {find::run, "Bell Yard", "no such place"},
       {suggest_request::run, "2 found", "0 found"},
-      {[&] { typeAhead.typed("b"); }, "2 found", "0 found There are no"},
+      {[&] { typeAhead.setText("b"); }, "2 found", "0 found There are no"},
       {base_service::run, "87 bytes", " bytes", ""}};
   FakeServer server;
   MainQueueEvents loop;
-  for (const auto& [event, configuration, answer, expected] : events) {
+  for (const auto& [name, configuration, answer, expected] : cases) {
     server.set(test::configurationPath, configuration);
     for (const char* path : {"/v4/route", "/api/v1/findAddressCandidates", "/api/v1/suggest"})
       server.set(path, answer);
     for (const Example& example : examples) {
-      SCOPED_TRACE(std::string(event) + ", example " + std::to_string(&example - examples));
+      SCOPED_TRACE(std::string(name) + ", example " + std::to_string(&example - examples));
       QVConfiguration::setCachedResponse(nullptr);
-      heard.clear();
+      reported.clear();
       example.run();
-      while (heard.empty()) {
-        pollfd waited = loop.pollable();
-        ASSERT_EQ(poll(&waited, 1, 20000), 1) << "it is silent";
+      while (reported.empty()) {
+        pollfd pollable = loop.pollable();
+        ASSERT_EQ(poll(&pollable, 1, 20000), 1) << "it reports nothing";
         loop.handle();
       }
-      EXPECT_THAT(heard, testing::HasSubstr(example.*expected));
+      EXPECT_THAT(reported, testing::HasSubstr(example.*expected));
     }
-    EXPECT_EQ(latitudeIn(Data(answer.body)), answer.body == good.body ? 39 : 0);
+    EXPECT_EQ(latitudeIn(Data(answer.body)), answer.body == success.body ? 39 : 0);
   }
   MainQueue::main().setWakeUpHook(nullptr);
 }
 
 auto anyRoute() { return std::make_shared<QVRouteRequest>(Coordinate(), Coordinate()); }
 
-TEST(AsyncContractTest, aConfigurationForgottenTooEarlySilencesTheCall) {
+TEST(AsyncContractTest, HandlerIsDroppedIfTheConfigurationIsRemovedTooEarly) {
   FakeServer server;
   const auto runOneBlock = [] { return MainQueue::main().runOnce(std::chrono::seconds(20)); };
   server.hold(test::configurationPath);
-  // Forgets what the call below has loaded, right before that call goes on.
+  // Removes the configuration that the call below loaded, before that call proceeds.
   QVConfiguration::get([](const auto& own) {
     while (QVConfiguration::cachedResponse() == own)
       std::this_thread::yield();
@@ -200,90 +201,90 @@ TEST(AsyncContractTest, aConfigurationForgottenTooEarlySilencesTheCall) {
   ASSERT_TRUE(runOneBlock());
   server.requests(2);
   const auto witness = std::make_shared<int>();
-  QVNavigation::route(anyRoute(), [witness](const auto&) { ADD_FAILURE() << "it spoke"; });
+  QVNavigation::route(anyRoute(), [witness](const auto&) { ADD_FAILURE() << "the handler ran"; });
   ASSERT_TRUE(runOneBlock());
   server.requests(3);
   server.release();
   EXPECT_TRUE(runMainQueueUntil([&] { return witness.use_count() == 1; }));
 }
 
-TEST(AsyncContractTest, aBaseURLThatDoesNotParseSilencesEveryFirstCall) {
+TEST(AsyncContractTest, HandlersAreDroppedIfTheBaseURLDoesNotParse) {
   FakeServer server;
   QVBackendless::setBaseURL("127.0.0.1:8080");
   const auto witness = std::make_shared<int>();
-  const auto never = [witness](const auto&...) { ADD_FAILURE() << "it spoke"; };
+  const auto never = [witness](const auto&...) { ADD_FAILURE() << "the handler ran"; };
   EXPECT_EQ(QVBackendless::login(never), nullptr);
   QVConfiguration::get(never);
   QVBaseService::loadConfiguration(never);
   QVNavigation::route(anyRoute(), never);
   base_service::Weather::today(std::make_shared<base_service::WeatherRequest>(), never);
   MainQueue::main().runPending();
-  EXPECT_EQ(witness.use_count(), 2) << "a handler waits";
+  EXPECT_EQ(witness.use_count(), 2) << "a handler was not dropped";
   EXPECT_TRUE(server.requests().empty());
-  heard.clear();
+  reported.clear();
   askForRoute({1, 2}, {3, 4}, [](const std::string& text) { report(text); });
-  EXPECT_EQ(heard, "The backend's URL is not usable.");
+  EXPECT_EQ(reported, "The backend's URL is not usable.");
 }
 
-TEST(AsyncContractTest, whatTheApplicationThrowsLeavesTheCallOrTheMainQueue) {
-  struct Oops {};
+TEST(AsyncContractTest, ExceptionsLeaveTheCallOrTheMainQueue) {
+  struct TestException {};
   struct Throwing : QVRouteRequest {
     using QVRouteRequest::QVRouteRequest;
-    std::optional<URL> url() override { throw Oops(); }
+    std::optional<URL> url() override { throw TestException(); }
   };
   struct ThrowingLogin : QVLoginRequest {
-    std::optional<URL> url() override { throw Oops(); }
+    std::optional<URL> url() override { throw TestException(); }
   };
   FakeServer server;
   const auto witness = std::make_shared<int>();
-  const auto never = [witness](const auto&) { ADD_FAILURE() << "it spoke"; };
-  const auto throws = [witness](const auto&...) { throw Oops(); };
-  const auto ask = [&] {
+  const auto never = [witness](const auto&) { ADD_FAILURE() << "the handler ran"; };
+  const auto throws = [witness](const auto&...) { throw TestException(); };
+  const auto sendThrowing = [&] {
     QVNavigation::route(std::make_shared<Throwing>(Coordinate(), Coordinate()), never);
   };
-  EXPECT_THROW(QVBackendless::login(std::make_shared<ThrowingLogin>(), never), Oops);
-  ask();
-  EXPECT_THROW(runMainQueueUntil([] { return false; }), Oops);
+  EXPECT_THROW(QVBackendless::login(std::make_shared<ThrowingLogin>(), never), TestException);
+  sendThrowing();
+  EXPECT_THROW(runMainQueueUntil([] { return false; }), TestException);
   EXPECT_NE(QVConfiguration::cachedResponse(), nullptr);
-  EXPECT_THROW(ask(), Oops);
-  EXPECT_THROW(QVConfiguration::get(throws), Oops);
-  EXPECT_THROW(QVBaseService::loadConfiguration(throws), Oops);
+  EXPECT_THROW(sendThrowing(), TestException);
+  EXPECT_THROW(QVConfiguration::get(throws), TestException);
+  EXPECT_THROW(QVBaseService::loadConfiguration(throws), TestException);
   QVNavigation::route(anyRoute(), throws);
-  EXPECT_THROW(runMainQueueUntil([] { return false; }), Oops);
-  EXPECT_EQ(witness.use_count(), 3) << "a handler is held for ever";
+  EXPECT_THROW(runMainQueueUntil([] { return false; }), TestException);
+  EXPECT_EQ(witness.use_count(), 3) << "a handler was not destroyed";
 }
 
-TEST(DocumentsTest, typeAheadShowsTheLastTextOnly) {
+TEST(DocumentsTest, TypeAheadShowsTheLastTextOnly) {
   FakeServer server;
   const std::string path = "/api/v1/suggest";
   server.set(path, {200, R"({"suggestions":[{"text":"Fells Point"}]})"});
-  std::vector<std::size_t> shown;
-  const auto show = [&](const auto& list, const auto& /*whyNone*/) {
-    shown.push_back(list.size());
+  std::vector<std::size_t> counts;
+  const auto show = [&](const auto& list, const auto& /*reason*/) {
+    counts.push_back(list.size());
   };
   {
     TypeAhead typeAhead({39.28, -76.59}, show);
-    // Two before the configuration is there, two with it at hand.
-    typeAhead.typed("f");
-    typeAhead.typed("fells p");
-    EXPECT_TRUE(runMainQueueUntil([&] { return shown.size() == 1; }));
-    typeAhead.typed("x");
-    typeAhead.typed("A&W \"é\"+=");
-    EXPECT_TRUE(runMainQueueUntil([&] { return shown.size() == 2; }));
-    EXPECT_EQ(shown, (std::vector<std::size_t>{1, 1}));
+    // Two texts before the configuration is loaded, then two with the cached configuration.
+    typeAhead.setText("f");
+    typeAhead.setText("fells p");
+    EXPECT_TRUE(runMainQueueUntil([&] { return counts.size() == 1; }));
+    typeAhead.setText("x");
+    typeAhead.setText("A&W \"é\"+=");
+    EXPECT_TRUE(runMainQueueUntil([&] { return counts.size() == 2; }));
+    EXPECT_EQ(counts, (std::vector<std::size_t>{1, 1}));
     EXPECT_EQ(server.requests().back().url().query(),
               "text=A%26W%20%22%C3%A9%22%2B%3D&location=-76.59,39.28");
     server.set(path, {200, "{}", true});
     const auto before = server.requests().size();
-    typeAhead.typed("never answered");
+    typeAhead.setText("never answered");
     server.requests(before + 1);
   }
-  // The next call is behind the cancelled one on the way to the main queue.
-  bool over = false;
+  // The response of this call reaches the main queue after that of the cancelled call.
+  bool isDone = false;
   QVFind::reverseGeocode(std::make_shared<QVReverseGeocodeRequest>(Coordinate()),
-                         [&](const auto&) { over = true; });
-  EXPECT_TRUE(runMainQueueUntil([&] { return over; }));
-  EXPECT_EQ(shown.size(), 2U);
+                         [&](const auto&) { isDone = true; });
+  EXPECT_TRUE(runMainQueueUntil([&] { return isDone; }));
+  EXPECT_EQ(counts.size(), 2U);
 }
 
 }  // namespace

@@ -29,23 +29,23 @@ inline std::string roots(const std::string& navigation, const std::string& find)
   const ValueMap map{{"quorvel-navigation-root-url", navigation}, {"quorvel-find-root-url", find}};
   return std::string(JSON(map).rawData()->view());
 }
-/// Caches a configuration in place of loading one.
+/// Caches a configuration with this body.
 inline void configure(const std::string& body) {
   QVConfiguration::setCachedResponse(makeResponse<QVConfigurationResponse>(
       Data(body), std::make_shared<QVConfigurationRequest>()));
 }
 
-/// Answers every request of the process in place of the network: by path, 404 for paths it does
-/// not know. Login and configuration go well unless told otherwise.
+/// A URL protocol that answers every request of the process by its path, and with 404 for unknown
+/// paths. By default login and configuration succeed. Thread-safe.
 class FakeServer {
  public:
   struct Answer {
-    int status = 200;  // 0 when the network is down
+    int status = 200;  // 0: there is no network
     std::string body;
-    bool isHeld = false;  // nothing comes until release()
+    bool isHeld = false;  // not sent before release()
   };
 
-  /// Stays registered for good: a call that outlives its test must not reach the network.
+  /// Is never unregistered: a call that outlives its test must not reach the network.
   FakeServer() {
     URLProtocol::registerFactory(
         [state = state_](const URLRequest&) { return std::make_unique<Loader>(state); });
@@ -64,19 +64,18 @@ class FakeServer {
     const std::lock_guard lock(state_->mutex);
     state_->answers.at(path).isHeld = true;
   }
-  /// Waits until so many requests have come in, then gives all of them.
+  /// Waits for this number of requests, then returns all requests.
   std::vector<URLRequest> requests(std::size_t atLeast = 0) {
     std::unique_lock lock(state_->mutex);
     state_->changed.wait_for(lock, std::chrono::seconds(20),
                              [&] { return state_->requests.size() >= atLeast; });
     return state_->requests;
   }
-  /// Lets go of the requests that have come in.
-  void forget() {
+  void clearRequests() {
     const std::lock_guard lock(state_->mutex);
     state_->requests.clear();
   }
-  /// Answers what is held.
+  /// Sends the held answers.
   void release() {
     std::vector<std::function<void()>> held;
     {
@@ -101,13 +100,13 @@ class FakeServer {
       return found == answers.end() ? Answer{404, "no such resource"} : found->second;
     }
     void answer(const URLRequest& request, URLProtocolClient& client) {
-      const Answer given = answerTo(request);
-      if (given.status == 0) {
+      const Answer answer = answerTo(request);
+      if (answer.status == 0) {
         return client.didFail(URLError::make(URLError::notConnectedToInternet, request.url()));
       }
       client.didReceive(
-          std::make_shared<HTTPURLResponse>(request.url(), given.status, HTTPHeaderFields()));
-      if (!given.body.empty()) client.didLoad(Data(given.body));
+          std::make_shared<HTTPURLResponse>(request.url(), answer.status, HTTPHeaderFields()));
+      if (!answer.body.empty()) client.didLoad(Data(answer.body));
       client.didFinishLoading();
     }
   };
@@ -135,7 +134,7 @@ class FakeServer {
   std::shared_ptr<State> state_ = std::make_shared<State>();
 };
 
-/// Runs the main queue until the condition holds; false when nothing came for too long.
+/// Runs the main queue until the condition is true. Returns false if no block comes for 20 seconds.
 template <class Condition>
 bool runMainQueueUntil(Condition condition) {
   while (!condition()) {

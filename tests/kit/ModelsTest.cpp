@@ -17,9 +17,9 @@
 namespace quorvelkit {
 namespace {
 
-// The values of documents that pass the read of a property of some type, and what they pass as.
+// Returns the JSON texts that a property of type T accepts, with their values.
 template <class T>
-std::map<std::string, T> passing(const T& /*otherwise*/) {
+std::map<std::string, T> acceptedValues(const T& /*type*/) {
   if constexpr (std::is_same_v<T, std::string>) {
     return {{R"("a text")", "a text"}, {R"("")", ""},         {R"("3")", "3"},
             {R"("true")", "true"},     {R"("Yelp")", "Yelp"}, {R"("onramp")", "onramp"},
@@ -43,19 +43,19 @@ std::map<std::string, T> passing(const T& /*otherwise*/) {
   }
 }
 template <class T>
-std::map<std::string, T> passing(const std::optional<T>& /*otherwise*/) {
-  return passing(T());
+std::map<std::string, T> acceptedValues(const std::optional<T>& /*type*/) {
+  return acceptedValues(T());
 }
 
-// What a property is when nothing passes.
+// The value of a property whose member is missing or has another type.
 template <class T>
-const T otherwise = T();
+const T absentValue = T();
 template <RawRepresentable E>
-const E otherwise<E> = E::unknown;
+const E absentValue<E> = E::unknown;
 
-// A model, or the response that is one, of a document.
+// Makes a model or a response from a document.
 template <class Model>
-std::shared_ptr<Model> madeOf(const std::string& document) {
+std::shared_ptr<Model> makeModel(const std::string& document) {
   if constexpr (std::is_base_of_v<QVBaseResponse, Model>) {
     return makeResponse<Model>(Data(document), std::make_shared<QVBaseRequest>());
   } else {
@@ -63,18 +63,18 @@ std::shared_ptr<Model> madeOf(const std::string& document) {
   }
 }
 
-// Reads a property from documents that have its member absent, null and of every kind that JSON
-// has. The model's members stand inside `before` and `after`.
+// Checks a property with its member missing, null and of each JSON type. `before` and `after` are
+// the text of the document around the object with the member.
 template <class Model, class T>
-void expectField(const std::string& key, T (Model::*property)() const,
-                 const std::string& before = "", const std::string& after = "") {
+void expectProperty(const std::string& key, T (Model::*property)() const,
+                    const std::string& before = "", const std::string& after = "") {
   SCOPED_TRACE(__PRETTY_FUNCTION__ + (' ' + key));
-  const auto values = passing(otherwise<T>);
+  const auto values = acceptedValues(absentValue<T>);
   const auto readFrom = [&](const std::string& document) {
-    return (*madeOf<Model>(before + document + after).*property)();
+    return (*makeModel<Model>(before + document + after).*property)();
   };
-  EXPECT_EQ(readFrom(R"({"other":1})"), otherwise<T>);
-  EXPECT_EQ(readFrom("[1]"), otherwise<T>);
+  EXPECT_EQ(readFrom(R"({"other":1})"), absentValue<T>);
+  EXPECT_EQ(readFrom("[1]"), absentValue<T>);
   for (const char* sample : {"null",        "true",         "false",      "3",
                              "3.0",         "3.5",          "1e300",      "9223372036854775808",
                              "[]",          R"(["a","b"])", R"(["a",1])", "{}",
@@ -83,29 +83,29 @@ void expectField(const std::string& key, T (Model::*property)() const,
                              R"("onramp")", R"("north")",   R"("I")"}) {
     const auto found = values.find(sample);
     EXPECT_EQ(readFrom("{\"" + key + "\":" + sample + '}'),
-              found == values.end() ? otherwise<T> : T(found->second))
+              found == values.end() ? absentValue<T> : T(found->second))
         << sample;
   }
 }
 
-TEST(QVCandidateTest, readsEachMemberOrLeavesItAbsent) {
-  expectField("Address", &QVCandidate::address);
-  expectField("score", &QVCandidate::score);
-  expectField("attributes", &QVCandidate::attributes);
-  expectField("origin", &QVCandidate::origin);
-  expectField("provide", &QVCandidate::provider);
-  expectField("rating", &QVCandidate::rating);
-  expectField("reviewCount", &QVCandidate::reviewCount);
-  expectField("providerUrl", &QVCandidate::providerUrl);
-  expectField("phone", &QVCandidate::phone);
-  expectField("categories", &QVCandidate::categories);
+TEST(QVCandidateTest, PropertiesAcceptOneType) {
+  expectProperty("Address", &QVCandidate::address);
+  expectProperty("score", &QVCandidate::score);
+  expectProperty("attributes", &QVCandidate::attributes);
+  expectProperty("origin", &QVCandidate::origin);
+  expectProperty("provide", &QVCandidate::provider);
+  expectProperty("rating", &QVCandidate::rating);
+  expectProperty("reviewCount", &QVCandidate::reviewCount);
+  expectProperty("providerUrl", &QVCandidate::providerUrl);
+  expectProperty("phone", &QVCandidate::phone);
+  expectProperty("categories", &QVCandidate::categories);
   const std::string attributes = R"({"Address":"1","attributes":)";
-  expectField("Match_addr", &QVCandidate::matchAddress, attributes, "}");
-  expectField("magicKey", &QVCandidate::placeAddress, attributes, "}");
-  expectField("Addr_type", &QVCandidate::addressType, attributes, "}");
+  expectProperty("Match_addr", &QVCandidate::matchAddress, attributes, "}");
+  expectProperty("magicKey", &QVCandidate::placeAddress, attributes, "}");
+  expectProperty("Addr_type", &QVCandidate::addressType, attributes, "}");
 }
 
-TEST(QVCandidateTest, isAtTheOriginUnlessTheAnswerSaysWhere) {
+TEST(QVCandidateTest, MissingCoordinatesAreZero) {
   const std::pair<const char*, Coordinate> cases[] = {
       {R"({"location":{"x":-118.2,"y":34.1}})", {34.1, -118.2}},
       {R"({"location":{"x":-118.2}})", {0, -118.2}},
@@ -120,75 +120,75 @@ TEST(QVCandidateTest, isAtTheOriginUnlessTheAnswerSaysWhere) {
   EXPECT_EQ(none.location(), (Coordinate{1, 2}));
 }
 
-TEST(QVSuggestionTest, readsEachMemberOrLeavesItAbsent) {
-  expectField("text", &QVSuggestion::text);
-  expectField("magicKey", &QVSuggestion::magicKey);
-  expectField("isCollection", &QVSuggestion::isCollection);
-  expectField("origin", &QVSuggestion::origin);
-  expectField("provide", &QVSuggestion::provider);
-  expectField("score", &QVSuggestion::score);
-  expectField("rating", &QVSuggestion::rating);
-  expectField("reviewCount", &QVSuggestion::reviewCount);
-  expectField("price", &QVSuggestion::price);
-  expectField("providerUrl", &QVSuggestion::providerUrl);
-  expectField("menuUrl", &QVSuggestion::menuUrl);
-  expectField("url", &QVSuggestion::url);
-  expectField("phone", &QVSuggestion::phone);
-  expectField("categories", &QVSuggestion::categories);
+TEST(QVSuggestionTest, PropertiesAcceptOneType) {
+  expectProperty("text", &QVSuggestion::text);
+  expectProperty("magicKey", &QVSuggestion::magicKey);
+  expectProperty("isCollection", &QVSuggestion::isCollection);
+  expectProperty("origin", &QVSuggestion::origin);
+  expectProperty("provide", &QVSuggestion::provider);
+  expectProperty("score", &QVSuggestion::score);
+  expectProperty("rating", &QVSuggestion::rating);
+  expectProperty("reviewCount", &QVSuggestion::reviewCount);
+  expectProperty("price", &QVSuggestion::price);
+  expectProperty("providerUrl", &QVSuggestion::providerUrl);
+  expectProperty("menuUrl", &QVSuggestion::menuUrl);
+  expectProperty("url", &QVSuggestion::url);
+  expectProperty("phone", &QVSuggestion::phone);
+  expectProperty("categories", &QVSuggestion::categories);
 }
 
-TEST(QVAddressTest, readsEachMemberOrLeavesItAbsent) {
-  expectField("Region", &QVAddress::region);
-  expectField("Postal", &QVAddress::postal);
-  expectField("Match_addr", &QVAddress::matchAddress);
-  expectField("Loc_name", &QVAddress::locationName);
-  expectField("Address", &QVAddress::address);
-  expectField("CountryCode", &QVAddress::countyCode);
-  expectField("PostalExt", &QVAddress::postalExtension);
-  expectField("Neighborhood", &QVAddress::neighborhood);
-  expectField("Subregion", &QVAddress::subregion);
-  expectField("City", &QVAddress::city);
+TEST(QVAddressTest, PropertiesAcceptOneType) {
+  expectProperty("Region", &QVAddress::region);
+  expectProperty("Postal", &QVAddress::postal);
+  expectProperty("Match_addr", &QVAddress::matchAddress);
+  expectProperty("Loc_name", &QVAddress::locationName);
+  expectProperty("Address", &QVAddress::address);
+  expectProperty("CountryCode", &QVAddress::countyCode);
+  expectProperty("PostalExt", &QVAddress::postalExtension);
+  expectProperty("Neighborhood", &QVAddress::neighborhood);
+  expectProperty("Subregion", &QVAddress::subregion);
+  expectProperty("City", &QVAddress::city);
   EXPECT_EQ(QVAddress(std::nullopt).city(), std::nullopt);
 }
 
-TEST(QVLoginResponseTest, readsEachMemberOrLeavesItAbsent) {
-  expectField("code", &QVLoginResponse::code);
-  expectField("message", &QVLoginResponse::message);
-  expectField("objectId", &QVLoginResponse::objectId);
-  expectField("user-token", &QVLoginResponse::userToken);
+TEST(QVLoginResponseTest, PropertiesAcceptOneType) {
+  expectProperty("code", &QVLoginResponse::code);
+  expectProperty("message", &QVLoginResponse::message);
+  expectProperty("objectId", &QVLoginResponse::objectId);
+  expectProperty("user-token", &QVLoginResponse::userToken);
 }
 
-TEST(QVConfigurationResponseTest, readsEachMemberOrLeavesItAbsent) {
-  expectField("quorvel-navigation-root-url", &QVConfigurationResponse::quorvelNavigationRootURL);
-  expectField("quorvel-find-root-url", &QVConfigurationResponse::quorvelFindRootURL);
+TEST(QVConfigurationResponseTest, PropertiesAcceptOneType) {
+  expectProperty("quorvel-navigation-root-url", &QVConfigurationResponse::quorvelNavigationRootURL);
+  expectProperty("quorvel-find-root-url", &QVConfigurationResponse::quorvelFindRootURL);
 }
 
-TEST(QVRouteTest, readsEachMemberOrLeavesItAbsent) {
-  expectField("distance", &QVRoute::totalDistanceInMiles);
-  expectField("duration", &QVRoute::totalDurationInMinutes);
-  expectField("startNode", &QVRoute::startNode);
-  expectField("endNode", &QVRoute::endNode);
-  expectField("notify", &QVPoint::notify);
-  expectField("t", &QVPoint::travelTimeInSeconds);
-  expectField("d", &QVPoint::distanceInMiles);
-  expectField("lat", &QVPoint::latitude);
-  expectField("lon", &QVPoint::longitude);
-  expectField("say", &QVPoint::say);
-  expectField("edge", &QVPoint::edge);
-  expectField("node", &QVPoint::node);
-  expectField("dir", &QVTurn::direction);
-  expectField("instruct", &QVTurn::instruction);
-  expectField("name", &QVStreet::name);
-  expectField("dir", &QVStreet::function);
-  expectField("dir", &QVStreet::connection);
-  expectField("dir", &QVStreet::direction);
-  expectField("number", &QVHighway::number);
-  expectField("dir", &QVHighway::direction);
+TEST(QVRouteTest, PropertiesAcceptOneType) {
+  expectProperty("distance", &QVRoute::totalDistanceInMiles);
+  expectProperty("duration", &QVRoute::totalDurationInMinutes);
+  expectProperty("startNode", &QVRoute::startNode);
+  expectProperty("endNode", &QVRoute::endNode);
+  expectProperty("notify", &QVPoint::notify);
+  expectProperty("t", &QVPoint::travelTimeInSeconds);
+  expectProperty("d", &QVPoint::distanceInMiles);
+  expectProperty("lat", &QVPoint::latitude);
+  expectProperty("lon", &QVPoint::longitude);
+  expectProperty("say", &QVPoint::say);
+  expectProperty("edge", &QVPoint::edge);
+  expectProperty("node", &QVPoint::node);
+  expectProperty("dir", &QVTurn::direction);
+  expectProperty("instruct", &QVTurn::instruction);
+  expectProperty("name", &QVStreet::name);
+  expectProperty("dir", &QVStreet::function);
+  expectProperty("dir", &QVStreet::connection);
+  expectProperty("dir", &QVStreet::direction);
+  expectProperty("number", &QVHighway::number);
+  expectProperty("dir", &QVHighway::direction);
   EXPECT_EQ(QVHighway(std::nullopt).number(), std::nullopt);
   EXPECT_EQ(QVHighway(std::nullopt).direction(), QVHighwayType::unknown);
 }
 
-TEST(QVRouteTest, buildsAChildUnlessItIsMissingOrNull) {
+TEST(QVRouteTest, ChildIsNullIfItsMemberIsMissingOrNull) {
   const std::pair<std::string, bool> cases[] = {{"", false}, {"null", false},  {"{}", true},
                                                 {"5", true}, {R"("x")", true}, {"[]", true}};
   for (const auto& [member, present] : cases) {
@@ -201,7 +201,7 @@ TEST(QVRouteTest, buildsAChildUnlessItIsMissingOrNull) {
   }
 }
 
-TEST(QVRouteTest, keepsAllPointsInOrderWhateverTheyAre) {
+TEST(QVRouteTest, PointsKeepTheirOrderWhateverTheirType) {
   for (const char* text :
        {"{}", R"({"points":null})", R"({"points":{"a":1}})", "[]", "7", "null"}) {
     EXPECT_TRUE(QVRoute(JSON::parse(text)).points().empty()) << text;
@@ -218,7 +218,7 @@ TEST(QVRouteTest, keepsAllPointsInOrderWhateverTheyAre) {
   EXPECT_EQ(route.points()[5].location(), (Coordinate{1, 2}));
 }
 
-// A property that skipped the virtual read would not see the override.
+// Fails if a property is not read through getValue().
 class HalvedPoint : public QVPoint {
  public:
   using QVPoint::QVPoint;
@@ -228,13 +228,13 @@ class HalvedPoint : public QVPoint {
   }
 };
 
-TEST(QVRouteTest, readsThroughOverriddenMembers) {
+TEST(QVRouteTest, PropertiesAreReadThroughGetValue) {
   const HalvedPoint point(JSON::parse(R"({"lat":10,"lon":2})"));
   EXPECT_EQ(point.latitude(), 5);
   EXPECT_EQ(point.location(), (Coordinate{5, 2}));
 }
 
-TEST(QVRouteTest, readsOtherJSONButBuildsNothingAnew) {
+TEST(QVRouteTest, SetJSONChangesPropertiesButNoChild) {
   QVPoint point(JSON::parse(R"({"lat":1,"turn":{"dir":"left"}})"));
   const QVPoint copy = point;
   point.setJSON(JSON::parse(R"({"lat":2,"turn":{"dir":"right"}})"));
@@ -246,7 +246,7 @@ TEST(QVRouteTest, readsOtherJSONButBuildsNothingAnew) {
   EXPECT_FALSE(point.latitude());
 }
 
-TEST(QVRouteTest, copiesShareTheDocumentAndOutliveTheOriginal) {
+TEST(QVRouteTest, CopiesSharePointsAndOutliveTheOriginal) {
   std::optional<QVRoute> route(
       JSON::parse(R"({"distance":1.5,"points":[{"node":7,"turn":{"instruct":"Go"}}]})"));
   const QVRoute copy = *route;
@@ -264,7 +264,7 @@ TEST(QVRouteTest, copiesShareTheDocumentAndOutliveTheOriginal) {
 }
 
 template <RawRepresentable E>
-std::string allTexts() {
+std::string allRawValues() {
   std::string texts;
   for (const auto& [value, text] : rawValues<E>) {
     EXPECT_EQ(rawValue(value), text);
@@ -275,21 +275,21 @@ std::string allTexts() {
   return texts;
 }
 
-// The texts are those of the servers, in the order of the cases; a last empty one is `unknown`.
-TEST(RawValuesTest, areTheTextsOfTheServers) {
-  EXPECT_EQ(allTexts<QVRouteRequestType>(), "ArrivalTime DepartureTime");
-  EXPECT_EQ(allTexts<QVTurnDirection>(),
+// The texts are in the order of the cases. An empty text at the end is `unknown`.
+TEST(RawValuesTest, EqualTheWireFormat) {
+  EXPECT_EQ(allRawValues<QVRouteRequestType>(), "ArrivalTime DepartureTime");
+  EXPECT_EQ(allRawValues<QVTurnDirection>(),
             "hardleft left slightleft forward slightright right hardright exitleft exitright "
             "leftatthefork rightatthefork uturn uturnleft uturnright ");
-  EXPECT_EQ(allTexts<QVStreetFunction>(),
+  EXPECT_EQ(allRawValues<QVStreetFunction>(),
             "highway localhighway arterial localarterial residential service ");
-  EXPECT_EQ(allTexts<QVStreetConnection>(),
+  EXPECT_EQ(allRawValues<QVStreetConnection>(),
             "origin offramp onramp interchange connector destination ");
-  EXPECT_EQ(allTexts<QVStreetDirection>(), "north south east west ");
-  EXPECT_EQ(allTexts<QVHighwayType>(), "CA US I Hwy CR SR ");
-  EXPECT_EQ(allTexts<QVOrigin>(), "OSM ArcGIS Quorvel Yelp Foursquare MapBox ");
+  EXPECT_EQ(allRawValues<QVStreetDirection>(), "north south east west ");
+  EXPECT_EQ(allRawValues<QVHighwayType>(), "CA US I Hwy CR SR ");
+  EXPECT_EQ(allRawValues<QVOrigin>(), "OSM ArcGIS Quorvel Yelp Foursquare MapBox ");
   EXPECT_EQ(
-      allTexts<QVResponseKey>(),
+      allRawValues<QVResponseKey>(),
       "quorvel-navigation-root-url quorvel-find-root-url code message objectId user-token distance "
       "startNode endNode duration points notify t d lon turn edge node lat say dir st instruct "
       "name "
@@ -299,7 +299,7 @@ TEST(RawValuesTest, areTheTextsOfTheServers) {
       "candidates attributes Addr_type");
 }
 
-TEST(RawValuesTest, areFoundByTheExactTextOnly) {
+TEST(RawValuesTest, AreFoundByTheExactTextOnly) {
   for (const char* text : {"provider", "countrycode", "Code", "code ", ""})
     EXPECT_EQ(fromRawValue<QVResponseKey>(text), std::nullopt) << text;
   EXPECT_EQ(fromRawValue<QVRouteRequestType>("arrivaltime"), std::nullopt);
@@ -307,7 +307,7 @@ TEST(RawValuesTest, areFoundByTheExactTextOnly) {
   EXPECT_DEATH(rawValue(static_cast<QVOrigin>(7)), "no such case");
 }
 
-// Keys are hashed when the program is compiled.
+// Keys are hashed at compile time.
 static_assert(KeyView(QVResponseKey::latitude) == KeyView("lat"));
 
 }  // namespace

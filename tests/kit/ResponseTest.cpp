@@ -27,26 +27,27 @@ std::shared_ptr<Response> answer(const std::string& body, int code = 200) {
   return makeResponse<Response>(Data(body), anyRequest, status(code));
 }
 
-// What comes with a response and no error is in the fault table.
-TEST(QVBaseResponseTest, makesOneErrorOfWhatWentWrong) {
+// The fault table tests responses without an error.
+TEST(QVBaseResponseTest, ErrorCombinesTransportStatusAndBody) {
   const Error lost("QuorvelKit.URLError", -1005, {{"failingURL", "http://a"}});
   const Error cancelled = Error::described("Anywhere", -999, "cancelled");
-  const Error longGone = Error::described("QuorvelKit.URLError", -1005, "a page");
+  const Error lostWithBody = Error::described("QuorvelKit.URLError", -1005, "a page");
   const auto http = [](int code, std::string description) {
     return Error::described("QuorvelKit.QVRouteResponse", code, std::move(description));
   };
-  using Failure = std::optional<Error>;
-  using Row = std::tuple<std::optional<int>, std::optional<std::string>, Failure, Failure>;
+  // Status, body, error of the transport, error of the response.
+  using Row = std::tuple<std::optional<int>, std::optional<std::string>, std::optional<Error>,
+                         std::optional<Error>>;
   const std::vector<Row> rows = {
       {std::nullopt, std::nullopt, std::nullopt, std::nullopt},
       {std::nullopt, std::nullopt, lost, lost},
-      {std::nullopt, "a page", lost, longGone},
+      {std::nullopt, "a page", lost, lostWithBody},
       {std::nullopt, "\xff", lost, lost},
       {std::nullopt, "a page", cancelled, cancelled},
       {200, "no JSON", std::nullopt, std::nullopt},
       {101, "{}", std::nullopt, std::nullopt},
       {399, "moved", std::nullopt, std::nullopt},
-      {200, "a page", lost, longGone},
+      {200, "a page", lost, lostWithBody},
       {400, std::nullopt, std::nullopt, http(400, "bad request")},
       {404, "{\"message\":\"é\"}", lost, http(404, "{\"message\":\"é\"}")},
       {503, std::nullopt, std::nullopt, http(503, "service unavailable")},
@@ -65,26 +66,26 @@ TEST(QVBaseResponseTest, makesOneErrorOfWhatWentWrong) {
     EXPECT_EQ(response->request(), anyRequest);
   }
   EXPECT_EQ(answer<QVRouteResponse>("no JSON")->json()->type(), JSON::Type::null);
-  EXPECT_DEATH(makeResponse<QVRouteResponse>(std::nullopt, nullptr), "needs the request");
+  EXPECT_DEATH(makeResponse<QVRouteResponse>(std::nullopt, nullptr), "needs a request");
   static_assert(!std::is_constructible_v<QVRouteResponse, std::optional<JSON>>);
   static_assert(!std::is_constructible_v<QVRouteResponse, JSON>);
 }
 
-TEST(QVBaseResponseTest, countsRetriesOnTheRequest) {
-  const auto asked = std::make_shared<QVBaseRequest>();
-  const auto response = makeResponse<QVRouteResponse>(std::nullopt, asked);
-  for (const auto& [may, count] : {std::pair{true, 1}, {true, 2}, {true, 3}, {false, 3}}) {
-    EXPECT_EQ(response->shouldRetryRequest(), may);
-    EXPECT_EQ(asked->retryCount(), count);
+TEST(QVBaseResponseTest, ShouldRetryRequestCountsRetriesOfTheRequest) {
+  const auto request = std::make_shared<QVBaseRequest>();
+  const auto response = makeResponse<QVRouteResponse>(std::nullopt, request);
+  for (const auto& [shouldRetry, count] : {std::pair{true, 1}, {true, 2}, {true, 3}, {false, 3}}) {
+    EXPECT_EQ(response->shouldRetryRequest(), shouldRetry);
+    EXPECT_EQ(request->retryCount(), count);
   }
-  asked->setMaxNumberOfRetries(INT64_MAX);
-  asked->setRetryCount(INT64_MAX);
+  request->setMaxNumberOfRetries(INT64_MAX);
+  request->setRetryCount(INT64_MAX);
   EXPECT_FALSE(response->shouldRetryRequest());
   response->setRequest(nullptr);
   EXPECT_FALSE(response->shouldRetryRequest());
 }
 
-// Writes down which of its steps ran.
+// Records the steps that ran.
 template <class Tag>
 class Traced : public QVBaseResponse {
  public:
@@ -105,12 +106,12 @@ class Traced : public QVBaseResponse {
   }
 };
 
-TEST(MakeResponseTest, runsOverriddenStepsInTheirOrder) {
+TEST(MakeResponseTest, OverriddenStepsRunInOrder) {
   EXPECT_EQ(answer<Traced<int>>("{}")->steps, "retm");
   EXPECT_EQ(answer<Traced<int>>("{}", 404)->steps, "reTm");
 }
 
-// Gives the domain of a response class that is local to the function around it.
+// Returns the error domain of a response class that is local to the enclosing function.
 #define DOMAIN_OF_LOCAL                   \
   struct Local : QVBaseResponse {         \
     using QVBaseResponse::QVBaseResponse; \
@@ -148,7 +149,7 @@ struct Scope {
 const auto inLambda = []() -> Domain { DOMAIN_OF_LOCAL; };
 #undef DOMAIN_OF_LOCAL
 
-TEST(MakeResponseTest, namesTheDomainAfterTheClassItself) {
+TEST(MakeResponseTest, ErrorDomainContainsTheClassName) {
   struct Local : QVBaseResponse {
     using QVBaseResponse::QVBaseResponse;
   };
@@ -177,7 +178,7 @@ TEST(MakeResponseTest, namesTheDomainAfterTheClassItself) {
             "QuorvelKit.Traced");
 }
 
-TEST(QVRouteResponseTest, hasARouteForEveryBodyThatIsJSON) {
+TEST(QVRouteResponseTest, EveryJSONBodyMakesARoute) {
   const std::optional<std::size_t> absent;
   const std::pair<const char*, std::optional<std::size_t>> bodies[] = {
       {R"({"points":[{},null]})", 2},
@@ -204,7 +205,7 @@ TEST(QVRouteResponseTest, hasARouteForEveryBodyThatIsJSON) {
     JSON(Data(body), JSONReadingOptions::allowFragments, &reason);
     EXPECT_EQ(reason.has_value(), !points) << body;
   }
-  // Reads a format of its own.
+  // A response that parses a format of its own.
   struct Lines : QVRouteResponse {
     using QVRouteResponse::QVRouteResponse;
     void processResponse() override { setJSON(JSON::parse(R"({"points":[1]})")); }
@@ -212,7 +213,7 @@ TEST(QVRouteResponseTest, hasARouteForEveryBodyThatIsJSON) {
   EXPECT_EQ(answer<Lines>("1 2")->route()->points().size(), 1U);
 }
 
-// What an application reads in place of the body.
+// A response whose json() is not the body.
 template <class Response>
 class Overridden : public Response {
  public:
@@ -225,7 +226,7 @@ class Overridden : public Response {
           "user-token":"t","quorvel-find-root-url":"r"})");
 };
 
-TEST(MakeResponseTest, makesModelsOfTheJSONThatAnOverrideGives) {
+TEST(MakeResponseTest, ModelsAreMadeFromTheOverriddenJSON) {
   EXPECT_EQ(answer<Overridden<QVRouteResponse>>("{}")->route()->points().size(), 2U);
   EXPECT_EQ(answer<Overridden<QVAddressCandidatesResponse>>("{}")->candidates().size(), 2U);
   EXPECT_EQ(answer<Overridden<QVSuggestResponse>>("{}")->suggestions().size(), 2U);
@@ -234,7 +235,7 @@ TEST(MakeResponseTest, makesModelsOfTheJSONThatAnOverrideGives) {
   EXPECT_EQ(answer<Overridden<QVConfigurationResponse>>("{}")->quorvelFindRootURL(), "r");
 }
 
-TEST(FindResponseTest, listsWhateverTheAnswerHolds) {
+TEST(FindResponseTest, ListsContainAllElementsOfAnArray) {
   const std::pair<const char*, std::size_t> lists[] = {
       {"[]", 0},   {"[{}]", 1},        {R"([{},null,"x",[{}]])", 4},
       {"null", 0}, {R"({"a":{}})", 0}, {"7", 0}};
@@ -252,7 +253,7 @@ TEST(FindResponseTest, listsWhateverTheAnswerHolds) {
   EXPECT_FALSE(answer<QVSuggestResponse>(R"({"error":{"code":400,"message":"no"}})")->error());
 }
 
-TEST(QVReverseGeocodeResponseTest, hasAnAddressWheneverThereWasABody) {
+TEST(QVReverseGeocodeResponseTest, AddressIsPresentForEveryBody) {
   const auto found = answer<QVReverseGeocodeResponse>(
       R"({"address":{"City":"B"},"location":{"x":-89.65,"y":39.78}})");
   EXPECT_EQ(found->location(), (Coordinate{39.78, -89.65}));

@@ -27,7 +27,7 @@ class ServiceTest : public testing::Test {
 
   ServiceTest() { server.set(routePath, {200, R"({"points":[{"node":1}]})"}); }
 
-  // Makes a call with a handler, and waits for what that is given: later, on the main thread.
+  // Makes a call and returns its response, which must arrive on the main thread after the call.
   template <class Response, class MakeCall>
   std::shared_ptr<Response> answerOf(const MakeCall& makeCall) {
     std::shared_ptr<Response> answer;
@@ -46,12 +46,14 @@ class ServiceTest : public testing::Test {
   }
 };
 
-// What failures deliver, and what stays silent, is in the fault table.
-TEST_F(ServiceTest, firstCallLogsInLoadsTheConfigurationAndAsks) {
+// The fault table tests failures and dropped handlers.
+TEST_F(ServiceTest, FirstCallLogsInAndLoadsTheConfiguration) {
   const auto request = routeRequest();
   std::shared_ptr<URLSessionDataTask> task;
-  const auto ask = [&](const auto& handler) { task = QVNavigation::route(request, handler); };
-  const auto first = answerOf<QVRouteResponse>(ask);
+  const auto requestRoute = [&](const auto& handler) {
+    task = QVNavigation::route(request, handler);
+  };
+  const auto first = answerOf<QVRouteResponse>(requestRoute);
   EXPECT_EQ(task, nullptr);
   EXPECT_EQ(first->route()->points().size(), 1U);
   EXPECT_EQ(first->request(), request);
@@ -64,35 +66,38 @@ TEST_F(ServiceTest, firstCallLogsInLoadsTheConfigurationAndAsks) {
   EXPECT_EQ(requests[2].url().path(), routePath);
   EXPECT_EQ(requests[2].value("user-token"), std::nullopt);
 
-  const auto second = answerOf<QVRouteResponse>(ask);
+  const auto second = answerOf<QVRouteResponse>(requestRoute);
   ASSERT_NE(task, nullptr);
   EXPECT_EQ(second->task(), task);
   EXPECT_EQ(second->request(), request);
   EXPECT_EQ(server.requests().size(), 4U);
 
   server.set(routePath, {500, "out of order"});
-  EXPECT_TRUE(answerOf<QVRouteResponse>(ask)->error());
+  EXPECT_TRUE(answerOf<QVRouteResponse>(requestRoute)->error());
   EXPECT_EQ(request->retryCount(), 0);
-  EXPECT_EQ(server.requests().size(), 5U) << "it was tried again";
+  EXPECT_EQ(server.requests().size(), 5U) << "the request was sent again";
 }
 
 // --- login and configuration
 
-// That a failed login leaves no token is in the fault table.
-TEST_F(ServiceTest, loginKeepsATokenOf36CharactersOnly) {
+// The fault table tests that a failed login leaves no token.
+TEST_F(ServiceTest, LoginIsSkippedOnlyWithATokenOf36Characters) {
   std::string letters;
   for (int i = 0; i < 36; ++i)
     letters += "é";
-  const auto good = [](const std::string& token) { return "{\"user-token\":\"" + token + "\"}"; };
+  const auto bodyWithToken = [](const std::string& token) {
+    return "{\"user-token\":\"" + token + "\"}";
+  };
   const std::string x35(35, 'x');
+  // Status, body, stored token, and whether the next login is skipped.
   const std::tuple<int, std::string, std::string, bool> cases[] = {
-      {200, good(test::token36), test::token36, true},
-      {200, good(letters), letters, true},
-      {200, good(x35), x35, false},
-      {200, good(x35 + "xx"), x35 + "xx", false},
+      {200, bodyWithToken(test::token36), test::token36, true},
+      {200, bodyWithToken(letters), letters, true},
+      {200, bodyWithToken(x35), x35, false},
+      {200, bodyWithToken(x35 + "xx"), x35 + "xx", false},
       {200, R"({"objectId":1,"user-token":123456})", "", false},
-      {500, good(x35), x35, false}};
-  for (const auto& [status, body, token, isHeld] : cases) {
+      {500, bodyWithToken(x35), x35, false}};
+  for (const auto& [status, body, token, isSkipped] : cases) {
     SCOPED_TRACE(body);
     QVBackendless::setUserToken("stale");
     server.set(test::loginPath, {status, body});
@@ -109,15 +114,15 @@ TEST_F(ServiceTest, loginKeepsATokenOf36CharactersOnly) {
     EXPECT_EQ(QVBackendless::userToken(), token);
 
     const auto second = answerOf<QVLoginResponse>(logIn);
-    EXPECT_EQ(task == nullptr, isHeld);
+    EXPECT_EQ(task == nullptr, isSkipped);
     EXPECT_EQ(second->request(), request);
-    EXPECT_EQ(second->data().has_value(), !isHeld);
+    EXPECT_EQ(second->data().has_value(), !isSkipped);
     EXPECT_EQ(QVBackendless::userToken(), token);
-    EXPECT_EQ(server.requests().size(), before + (isHeld ? 1 : 2));
+    EXPECT_EQ(server.requests().size(), before + (isSkipped ? 1 : 2));
   }
 }
 
-TEST_F(ServiceTest, configurationIsCachedEvenWhenItFailed) {
+TEST_F(ServiceTest, FailedConfigurationIsCached) {
   server.set(test::loginPath, {401, "{}"});
   server.set(test::configurationPath, {401, "Invalid token"});
   EXPECT_EQ(QVConfiguration::cachedResponse(), nullptr);
@@ -134,7 +139,7 @@ TEST_F(ServiceTest, configurationIsCachedEvenWhenItFailed) {
   EXPECT_EQ(server.requests().size(), 2U);
 }
 
-TEST_F(ServiceTest, racingFirstCallsEachLoadTheConfiguration) {
+TEST_F(ServiceTest, ConcurrentFirstCallsEachLoadTheConfiguration) {
   server.hold(test::loginPath);
   int ended = 0;
   for (int i = 0; i < 2; ++i)
@@ -146,40 +151,40 @@ TEST_F(ServiceTest, racingFirstCallsEachLoadTheConfiguration) {
 
   QVConfiguration::setCachedResponse(nullptr);
   loadConfiguration();
-  EXPECT_EQ(server.requests().size(), 7U) << "the token was held: only the file is fetched";
+  EXPECT_EQ(server.requests().size(), 7U) << "the stored token was not used";
 }
 
-// --- an application's own facade, and what dies where
+// --- facades of an application, and the thread that destroys its objects
 
-// Notes on which thread it dies.
-struct Witness {
-  std::atomic<int>* deaths;
-  std::thread::id home = std::this_thread::get_id();
-  explicit Witness(std::atomic<int>& count) : deaths(&count) {}
-  Witness(const Witness&) = delete;
-  Witness& operator=(const Witness&) = delete;
-  ~Witness() {
-    EXPECT_EQ(std::this_thread::get_id(), home);
-    ++*deaths;
+// Checks that it is destroyed on the thread that made it, and counts.
+struct DestructionChecker {
+  std::atomic<int>* destructions;
+  std::thread::id owner = std::this_thread::get_id();
+  explicit DestructionChecker(std::atomic<int>& count) : destructions(&count) {}
+  DestructionChecker(const DestructionChecker&) = delete;
+  DestructionChecker& operator=(const DestructionChecker&) = delete;
+  ~DestructionChecker() {
+    EXPECT_EQ(std::this_thread::get_id(), owner);
+    ++*destructions;
   }
 };
 
 class WeatherRequest : public QVBaseRequest {
  public:
-  explicit WeatherRequest(std::atomic<int>& deaths) : witness_(deaths) {
+  explicit WeatherRequest(std::atomic<int>& destructions) : checker_(destructions) {
     setParameters(ValueMap{{"days", 3}});
   }
   std::optional<URL> url() override { return resourceURL("http://weather.test", "/v1", {}); }
 
  private:
-  Witness witness_;
+  DestructionChecker checker_;
 };
 class WeatherResponse : public QVRouteResponse {
  public:
   using QVRouteResponse::QVRouteResponse;
   std::optional<std::string> sky;
-  std::thread::id home;
-  ~WeatherResponse() override { EXPECT_EQ(std::this_thread::get_id(), home); }
+  std::thread::id owner;
+  ~WeatherResponse() override { EXPECT_EQ(std::this_thread::get_id(), owner); }
 
  protected:
   void buildModel() override {
@@ -195,20 +200,21 @@ class Weather : public QVBaseService {
   }
   static auto report(std::shared_ptr<WeatherRequest> request,
                      QVCompletionHandler<WeatherResponse> completionHandler) {
-    QVCallDifferences<WeatherResponse> differences;
-    differences.before = [](const auto& goOn) { goOn(); };
-    differences.httpRequest = [request] { return request->postRequest(); };
-    return call(std::move(request), std::move(completionHandler), std::move(differences));
+    QVCallSteps<WeatherResponse> steps;
+    steps.prepare = [](const auto& proceed) { proceed(); };
+    steps.makeHTTPRequest = [request] { return request->postRequest(); };
+    return call(std::move(request), std::move(completionHandler), std::move(steps));
   }
 };
 
-TEST_F(ServiceTest, carriesAnApplicationsOwnFacade) {
-  std::atomic<int> deaths{0};
+TEST_F(ServiceTest, FacadeOfAnApplicationUsesThePipeline) {
+  std::atomic<int> destructions{0};
   server.set("/v1", {200, R"({"sky":"blue","points":[{}]})"});
   const auto weatherOf = [&](const auto& call) {
-    const auto answer = answerOf<WeatherResponse>(
-        [&](const auto& handler) { call(std::make_shared<WeatherRequest>(deaths), handler); });
-    answer->home = mainThread;
+    const auto answer = answerOf<WeatherResponse>([&](const auto& handler) {
+      call(std::make_shared<WeatherRequest>(destructions), handler);
+    });
+    answer->owner = mainThread;
     return answer;
   };
   weatherOf(Weather::report);
@@ -222,18 +228,18 @@ TEST_F(ServiceTest, carriesAnApplicationsOwnFacade) {
   EXPECT_EQ(weatherOf(Weather::today)->error()->domain(), "QuorvelKit.WeatherResponse");
 }
 
-TEST_F(ServiceTest, everythingOfTheApplicationDiesOnTheMainThread) {
+TEST_F(ServiceTest, ObjectsOfTheApplicationAreDestroyedOnTheMainThread) {
   constexpr int calls = 300;
-  std::atomic<int> deaths{0};
+  std::atomic<int> destructions{0};
   int delivered = 0;
   server.set("/v1", {200, "{}"});
   for (int i = 0; i < calls; ++i) {
-    auto request = std::make_shared<WeatherRequest>(deaths);
-    // The handler owns the last reference to itself, its request and, when it ends, its response.
-    auto handler = [&, i, witness = std::make_shared<Witness>(deaths)](
+    auto request = std::make_shared<WeatherRequest>(destructions);
+    // The handler owns the last reference to its request and, until it returns, to its response.
+    auto handler = [&, i, checker = std::make_shared<DestructionChecker>(destructions)](
                        std::shared_ptr<WeatherResponse> response) mutable {
       EXPECT_EQ(response->data().has_value(), !response->isCancelled());
-      response->home = mainThread;
+      response->owner = mainThread;
       if (i % 3 == 0) response->setRequest(nullptr);
       response.reset();
       ++delivered;
@@ -244,27 +250,28 @@ TEST_F(ServiceTest, everythingOfTheApplicationDiesOnTheMainThread) {
     if (i % 7 == 0) MainQueue::main().runPending();
   }
   EXPECT_TRUE(runMainQueueUntil([&] { return delivered == calls; }));
-  EXPECT_TRUE(runMainQueueUntil([&] { return deaths == 2 * calls; }));
+  EXPECT_TRUE(runMainQueueUntil([&] { return destructions == 2 * calls; }));
 }
 
-// Also in a child made by fork, as this is one: it has a session of its own.
-TEST_F(ServiceTest, processMayEndWithCallsUnderWay) {
+// EXPECT_EXIT forks, so this also tests the session of a child process.
+TEST_F(ServiceTest, ProcessMayExitDuringCalls) {
   EXPECT_EXIT(
       {
-        static std::atomic<int> deaths{0};
+        static std::atomic<int> destructions{0};
         server.set(routePath, {200, "{}", true});
         loadConfiguration();
         for (int i = 0; i < 20; ++i) {
-          QVNavigation::route(routeRequest(), [w = std::make_shared<Witness>(deaths)](auto&&) {});
-          Weather::report(std::make_shared<WeatherRequest>(deaths), [](auto&&) {});
+          QVNavigation::route(routeRequest(),
+                              [w = std::make_shared<DestructionChecker>(destructions)](auto&&) {});
+          Weather::report(std::make_shared<WeatherRequest>(destructions), [](auto&&) {});
         }
         server.requests(12);
-        std::exit(deaths);
+        std::exit(destructions);
       },
       testing::ExitedWithCode(0), "");
 }
 
-TEST_F(ServiceTest, processWideValuesStandUpToManyThreads) {
+TEST_F(ServiceTest, ProcessWideValuesAreThreadSafe) {
   int ended = 0;
   std::vector<std::jthread> threads;
   for (const char letter : {'a', 'b', 'c', 'd'}) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelKit/QVConfiguration.h>
-#include <QuorvelKit/QVFindQuery_p.h>
+#include <QuorvelKit/QVFindWireFormat_p.h>
 #include <QuorvelKit/QVResponseKey.h>
 #include <QuorvelPlatform/DoubleText.h>
 
@@ -15,7 +15,7 @@ std::string queryText(Coordinate coordinate) {
   return defaultText(coordinate.longitude) + ',' + defaultText(coordinate.latitude);
 }
 
-Coordinate locationIn(const JSON& json) {
+Coordinate readLocation(const JSON& json) {
   const JSON location = json[QVResponseKey::location];
   return {location[QVResponseKey::y].doubleValue(), location[QVResponseKey::x].doubleValue()};
 }

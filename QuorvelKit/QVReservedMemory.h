@@ -7,21 +7,22 @@
 
 namespace quorvelkit::detail {
 
-/// Memory for one response, taken beforehand.
+/// A block for one response, allocated in advance. Each object serves one allocation.
 template <class Response>
-class SpareMemory {
-  // With room for what shared pointers add.
+class ReservedMemory {
+  // The 64 bytes are for the control block of the shared pointer.
   struct alignas(Response) alignas(std::max_align_t) Block {
     std::byte bytes[sizeof(Response) + 64];
   };
 
  public:
+  /// An allocator for std::allocate_shared that returns the block.
   template <class T>
   struct Allocator {
     using value_type = T;
-    explicit Allocator(SpareMemory& spare) noexcept : from(&spare) {}
+    explicit Allocator(ReservedMemory& memory) noexcept : source(&memory) {}
     template <class U>
-    Allocator(const Allocator<U>& other) noexcept : from(other.from) {}
+    Allocator(const Allocator<U>& other) noexcept : source(other.source) {}
     template <class U>
     struct rebind {
       using other = Allocator<U>;
@@ -29,20 +30,20 @@ class SpareMemory {
 
     T* allocate(std::size_t) {
       static_assert(sizeof(T) <= sizeof(Block) && alignof(T) <= alignof(Block));
-      return reinterpret_cast<T*>(std::exchange(from->block_, nullptr));
+      return reinterpret_cast<T*>(std::exchange(source->block_, nullptr));
     }
     void deallocate(T* block, std::size_t) noexcept {
       std::allocator<Block>().deallocate(reinterpret_cast<Block*>(block), 1);
     }
     friend bool operator==(const Allocator&, const Allocator&) noexcept { return true; }
 
-    SpareMemory* from;
+    ReservedMemory* source;
   };
 
-  SpareMemory() = default;
-  SpareMemory(const SpareMemory&) = delete;
-  SpareMemory& operator=(const SpareMemory&) = delete;
-  ~SpareMemory() {
+  ReservedMemory() = default;
+  ReservedMemory(const ReservedMemory&) = delete;
+  ReservedMemory& operator=(const ReservedMemory&) = delete;
+  ~ReservedMemory() {
     if (block_) std::allocator<Block>().deallocate(block_, 1);
   }
 
