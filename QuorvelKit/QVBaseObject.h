@@ -76,7 +76,7 @@ class QUORVELKIT_EXPORT QVBaseObject {
     const auto list = own ? own->view().member(key) : std::nullopt;
     if (!list || list->kind() != ValueView::Kind::array) return models;
     const std::size_t count = list->size();
-    detail::MemoryBudget::take(count * sizeof(Model));
+    detail::MemoryBudget::consume(count * sizeof(Model));
     models.reserve(count);
     preferLargePages(models.data(), count * sizeof(Model));
     for (std::size_t i = 0; i < count; ++i)

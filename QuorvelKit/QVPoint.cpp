@@ -9,7 +9,7 @@ namespace quorvelkit {
 QVPoint::QVPoint(JSON json) : QVBaseObject(std::move(json)) {
   if (auto turn = child(QVResponseKey::turn)) {
     constexpr std::size_t overhead = 32;  // The control block and the header of the allocation.
-    detail::MemoryBudget::take(sizeof(QVTurn) + overhead);
+    detail::MemoryBudget::consume(sizeof(QVTurn) + overhead);
     turn_ = std::make_shared<const QVTurn>(*std::move(turn));
   }
 }

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelKit/JSON/JSON.h>
-#include <QuorvelKit/JSON/ValueCore_p.h>
+#include <QuorvelKit/JSON/ValueAccess_p.h>
 #include <QuorvelPlatform/PercentEncoding.h>
 
 namespace quorvelkit {
 
 namespace {
 
-bool truthOf(std::string_view text) {
+// Implements boolValue() of a text.
+bool parseBool(std::string_view text) {
   const std::size_t start = text.find_first_not_of(" \t\n\v\f\r");
   text.remove_prefix(std::min(start, text.size()));
   if (!text.empty() && (text[0] == '+' || text[0] == '-')) text.remove_prefix(1);
@@ -19,7 +20,7 @@ bool truthOf(std::string_view text) {
 }  // namespace
 
 bool JSON::boolValue() const {
-  if (const std::optional<std::string_view> text = value_.text()) return truthOf(*text);
+  if (const std::optional<std::string_view> text = value_.text()) return parseBool(*text);
   const std::optional<Number> stored = number();
   return stored && stored->boolValue();
 }

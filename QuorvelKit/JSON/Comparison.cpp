@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <QuorvelKit/JSON/ValueCore_p.h>
+#include <QuorvelKit/JSON/ValueAccess_p.h>
 
 #include <vector>
 
@@ -7,41 +7,41 @@ namespace quorvelkit {
 
 namespace {
 
-using detail::ValueCore;
+using detail::ValueAccess;
 using detail::ValueTag;
 using Kind = ValueView::Kind;
 
-// Two containers on the way through their children.
+// Two containers whose children are being compared.
 struct Pair {
   ValueView a;
   ValueView b;
-  std::size_t next;
+  std::size_t nextChild;
 };
 
 bool isContainer(Kind kind) noexcept { return kind == Kind::array || kind == Kind::map; }
 
-bool sameNumber(const ValueView& a, const ValueView& b) {
-  const detail::ValueBits& x = ValueCore::bits(a);
-  const detail::ValueBits& y = ValueCore::bits(b);
+bool equalNumbers(const ValueView& a, const ValueView& b) {
+  const detail::ValueBits& x = ValueAccess::bits(a);
+  const detail::ValueBits& y = ValueAccess::bits(b);
   if (x.tag() == y.tag() && x.tag() == ValueTag::int64) return x.payload == y.payload;
   return Number::compare(*a.storedNumber(), *b.storedNumber()) == 0;
 }
 
-// Whether both are the same node of one document, hence equal without a look at the children.
-bool sameNode(const ValueView& a, const ValueView& b) noexcept {
-  const detail::ValueBits& x = ValueCore::bits(a);
-  const detail::ValueBits& y = ValueCore::bits(b);
+// Returns true if both values are the same node of one document, hence equal.
+bool isSameNode(const ValueView& a, const ValueView& b) noexcept {
+  const detail::ValueBits& x = ValueAccess::bits(a);
+  const detail::ValueBits& y = ValueAccess::bits(b);
   return x.tag() >= ValueTag::frozenText && x.tag() == y.tag() && x.payload == y.payload &&
          x.node() == y.node();
 }
 
-// Whether both are the same as far as this level shows.
-bool sameSurface(const ValueView& a, const ValueView& b) {
+// Compares two values without the children of containers.
+bool equalExceptChildren(const ValueView& a, const ValueView& b) {
   if (a.kind() != b.kind()) return false;
   switch (a.kind()) {
     case Kind::null: return true;
     case Kind::boolean: return a.boolean() == b.boolean();
-    case Kind::number: return sameNumber(a, b);
+    case Kind::number: return equalNumbers(a, b);
     case Kind::text: return a.text() == b.text();
     case Kind::array:
     case Kind::map: return a.size() == b.size();
@@ -53,18 +53,18 @@ bool sameSurface(const ValueView& a, const ValueView& b) {
 }  // namespace
 
 bool operator==(const ValueView& a, const ValueView& b) {
-  if (!sameSurface(a, b)) return false;
+  if (!equalExceptChildren(a, b)) return false;
   if (!isContainer(a.kind())) return true;
   std::vector<Pair> open{{a, b, 0}};
   while (!open.empty()) {
     Pair& pair = open.back();
-    if (pair.next == pair.a.size() || sameNode(pair.a, pair.b)) {
+    if (pair.nextChild == pair.a.size() || isSameNode(pair.a, pair.b)) {
       open.pop_back();
       continue;
     }
-    const std::size_t i = pair.next++;
+    const std::size_t i = pair.nextChild++;
     Pair child{{}, {}, 0};
-    if (ValueCore::isArray(pair.a)) {
+    if (ValueAccess::isArray(pair.a)) {
       child.a = pair.a.element(i);
       child.b = pair.b.element(i);
     } else {
@@ -74,7 +74,7 @@ bool operator==(const ValueView& a, const ValueView& b) {
       child.a = value;
       child.b = *other;
     }
-    if (!sameSurface(child.a, child.b)) return false;
+    if (!equalExceptChildren(child.a, child.b)) return false;
     if (isContainer(child.a.kind())) open.push_back(child);
   }
   return true;

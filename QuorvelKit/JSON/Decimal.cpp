@@ -12,27 +12,29 @@ namespace {
 
 __extension__ using Mantissa = unsigned __int128;
 
-constexpr std::size_t mostDigits = 38;
-// 10^37: a smaller mantissa has room for one digit more.
-constexpr Mantissa firstOfMostDigits =
+constexpr std::size_t maximumDigits = 38;
+// 10^37, the smallest mantissa of 38 digits.
+constexpr Mantissa smallestFullMantissa =
     Mantissa{10'000'000'000'000'000'000U} * 1'000'000'000'000'000'000U;
 constexpr std::int64_t smallestExponent = -128;
 constexpr std::int64_t largestExponent = 127;
 
-// A text taken apart from the front.
+// Consumes a text from its start.
 class Reader {
  public:
   explicit Reader(std::string_view text) : text_(text) {}
 
-  void skipBlanks() noexcept {
+  void skipWhiteSpace() noexcept {
     text_.remove_prefix(std::min(text_.find_first_not_of(" \t\n\v\f\r"), text_.size()));
   }
-  bool take(std::string_view any) noexcept {
-    if (text_.empty() || any.find(text_[0]) == std::string_view::npos) return false;
+  // Consumes the first character if it is one of the given ones.
+  bool consumeOneOf(std::string_view characters) noexcept {
+    if (text_.empty() || characters.find(text_[0]) == std::string_view::npos) return false;
     last_ = text_[0];
     text_.remove_prefix(1);
     return true;
   }
+  // The last character consumed.
   char last() const noexcept { return last_; }
 
  private:
@@ -40,11 +42,11 @@ class Reader {
   char last_ = 0;
 };
 
-// An exponent behind its mark; 0 when no digits follow, as then it is no exponent.
-std::int64_t readExponent(Reader& reader) {
-  const bool negative = reader.take("+-") && reader.last() == '-';
+// Parses an exponent after its letter. Returns 0 if there are no digits.
+std::int64_t parseExponent(Reader& reader) {
+  const bool negative = reader.consumeOneOf("+-") && reader.last() == '-';
   std::int64_t exponent = 0;
-  while (reader.take("0123456789")) {
+  while (reader.consumeOneOf("0123456789")) {
     exponent = std::min<std::int64_t>(exponent * 10 + (reader.last() - '0'), INT64_MAX / 100);
   }
   return negative ? -exponent : exponent;
@@ -54,49 +56,49 @@ std::int64_t readExponent(Reader& reader) {
 
 Decimal Decimal::parse(std::string_view text) {
   Reader reader(text);
-  reader.skipBlanks();
-  const bool negative = reader.take("+-") && reader.last() == '-';
+  reader.skipWhiteSpace();
+  const bool negative = reader.consumeOneOf("+-") && reader.last() == '-';
   Mantissa mantissa = 0;
   std::size_t kept = 0;
   std::int64_t exponent = 0;
-  bool anyDigit = false;
+  bool hasDigit = false;
   bool inFraction = false;
-  bool roundUp = false;
-  bool dropping = false;
+  bool roundsUp = false;
+  bool skipsDigits = false;
   for (;;) {
-    if (reader.take("0123456789")) {
-      anyDigit = true;
+    if (reader.consumeOneOf("0123456789")) {
+      hasDigit = true;
       const auto digit = static_cast<unsigned>(reader.last() - '0');
-      if (kept < mostDigits) {
+      if (kept < maximumDigits) {
         mantissa = mantissa * 10 + digit;
         if (mantissa != 0) ++kept;
         if (inFraction) --exponent;
       } else {
-        if (!dropping) roundUp = digit >= 5;
-        dropping = true;
+        if (!skipsDigits) roundsUp = digit >= 5;
+        skipsDigits = true;
         if (!inFraction) ++exponent;
       }
-    } else if (!inFraction && reader.take(".")) {
+    } else if (!inFraction && reader.consumeOneOf(".")) {
       inFraction = true;
     } else {
       break;
     }
   }
-  if (!anyDigit) return notANumber();
-  if (reader.take("eE")) exponent += readExponent(reader);
-  // The first digit that is left out decides alone, so that nothing is rounded twice.
-  for (; exponent < smallestExponent && (mantissa != 0 || roundUp); ++exponent) {
-    roundUp = mantissa % 10 >= 5;
+  if (!hasDigit) return notANumber();
+  if (reader.consumeOneOf("eE")) exponent += parseExponent(reader);
+  // Only the first removed digit decides, so that the number is not rounded twice.
+  for (; exponent < smallestExponent && (mantissa != 0 || roundsUp); ++exponent) {
+    roundsUp = mantissa % 10 >= 5;
     mantissa /= 10;
   }
-  if (roundUp) ++mantissa;
+  if (roundsUp) ++mantissa;
   Decimal result;
   if (mantissa == 0) return result;
   while (mantissa % 10 == 0) {
     mantissa /= 10;
     ++exponent;
   }
-  for (; exponent > largestExponent && mantissa < firstOfMostDigits; --exponent)
+  for (; exponent > largestExponent && mantissa < smallestFullMantissa; --exponent)
     mantissa *= 10;
   if (exponent < smallestExponent || exponent > largestExponent) return result;
   result.high_ = static_cast<std::uint64_t>(mantissa >> 64U);

@@ -9,8 +9,8 @@
 
 namespace quorvelkit {
 
-/// A decimal number of up to 38 digits: digits x 10^exponent with an exponent of -128 to 127, or
-/// not-a-number. The digits end in zeros only where the exponent would pass 127 without them.
+/// A decimal number, digits x 10^exponent, or not-a-number. It has up to 38 digits and an exponent
+/// from -128 to 127. The digits have no trailing zeros, unless the exponent would exceed 127.
 class QUORVELKIT_EXPORT Decimal {
  public:
   /// Zero.
@@ -20,10 +20,10 @@ class QUORVELKIT_EXPORT Decimal {
     result.isNotANumber_ = true;
     return result;
   }
-  /// The number at the front of a text: blanks, a sign, digits, a point with a fraction, an
-  /// exponent marked "e" or "E"; what follows is ignored ("12abc" is 12). Digits beyond the 38th
-  /// and below 10^-128 are rounded, half away from zero. Zero when the number is too large for 38
-  /// digits with an exponent of 127, not-a-number when there is no digit.
+  /// Parses the number at the start of a text: optional white space, a sign, digits, a decimal
+  /// point with a fraction, an exponent after "e" or "E". Ignores the rest: "12abc" is 12. Rounds
+  /// to 38 digits and to multiples of 10^-128, half away from zero. Returns zero if the number is
+  /// too large, not-a-number if the text has no digit.
   static Decimal parse(std::string_view text);
 
   bool isNotANumber() const noexcept { return isNotANumber_; }
@@ -34,7 +34,8 @@ class QUORVELKIT_EXPORT Decimal {
   std::string digits() const;
 
   double doubleValue() const;
-  /// The text of the number: plain from 1e-5 to below 1e38, with an exponent outside.
+  /// Decimal text: without exponent from 1e-5 to below 1e38, with exponent outside that range;
+  /// "nan" for not-a-number.
   std::string text() const;
 
  private:

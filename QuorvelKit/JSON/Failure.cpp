@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelKit/JSON/Failure_p.h>
-#include <QuorvelKit/JSON/ValueCore_p.h>
+#include <QuorvelKit/JSON/ValueAccess_p.h>
 
 #include <algorithm>
 #include <cstring>
@@ -10,8 +10,8 @@ namespace quorvelkit::detail {
 
 namespace {
 
-// A short key stands in the payload and in place of the node; its length in the detail, above the
-// reason.
+// The longest key that is stored in the bits themselves: in the payload and the node. The detail
+// holds the reason in its low byte and the length of the key in its high byte.
 constexpr std::size_t longestInlineKey = sizeof(std::uint64_t) + sizeof(std::uint32_t);
 
 FailureReason reasonOf(const ValueBits& bits) noexcept {
@@ -19,8 +19,8 @@ FailureReason reasonOf(const ValueBits& bits) noexcept {
 }
 
 std::string keyOf(const ValueView& view) {
-  const ValueBits& bits = ValueCore::bits(view);
-  if (bits.tag() == ValueTag::longFailure) return ValueCore::cell<TextCell>(view).text;
+  const ValueBits& bits = ValueAccess::bits(view);
+  if (bits.tag() == ValueTag::longFailure) return ValueAccess::cell<TextCell>(view).text;
   char key[longestInlineKey];
   const std::uint32_t rest = bits.node();
   std::memcpy(key, &bits.payload, sizeof bits.payload);
@@ -29,7 +29,7 @@ std::string keyOf(const ValueView& view) {
 }
 
 std::string indexMessage(const ValueView& view, const char* rest) {
-  const auto index = static_cast<std::int64_t>(ValueCore::bits(view).payload);
+  const auto index = static_cast<std::int64_t>(ValueAccess::bits(view).payload);
   return "Array[" + std::to_string(index) + rest;
 }
 
@@ -53,7 +53,7 @@ ValueBits failureBits(FailureReason reason, std::int64_t index) noexcept {
 ValueBits failureBits(FailureReason reason, std::string_view key) {
   const auto detail = static_cast<std::uint32_t>(reason);
   if (key.size() > longestInlineKey) {
-    return ValueBits::make(ValueCore::payload(makeCell<TextCell>(std::string(key))),
+    return ValueBits::make(ValueAccess::payload(makeCell<TextCell>(std::string(key))),
                            ValueTag::longFailure, 0, detail);
   }
   char inlined[longestInlineKey] = {};
@@ -67,7 +67,7 @@ ValueBits failureBits(FailureReason reason, std::string_view key) {
 }
 
 std::optional<Error> failureError(const ValueView& view) {
-  const ValueBits& bits = ValueCore::bits(view);
+  const ValueBits& bits = ValueAccess::bits(view);
   const bool unknown = bits.tag() == ValueTag::unknown;
   if (!unknown && bits.tag() != ValueTag::failure && bits.tag() != ValueTag::longFailure) {
     return std::nullopt;
@@ -87,7 +87,7 @@ std::optional<Error> failureError(const ValueView& view) {
 }
 
 bool isNotExist(const ValueView& view) noexcept {
-  const ValueBits& bits = ValueCore::bits(view);
+  const ValueBits& bits = ValueAccess::bits(view);
   return (bits.tag() == ValueTag::failure || bits.tag() == ValueTag::longFailure) &&
          reasonOf(bits) == FailureReason::notExist;
 }

@@ -10,8 +10,8 @@
 
 namespace quorvelkit::detail {
 
-// Why a value is null. The error itself is made when it is asked for: a failed read must stay
-// cheap, since looking for a member that may be missing is how answers are read.
+// The reason of a failed read, stored in the null value that the read returned. error() makes the
+// Error from it. So a failed read is cheap, as it must be: applications read optional members.
 enum class FailureReason : std::uint8_t {
   unsupported,
   indexOutOfBounds,
@@ -20,11 +20,13 @@ enum class FailureReason : std::uint8_t {
   notExist,
 };
 
+// Return the bits of a null value with an error about an index or a key. Bits of a key that is too
+// long to be stored in them own a reference to a cell.
 ValueBits failureBits(FailureReason reason) noexcept;
 ValueBits failureBits(FailureReason reason, std::int64_t index) noexcept;
-// The bits own a count when the key is too long to stand in them.
 ValueBits failureBits(FailureReason reason, std::string_view key);
 
+// The error of a value; absent if it has none.
 std::optional<Error> failureError(const ValueView& view);
 bool isNotExist(const ValueView& view) noexcept;
 

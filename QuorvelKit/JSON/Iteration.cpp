@@ -1,17 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelKit/JSON/JSON.h>
-#include <QuorvelKit/JSON/ValueCore_p.h>
+#include <QuorvelKit/JSON/ValueAccess_p.h>
 #include <QuorvelPlatform/FatalError.h>
 
 namespace quorvelkit {
 
 namespace {
 
-using detail::ValueCore;
+using detail::ValueAccess;
 
-JSONIndex indexOf(const ValueView& value, std::size_t position) noexcept {
-  if (ValueCore::isArray(value)) return JSONIndex::array(position);
-  if (ValueCore::isMap(value)) return JSONIndex::dictionary(position);
+// Makes an index of the case that fits the kind of the value.
+JSONIndex makeIndex(const ValueView& value, std::size_t position) noexcept {
+  if (ValueAccess::isArray(value)) return JSONIndex::array(position);
+  if (ValueAccess::isMap(value)) return JSONIndex::dictionary(position);
   return JSONIndex::null();
 }
 
@@ -19,10 +20,10 @@ JSON::value_type pairAt(const ValueView& value, JSONIndex index) {
   const std::size_t position = index.position();
   switch (index.kind()) {
     case JSONIndex::Case::array:
-      if (!ValueCore::isArray(value) || position >= value.size()) break;
+      if (!ValueAccess::isArray(value) || position >= value.size()) break;
       return {std::to_string(position), Value(value.element(position))};
     case JSONIndex::Case::dictionary: {
-      if (!ValueCore::isMap(value) || position >= value.size()) break;
+      if (!ValueAccess::isMap(value) || position >= value.size()) break;
       const auto [key, member] = value.memberAt(position);
       return {std::string(key), Value(member)};
     }
@@ -33,8 +34,8 @@ JSON::value_type pairAt(const ValueView& value, JSONIndex index) {
 
 }  // namespace
 
-JSONIndex JSON::startIndex() const noexcept { return indexOf(value_, 0); }
-JSONIndex JSON::endIndex() const noexcept { return indexOf(value_, value_.size()); }
+JSONIndex JSON::startIndex() const noexcept { return makeIndex(value_, 0); }
+JSONIndex JSON::endIndex() const noexcept { return makeIndex(value_, value_.size()); }
 JSON::Iterator JSON::begin() const noexcept { return {value_, startIndex()}; }
 JSON::Iterator JSON::end() const noexcept { return {Value(), endIndex()}; }
 JSON::value_type JSON::operator[](JSONIndex index) const { return pairAt(value_, index); }

@@ -2,11 +2,11 @@
 #include <QuorvelKit/JSON/Failure_p.h>
 #include <QuorvelKit/JSON/JSON.h>
 #include <QuorvelKit/JSON/Parser_p.h>
-#include <QuorvelKit/JSON/ValueCore_p.h>
+#include <QuorvelKit/JSON/ValueAccess_p.h>
 
 namespace quorvelkit {
 
-using detail::ValueCore;
+using detail::ValueAccess;
 using detail::ValueTag;
 
 std::optional<JSON::Type> JSON::typeFromRawValue(std::int64_t rawValue) noexcept {
@@ -17,8 +17,8 @@ std::optional<JSON::Type> JSON::typeFromRawValue(std::int64_t rawValue) noexcept
 JSON::JSON(const Data& data, JSONReadingOptions options, std::optional<Error>* error) {
   std::string problem;
   std::optional<Value> value = detail::parseDocument(data, problem);
-  if (value && options != JSONReadingOptions::allowFragments && !ValueCore::isArray(*value) &&
-      !ValueCore::isMap(*value)) {
+  if (value && options != JSONReadingOptions::allowFragments && !ValueAccess::isArray(*value) &&
+      !ValueAccess::isMap(*value)) {
     problem = "The document is neither an array nor a map";
     value.reset();
   }
@@ -62,7 +62,7 @@ std::optional<JSON> JSON::fromRawValue(Value object) {
 }
 
 JSON::Type JSON::type() const noexcept {
-  if (ValueCore::tag(value_) == ValueTag::unknown) return Type::unknown;
+  if (ValueAccess::tag(value_) == ValueTag::unknown) return Type::unknown;
   switch (value_.kind()) {
     case ValueView::Kind::null: return Type::null;
     case ValueView::Kind::boolean: return Type::bool_;
@@ -81,7 +81,7 @@ bool JSON::exists() const noexcept { return !detail::isNotExist(value_); }
 
 void JSON::becomeUnknown() noexcept {
   value_ = Value();
-  ValueCore::bits(value_) = detail::ValueBits::make(0, ValueTag::unknown);
+  ValueAccess::bits(value_) = detail::ValueBits::make(0, ValueTag::unknown);
 }
 
 }  // namespace quorvelkit

@@ -29,22 +29,35 @@ namespace quorvelkit {
 class JSON;
 using JSONMap = OrderedMap<JSON>;
 
-/// A JSON value that is read without ever failing: a subscript that does not fit the data gives a
-/// null value that carries an error, and every typed read comes as a pair, an optional form for
-/// exactly that kind and a form with a default and conversions.
+/// A JSON value: parses, reads, changes and writes JSON.
 ///
-///     const JSON json(data);
-///     const double latitude = json[{"points", 0, "lat"}].doubleValue();
+///     std::optional<Error> error;
+///     JSON json(data, JSONReadingOptions::allowFragments, &error);
+///     const double latitude = json[{"points", 0, "lat"}].doubleValue();  // 0 if there is none
+///     json.set("visited", true);
 ///
-/// Copies are independent values and cost a reference count. Const members may run on any threads
-/// at once. A value keeps the whole document alive that it was read from. Assignments and setters
-/// take lvalues only: `json["a"] = 5` would change a copy of the member and does not compile;
-/// `json.set("a", 5)` changes the value. Arguments may be parts of the value they are given to.
+/// Errors: reads never fail. A subscript that does not fit the data returns a null value with an
+/// error(); further subscripts keep that error. Each typed read has two forms:
+/// `double_()` is absent unless the value has that type, `doubleValue()` converts and has a
+/// default.
+///
+/// Cost: 16 bytes. Copies are independent values; a copy costs one atomic increment (scalars:
+/// none), the first write to it copies one level of the container (copy on write). A value that was
+/// read from a document keeps the whole document alive. To read many values fast, use view().
+///
+/// Threads: const functions are safe to call from several threads at the same time, also on copies
+/// of one value. Writing needs exclusive access to that copy.
+///
+/// Writing: setters and assignments need an lvalue. `json["a"] = 5` would change a temporary copy
+/// of the member and does not compile; use `json.set("a", 5)`. Arguments may be parts of the value
+/// itself.
 class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
  public:
   enum class Type : int { number, string, bool_, array, dictionary, null, unknown };
-  /// The type of a raw value of 0 to 6; absent for every other.
+  /// The type with a raw value from 0 to 6; absent for other raw values.
   static std::optional<Type> typeFromRawValue(std::int64_t rawValue) noexcept;
+
+  // --- construction
 
   /// Null.
   JSON() noexcept = default;
@@ -53,25 +66,26 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   JSON& operator=(const JSON&) & noexcept = default;
   JSON& operator=(JSON&&) & noexcept = default;
   ~JSON() = default;
-  /// Parses bytes (RFC 8259). What is no document gives a plain null, and the parser's error in
-  /// the slot when there is one: domain ErrorDomain, code ErrorInvalidJSON; a document clears the
-  /// slot. UTF-8 only, a leading byte-order mark is skipped; of members with the same key the last
-  /// wins; at most 512 levels; integers beyond 64 bits become doubles.
+
+  /// Parses a JSON text (RFC 8259) in UTF-8; skips a byte-order mark at the start. On success,
+  /// resets `error`. On failure, the value is null without an error(), and `error` is set: domain
+  /// ErrorDomain, code ErrorInvalidJSON. Of members with the same key, the last one sets the value.
+  /// Integers that do not fit 64 bits become doubles. Limits: 512 levels of containers, 4 GiB.
   explicit JSON(const Data& data, JSONReadingOptions options = JSONReadingOptions::allowFragments,
                 std::optional<Error>* error = nullptr);
-  /// Parses a copy of a text the same way. (The constructor from a text makes a string value.)
+  /// Parses a copy of a text. (The constructor from a text makes a string value.)
   static JSON parse(std::string_view text,
                     JSONReadingOptions options = JSONReadingOptions::allowFragments,
                     std::optional<Error>* error = nullptr);
 
-  /// From an untyped value, and from everything that makes one: texts, numbers (a `float` is
-  /// stored as the double that has its value), booleans, null, optionals of these. Containers must
-  /// be converted explicitly: `std::vector<JSON>{list}` is a copy of the list, not a list in a
-  /// list.
+  /// Converts an untyped value, and every type that converts to one: texts, numbers (a `float` is
+  /// stored as the double of the same value), booleans, null, optionals of these. An unsupported
+  /// value makes the type `unknown`, with the error ErrorUnsupportedType. The conversion of
+  /// containers is explicit: `std::vector<JSON>{list}` is a copy of the list, not a list in a list.
   JSON(Value object) noexcept : value_(std::move(object)) {
     if (value_.kind() == ValueView::Kind::unsupported) becomeUnknown();
   }
-  /// Takes part in owning what the view shows.
+  /// Becomes an owner of the data that the view refers to.
   explicit JSON(const ValueView& object) noexcept : value_(object) {
     if (value_.kind() == ValueView::Kind::unsupported) becomeUnknown();
   }
@@ -83,12 +97,12 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
       : JSON(Value(std::forward<T>(object))) {}
   explicit JSON(const std::vector<JSON>& elements);
   explicit JSON(const JSONMap& members);
-  /// The literal forms; of pairs with the same key the last wins.
+  /// Make an array or a map from a list in braces. Of pairs with the same key, the last one sets
+  /// the value.
   static JSON makeArray(std::initializer_list<Value> elements);
   static JSON makeDictionary(std::initializer_list<std::pair<std::string, Value>> members);
-  /// From an application's own ranges, of what makes a value or of such ranges again: an array of
-  /// the elements; a map of pairs, as a std::map holds them. An optional without a value makes
-  /// null.
+  /// Make an array from a range of values, or a map from a range of pairs such as std::map. The
+  /// values may be optionals (empty: null) and ranges themselves.
   template <JSONElements R>
   static JSON makeArray(R&& elements) {
     return detail::makeArray(elements);
@@ -97,26 +111,33 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   static JSON makeDictionary(R&& members) {
     return detail::makeMap(members);
   }
-  /// The value of an object; absent when the object is of no JSON kind.
+  /// Converts an untyped value; absent if it is an unsupported value.
   static std::optional<JSON> fromRawValue(Value object);
   static JSON null() { return JSON(); }
   static JSON nullJSON() { return JSON(); }
 
+  // --- type, error, untyped value
+
   Type type() const noexcept;
-  /// Why the value is null or unknown, when a read or an assignment made it so.
+  /// The error of the read or the assignment that made the value null or unknown; otherwise absent.
   std::optional<Error> error() const;
-  /// False exactly when error() has the code ErrorNotExist.
+  /// Returns false if error() has the code ErrorNotExist.
   bool exists() const noexcept;
 
-  /// The untyped value; null for the kinds null and unknown.
+  /// The untyped value; null for the types null and unknown.
   Value object() const noexcept { return Value(view()); }
   Value rawValue() const noexcept { return object(); }
-  /// The untyped value to look at, without taking part in owning it.
+  /// A non-owning reference to the untyped value. Valid until this value is written to or
+  /// destroyed.
   const ValueView& view() const noexcept { return value_; }
-  /// An object of no JSON kind makes the value unknown, with error ErrorUnsupportedType.
+  /// An unsupported value makes the type `unknown`, with the error ErrorUnsupportedType.
   void setObject(Value object) & noexcept { *this = JSON(std::move(object)); }
 
-  /// Reads. Along a path the error of the first step that broke stays.
+  // --- subscripts
+
+  /// Return the element at an index, the member with a key, or the value at the end of a path. On
+  /// failure, return null with an error(): ErrorIndexOutOfBounds, ErrorNotExist or ErrorWrongType.
+  /// The first step of a path that fails sets the error.
   template <JSONIndexInteger I>
   JSON operator[](I index) const {
     return elementAt(JSONKey::clampedIndex(index));
@@ -132,8 +153,9 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   }
   JSON operator[](JSONPath path) const { return at(path); }
 
-  /// Writes. An array is never extended, a map is; a value that carries an error is not stored,
-  /// and what does not fit is ignored. A negative index is a programming error.
+  /// Replace an element, or replace or add a member. Do nothing if this value is not a container of
+  /// that kind, if the index is not less than size(), or if the new value has an error(). A
+  /// negative index is a programming error.
   template <JSONIndexInteger I>
   void set(I index, const JSON& value) & {
     setElement(JSONKey::clampedIndex(index), value);
@@ -144,20 +166,23 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
                                                              const JSON& value) & {
     setStep(JSONKey(element), value);
   }
-  /// Writes along a path: stores the value's object, so that one with an error is stored as null.
-  /// Every step but the last must be there; an empty path does nothing.
+  /// Write to the end of a path. All steps but the last must exist. Do nothing if a step does not
+  /// fit or the path is empty. A value with an error() is stored as null.
   void set(std::initializer_list<JSONKey> path, const JSON& value) & {
     set(JSONPath(path.begin(), path.size()), value);
   }
   void set(JSONPath path, const JSON& value) &;
 
-  /// The bytes of the document, UTF-8. Absent, with error ErrorInvalidJSON in the slot, unless the
-  /// value is an array or a map of finite numbers, UTF-8 texts, booleans, nulls, arrays and maps.
-  /// Bytes clear the slot.
+  // --- output
+
+  /// Writes the value as a JSON text in UTF-8 and resets `error`. Absent, with `error` set to
+  /// ErrorInvalidJSON, if the value is not an array or a map, or if it contains a number that is
+  /// not finite, a text that is not UTF-8 or an unsupported value.
   std::optional<Data> rawData(JSONWritingOptions options = JSONWritingOptions::none,
                               std::optional<Error>* error = nullptr) const;
-  /// An array or a map: rawData() decoded with the encoding, absent when either step fails. A
-  /// string itself; a number's decimal text; "true", "false", "null"; absent for unknown.
+  /// Array and map: the bytes of rawData(), decoded with the encoding; absent if either step fails.
+  /// String: its text. Number: decimal text. Boolean and null: "true", "false", "null". Absent for
+  /// unknown.
   std::optional<std::string> rawString(
       TextEncoding encoding = TextEncoding::utf8,
       JSONWritingOptions options = JSONWritingOptions::prettyPrinted) const;
@@ -165,9 +190,12 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   std::string description() const;
   std::string debugDescription() const { return description(); }
 
-  /// A value as a collection of pairs: of an array the position in decimal and the element, of a
-  /// map the key and the member; other kinds are empty. Pairs are made as they are read. A loop
-  /// sees the value as it was when it began, whatever is written to it meanwhile.
+  // --- iteration
+
+  /// An array is a collection of pairs of position (as decimal text) and element, a map is a
+  /// collection of pairs of key and member, every other value is an empty collection. A loop
+  /// iterates over the value as it was at its start, even if the value is written to in the loop.
+  /// Each dereference makes a new pair.
   class Iterator;
   using value_type = std::pair<std::string, JSON>;
   using const_iterator = Iterator;
@@ -175,40 +203,47 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   Iterator end() const noexcept;
   JSONIndex startIndex() const noexcept;
   JSONIndex endIndex() const noexcept;
-  /// ("", null) at a null index; beyond the end is a programming error.
+  /// The pair at an index; ("", null) at a null index. An index out of range is a programming
+  /// error.
   value_type operator[](JSONIndex index) const;
   std::size_t size() const noexcept { return value_.size(); }
   bool empty() const noexcept { return size() == 0; }
 
-  /// Typed reads and writes; JSONNumericAccessors holds those of the number types. Setting an
-  /// absent value makes the value null: `setString({})` does, `setStringValue({})` sets "".
+  // --- typed reads and writes; see JSONNumericAccessors for the number types
+
+  /// The optional form is absent unless the value has the type. Setting an absent value makes this
+  /// value null: `setString({})` does, `setStringValue({})` sets "".
   std::optional<bool> bool_() const noexcept { return value_.boolean(); }
   void setBool(std::optional<bool> value) & { setOptional(value); }
-  /// Of a number whether it is not zero, of a text whether it begins, after blanks, a sign and
-  /// zeros, with one of YyTt1-9; otherwise false.
+  /// Number: true if it is not zero. String: true if its first character after white space, a sign
+  /// and zeros is one of YyTt1-9. Otherwise false.
   bool boolValue() const;
   void setBoolValue(bool value) & { setObject(value); }
 
   std::optional<std::string> string() const;
   void setString(std::optional<std::string> value) & { setOptional(std::move(value)); }
-  /// A text, a number's decimal text, "true" or "false", otherwise "".
+  /// String: its text. Number: decimal text. Boolean: "true" or "false". Otherwise "".
   std::string stringValue() const;
   void setStringValue(std::string value) & { setObject(std::move(value)); }
 
+  /// Present for numbers and booleans.
   std::optional<Number> number() const { return value_.storedNumber(); }
   void setNumber(std::optional<Number> value) & { setOptional(value); }
-  /// Of a text the decimal at its front (zero without one), otherwise the double 0.
+  /// String: the decimal number at its start (see Decimal::parse), zero if there is none. Number
+  /// and boolean: its number. Otherwise the double 0.
   Number numberValue() const;
   void setNumberValue(const Number& value) & { setObject(value); }
 
   std::optional<Null> null_() const noexcept;
-  /// Makes the value null, whatever is given.
+  /// Makes the value null, with either argument.
   void setNull(std::optional<Null>) & { setObject(Null()); }
 
-  /// A text, percent-encoded for a query, as a URL.
+  /// Percent-encodes a string for a query and parses it as a URL; absent for other types and on
+  /// failure.
   std::optional<URL> url() const;
   void setURL(const std::optional<URL>& value) &;
 
+  /// Containers are copied: linear time.
   std::optional<std::vector<JSON>> array() const;
   void setArray(const std::optional<std::vector<JSON>>& value) &;
   std::vector<JSON> arrayValue() const { return array().value_or(std::vector<JSON>()); }
@@ -223,10 +258,12 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   std::optional<ValueMap> dictionaryObject() const { return value_.members(); }
   void setDictionaryObject(std::optional<ValueMap> value) & { setOptional(std::move(value)); }
 
-  /// Equality and order exist between values of one kind only: numbers and texts (by bytes) are
-  /// ordered; equal booleans, arrays, maps and nulls are also <= and >=. All else is false, also
-  /// between two unknown values. Across kinds `<` is therefore no strict weak order: do not sort
-  /// values of several kinds by it, and do not make them keys of a std::map.
+  // --- comparison
+
+  /// Only values of the same type are equal or ordered. Numbers are ordered by value, strings by
+  /// bytes. Equal booleans, arrays, maps and nulls are also <= and >=. All other values
+  /// are unequal and unordered, also two unknown values. `<` is not a strict weak order across
+  /// types: do not sort values of several types, and do not use them as keys of a std::map.
   friend QUORVELKIT_EXPORT bool operator==(const JSON& a, const JSON& b);
   friend QUORVELKIT_EXPORT std::partial_ordering operator<=>(const JSON& a, const JSON& b);
 
@@ -246,7 +283,7 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
 
   Value value_;
 
-  friend struct detail::ValueCore;
+  friend struct detail::ValueAccess;
 };
 
 }  // namespace quorvelkit

@@ -6,18 +6,19 @@
 
 namespace quorvelkit {
 
-/// The domain of every error that a JSON value carries or that its parser and writer report.
+/// The domain of all errors of JSON values, of the parser and of the writer. The codes below are
+/// the codes of this domain.
 inline constexpr std::string_view ErrorDomain = "QuorvelKit.JSON";
 
-/// The codes of that domain: an object of no JSON kind was assigned, ...
+/// An unsupported value was assigned.
 inline constexpr std::int64_t ErrorUnsupportedType = 999;
-/// ... an index beyond an array's elements was read, ...
+/// An index was read that is out of the range of the array.
 inline constexpr std::int64_t ErrorIndexOutOfBounds = 900;
-/// ... an index of something else than an array or a key of something else than a map was read, ...
+/// An index was read from a value that is not an array, or a key from a value that is not a map.
 inline constexpr std::int64_t ErrorWrongType = 901;
-/// ... a key was read that the map lacks, ...
+/// A key was read that the map does not have.
 inline constexpr std::int64_t ErrorNotExist = 500;
-/// ... or bytes are no JSON document, or a value cannot be written as one.
+/// The input of the parser is not a JSON text, or a value cannot be written as one.
 inline constexpr std::int64_t ErrorInvalidJSON = 490;
 
 }  // namespace quorvelkit

@@ -6,9 +6,9 @@
 
 namespace quorvelkit {
 
-/// A position in a JSON value seen as a collection: in an array, in a map, or in a value of
-/// another kind, which has no positions but one end. Indexes of different cases are neither equal
-/// nor ordered.
+/// A position in a JSON value as a collection of pairs. The case tells whether the value is an
+/// array, a map or neither; a value that is neither has only the null index, which is its begin and
+/// end. Indexes of different cases are neither equal nor ordered.
 class JSONIndex {
  public:
   enum class Case { array, dictionary, null };
@@ -23,7 +23,7 @@ class JSONIndex {
 
   constexpr Case kind() const noexcept { return case_; }
   constexpr std::size_t position() const noexcept { return position_; }
-  /// The index after this one; the null index is its own.
+  /// The index after this one. The null index returns itself.
   constexpr JSONIndex next() const noexcept {
     return case_ == Case::null ? *this : JSONIndex(case_, position_ + 1);
   }

@@ -10,8 +10,9 @@
 
 namespace quorvelkit {
 
-/// Goes through the pairs of a value. It takes part in owning what it goes through, for the price
-/// of a reference count: the value may change or go meanwhile.
+/// A forward iterator over the pairs of a JSON value (see JSON::begin). An owner of the data, for
+/// the cost of a reference count: the value may be changed or destroyed during the iteration. Each
+/// dereference makes a new pair.
 class QUORVELKIT_EXPORT JSON::Iterator {
  public:
   using iterator_concept = std::forward_iterator_tag;
@@ -19,7 +20,7 @@ class QUORVELKIT_EXPORT JSON::Iterator {
   using value_type = JSON::value_type;
   using difference_type = std::ptrdiff_t;
   using reference = value_type;
-  /// Keeps the pair for as long as a part of it is read.
+  /// Owns the pair that `->` refers to.
   struct pointer {
     value_type pair;
     const value_type* operator->() const noexcept { return &pair; }
@@ -52,6 +53,6 @@ class QUORVELKIT_EXPORT JSON::Iterator {
 
 }  // namespace quorvelkit
 
-/// Iterators stay valid when the value is gone.
+/// Iterators stay valid after the value is destroyed.
 template <>
 inline constexpr bool std::ranges::enable_borrowed_range<quorvelkit::JSON> = true;

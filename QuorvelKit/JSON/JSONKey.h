@@ -16,40 +16,40 @@ namespace quorvelkit {
 
 class JSONKey;
 
-/// The integers that may stand as an index: all but bool and the character types.
+/// The integer types of an index: all except bool and the character types.
 template <class T>
 concept JSONIndexInteger = std::integral<T> && !std::same_as<T, bool> && !std::same_as<T, char> &&
                            !std::same_as<T, wchar_t> && !std::same_as<T, char8_t> &&
                            !std::same_as<T, char16_t> && !std::same_as<T, char32_t>;
 
-/// The types that become a key of a map without a detour.
+/// The types that convert to a key.
 template <class T>
 concept JSONKeyText = std::is_convertible_v<const T&, KeyView>;
 
-/// An application's own types that say which index or key they mean: by a member...
+/// Types of an application that convert to an index or a key by a member function `jsonKey()`...
 template <class T>
 concept JSONKeyByMember = requires(const T& element) {
   { element.jsonKey() } -> std::same_as<JSONKey>;
 };
-/// ...or by a function beside the type.
+/// ...or by a function `jsonKey(element)` in the type's namespace.
 template <class T>
 concept JSONKeyByFunction = requires(const T& element) {
   { jsonKey(element) } -> std::same_as<JSONKey>;
 };
 
-/// The types that may stand between the brackets of a JSON value.
+/// The types that `JSON::operator[]` accepts as a step.
 template <class T>
 concept JSONSubscriptType =
     JSONIndexInteger<T> || JSONKeyText<T> || JSONKeyByMember<T> || JSONKeyByFunction<T>;
 
 namespace detail {
 template <class T>
-auto foundJSONKey(const T& element) {
+auto jsonKeyByFunction(const T& element) {
   return jsonKey(element);
 }
 }  // namespace detail
 
-/// One step into a JSON value: an element's index or a member's key.
+/// One step of a path: the index of an element or the key of a member. Owns a copy of the key.
 class JSONKey {
  public:
   enum class Case { index, key };
@@ -71,7 +71,8 @@ class JSONKey {
 
   friend bool operator==(const JSONKey& a, const JSONKey& b) = default;
 
-  /// An integer as an index; one beyond 64 signed bits stays beyond every array.
+  /// Converts an integer to an index. A value above INT64_MAX becomes INT64_MAX, which is out of
+  /// the range of every array.
   template <JSONIndexInteger I>
   static constexpr std::int64_t clampedIndex(I index) noexcept {
     if (std::cmp_greater(index, std::numeric_limits<std::int64_t>::max())) {
@@ -93,7 +94,7 @@ class JSONKey {
     } else if constexpr (requires { element.jsonKey(); }) {
       return element.jsonKey();
     } else {
-      return detail::foundJSONKey(element);
+      return detail::jsonKeyByFunction(element);
     }
   }
 
@@ -102,7 +103,7 @@ class JSONKey {
   std::string key_;
 };
 
-/// The steps from a value to one below it.
+/// The steps from a value to one inside it.
 using JSONPath = std::span<const JSONKey>;
 
 }  // namespace quorvelkit

@@ -8,10 +8,12 @@
 
 namespace quorvelkit {
 
-/// The numeric reads and writes of a JSON value, all by one rule: the optional form converts
-/// number(), which is present for numbers and booleans; the other converts numberValue(), which
-/// also reads the number in a text and is 0 for everything else. Number tells how conversions
-/// clamp. Setting the absent value makes the value null.
+/// The numeric accessors of JSON. They never fail:
+/// - `double_()` and the like convert number(): absent unless the value is a number or a boolean.
+/// - `doubleValue()` and the like convert numberValue(): also parse texts; 0 for every other kind.
+/// - `setDouble(value)` and the like store a number; an absent value makes the JSON value null.
+///
+/// Number::to defines the conversions.
 template <class Self>
 class JSONNumericAccessors {
  public:

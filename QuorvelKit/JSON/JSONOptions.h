@@ -3,12 +3,12 @@
 
 namespace quorvelkit {
 
-/// How bytes are read. Without allowFragments a document must be an array or a map.
+/// Options of the parser. Without allowFragments, the document must be an array or a map.
 enum class JSONReadingOptions : unsigned { none = 0, allowFragments = 1 };
 
-/// How a value is written, to be joined with "|". Without prettyPrinted there is no white space;
-/// with it every element and member has a line, indented by two spaces a level. Members keep their
-/// order unless sortedKeys asks for the bytewise order of their keys.
+/// Options of the writer; combine them with "|". prettyPrinted: each element and member on its own
+/// line, with an indentation of two spaces per level; otherwise no white space. sortedKeys: members
+/// in the bytewise order of their keys; otherwise in their own order.
 enum class JSONWritingOptions : unsigned { none = 0, prettyPrinted = 1, sortedKeys = 2 };
 
 constexpr JSONWritingOptions operator|(JSONWritingOptions a, JSONWritingOptions b) noexcept {

@@ -10,74 +10,76 @@
 
 namespace quorvelkit::detail {
 
-// The keys of a document under construction: each text once, with a number of its own.
+// Interns the keys of a document while it is parsed: stores each key text once and gives it a
+// number. Predicts each key from the one before, because the maps of a document resemble each
+// other.
 class KeyTable {
  public:
   struct Entry {
-    // The first bytes of the text and its closing quotation mark, and which bytes of a word they
-    // fill. Those of a text that was escaped, and of none_, match no bytes.
+    // The first bytes of the key text and its closing quotation mark, and a mask of the bytes they
+    // fill. Match no input for a key that was first read from escaped text, and for `unknown_`.
     std::uint64_t front;
     std::uint64_t frontMask;
     std::uint32_t length;
     std::uint32_t number;
-    std::uint64_t bit;  // one of 64, by the number
-    std::size_t place;  // where its last member stood in its map
-    Label label;        // of a member with this key
-    // The keys that came behind this one: the first, and the last other one.
-    Entry* follower;
-    Entry* otherFollower;
+    std::uint64_t bit;     // 1 << (number % 64)
+    std::size_t position;  // the position of the latest member with this key in its map
+    MemberKey memberKey;
+    // Predictions: the first key that came after this one, and the latest different one.
+    Entry* next;
+    Entry* alternative;
   };
 
   explicit KeyTable(Document& document) : document_(document) {}
   KeyTable(const KeyTable&) = delete;
   KeyTable& operator=(const KeyTable&) = delete;
 
-  // The key that the bytes begin with, a quotation mark behind it, when it is one of the two that
-  // followed the last key before: documents repeat themselves; otherwise null. The bytes stand
-  // right behind a key's opening quotation mark.
-  Entry* guess(const char* p, const char* end) const noexcept {
+  // Compares the input after the opening quotation mark of a key with the two predictions. Returns
+  // the one that matches, including its closing quotation mark; otherwise null.
+  Entry* predict(const char* p, const char* end) const noexcept {
     std::uint64_t front = 0;
     if (end - p < static_cast<std::ptrdiff_t>(sizeof front)) return nullptr;
     std::memcpy(&front, p, sizeof front);
-    if (begins(front, *last_->follower, p, end)) return last_->follower;
-    if (begins(front, *last_->otherFollower, p, end)) return last_->otherFollower;
+    if (matches(*current_->next, front, p, end)) return current_->next;
+    if (matches(*current_->alternative, front, p, end)) return current_->alternative;
     return nullptr;
   }
-  // The key whose text ends the document's text since `start`; the text is taken back when the key
-  // is known. An unescaped one stood in the bytes letter for letter. The place is that of its
-  // member in its map.
-  Entry* find(std::size_t start, bool unescaped, std::size_t place);
-  // Tells which key came last.
-  void follow(Entry* key) noexcept {
-    if (key != last_->follower) {
-      (last_->follower == &none_ ? last_->follower : last_->otherFollower) = key;
+  // Interns the key whose text was appended to the string table at `start`. If the key is known
+  // already, removes that text again. `unescaped`: the input contained the text without escapes.
+  // `position`: the position of the member in its map.
+  Entry* intern(std::size_t start, bool unescaped, std::size_t position);
+  // Makes the key the current one, from which the next key is predicted.
+  void advance(Entry* key) noexcept {
+    if (key != current_->next) {
+      (current_->next == &unknown_ ? current_->next : current_->alternative) = key;
     }
-    last_ = key;
+    current_ = key;
   }
 
  private:
-  bool begins(std::uint64_t front, const Entry& key, const char* p,
-              const char* end) const noexcept {
+  bool matches(const Entry& key, std::uint64_t front, const char* p,
+               const char* end) const noexcept {
     if ((front & key.frontMask) != key.front) return false;
-    return key.length < sizeof front || isWhole(key, p, end);
+    return key.length < sizeof front || matchesLongKey(key, p, end);
   }
-  bool isWhole(const Entry& key, const char* p, const char* end) const noexcept;
-  void grow();
+  bool matchesLongKey(const Entry& key, const char* p, const char* end) const noexcept;
+  std::size_t firstSlot(std::string_view text) const noexcept;
+  void growSlots();
 
   Document& document_;
-  std::deque<Entry> entries_;  // They stay where they are.
-  std::vector<Entry*> slots_;
-  // Stands for followers that are not known, and in front of the first key.
-  Entry none_{.front = 1,
-              .frontMask = 0,
-              .length = 0,
-              .number = 0,
-              .bit = 0,
-              .place = 0,
-              .label = {},
-              .follower = &none_,
-              .otherFollower = &none_};
-  Entry* last_ = &none_;
+  std::deque<Entry> entries_;  // A deque keeps the addresses of its elements.
+  std::vector<Entry*> slots_;  // A hash table with linear probing.
+  // Stands for a missing prediction, and for the key before the first one.
+  Entry unknown_{.front = 1,
+                 .frontMask = 0,
+                 .length = 0,
+                 .number = 0,
+                 .bit = 0,
+                 .position = 0,
+                 .memberKey = {},
+                 .next = &unknown_,
+                 .alternative = &unknown_};
+  Entry* current_ = &unknown_;
 };
 
 }  // namespace quorvelkit::detail

@@ -8,11 +8,11 @@
 
 namespace quorvelkit {
 
-/// The key of a map's member with its hash, which is computed at compile time where the text is
-/// known then. Like a string_view it does not own the text.
+/// The key of a member with its hash. Does not own the text. The hash of a constant is computed at
+/// compile time, which makes the look-up faster.
 ///
-/// Made from texts, and from any type with a function `KeyView keyView(T)` beside it, such as an
-/// enumeration of member names with a table of their keys.
+/// Converts from texts, and from every type with a function `KeyView keyView(T)` in its namespace,
+/// such as an enumeration of member names.
 class KeyView {
  public:
   template <class T>
@@ -30,7 +30,7 @@ class KeyView {
   constexpr std::string_view text() const noexcept { return text_; }
   /// 24 bits, the same in every process.
   constexpr std::uint32_t hash() const noexcept { return hash_; }
-  /// The first eight bytes of the text, zeros behind a shorter one.
+  /// The first eight bytes of the text, padded with zeros.
   constexpr std::uint64_t front() const noexcept { return front_; }
 
   friend constexpr bool operator==(const KeyView& a, const KeyView& b) noexcept {
@@ -38,7 +38,7 @@ class KeyView {
   }
 
  private:
-  // FNV-1a, folded to 24 bits as its authors advise.
+  // FNV-1a, folded to 24 bits by exclusive or, as its authors recommend.
   static constexpr std::uint32_t hashOf(std::string_view text) noexcept {
     std::uint32_t hash = 2166136261U;
     for (const char c : text)

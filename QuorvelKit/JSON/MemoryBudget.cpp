@@ -10,28 +10,28 @@ thread_local MemoryBudget* current = nullptr;
 }  // namespace
 
 const char* MemoryBudget::Exceeded::what() const noexcept {
-  return "the document and its models would take more memory than they may";
+  return "the document and its models exceed the memory budget";
 }
 
-MemoryBudget::MemoryBudget(std::size_t bytes) noexcept : rest_(bytes), outer_(current) {
+MemoryBudget::MemoryBudget(std::size_t bytes) noexcept : remaining_(bytes), outer_(current) {
   current = this;
 }
 MemoryBudget::~MemoryBudget() { current = outer_; }
 
-std::size_t MemoryBudget::rest() noexcept { return current ? current->rest_ : SIZE_MAX; }
+std::size_t MemoryBudget::remaining() noexcept { return current ? current->remaining_ : SIZE_MAX; }
 
-void MemoryBudget::restore(std::size_t rest, std::size_t kept) noexcept {
-  if (current) current->rest_ = rest - kept;
+void MemoryBudget::restore(std::size_t earlier, std::size_t allocated) noexcept {
+  if (current) current->remaining_ = earlier - allocated;
 }
 
-void MemoryBudget::take(std::size_t bytes) {
+void MemoryBudget::consume(std::size_t bytes) {
   if (!current) return;
-  if (bytes > current->rest_) throw Exceeded();
-  current->rest_ -= bytes;
+  if (bytes > current->remaining_) throw Exceeded();
+  current->remaining_ -= bytes;
 }
 
-void MemoryBudget::giveBack(std::size_t bytes) noexcept {
-  if (current) current->rest_ += bytes;
+void MemoryBudget::release(std::size_t bytes) noexcept {
+  if (current) current->remaining_ += bytes;
 }
 
 }  // namespace quorvelkit::detail

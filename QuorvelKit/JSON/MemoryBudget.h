@@ -8,31 +8,32 @@
 
 namespace quorvelkit::detail {
 
-/// Bounds the memory of the documents and models that the present thread makes while the budget
-/// lives. They count what they take before they take it. What is made on a thread without a budget
-/// has no bound.
+/// Limits the memory of the documents and models that the current thread creates during the
+/// lifetime of the budget. They consume from the budget before they allocate. Threads without a
+/// budget have no limit.
 class QUORVELKIT_EXPORT MemoryBudget {
  public:
-  /// Thrown in place of taking memory beyond the bound.
+  /// Thrown instead of an allocation that exceeds the budget.
   struct QUORVELKIT_EXPORT Exceeded : std::bad_alloc {
     const char* what() const noexcept override;
   };
 
-  /// Takes the place of another budget of the thread until it is destroyed.
+  /// Replaces the current budget of the thread, if any, until this one is destroyed.
   explicit MemoryBudget(std::size_t bytes) noexcept;
   MemoryBudget(const MemoryBudget&) = delete;
   MemoryBudget& operator=(const MemoryBudget&) = delete;
   ~MemoryBudget();
 
-  /// The bytes that the present thread may still take.
-  static std::size_t rest() noexcept;
-  /// Sets them to what they were once, less what has been kept since.
-  static void restore(std::size_t rest, std::size_t kept) noexcept;
-  static void take(std::size_t bytes);
-  static void giveBack(std::size_t bytes) noexcept;
+  /// The bytes that the current thread may still allocate.
+  static std::size_t remaining() noexcept;
+  /// Sets remaining() to an earlier value less the bytes that are still allocated.
+  static void restore(std::size_t earlier, std::size_t allocated) noexcept;
+  /// Throws Exceeded if fewer bytes remain.
+  static void consume(std::size_t bytes);
+  static void release(std::size_t bytes) noexcept;
 
  private:
-  std::size_t rest_;
+  std::size_t remaining_;
   MemoryBudget* const outer_;
 };
 

@@ -20,12 +20,12 @@ struct Overloaded : Cases... {
 template <class... Cases>
 Overloaded(Cases...) -> Overloaded<Cases...>;
 
-// The whole part of a decimal, without its sign; the largest number where it does not fit.
-std::uint64_t wholePart(const Decimal& decimal) {
+// The integer part of a decimal without its sign, clamped to 64 bits.
+std::uint64_t integerPart(const Decimal& decimal) {
   std::string digits = decimal.digits();
   if (decimal.exponent() < 0) {
-    const auto dropped = static_cast<std::size_t>(-decimal.exponent());
-    digits.resize(digits.size() - std::min(digits.size(), dropped));
+    const auto fractionDigits = static_cast<std::size_t>(-decimal.exponent());
+    digits.resize(digits.size() - std::min(digits.size(), fractionDigits));
   } else {
     digits.append(static_cast<std::size_t>(decimal.exponent()), '0');
   }
@@ -43,11 +43,11 @@ std::int64_t clamped(double value) noexcept {
 }
 
 std::int64_t clamped(const Decimal& value) {
-  const std::uint64_t whole = wholePart(value);
-  constexpr std::uint64_t most = std::numeric_limits<std::int64_t>::max();
-  if (!value.isNegative()) return static_cast<std::int64_t>(std::min(whole, most));
-  return whole > most ? std::numeric_limits<std::int64_t>::min()
-                      : -static_cast<std::int64_t>(whole);
+  const std::uint64_t magnitude = integerPart(value);
+  constexpr std::uint64_t maximum = std::numeric_limits<std::int64_t>::max();
+  if (!value.isNegative()) return static_cast<std::int64_t>(std::min(magnitude, maximum));
+  return magnitude > maximum ? std::numeric_limits<std::int64_t>::min()
+                             : -static_cast<std::int64_t>(magnitude);
 }
 
 std::weak_ordering compareDoubles(double a, double b) noexcept {
@@ -67,8 +67,8 @@ std::weak_ordering compareWithDouble(Integer a, double b) noexcept {
   return compareDoubles(0, b - whole);
 }
 
-// A number as the digits of a fraction that begins with another digit than 0, and the power of
-// ten it is to be multiplied by: exact for every finite number.
+// A finite number, exactly: sign x 0.digits x 10^power. The digits have no leading and no trailing
+// zeros; zero has none.
 struct Digits {
   int sign = 0;
   std::int64_t power = 0;
@@ -84,7 +84,7 @@ Digits makeDigits(bool negative, std::string digits, std::int64_t exponent) {
 }
 
 Digits digitsOf(double value) {
-  // No double has more than 767 significant digits.
+  // A double has at most 767 significant digits.
   char text[800];
   const auto end =
       std::to_chars(text, text + sizeof text, std::fabs(value), std::chars_format::scientific, 766);
@@ -145,7 +145,7 @@ std::uint64_t Number::uint64Value() const {
                         },
                         [](const Decimal& value) {
                           return value.isNegative() ? static_cast<std::uint64_t>(clamped(value))
-                                                    : wholePart(value);
+                                                    : integerPart(value);
                         },
                     },
                     value_);

@@ -15,11 +15,12 @@
 
 namespace quorvelkit {
 
-/// A number as JSON values hold it: an integer, a double or a decimal, and whether it was made
-/// from a boolean.
+/// A number of a JSON value: a 64-bit integer, a double or a decimal. A number made from a boolean
+/// counts as 1 or 0 and remembers that it was a boolean. Conversions never fail and never have
+/// undefined behavior. Does not depend on the locale of the process.
 class QUORVELKIT_EXPORT Number {
  public:
-  /// How the number is kept.
+  /// How the number is stored.
   enum class Storage : char {
     boolean = 'B',
     int64 = 'q',
@@ -33,7 +34,7 @@ class QUORVELKIT_EXPORT Number {
   constexpr Number(B value) noexcept : value_(value) {}
   template <JSONIndexInteger I>
   constexpr Number(I value) noexcept : value_(stored(value)) {}
-  /// A `float` is stored as the double that has its value.
+  /// A `float` is stored as the double of the same value.
   template <std::floating_point F>
   constexpr Number(F value) noexcept : value_(static_cast<double>(value)) {}
   constexpr Number(Decimal value) noexcept : value_(value) {}
@@ -41,9 +42,9 @@ class QUORVELKIT_EXPORT Number {
   Storage storage() const noexcept;
   bool isBool() const noexcept { return std::holds_alternative<bool>(value_); }
 
-  /// Conversions. To an integer: fractions are cut off; for signed types the value is clamped to
-  /// 64 signed bits and the low bits are kept; for unsigned types negative values likewise, others
-  /// are clamped to 64 bits; not-a-number is 0.
+  /// Conversions. Integers: the fraction is discarded; not-a-number becomes 0. Signed types, and
+  /// negative values of unsigned types: the value is clamped to int64_t, then the low bits are
+  /// kept. Other values of unsigned types: clamped to uint64_t, then the low bits are kept.
   std::int64_t int64Value() const;
   std::uint64_t uint64Value() const;
   double doubleValue() const;
@@ -57,25 +58,24 @@ class QUORVELKIT_EXPORT Number {
       return static_cast<T>(uint64Value());
     }
   }
-  /// Whether the number is not zero.
+  /// Returns true if the number is not zero.
   bool boolValue() const;
-  /// The number as the integer it is; absent for a fraction and beyond 64 signed bits.
+  /// The value as an int64_t if it is exactly one; otherwise absent.
   std::optional<std::int64_t> exactInt64() const;
-  /// Decimal text: integers without a fraction (also doubles: 42.0 is "42"), others in the fewest
-  /// digits that read back as the same number; plain from 1e-5 to below 1e17, with an exponent
-  /// outside. A boolean is "1" or "0".
+  /// Decimal text. Doubles have the fewest digits that are parsed as the same double, without
+  /// exponent from 1e-5 to below 1e17 and with exponent outside that range; 42.0 is "42". A boolean
+  /// is "1" or "0", not-a-number "nan".
   std::string text() const;
 
   const std::variant<bool, std::int64_t, std::uint64_t, double, Decimal>& value() const noexcept {
     return value_;
   }
 
-  /// The numeric order, exact across all storages; a boolean counts as 1 or 0. Not-a-number
-  /// equals itself and is below every number.
+  /// The numeric order, exact for all combinations of storage. A boolean counts as 1 or 0.
+  /// Not-a-number is equal to itself and less than every other number.
   static std::weak_ordering compare(const Number& a, const Number& b);
 
-  /// The numeric order among booleans and among other numbers; a boolean and another number are
-  /// neither equal nor ordered.
+  /// The same order, except that a boolean and another number are neither equal nor ordered.
   friend std::partial_ordering operator<=>(const Number& a, const Number& b) {
     if (a.isBool() != b.isBool()) return std::partial_ordering::unordered;
     return compare(a, b);
@@ -85,7 +85,7 @@ class QUORVELKIT_EXPORT Number {
  private:
   using Stored = std::variant<bool, std::int64_t, std::uint64_t, double, Decimal>;
 
-  // An integer is unsigned only where it has to be.
+  // Stores an integer as uint64_t only if it does not fit int64_t.
   template <class I>
   static constexpr Stored stored(I value) noexcept {
     if (std::cmp_greater(value, INT64_MAX)) return static_cast<std::uint64_t>(value);
@@ -95,7 +95,7 @@ class QUORVELKIT_EXPORT Number {
   Stored value_;
 };
 
-/// The numbers made from the booleans, and the storage that tells them from 1 and 0.
+/// The numbers of the booleans, and the storage that distinguishes them from 1 and 0.
 inline constexpr Number trueNumber{true};
 inline constexpr Number falseNumber{false};
 inline constexpr Number::Storage trueObjCType = Number::Storage::boolean;

@@ -5,8 +5,9 @@
 
 namespace quorvelkit::detail {
 
-// Reads the JSON number at the front of [begin, end), behind which stands a 0, into the bits.
-// Returns the end of its text, or null when there is none or it is beyond the range of a double.
+// Parses the JSON number at the start of [begin, end) into `bits`. Returns the end of its text, or
+// null if there is no valid number or if it is outside the range of a double. A 0 byte must follow
+// `end`.
 const char* parseNumber(const char* begin, const char* end, ValueBits& bits) noexcept;
 
 }  // namespace quorvelkit::detail

@@ -16,10 +16,10 @@ void append(std::string& out, Arguments... arguments) {
   out.append(text, result.ptr);
 }
 
-// Most doubles were short decimals once: positions, distances, times. The digits of one that is an
-// integer of at most 15 digits divided by a power of ten are those of the integer, which are found
-// faster: such a division rounds to the nearest double, and two decimals of at most 15 digits are
-// never the same double. False for all others.
+// Appends the text of a double that is the closest one to a decimal with at most 6 digits before
+// the decimal point and 9 after it, such as most coordinates, distances and times. Takes the digits
+// from an integer, which is faster than to_chars. Correct because two different decimals of at most
+// 15 digits are never the same double. Returns false, without output, for all other doubles.
 bool appendShortDecimal(std::string& out, double value) {
   constexpr int places = 9;
   constexpr std::uint64_t scale = 1'000'000'000;
@@ -66,7 +66,7 @@ void appendText(std::string& out, const Decimal& value) {
     return;
   }
   if (value.isNegative()) out += '-';
-  // Where the point stands among the digits.
+  // The position of the decimal point among the digits.
   const auto length = static_cast<int>(digits.size());
   const int point = length + value.exponent();
   if (point > 38 || point < -4) {

@@ -7,7 +7,7 @@
 
 namespace quorvelkit::detail {
 
-// Append the decimal text of a number, as Number::text() describes it.
+// Append the decimal text of a number in the format of Number::text().
 void appendText(std::string& out, double value);
 void appendText(std::string& out, std::int64_t value);
 void appendText(std::string& out, std::uint64_t value);

@@ -15,12 +15,14 @@
 namespace quorvelkit {
 
 namespace detail {
-/// A hash with a secret of this process, so that nobody outside can prepare keys that collide.
-QUORVELKIT_EXPORT std::uint64_t secretHash(std::string_view text) noexcept;
+/// Returns a hash that is seeded with a random number of this process. A sender of data cannot
+/// construct keys that collide. The value differs from process to process. Thread-safe.
+QUORVELKIT_EXPORT std::uint64_t seededHash(std::string_view text) noexcept;
 }  // namespace detail
 
-/// A map from texts to values that keeps the order in which keys came in. Looking up, adding and
-/// replacing take constant time, removing takes linear time. Small maps are plain vectors.
+/// A map from texts to values that keeps the insertion order of its keys. Look-up, insertion and
+/// replacement take constant time, removal takes linear time. Maps of up to 16 members are searched
+/// linearly and have no hash table.
 template <class T>
 class OrderedMap {
  public:
@@ -28,7 +30,7 @@ class OrderedMap {
   using const_iterator = typename std::vector<value_type>::const_iterator;
 
   OrderedMap() = default;
-  /// A later pair replaces the value of an earlier one with the same key.
+  /// Of pairs with the same key, the last one sets the value.
   OrderedMap(std::initializer_list<value_type> pairs) {
     reserve(pairs.size());
     for (const value_type& pair : pairs)
@@ -39,11 +41,12 @@ class OrderedMap {
   bool empty() const noexcept { return pairs_.empty(); }
   const_iterator begin() const noexcept { return pairs_.begin(); }
   const_iterator end() const noexcept { return pairs_.end(); }
+  /// The pair at a position in insertion order; the position must be less than size().
   const value_type& at(std::size_t position) const { return pairs_[position]; }
   T& valueAt(std::size_t position) { return pairs_[position].second; }
   void reserve(std::size_t count) { pairs_.reserve(count); }
 
-  /// The value of a key, null when there is none; valid until the map changes.
+  /// Returns the value of a key, or null if there is none. Valid until the map changes.
   const T* find(std::string_view key) const noexcept {
     const std::size_t position = positionOf(key);
     return position == npos ? nullptr : &pairs_[position].second;
@@ -54,33 +57,33 @@ class OrderedMap {
   }
   bool contains(std::string_view key) const noexcept { return positionOf(key) != npos; }
 
-  /// Replaces the value of a key where it stands, or adds the key at the end.
+  /// Replaces the value of a key in its position, or adds the key at the end.
   void set(std::string_view key, T value) {
     if (T* present = find(key)) {
       *present = std::move(value);
     } else {
       pairs_.emplace_back(std::string(key), std::move(value));
-      added();
+      indexLast();
     }
   }
-  /// The value of a key, added at the end when there is none.
+  /// Returns the value of a key; adds the key at the end if there is none.
   T& operator[](std::string_view key) {
     if (T* present = find(key)) return *present;
     pairs_.emplace_back(std::string(key), T());
-    added();
+    indexLast();
     return pairs_.back().second;
   }
 
-  /// Returns whether the key was there.
+  /// Removes a key. Returns false if there was none.
   bool erase(std::string_view key) {
     const std::size_t position = positionOf(key);
     if (position == npos) return false;
     pairs_.erase(pairs_.begin() + static_cast<std::ptrdiff_t>(position));
-    if (!slots_.empty()) rebuild();
+    if (!slots_.empty()) rebuildSlots();
     return true;
   }
 
-  /// Without regard to order.
+  /// The order of the members does not matter.
   friend bool operator==(const OrderedMap& a, const OrderedMap& b) {
     if (a.size() != b.size()) return false;
     for (const value_type& pair : a) {
@@ -92,7 +95,7 @@ class OrderedMap {
 
  private:
   static constexpr std::size_t npos = static_cast<std::size_t>(-1);
-  static constexpr std::size_t largestWithoutSlots = 16;
+  static constexpr std::size_t maximumLinearSize = 16;
 
   std::size_t positionOf(std::string_view key) const noexcept {
     if (slots_.empty()) {
@@ -107,32 +110,32 @@ class OrderedMap {
     return npos;
   }
 
-  void added() {
-    if (pairs_.size() <= largestWithoutSlots) return;
+  void indexLast() {
+    if (pairs_.size() <= maximumLinearSize) return;
     if (pairs_.size() * 2 > slots_.size()) {
-      rebuild();
+      rebuildSlots();
     } else {
-      occupy(pairs_.size() - 1);
+      insertSlot(pairs_.size() - 1);
     }
   }
-  void rebuild() {
+  void rebuildSlots() {
     slots_.assign(std::bit_ceil(pairs_.size() * 4), 0);
     for (std::size_t i = 0; i < pairs_.size(); ++i)
-      occupy(i);
+      insertSlot(i);
   }
-  void occupy(std::size_t position) {
+  void insertSlot(std::size_t position) {
     std::size_t slot = firstSlot(pairs_[position].first);
     while (slots_[slot] != 0)
       slot = nextSlot(slot);
     slots_[slot] = static_cast<std::uint32_t>(position + 1);
   }
   std::size_t firstSlot(std::string_view key) const noexcept {
-    return static_cast<std::size_t>(detail::secretHash(key)) & (slots_.size() - 1);
+    return static_cast<std::size_t>(detail::seededHash(key)) & (slots_.size() - 1);
   }
   std::size_t nextSlot(std::size_t slot) const noexcept { return (slot + 1) & (slots_.size() - 1); }
 
   std::vector<value_type> pairs_;
-  // Positions plus one, by hash with linear probing; empty for a small map.
+  // A hash table with linear probing: position + 1, or 0 for a free slot. Empty for a small map.
   std::vector<std::uint32_t> slots_;
 };
 

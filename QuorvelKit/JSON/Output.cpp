@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelKit/JSON/JSON.h>
-#include <QuorvelKit/JSON/ValueCore_p.h>
+#include <QuorvelKit/JSON/ValueAccess_p.h>
 #include <QuorvelKit/JSON/Writer_p.h>
 
 #include <ostream>

@@ -9,11 +9,12 @@
 
 namespace quorvelkit::detail {
 
-// The deepest nesting of arrays and maps that a document may have.
-inline constexpr std::size_t deepestNesting = 512;
+// The largest number of arrays and maps that may be nested in a document.
+inline constexpr std::size_t maximumNesting = 512;
 
-// Reads a JSON document (RFC 8259). On failure returns nothing and sets the problem, a sentence
-// with the offset of the byte where reading stopped.
+// Parses a JSON text (RFC 8259) and returns its value. On failure, returns nothing and sets
+// `problem` to a message with the byte offset where parsing stopped. Throws
+// MemoryBudget::Exceeded if the document does not fit the memory budget of the thread.
 std::optional<Value> parseDocument(const Data& bytes, std::string& problem);
 
 }  // namespace quorvelkit::detail

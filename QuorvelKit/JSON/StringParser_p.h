@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <QuorvelKit/JSON/Document_p.h>
+#include <QuorvelKit/JSON/GrowingArray_p.h>
 
 namespace quorvelkit::detail {
 
 struct StringResult {
-  const char* stop;     // behind the closing quotation mark, or where the problem is
-  const char* problem;  // null when there is none
-  bool escaped;
+  const char* stop;     // after the closing quotation mark; on failure, where parsing stopped
+  const char* problem;  // an error message, or null
+  bool escaped;         // the string contains an escape sequence
 };
 
-// Reads a JSON string from behind its opening quotation mark and appends the text.
-StringResult parseString(const char* p, const char* end, Run<char>& text);
+// Parses a JSON string and appends its text. `p` is the position after the opening quotation mark.
+StringResult parseString(const char* p, const char* end, GrowingArray<char>& text);
 
 }  // namespace quorvelkit::detail

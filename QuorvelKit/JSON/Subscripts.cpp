@@ -1,28 +1,29 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelKit/JSON/Failure_p.h>
 #include <QuorvelKit/JSON/JSON.h>
-#include <QuorvelKit/JSON/ValueCore_p.h>
+#include <QuorvelKit/JSON/ValueAccess_p.h>
 #include <QuorvelPlatform/FatalError.h>
 
 namespace quorvelkit {
 
 using detail::FailureReason;
-using detail::ValueCore;
+using detail::ValueAccess;
 using detail::ValueTag;
 
 namespace {
 
-// A null value with an error. The value takes over the count of the bits.
+// Returns a null value with an error. The value owns the reference of the bits, if there is one.
 JSON failed(const detail::ValueBits& bits) {
   JSON json;
-  ValueCore::bits(ValueCore::value(json)) = bits;
+  ValueAccess::bits(ValueAccess::value(json)) = bits;
   return json;
 }
 
-// What a read of the wrong kind gives: the error that the value has already, or a new one.
+// Returns the result of a read that does not fit the kind of the value: the value with the error
+// that it has already, or a null with a new error.
 template <class Step>
 JSON failedOnWrongKind(const JSON& json, const Value& value, FailureReason reason, Step step) {
-  switch (ValueCore::tag(value)) {
+  switch (ValueAccess::tag(value)) {
     case ValueTag::unknown: return failed(detail::failureBits(FailureReason::unsupported));
     case ValueTag::failure:
     case ValueTag::longFailure: return json;
@@ -30,36 +31,43 @@ JSON failedOnWrongKind(const JSON& json, const Value& value, FailureReason reaso
   }
 }
 
-// The child that the step leads to, absent() when there is none.
+// Returns the child at a step; absent() if there is none.
 ValueView childAt(ValueView value, const JSONKey& step) {
-  if (step.kind() == JSONKey::Case::key) return ValueCore::find(value, step.key());
-  const bool inside = ValueCore::isArray(value) && step.index() >= 0 &&
+  if (step.kind() == JSONKey::Case::key) return ValueAccess::find(value, step.key());
+  const bool inside = ValueAccess::isArray(value) && step.index() >= 0 &&
                       static_cast<std::size_t>(step.index()) < value.size();
-  return inside ? value.element(static_cast<std::size_t>(step.index())) : ValueCore::absent();
+  return inside ? value.element(static_cast<std::size_t>(step.index())) : ValueAccess::absent();
 }
 
-// Whether an array has room for a write at the index, which must not be negative.
-bool takesIndex(const ValueView& value, std::int64_t index) {
-  if (!ValueCore::isArray(value)) return false;
+// Returns true if the value is an array with an element at the index. A negative index is a
+// programming error.
+bool hasElement(const ValueView& value, std::int64_t index) {
+  if (!ValueAccess::isArray(value)) return false;
   if (index < 0) fatalError("Index out of range");
   return static_cast<std::size_t>(index) < value.size();
 }
 
+bool hasError(const Value& value) noexcept {
+  const ValueTag tag = ValueAccess::tag(value);
+  return tag == ValueTag::unknown || tag == ValueTag::failure || tag == ValueTag::longFailure;
+}
+
+// Writes to an element or a member. Does nothing if the step does not fit the container.
 void store(Value& container, const JSONKey& step, Value object) {
   if (step.kind() == JSONKey::Case::key) {
-    if (ValueCore::isMap(container)) {
-      ValueCore::writableMembers(container).set(step.key(), std::move(object));
+    if (ValueAccess::isMap(container)) {
+      ValueAccess::mutableMembers(container).set(step.key(), std::move(object));
     }
-  } else if (takesIndex(container, step.index())) {
+  } else if (hasElement(container, step.index())) {
     const auto index = static_cast<std::size_t>(step.index());
-    ValueCore::writableElements(container)[index] = std::move(object);
+    ValueAccess::mutableElements(container)[index] = std::move(object);
   }
 }
 
 }  // namespace
 
 JSON JSON::elementAt(std::int64_t index) const {
-  if (!ValueCore::isArray(value_)) {
+  if (!ValueAccess::isArray(value_)) {
     return failedOnWrongKind(*this, value_, FailureReason::notAnArray, index);
   }
   if (index >= 0 && static_cast<std::size_t>(index) < value_.size()) {
@@ -69,11 +77,11 @@ JSON JSON::elementAt(std::int64_t index) const {
 }
 
 JSON JSON::operator[](const KeyView& key) const {
-  if (!ValueCore::isMap(value_)) {
+  if (!ValueAccess::isMap(value_)) {
     return failedOnWrongKind(*this, value_, FailureReason::notADictionary, key.text());
   }
-  const ValueView member = ValueCore::find(value_, key);
-  if (!ValueCore::isAbsent(member)) return JSON(member);
+  const ValueView member = ValueAccess::find(value_, key);
+  if (!ValueAccess::isAbsent(member)) return JSON(member);
   return failed(detail::failureBits(FailureReason::notExist, key.text()));
 }
 
@@ -87,8 +95,8 @@ JSON JSON::at(JSONPath path) const {
   ValueView current = value_;
   for (const JSONKey& step : path) {
     const ValueView child = childAt(current, step);
-    // The first step that does not fit decides about the error.
-    if (ValueCore::isAbsent(child)) {
+    // The first step that fails determines the error.
+    if (ValueAccess::isAbsent(child)) {
       return apply(&step == path.data() ? *this : JSON(current), step);
     }
     current = child;
@@ -97,21 +105,16 @@ JSON JSON::at(JSONPath path) const {
 }
 
 void JSON::setElement(std::int64_t index, const JSON& value) {
-  const ValueTag tag = ValueCore::tag(value.value_);
-  const bool hasError =
-      tag == ValueTag::unknown || tag == ValueTag::failure || tag == ValueTag::longFailure;
-  if (!hasError && ValueCore::isArray(value_)) store(value_, JSONKey(index), value.object());
+  if (!hasError(value.value_) && ValueAccess::isArray(value_))
+    store(value_, JSONKey(index), value.object());
 }
 
 void JSON::set(const KeyView& key, const JSON& value) & {
-  const ValueTag tag = ValueCore::tag(value.value_);
-  const bool hasError =
-      tag == ValueTag::unknown || tag == ValueTag::failure || tag == ValueTag::longFailure;
-  if (hasError || !ValueCore::isMap(value_)) return;
+  if (hasError(value.value_) || !ValueAccess::isMap(value_)) return;
   Value object = value.object();
-  // The key may be a text of the members that a copy takes the place of.
-  const Value before = ValueCore::isWritable(value_) ? Value() : value_;
-  ValueCore::writableMembers(value_).set(key.text(), std::move(object));
+  // The key may refer to a text of the value itself: keeps the data alive while it is copied.
+  const Value original = ValueAccess::isUnsharedMutable(value_) ? Value() : value_;
+  ValueAccess::mutableMembers(value_).set(key.text(), std::move(object));
 }
 
 void JSON::setStep(const JSONKey& step, const JSON& value) {
@@ -125,23 +128,23 @@ void JSON::setStep(const JSONKey& step, const JSON& value) {
 void JSON::set(JSONPath path, const JSON& value) & {
   if (path.empty()) return;
   const JSONPath parents = path.first(path.size() - 1);
-  // Look before anything is made writable, so that a write that fits nowhere copies nothing.
-  ValueView seen = value_;
+  // Checks all steps before the first copy, so that a write that fails copies nothing.
+  ValueView parent = value_;
   for (const JSONKey& step : parents) {
-    seen = childAt(seen, step);
-    if (ValueCore::isAbsent(seen)) return;
+    parent = childAt(parent, step);
+    if (ValueAccess::isAbsent(parent)) return;
   }
   const JSONKey& last = path.back();
-  const bool fits =
-      last.kind() == JSONKey::Case::key ? ValueCore::isMap(seen) : takesIndex(seen, last.index());
+  const bool fits = last.kind() == JSONKey::Case::key ? ValueAccess::isMap(parent)
+                                                      : hasElement(parent, last.index());
   if (!fits) return;
   Value object = value.object();
   Value* container = &value_;
   for (const JSONKey& step : parents) {
     container =
         step.kind() == JSONKey::Case::key
-            ? ValueCore::writableMembers(*container).find(step.key())
-            : &ValueCore::writableElements(*container)[static_cast<std::size_t>(step.index())];
+            ? ValueAccess::mutableMembers(*container).find(step.key())
+            : &ValueAccess::mutableElements(*container)[static_cast<std::size_t>(step.index())];
   }
   store(*container, last, std::move(object));
 }

@@ -14,7 +14,8 @@ void append(std::string& text, char32_t character) {
   text.append(bytes, detail::encodeUTF8(character, bytes));
 }
 
-char32_t unit(std::string_view bytes, bool bigEndian) noexcept {
+// Converts the bytes of one code unit.
+char32_t codeUnit(std::string_view bytes, bool bigEndian) noexcept {
   char32_t value = 0;
   for (std::size_t i = 0; i < bytes.size(); ++i) {
     const char byte = bytes[bigEndian ? i : bytes.size() - 1 - i];
@@ -27,11 +28,11 @@ std::optional<std::string> decodeUTF16(std::string_view bytes, bool bigEndian) {
   if (bytes.size() % 2 != 0) return std::nullopt;
   std::string text;
   for (std::size_t i = 0; i < bytes.size(); i += 2) {
-    char32_t character = unit(bytes.substr(i, 2), bigEndian);
+    char32_t character = codeUnit(bytes.substr(i, 2), bigEndian);
     if (character >= 0xD800 && character < 0xE000) {
       i += 2;
       if (character >= 0xDC00 || i == bytes.size()) return std::nullopt;
-      const char32_t second = unit(bytes.substr(i, 2), bigEndian);
+      const char32_t second = codeUnit(bytes.substr(i, 2), bigEndian);
       if (second < 0xDC00 || second >= 0xE000) return std::nullopt;
       character = 0x10000 + ((character - 0xD800) << 10U) + (second - 0xDC00);
     }
@@ -44,15 +45,16 @@ std::optional<std::string> decodeUTF32(std::string_view bytes, bool bigEndian) {
   if (bytes.size() % 4 != 0) return std::nullopt;
   std::string text;
   for (std::size_t i = 0; i < bytes.size(); i += 4) {
-    const char32_t character = unit(bytes.substr(i, 4), bigEndian);
+    const char32_t character = codeUnit(bytes.substr(i, 4), bigEndian);
     if (character > 0x10FFFF || (character >= 0xD800 && character < 0xE000)) return std::nullopt;
     append(text, character);
   }
   return text;
 }
 
-// Takes a byte-order mark off the front and tells the order.
-bool takeOrder(std::string_view& bytes, std::string_view bigMark, std::string_view littleMark) {
+// Removes a byte-order mark and returns true if the byte order is big-endian.
+bool removeByteOrderMark(std::string_view& bytes, std::string_view bigMark,
+                         std::string_view littleMark) {
   const bool big = bytes.starts_with(bigMark);
   const bool little = bytes.starts_with(littleMark);
   if (big || little) bytes.remove_prefix(bigMark.size());
@@ -78,13 +80,13 @@ std::optional<std::string> decodedText(std::string_view bytes, TextEncoding enco
       return text;
     }
     case TextEncoding::utf16: {
-      const bool bigEndian = takeOrder(bytes, "\xFE\xFF"sv, "\xFF\xFE"sv);
+      const bool bigEndian = removeByteOrderMark(bytes, "\xFE\xFF"sv, "\xFF\xFE"sv);
       return decodeUTF16(bytes, bigEndian);
     }
     case TextEncoding::utf16BigEndian: return decodeUTF16(bytes, true);
     case TextEncoding::utf16LittleEndian: return decodeUTF16(bytes, false);
     case TextEncoding::utf32: {
-      const bool bigEndian = takeOrder(bytes, "\0\0\xFE\xFF"sv, "\xFF\xFE\0\0"sv);
+      const bool bigEndian = removeByteOrderMark(bytes, "\0\0\xFE\xFF"sv, "\xFF\xFE\0\0"sv);
       return decodeUTF32(bytes, bigEndian);
     }
     case TextEncoding::utf32BigEndian: return decodeUTF32(bytes, true);

@@ -9,8 +9,9 @@
 
 namespace quorvelkit {
 
-/// How bytes stand for text. `utf16` and `utf32` obey a byte-order mark and are big-endian without
-/// one (RFC 2781, section 4.3); the forms with a fixed order keep a mark as the character it is.
+/// A text encoding. `utf16` and `utf32` read the byte order from a byte-order mark and are
+/// big-endian without one (RFC 2781, section 4.3). The encodings with a fixed byte order decode a
+/// byte-order mark as a character.
 enum class TextEncoding {
   utf8,
   ascii,
@@ -23,7 +24,7 @@ enum class TextEncoding {
   utf32LittleEndian,
 };
 
-/// The text, as UTF-8, that bytes stand for; absent when they stand for none in this encoding.
+/// Decodes bytes and returns the text as UTF-8; absent if the bytes are not valid in the encoding.
 QUORVELKIT_EXPORT std::optional<std::string> decodedText(std::string_view bytes,
                                                          TextEncoding encoding);
 

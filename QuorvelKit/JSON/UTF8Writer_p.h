@@ -5,7 +5,7 @@
 
 namespace quorvelkit::detail {
 
-// Writes a Unicode scalar value as UTF-8 (RFC 3629) and returns the number of bytes.
+// Writes a Unicode scalar value as UTF-8 (RFC 3629). Returns the number of bytes, at most 4.
 constexpr std::size_t encodeUTF8(char32_t character, char* bytes) noexcept {
   const auto continuation = [&](unsigned shift) {
     return static_cast<char>(0x80U | ((character >> shift) & 0x3FU));

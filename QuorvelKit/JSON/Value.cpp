@@ -1,27 +1,27 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelKit/JSON/Value.h>
-#include <QuorvelKit/JSON/ValueCore_p.h>
+#include <QuorvelKit/JSON/ValueAccess_p.h>
 
 namespace quorvelkit {
 
 using detail::ArrayCell;
 using detail::ContainerCell;
-using detail::Counted;
 using detail::DecimalCell;
 using detail::destroyCell;
 using detail::Document;
 using detail::makeCell;
 using detail::MapCell;
+using detail::ReferenceCounted;
 using detail::TextCell;
 using detail::UnsupportedCell;
-using detail::ValueCore;
+using detail::ValueAccess;
 using detail::ValueTag;
 
 void Value::setNumber(const Number& number) {
   std::visit(
       [&](const auto& stored) {
         if constexpr (std::is_same_v<decltype(stored), const Decimal&>) {
-          ValueCore::hold(*this, makeCell<DecimalCell>(stored), ValueTag::decimal);
+          ValueAccess::setCell(*this, makeCell<DecimalCell>(stored), ValueTag::decimal);
         } else {
           *this = Value(stored);
         }
@@ -30,25 +30,25 @@ void Value::setNumber(const Number& number) {
 }
 
 Value::Value(std::string text) {
-  ValueCore::hold(*this, makeCell<TextCell>(std::move(text)), ValueTag::text);
+  ValueAccess::setCell(*this, makeCell<TextCell>(std::move(text)), ValueTag::text);
 }
 
 Value::Value(ValueArray elements) {
-  ValueCore::hold(*this, makeCell<ArrayCell>(std::move(elements)), ValueTag::array);
+  ValueAccess::setCell(*this, makeCell<ArrayCell>(std::move(elements)), ValueTag::array);
 }
 
 Value::Value(ValueMap members) {
-  ValueCore::hold(*this, makeCell<MapCell>(std::move(members)), ValueTag::map);
+  ValueAccess::setCell(*this, makeCell<MapCell>(std::move(members)), ValueTag::map);
 }
 
 Value Value::unsupported(std::any thing) {
   Value value;
-  ValueCore::hold(value, makeCell<UnsupportedCell>(std::move(thing)), ValueTag::unsupported);
+  ValueAccess::setCell(value, makeCell<UnsupportedCell>(std::move(thing)), ValueTag::unsupported);
   return value;
 }
 
 std::optional<ValueArray> Value::elements() const {
-  if (bits_.tag() == ValueTag::array) return ValueCore::cell<ArrayCell>(*this).elements;
+  if (bits_.tag() == ValueTag::array) return ValueAccess::cell<ArrayCell>(*this).elements;
   if (bits_.tag() != ValueTag::frozenArray) return std::nullopt;
   ValueArray elements;
   const std::size_t count = size();
@@ -59,7 +59,7 @@ std::optional<ValueArray> Value::elements() const {
 }
 
 std::optional<ValueMap> Value::members() const {
-  if (bits_.tag() == ValueTag::map) return ValueCore::cell<MapCell>(*this).members;
+  if (bits_.tag() == ValueTag::map) return ValueAccess::cell<MapCell>(*this).members;
   if (bits_.tag() != ValueTag::frozenMap) return std::nullopt;
   ValueMap members;
   const std::size_t count = size();
@@ -73,62 +73,63 @@ std::optional<ValueMap> Value::members() const {
 
 namespace {
 
-bool dropsLast(Counted* counted) noexcept {
-  return counted->count.fetch_sub(1, std::memory_order_acq_rel) == 1;
+// Removes a reference. Returns true if it was the last one.
+bool removeReference(ReferenceCounted* cell) noexcept {
+  return cell->count.fetch_sub(1, std::memory_order_acq_rel) == 1;
 }
 
 }  // namespace
 
 void Value::release() noexcept {
   const ValueTag tag = bits_.tag();
-  Counted* const cell = counted();
+  ReferenceCounted* const cell = sharedCell();
   bits_ = {};
-  if (!dropsLast(cell)) return;
+  if (!removeReference(cell)) return;
   switch (tag) {
     case ValueTag::decimal: destroyCell<DecimalCell>(cell); return;
     case ValueTag::longFailure:
     case ValueTag::text: destroyCell<TextCell>(cell); return;
     case ValueTag::unsupported: destroyCell<UnsupportedCell>(cell); return;
     case ValueTag::array:
-    case ValueTag::map: ValueCore::destroy(static_cast<ContainerCell*>(cell), tag); return;
+    case ValueTag::map: ValueAccess::destroy(static_cast<ContainerCell*>(cell), tag); return;
     default: destroyCell<Document>(cell); return;
   }
 }
 
 namespace detail {
 
-// Containers below a dying one are not destroyed inside its destructor but after it, in a list
-// that runs through them, so that depth costs neither stack nor memory.
-void ValueCore::destroy(ContainerCell* cell, ValueTag tag) noexcept {
-  cell->nextDead = nullptr;
+// Destroys a mutable container and those inside it, one after the other. The containers to destroy
+// form a linked list, so that a deep value needs neither stack nor memory.
+void ValueAccess::destroy(ContainerCell* cell, ValueTag tag) noexcept {
+  cell->nextToDestroy = nullptr;
   cell->tag = tag;
-  const auto bury = [&](Value& child) {
+  const auto release = [&](Value& child) {
     const ValueTag childTag = child.bits_.tag();
     if (childTag != ValueTag::array && childTag != ValueTag::map) return;
-    auto* const childCell = static_cast<ContainerCell*>(child.counted());
+    auto* const childCell = static_cast<ContainerCell*>(child.sharedCell());
     child.bits_ = {};
-    if (!dropsLast(childCell)) return;
+    if (!removeReference(childCell)) return;
     childCell->tag = childTag;
-    childCell->nextDead = cell;
+    childCell->nextToDestroy = cell;
     cell = childCell;
   };
   while (cell) {
-    ContainerCell* const dying = std::exchange(cell, cell->nextDead);
-    if (dying->tag == ValueTag::array) {
-      auto* const array = static_cast<ArrayCell*>(dying);
+    ContainerCell* const container = std::exchange(cell, cell->nextToDestroy);
+    if (container->tag == ValueTag::array) {
+      auto* const array = static_cast<ArrayCell*>(container);
       for (Value& element : array->elements)
-        bury(element);
+        release(element);
       destroyCell<ArrayCell>(array);
     } else {
-      auto* const map = static_cast<MapCell*>(dying);
+      auto* const map = static_cast<MapCell*>(container);
       for (std::size_t i = 0; i < map->members.size(); ++i)
-        bury(map->members.valueAt(i));
+        release(map->members.valueAt(i));
       destroyCell<MapCell>(map);
     }
   }
 }
 
-Value ValueCore::take(Document* document) noexcept {
+Value ValueAccess::fromDocument(Document* document) noexcept {
   const ValueBits bits = document->bits(document->nodes[document->root]);
   Value value;
   value.bits_ = bits;
@@ -136,19 +137,19 @@ Value ValueCore::take(Document* document) noexcept {
   return value;
 }
 
-bool ValueCore::isWritable(const Value& value) noexcept {
+bool ValueAccess::isUnsharedMutable(const Value& value) noexcept {
   const ValueTag tag = value.bits_.tag();
   return (tag == ValueTag::array || tag == ValueTag::map) &&
-         value.counted()->count.load(std::memory_order_acquire) == 1;
+         value.sharedCell()->count.load(std::memory_order_acquire) == 1;
 }
 
-ValueArray& ValueCore::writableElements(Value& value) {
-  if (!isWritable(value)) value = Value(*value.elements());
+ValueArray& ValueAccess::mutableElements(Value& value) {
+  if (!isUnsharedMutable(value)) value = Value(*value.elements());
   return mutableCell<ArrayCell>(value).elements;
 }
 
-ValueMap& ValueCore::writableMembers(Value& value) {
-  if (!isWritable(value)) value = Value(*value.members());
+ValueMap& ValueAccess::mutableMembers(Value& value) {
+  if (!isUnsharedMutable(value)) value = Value(*value.members());
   return mutableCell<MapCell>(value).members;
 }
 

@@ -32,15 +32,19 @@ using ValueArray = std::vector<Value>;
 using ValueMap = OrderedMap<Value>;
 
 namespace detail {
-/// Something that values share.
-struct Counted {
+/// The base of all objects that values share. Owned by the values that point to it.
+struct ReferenceCounted {
   std::atomic<std::size_t> count{1};
 };
 }  // namespace detail
 
-/// An untyped value that owns what it shows: null, a boolean, a number, a text, an array, a map,
-/// or a thing of no such kind, which is carried along. Copies are independent and cheap: they
-/// share texts, arrays and maps until one is written to. Scalars are held without counting.
+/// An untyped value that owns its data: null, a boolean, a number, a text, an array, a map, or an
+/// unsupported value. 16 bytes. Copies are independent of each other and cost one reference count
+/// (scalars: none): they share texts, arrays and maps until one of them is written to. A value that
+/// was read from a document keeps the whole document alive.
+///
+/// Threads: const functions are safe to call from several threads at the same time, also on copies
+/// of one value.
 class QUORVELKIT_EXPORT Value : public ValueView {
  public:
   /// Null.
@@ -68,29 +72,30 @@ class QUORVELKIT_EXPORT Value : public ValueView {
     setNumber(number);
   }
 
-  /// A text, which should be UTF-8: any other can be held but not written as JSON.
+  /// A text in UTF-8. Other bytes can be stored, but not written as JSON.
   template <class T>
   requires(std::is_convertible_v<const T&, std::string_view> && !std::same_as<T, std::nullptr_t>)
       Value(const T& text)
       : Value(std::string(std::string_view(text))) {}
   Value(std::string text);
 
-  /// Explicit, so that `ValueArray{array}` is a copy of the array and never an array in an array.
+  /// Explicit, so that `ValueArray{array}` is a copy of the array with every compiler, and never an
+  /// array in an array.
   explicit Value(ValueArray elements);
   explicit Value(ValueMap members);
-  /// What an optional holds, null when it holds nothing.
+  /// The value of an optional; null if it is empty.
   template <class T>
   requires std::is_convertible_v<const T&, Value> Value(const std::optional<T>& thing)
       : Value(thing ? Value(*thing) : Value()) {}
   /// The object of a JSON value.
   template <std::same_as<JSON> J>
   Value(const J& json) : Value(json.object()) {}
-  /// A thing of no JSON kind: it travels inside arrays and maps, cannot be written, and makes a
-  /// JSON value unknown.
+  /// An unsupported value. It can be stored in arrays and maps but not written as JSON. Assigned to
+  /// a JSON, it makes the type `unknown`.
   static Value unsupported(std::any thing);
   using ValueView::unsupported;
 
-  /// Takes part in owning what the view shows.
+  /// Becomes an owner of the data that the view refers to.
   explicit Value(const ValueView& view) noexcept : ValueView(view) {
     if (bits_.tag() >= detail::ValueTag::decimal) {
       retain();
@@ -107,31 +112,32 @@ class QUORVELKIT_EXPORT Value : public ValueView {
     return *this;
   }
   Value& operator=(Value&& other) & noexcept {
-    Value taken(std::move(other));
-    std::swap(bits_, taken.bits_);
+    Value moved(std::move(other));
+    std::swap(bits_, moved.bits_);
     return *this;
   }
   ~Value() {
     if (bits_.tag() >= detail::ValueTag::longFailure) release();
   }
 
-  /// The elements of an array, the members of a map; absent for every other kind.
+  /// A copy of the elements of an array or of the members of a map; absent for every other kind.
+  /// Linear time.
   std::optional<ValueArray> elements() const;
   std::optional<ValueMap> members() const;
 
  private:
   void retain() const noexcept {
     if (bits_.tag() >= detail::ValueTag::longFailure) {
-      counted()->count.fetch_add(1, std::memory_order_relaxed);
+      sharedCell()->count.fetch_add(1, std::memory_order_relaxed);
     }
   }
-  detail::Counted* counted() const noexcept {
-    return std::bit_cast<detail::Counted*>(bits_.payload);
+  detail::ReferenceCounted* sharedCell() const noexcept {
+    return std::bit_cast<detail::ReferenceCounted*>(bits_.payload);
   }
   void release() noexcept;
   void setNumber(const Number& number);
 
-  friend struct detail::ValueCore;
+  friend struct detail::ValueAccess;
 };
 
 static_assert(sizeof(Value) == 16 && sizeof(ValueView) == 16);

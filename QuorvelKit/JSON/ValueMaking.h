@@ -19,15 +19,15 @@ inline constexpr bool isOptional = false;
 template <class T>
 inline constexpr bool isOptional<std::optional<T>> = true;
 
-// A key and a member.
+// A pair of a key and a member.
 template <class T>
 concept KeyedPair = requires(const T& pair) {
   { pair.first } -> JSONKeyText;
   pair.second;
 };
 
-// Whether a thing makes a value: it converts to one, or it is an optional or a range of such
-// things, or of pairs of a key and such a thing.
+// Returns true if a T can be made into a value: it converts to one, or it is an optional or a range
+// of such types, or a range of pairs of a key and such a type.
 template <class T>
 consteval bool makesValue() {
   if constexpr (std::is_convertible_v<const T&, Value>) {
@@ -39,7 +39,7 @@ consteval bool makesValue() {
     if constexpr (KeyedPair<Element>) {
       return makesValue<std::remove_cvref_t<decltype(Element::second)>>();
     } else {
-      // A path is a range of paths.
+      // A filesystem path is a range of paths.
       return !std::same_as<Element, T> && makesValue<Element>();
     }
   } else {
@@ -49,12 +49,14 @@ consteval bool makesValue() {
 
 }  // namespace detail
 
-/// The ranges that make an array: of numbers, texts, values, optionals and ranges of such.
+/// The ranges that JSON::makeArray accepts: ranges of numbers, texts, values, and of optionals and
+/// ranges of these.
 template <class R>
 concept JSONElements = std::ranges::input_range<R> &&
     detail::makesValue<std::ranges::range_value_t<R>>();
 
-/// The ranges that make a map: of pairs of a key and what makes a value.
+/// The ranges that JSON::makeDictionary accepts: ranges of pairs of a key and one of the same
+/// types.
 template <class R>
 concept JSONMembers = std::ranges::input_range<R> &&
     detail::KeyedPair<std::ranges::range_value_t<R>> &&
@@ -83,7 +85,7 @@ Value makeArray(auto& elements) {
   if constexpr (std::ranges::sized_range<decltype(elements)>) {
     array.reserve(static_cast<std::size_t>(std::ranges::size(elements)));
   }
-  // Some ranges give stand-ins for their elements.
+  // Some ranges return proxies instead of elements, such as std::vector<bool>.
   for (auto&& element : elements)
     array.push_back(makeValue<std::ranges::range_value_t<decltype(elements)>>(element));
   return Value(std::move(array));

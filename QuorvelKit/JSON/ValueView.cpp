@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <QuorvelKit/JSON/ValueCore_p.h>
+#include <QuorvelKit/JSON/ValueAccess_p.h>
 #include <QuorvelKit/JSON/ValueView.h>
 
 namespace quorvelkit {
@@ -10,7 +10,7 @@ using detail::Document;
 using detail::MapCell;
 using detail::Node;
 using detail::TextCell;
-using detail::ValueCore;
+using detail::ValueAccess;
 using detail::ValueTag;
 
 std::optional<Number> ValueView::storedNumber() const {
@@ -20,13 +20,13 @@ std::optional<Number> ValueView::storedNumber() const {
     case ValueTag::int64: return Number(static_cast<std::int64_t>(bits_.payload));
     case ValueTag::uint64: return Number(bits_.payload);
     case ValueTag::float64: return Number(std::bit_cast<double>(bits_.payload));
-    case ValueTag::decimal: return Number(ValueCore::cell<DecimalCell>(*this).decimal);
+    case ValueTag::decimal: return Number(ValueAccess::cell<DecimalCell>(*this).decimal);
     default: return std::nullopt;
   }
 }
 
-// Whether a number that is not stored as such an integer is exactly one.
-bool ValueView::otherInt64(std::int64_t& integer) const {
+// Converts a number that is not stored as int64. Returns false if it is not exactly an int64.
+bool ValueView::convertToInt64(std::int64_t& integer) const {
   if (kind() != Kind::number) return false;
   const std::optional<std::int64_t> exact = storedNumber()->exactInt64();
   integer = exact.value_or(0);
@@ -34,30 +34,32 @@ bool ValueView::otherInt64(std::int64_t& integer) const {
 }
 
 std::optional<std::string_view> ValueView::text() const noexcept {
-  if (bits_.tag() == ValueTag::frozenText) return ValueCore::document(*this).nodeText(bits_.node());
-  if (bits_.tag() == ValueTag::text) return std::string_view(ValueCore::cell<TextCell>(*this).text);
+  if (bits_.tag() == ValueTag::frozenText)
+    return ValueAccess::document(*this).nodeText(bits_.node());
+  if (bits_.tag() == ValueTag::text)
+    return std::string_view(ValueAccess::cell<TextCell>(*this).text);
   return std::nullopt;
 }
 
 std::size_t ValueView::size() const noexcept {
   switch (bits_.tag()) {
     case ValueTag::frozenArray:
-    case ValueTag::frozenMap: return ValueCore::document(*this).nodes[bits_.node()].count();
-    case ValueTag::array: return ValueCore::cell<ArrayCell>(*this).elements.size();
-    case ValueTag::map: return ValueCore::cell<MapCell>(*this).members.size();
+    case ValueTag::frozenMap: return ValueAccess::document(*this).nodes[bits_.node()].count();
+    case ValueTag::array: return ValueAccess::cell<ArrayCell>(*this).elements.size();
+    case ValueTag::map: return ValueAccess::cell<MapCell>(*this).members.size();
     default: return 0;
   }
 }
 
 ValueView ValueView::elementOf(ValueView array, std::size_t index) noexcept {
   if (array.bits_.tag() == ValueTag::frozenArray) {
-    const Document& document = ValueCore::document(array);
+    const Document& document = ValueAccess::document(array);
     const Node& node = document.nodes[array.bits_.node()];
     if (index >= node.count()) return {};
-    return ValueCore::view(document.bits(document.nodes[node.first() + index]));
+    return ValueAccess::view(document.bits(document.nodes[node.first() + index]));
   }
   if (array.bits_.tag() == ValueTag::array) {
-    const ValueArray& elements = ValueCore::cell<ArrayCell>(array).elements;
+    const ValueArray& elements = ValueAccess::cell<ArrayCell>(array).elements;
     if (index < elements.size()) return elements[index];
   }
   return {};
@@ -65,14 +67,14 @@ ValueView ValueView::elementOf(ValueView array, std::size_t index) noexcept {
 
 std::pair<std::string_view, ValueView> ValueView::memberAt(std::size_t index) const noexcept {
   if (bits_.tag() == ValueTag::frozenMap) {
-    const Document& document = ValueCore::document(*this);
+    const Document& document = ValueAccess::document(*this);
     const Node& node = document.nodes[bits_.node()];
     if (index >= node.count()) return {};
     const Node& member = document.nodes[node.first() + index];
-    return {document.keyText(member.key()), ValueCore::view(document.bits(member))};
+    return {document.keyText(member.key.number), ValueAccess::view(document.bits(member))};
   }
   if (bits_.tag() == ValueTag::map) {
-    const ValueMap& members = ValueCore::cell<MapCell>(*this).members;
+    const ValueMap& members = ValueAccess::cell<MapCell>(*this).members;
     if (index < members.size()) return {members.at(index).first, members.at(index).second};
   }
   return {};
@@ -80,32 +82,32 @@ std::pair<std::string_view, ValueView> ValueView::memberAt(std::size_t index) co
 
 ValueView ValueView::find(ValueView map, const KeyView& key) noexcept {
   if (map.bits_.tag() == ValueTag::frozenMap) {
-    const Document& document = ValueCore::document(map);
+    const Document& document = ValueAccess::document(map);
     const Node& node = document.nodes[map.bits_.node()];
-    if (Document::isQuick(node, key)) {
-      const Node* const member = document.quickMember(node, key);
-      return ValueCore::view(member ? document.bits(*member) : detail::ValueBits{0, absent});
+    if (Document::isShortKeyOfSmallMap(node, key)) {
+      const Node* const member = document.memberByShortKey(node, key);
+      return ValueAccess::view(member ? document.bits(*member) : detail::ValueBits{0, absent});
     }
   }
-  return findInAny(map, key);
+  return findGeneral(map, key);
 }
 
-// Apart, so that the quick way calls nothing.
-ValueView ValueView::findInAny(ValueView map, const KeyView& key) noexcept {
+// A function of its own, so that find() calls no function for a short key of a small map.
+ValueView ValueView::findGeneral(ValueView map, const KeyView& key) noexcept {
   if (map.bits_.tag() == ValueTag::frozenMap) {
-    const Document& document = ValueCore::document(map);
-    const Node* const node = document.memberOfAnySize(document.nodes[map.bits_.node()], key);
-    if (node) return ValueCore::view(document.bits(*node));
+    const Document& document = ValueAccess::document(map);
+    const Node* const node = document.member(document.nodes[map.bits_.node()], key);
+    if (node) return ValueAccess::view(document.bits(*node));
   } else if (map.bits_.tag() == ValueTag::map) {
-    const Value* value = ValueCore::cell<MapCell>(map).members.find(key.text());
+    const Value* value = ValueAccess::cell<MapCell>(map).members.find(key.text());
     if (value) return *value;
   }
-  return ValueCore::view({0, absent});
+  return ValueAccess::view({0, absent});
 }
 
 const std::any* ValueView::unsupported() const noexcept {
   if (bits_.tag() != ValueTag::unsupported) return nullptr;
-  return &ValueCore::cell<detail::UnsupportedCell>(*this).thing;
+  return &ValueAccess::cell<detail::UnsupportedCell>(*this).thing;
 }
 
 }  // namespace quorvelkit

@@ -24,22 +24,22 @@ enum class ValueTag : std::uint8_t {
   int64,
   uint64,
   float64,
-  unknown,      // an unsupported thing was assigned to a JSON
-  failure,      // a null that says in its bytes why it is one
-  longFailure,  // from here on the payload points to something counted
+  unknown,      // an unsupported value was assigned to a JSON
+  failure,      // a null with the reason of a failed read
+  longFailure,  // this and all below: the payload is a ReferenceCounted*
   decimal,
   text,
   unsupported,
   array,
   map,
-  frozenText,  // from here on the payload is a document
+  frozenText,  // this and all below: the payload is a Document*
   frozenArray,
   frozenMap,
 };
 
-/// What a value is made of: scalars stand in the payload; the other word holds the tag in its
-/// lowest byte, a small detail in the next two and the number of a document's node above. Whole
-/// words, because bytes written one by one and read together cost more than a look-up.
+/// The representation of a value. `payload` is a scalar or a pointer. `word` consists of the tag
+/// (bits 0 to 7), a detail of a failure (8 to 23) and the number of a node (32 to 63). Whole words,
+/// because reading a word whose bytes were written separately stalls the processor.
 struct ValueBits {
   std::uint64_t payload = 0;
   std::uint64_t word = 0;
@@ -54,15 +54,18 @@ struct ValueBits {
   }
 };
 
-struct ValueCore;
+struct ValueAccess;
 
 }  // namespace detail
 
-/// An untyped value, looked at: null, a boolean, a number, a text, an array, a map or a thing of
-/// no such kind. Costs 16 bytes and no reference count; valid as long as the Value that it was
-/// taken from, or a copy of that, lives and is not written to.
+/// A non-owning reference to an untyped value: null, a boolean, a number, a text, an array, a map
+/// or an unsupported value. The fastest way to read JSON: 16 bytes, passed by value, without
+/// reference counting.
 ///
-/// Reads are strict: a read of another kind is absent. They may run on any threads at once.
+/// Reads are strict: reading a value as another kind returns no value, without conversion.
+///
+/// Lifetime: valid until the last Value or JSON that owns the data is destroyed or written to.
+/// Threads: all functions are safe to call from several threads at the same time.
 class QUORVELKIT_EXPORT ValueView {
  public:
   enum class Kind : std::uint8_t { null, boolean, number, text, array, map, unsupported };
@@ -84,7 +87,7 @@ class QUORVELKIT_EXPORT ValueView {
     if (bits_.tag() == detail::ValueTag::false_) return false;
     return std::nullopt;
   }
-  /// A number as a double; integers beyond 2^53 are rounded. A boolean is no number.
+  /// The value of a number as a double; integers above 2^53 are rounded. Absent for booleans.
   std::optional<double> number() const {
     double number = 0;
     switch (bits_.tag()) {
@@ -98,55 +101,59 @@ class QUORVELKIT_EXPORT ValueView {
     }
     return number;
   }
-  /// A number that is exactly a 64-bit signed integer: 3 and 3.0, not 3.5 and not 1e300.
+  /// The value of a number that is exactly an int64_t: 3 and 3.0, but not 3.5 or 1e300.
   std::optional<std::int64_t> exactInt64() const {
     auto integer = static_cast<std::int64_t>(bits_.payload);
-    if (bits_.tag() != detail::ValueTag::int64 && !otherInt64(integer)) return std::nullopt;
+    if (bits_.tag() != detail::ValueTag::int64 && !convertToInt64(integer)) return std::nullopt;
     return integer;
   }
-  /// A number or a boolean as it is stored.
+  /// The stored number of a number or a boolean.
   std::optional<Number> storedNumber() const;
   std::optional<std::string_view> text() const noexcept;
 
-  /// The number of elements of an array or of members of a map, 0 for every other kind.
+  /// The number of elements of an array or of members of a map; 0 for every other kind.
   std::size_t size() const noexcept;
-  /// An element of an array; null beyond its end. Constant time.
+  /// An element of an array; null if the index is out of range. Constant time.
   ValueView element(std::size_t index) const noexcept { return elementOf(*this, index); }
-  /// A member of a map by its place in the order; an empty key and null beyond its end.
+  /// The key and value at a position of a map; an empty key and null if the position is out of
+  /// range. Constant time.
   std::pair<std::string_view, ValueView> memberAt(std::size_t index) const noexcept;
-  /// A member of a map by its key; absent when there is none.
+  /// The member of a map with the key; absent if there is none. Constant time for small maps and
+  /// for maps that were written to; logarithmic time for maps of a document with 64 members or
+  /// more.
   std::optional<ValueView> member(const KeyView& key) const noexcept {
     const ValueView found = find(*this, key);
     if (found.bits_.word == absent) return std::nullopt;
     return found;
   }
-  /// The same, null when there is none.
+  /// The same, but null if there is none.
   ValueView memberOrNull(const KeyView& key) const noexcept {
     const ValueView found = find(*this, key);
     return found.bits_.word == absent ? ValueView() : found;
   }
 
-  /// A thing of no JSON kind; null for every other kind.
+  /// The object of an unsupported value; null for every other kind.
   const std::any* unsupported() const noexcept;
 
-  /// Whether both are the same: numbers by value, texts by their bytes, arrays element by element,
-  /// maps without regard to order. A boolean is no number; an unsupported thing equals nothing.
+  /// Compares numbers by value, texts by bytes, arrays element by element, and maps without regard
+  /// to the order of members. A boolean is not equal to a number. An unsupported value is not equal
+  /// to any value. Not recursive.
   friend QUORVELKIT_EXPORT bool operator==(const ValueView& a, const ValueView& b);
 
  protected:
   detail::ValueBits bits_;
 
  private:
-  // What find() marks its null with when there is no such member. No user ever sees it.
+  // The word of the null that find() returns if there is no such member.
   static constexpr std::uint64_t absent =
       detail::ValueBits::make(0, detail::ValueTag::null, 0, 1).word;
-  // By value: two registers, where a view in memory would be written and read in other words.
+  // The views are passed in registers; a view in memory would be slower.
   static ValueView find(ValueView map, const KeyView& key) noexcept;
-  static ValueView findInAny(ValueView map, const KeyView& key) noexcept;
+  static ValueView findGeneral(ValueView map, const KeyView& key) noexcept;
   static ValueView elementOf(ValueView array, std::size_t index) noexcept;
-  bool otherInt64(std::int64_t& integer) const;
+  bool convertToInt64(std::int64_t& integer) const;
 
-  friend struct detail::ValueCore;
+  friend struct detail::ValueAccess;
 };
 
 }  // namespace quorvelkit

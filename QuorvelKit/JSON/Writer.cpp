@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelKit/JSON/NumberText_p.h>
-#include <QuorvelKit/JSON/PlainText_p.h>
-#include <QuorvelKit/JSON/ValueCore_p.h>
+#include <QuorvelKit/JSON/UnescapedText_p.h>
+#include <QuorvelKit/JSON/ValueAccess_p.h>
 #include <QuorvelKit/JSON/Writer_p.h>
 #include <QuorvelPlatform/UTF8.h>
 
@@ -22,7 +22,7 @@ class Writer {
         sorted_(contains(options, JSONWritingOptions::sortedKeys)),
         out_(out) {}
 
-  // Views go by value: they fit two registers.
+  // Views are passed by value, in two registers.
   bool write(ValueView value);
 
  private:
@@ -31,7 +31,7 @@ class Writer {
     bool isMap;
     std::size_t size;
     std::size_t next;
-    std::vector<std::size_t> order;  // of the members, when they are sorted
+    std::vector<std::size_t> order;  // positions of the members, if the keys are sorted
   };
 
   void open(ValueView container);
@@ -68,7 +68,7 @@ bool Writer::write(ValueView value) {
 }
 
 void Writer::open(ValueView container) {
-  Frame frame{container, ValueCore::isMap(container), container.size(), 0, {}};
+  Frame frame{container, ValueAccess::isMap(container), container.size(), 0, {}};
   out_ += frame.isMap ? '{' : '[';
   if (sorted_ && frame.isMap) {
     frame.order.resize(frame.size);
@@ -88,7 +88,7 @@ void Writer::close() {
   out_ += isMap ? '}' : ']';
 }
 
-// Writes what comes next; false for what no document can hold.
+// The following functions return false if the value cannot be written.
 bool Writer::member(const Frame& frame, std::size_t i) {
   const auto [key, value] = frame.container.memberAt(frame.order.empty() ? i : frame.order[i]);
   if (!text(key)) return false;
@@ -96,7 +96,7 @@ bool Writer::member(const Frame& frame, std::size_t i) {
   return child(value);
 }
 
-// Opens a container, writes everything else.
+// Opens a container; writes any other value.
 bool Writer::child(ValueView value) {
   switch (value.kind()) {
     case ValueView::Kind::null: out_ += "null"; return true;
@@ -110,7 +110,7 @@ bool Writer::child(ValueView value) {
 }
 
 bool Writer::number(ValueView value) {
-  const ValueBits& bits = ValueCore::bits(value);
+  const ValueBits& bits = ValueAccess::bits(value);
   switch (bits.tag()) {
     case ValueTag::int64: appendText(out_, static_cast<std::int64_t>(bits.payload)); return true;
     case ValueTag::uint64: appendText(out_, bits.payload); return true;
@@ -120,7 +120,7 @@ bool Writer::number(ValueView value) {
       return std::isfinite(number);
     }
     default: {
-      const Decimal& decimal = ValueCore::cell<DecimalCell>(value).decimal;
+      const Decimal& decimal = ValueAccess::cell<DecimalCell>(value).decimal;
       appendText(out_, decimal);
       return !decimal.isNotANumber();
     }
@@ -132,11 +132,11 @@ bool Writer::text(std::string_view text) {
   const char* const end = p + text.size();
   out_ += '"';
   for (;;) {
-    std::uint64_t beyondASCII = 0;
-    const char* const stop = plainEnd(p, end, beyondASCII);
-    const std::string_view plain(p, stop);
-    if (beyondASCII != 0 && !isUTF8(plain)) return false;
-    out_ += plain;
+    std::uint64_t nonASCII = 0;
+    const char* const stop = endOfUnescaped(p, end, nonASCII);
+    const std::string_view unescaped(p, stop);
+    if (nonASCII != 0 && !isUTF8(unescaped)) return false;
+    out_ += unescaped;
     if (stop == end) break;
     escape(*stop);
     p = stop + 1;
@@ -146,11 +146,11 @@ bool Writer::text(std::string_view text) {
 }
 
 void Writer::escape(char character) {
-  constexpr std::string_view meanings = "\"\\\b\f\n\r\t";
+  constexpr std::string_view characters = "\"\\\b\f\n\r\t";
   constexpr std::string_view letters = "\"\\bfnrt";
-  const std::size_t known = meanings.find(character);
-  if (known != std::string_view::npos) {
-    out_.append(1, '\\').append(1, letters[known]);
+  const std::size_t letter = characters.find(character);
+  if (letter != std::string_view::npos) {
+    out_.append(1, '\\').append(1, letters[letter]);
   } else {
     constexpr char hex[] = "0123456789abcdef";
     const auto byte = static_cast<unsigned char>(character);

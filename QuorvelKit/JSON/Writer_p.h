@@ -8,8 +8,8 @@
 
 namespace quorvelkit::detail {
 
-// Appends the JSON text of an array or a map. False when something in it cannot be written: a
-// number that is not finite, a text that is not UTF-8, a thing of no JSON kind.
+// Appends the JSON text of an array or a map, without recursion. Returns false if the value
+// contains a number that is not finite, a text that is not UTF-8, or an unsupported value.
 bool writeDocument(const ValueView& value, JSONWritingOptions options, std::string& out);
 
 }  // namespace quorvelkit::detail

@@ -1,8 +1,9 @@
 # SPDX-License-Identifier: Apache-2.0
 """Lets gdb print JSON values as text: {"a": 1, "b": [1, 2]}.
 
-What values share is read from memory by its layout, because an installed library rarely has debug
-information. The layouts are those of ValueCore_p.h and Document_p.h on 64-bit systems with libstdc++.
+Reads documents and cells from memory by their layout, because an installed library rarely has debug
+information. The layouts are those of ValueAccess_p.h and Document_p.h on 64-bit systems with
+libstdc++. Keep this file in step with them.
 """
 
 import itertools
@@ -13,18 +14,19 @@ import gdb
 import gdb.printing
 import gdb.types
 
-MOST_CHARACTERS = 1000
+MAXIMUM_LENGTH = 1000
 
-# The tags of values: those whose text is always the same, and the others.
-WORDS = {0: "null", 1: "false", 2: "true", 6: "unknown", 7: "null", 8: "null", 11: "unsupported"}
+# The tags of values. These have a fixed text:
+FIXED_TEXTS = {0: "null", 1: "false", 2: "true", 6: "unknown", 7: "null", 8: "null",
+               11: "unsupported"}
 INT64, UINT64, FLOAT64, DECIMAL, TEXT = 3, 4, 5, 9, 10
 ARRAY, MAP, FROZEN_TEXT, FROZEN_ARRAY, FROZEN_MAP = 12, 13, 14, 15, 16
 
-# Offsets in what values share.
+# Offsets in documents and cells.
 STRING_IN_CELL = DECIMAL_IN_CELL = 8
 VECTOR_IN_CELL = 24
-NODES_IN_DOCUMENT, TEXT_IN_DOCUMENT, KEYS_IN_DOCUMENT = 520, 544, 568
-# Sizes of the elements of arrays.
+NODES_IN_DOCUMENT, STRING_TABLE_IN_DOCUMENT, KEYS_IN_DOCUMENT = 520, 544, 568
+# Sizes of array elements.
 VALUE, NODE, KEY, STRING = 16, 16, 16, 32
 
 
@@ -34,29 +36,29 @@ def read(address, layout):
 
 
 def quoted(address, size):
-    size = min(size, 4 * MOST_CHARACTERS)
+    size = min(size, 4 * MAXIMUM_LENGTH)
     data = gdb.selected_inferior().read_memory(address, size).tobytes() if size else b""
     charset = gdb.host_charset() if hasattr(gdb, "host_charset") else "ASCII"
     return json.dumps(data.decode("utf-8", "replace"), ensure_ascii="utf" not in charset.lower())
 
 
 class Document:
-    """What a parsed document holds."""
+    """Reads the node array, the string table and the keys of a document."""
 
     def __init__(self, address):
         self.address = address
         (self.nodes,) = read(address + NODES_IN_DOCUMENT, "Q")
-        (self.text,) = read(address + TEXT_IN_DOCUMENT, "Q")
+        (self.string_table,) = read(address + STRING_TABLE_IN_DOCUMENT, "Q")
         (self.keys,) = read(address + KEYS_IN_DOCUMENT, "Q")
 
     def range(self, node):
-        """First and count of a text's bytes or of a container's children."""
+        """Returns the first and count of the bytes of a text or of the children of a container."""
         return read(self.nodes + node * NODE, "II")
 
     def key(self, node):
         (number,) = read(self.nodes + node * NODE + 8, "I")
         offset, length = read(self.keys + number * KEY + 8, "II")
-        return quoted(self.text + offset, length)
+        return quoted(self.string_table + offset, length)
 
     def value(self, node):
         payload, tag = read(self.nodes + node * NODE, "Q4xB")
@@ -65,8 +67,8 @@ class Document:
 
 def scalar(payload, word):
     tag = word & 0xFF
-    if tag in WORDS:
-        return WORDS[tag]
+    if tag in FIXED_TEXTS:
+        return FIXED_TEXTS[tag]
     if tag == INT64:
         return str(payload - (payload >> 63 << 64))
     if tag == UINT64:
@@ -83,12 +85,12 @@ def scalar(payload, word):
     if tag == FROZEN_TEXT:
         document = Document(payload)
         first, size = document.range(word >> 32)
-        return quoted(document.text + first, size)
-    return "<no JSON value>"
+        return quoted(document.string_table + first, size)
+    return "<not a JSON value>"
 
 
 def children(payload, word):
-    """Pairs of a key's text, empty in arrays, and a value's payload and word."""
+    """Yields for each child the text of its key (empty in arrays), and its payload and word."""
     tag = word & 0xFF
     if tag in (FROZEN_ARRAY, FROZEN_MAP):
         document = Document(payload)
@@ -99,13 +101,13 @@ def children(payload, word):
         return
     begin, end = read(payload + VECTOR_IN_CELL, "QQ")
     key_size = STRING if tag == MAP else 0
-    for place in range(begin, end, key_size + VALUE):
-        key = quoted(*read(place, "QQ")) + ": " if tag == MAP else ""
-        yield key, read(place + key_size, "QQ")
+    for address in range(begin, end, key_size + VALUE):
+        key = quoted(*read(address, "QQ")) + ": " if tag == MAP else ""
+        yield key, read(address + key_size, "QQ")
 
 
 def pieces(payload, word):
-    """The text of a value in pieces, without recursion: values may be deep."""
+    """Yields the text of a value in pieces. Not recursive, since values may be deep."""
     containers = []
     value = (payload, word)
     while True:
@@ -113,28 +115,28 @@ def pieces(payload, word):
         if tag in (ARRAY, MAP, FROZEN_ARRAY, FROZEN_MAP):
             is_map = tag in (MAP, FROZEN_MAP)
             yield "{" if is_map else "["
-            commas = itertools.chain([""], itertools.repeat(", "))
-            containers.append((zip(children(*value), commas), "}" if is_map else "]"))
+            separators = itertools.chain([""], itertools.repeat(", "))
+            containers.append((zip(children(*value), separators), "}" if is_map else "]"))
         else:
             yield scalar(*value)
-        following = None
-        while containers and following is None:
-            following = next(containers[-1][0], None)
-            if following is None:
+        child = None
+        while containers and child is None:
+            child = next(containers[-1][0], None)
+            if child is None:
                 yield containers.pop()[1]
-        if following is None:
+        if child is None:
             return
-        (key, value), comma = following
-        yield comma + key
+        (key, value), separator = child
+        yield separator + key
 
 
-def shown(payload, word):
+def formatted(payload, word):
     text = ""
     try:
         for piece in pieces(payload, word):
             text += piece
-            if len(text) > MOST_CHARACTERS:
-                return text[:MOST_CHARACTERS] + "..."
+            if len(text) > MAXIMUM_LENGTH:
+                return text[:MAXIMUM_LENGTH] + "..."
     except gdb.MemoryError:
         text += "<unreadable memory>"
     return text
@@ -149,7 +151,7 @@ class ValuePrinter:
     def to_string(self):
         is_json = gdb.types.get_basic_type(self.value.type).tag == "quorvelkit::JSON"
         bits = (self.value["value_"] if is_json else self.value)["bits_"]
-        return shown(int(bits["payload"]), int(bits["word"]))
+        return formatted(int(bits["payload"]), int(bits["word"]))
 
 
 def register():
