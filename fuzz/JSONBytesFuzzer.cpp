@@ -6,10 +6,10 @@
 
 using namespace quorvelkit;
 
-// Any bytes: the parser must agree with another one, and read again what it writes.
+// Input: any bytes. The parser must agree with another parser, and must parse its own output.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   const std::string text(reinterpret_cast<const char*>(bytes), size);
-  // Of deeper documents only ours is allowed to say no.
+  // The other parser has no limit for the depth.
   if (std::count(text.begin(), text.end(), '[') + std::count(text.begin(), text.end(), '{') > 512) {
     static_cast<void>(JSON::parse(text).description());
     return 0;

@@ -9,7 +9,7 @@ using namespace quorvelkit;
 
 namespace {
 
-// The child at a step, null when there is none.
+// Returns the child at a step, or null if there is none.
 Oracle* child(Oracle& value, const JSONKey& step) {
   if (step.kind() == JSONKey::Case::key) {
     return value.is_object() && value.contains(step.key()) ? &value[step.key()] : nullptr;
@@ -25,14 +25,15 @@ void write(Oracle& value, const std::vector<JSONKey>& path, const Oracle& object
   if (!container || path.empty()) return;
   if (container->is_object() && path.back().kind() == JSONKey::Case::key) {
     (*container)[path.back().key()] = object;
-  } else if (Oracle* place = child(*container, path.back())) {
-    *place = object;
+  } else if (Oracle* element = child(*container, path.back())) {
+    *element = object;
   }
 }
 
 }  // namespace
 
-// A program of reads and writes on values that share parts, beside a model that shares nothing.
+// Input: a program of reads and writes. Runs it on JSON values that share data, and on models that
+// share nothing. The results must be equal.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   FuzzedDataProvider input(bytes, size);
   const std::string start = R"({"a":{"b":[1,2,{"a":3}],"c":"x"},"b":[[],{},[4]],"c":null})";
@@ -67,16 +68,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
         write(models[target], path, 7);
         break;
       default:
-        std::vector<JSONKey> place(path.begin(),
-                                   path.begin() + static_cast<std::ptrdiff_t>(path.size() / 2));
-        place.emplace_back("d");
-        values[target].set(place, read);
-        write(models[target], place, object);
+        std::vector<JSONKey> destination(
+            path.begin(), path.begin() + static_cast<std::ptrdiff_t>(path.size() / 2));
+        destination.emplace_back("d");
+        values[target].set(destination, read);
+        write(models[target], destination, object);
     }
     if (values[target] != fromOracle(models[target])) std::abort();
     if (models[target].dump().size() > 4000) break;
   }
-  // No write reached a value that was copied or stored before.
+  // No write has changed a copy.
   for (std::size_t i = 0; i < values.size(); ++i) {
     if (values[i] != fromOracle(models[i])) std::abort();
   }

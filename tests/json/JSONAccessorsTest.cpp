@@ -12,7 +12,7 @@ namespace {
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
-TEST(JSONAccessorsTest, ConvertsBetweenKinds) {
+TEST(JSONAccessorsTest, EveryTypeConvertsToBoolTextAndNumber) {
   using Type = JSON::Type;
   struct Row {
     JSON json;
@@ -53,7 +53,7 @@ TEST(JSONAccessorsTest, ConvertsBetweenKinds) {
   }
 }
 
-TEST(JSONAccessorsTest, ReadsTruthFromTexts) {
+TEST(JSONAccessorsTest, BoolOfTextDependsOnFirstSignificantCharacter) {
   for (const char* text : {"true", "True", "T", "t", "yes", "Yes", "Y", "1", "9", "007", "+1", "-1",
                            " \t\n1", " +00t", "1abc", "yellow"}) {
     EXPECT_TRUE(JSON(text).boolValue()) << text;
@@ -64,7 +64,7 @@ TEST(JSONAccessorsTest, ReadsTruthFromTexts) {
   }
 }
 
-TEST(JSONAccessorsTest, ConvertsNumbersByOneRule) {
+TEST(JSONAccessorsTest, IntegerAccessorsClampThenKeepLowBits) {
   constexpr std::uint64_t lowest = 9223372036854775808U;
   const struct {
     JSON json;
@@ -96,7 +96,7 @@ TEST(JSONAccessorsTest, ConvertsNumbersByOneRule) {
     const JSON& json = c.json;
     SCOPED_TRACE(json.description());
     const bool present = json.type() == JSON::Type::number || json.type() == JSON::Type::bool_;
-    // The smaller types keep the low bits.
+    // Smaller types keep the low bits.
     const auto expect = [&]<class T>(T value, std::optional<T> optional) {
       const auto expected =
           static_cast<T>(std::is_signed_v<T> ? static_cast<std::uint64_t>(c.integer) : c.natural);
@@ -120,7 +120,7 @@ TEST(JSONAccessorsTest, ConvertsNumbersByOneRule) {
   EXPECT_EQ(JSON("0.1").floatValue(), 0.1F);
 }
 
-// Writes through both forms of an accessor, and null through the optional one.
+// Tests both setters of an accessor, and an absent value for the optional one.
 template <class T, class SetOptional, class SetValue>
 void expectWrites(SetOptional setOptional, SetValue setValue, const T& value,
                   const char* description) {
@@ -138,7 +138,7 @@ void expectWrites(SetOptional setOptional, SetValue setValue, const T& value,
   EXPECT_EQ(json.description(), description);
 }
 
-TEST(JSONAccessorsTest, Writes) {
+TEST(JSONAccessorsTest, SettersStoreValuesAndAbsentValuesBecomeNull) {
   expectWrites<bool>(&JSON::setBool, &JSON::setBoolValue, true, "true");
   expectWrites<std::string>(&JSON::setString, &JSON::setStringValue, "text", "text");
   expectWrites<double>(&JSON::setDouble, &JSON::setDoubleValue, 2.5, "2.5");
@@ -180,7 +180,7 @@ TEST(JSONAccessorsTest, Writes) {
   EXPECT_EQ(json, nullptr);
 }
 
-TEST(JSONAccessorsTest, ReadsAndWritesURLs) {
+TEST(JSONAccessorsTest, URLAccessorsEncodeAndParse) {
   EXPECT_EQ(JSON("https://example.com/a b?q=ü").url()->absoluteString(),
             "https://example.com/a%20b?q=%C3%BC");
   EXPECT_EQ(JSON("50%").url()->absoluteString(), "50%25");
@@ -193,7 +193,7 @@ TEST(JSONAccessorsTest, ReadsAndWritesURLs) {
   EXPECT_EQ(json, nullptr);
 }
 
-// A relation is '<', '=' or, for values without an order that differ, 'n'.
+// The relation is '<', '=' or 'n' (unequal and unordered).
 void expectRelation(const JSON& a, const JSON& b, char relation) {
   SCOPED_TRACE(a.description() + " and " + b.description());
   const bool less = relation == '<', same = relation == '=';
@@ -208,7 +208,7 @@ void expectRelation(const JSON& a, const JSON& b, char relation) {
   EXPECT_EQ(a >= b, same);
 }
 
-TEST(JSONAccessorsTest, ComparesValuesOfOneKind) {
+TEST(JSONAccessorsTest, OnlyValuesOfSameTypeAreEqualOrOrdered) {
   const std::pair<char, std::string> pairs[] = {
       {'<', R"([[1, 2], [9007199254740992.0, 9007199254740993], ["a", "b"], ["a", "ab"],
                 ["z", "é"]])"},
@@ -217,7 +217,7 @@ TEST(JSONAccessorsTest, ComparesValuesOfOneKind) {
       {'n', R"([[1, true], [0, false], [1, "1"], [true, false], [null, false], [[1], [2]],
                 [[1], [true]], [{"a": 1, "b": 2}, {"a": 1, "c": 2}], [{"a": 1, "b": 2}, {"a": 1}]])"}};
   for (const auto& [relation, text] : pairs) {
-    // The same once of a parsed document, and once put together.
+    // Frozen and mutable values must compare alike.
     const JSON parsed = JSON::parse(text), built = parsedByOracle(text).value();
     ASSERT_GE(parsed.size(), 5U);
     for (std::size_t i = 0; i < parsed.size(); ++i) {

@@ -9,7 +9,7 @@
 namespace quorvelkit {
 namespace {
 
-// Runs the block on a thread with a stack of 256 kB.
+// Runs a function on a thread with a stack of 256 KiB.
 void onSmallStack(std::function<void()> block) {
   pthread_attr_t attributes;
   ASSERT_EQ(pthread_attr_init(&attributes), 0);
@@ -26,7 +26,7 @@ void onSmallStack(std::function<void()> block) {
 
 constexpr int depth = 50'000;
 
-// Arrays and maps in turns, around a leaf.
+// Returns a leaf inside alternating arrays and maps.
 JSON nested(const Value& leaf, int levels = depth) {
   Value value = leaf;
   for (int i = 0; i < levels; ++i) {
@@ -39,7 +39,7 @@ JSON nested(const Value& leaf, int levels = depth) {
   return value;
 }
 
-TEST(JSONDeepTest, DepthCostsNoStack) {
+TEST(JSONDeepTest, DeepValuesNeedNoStack) {
   onSmallStack([] {
     const JSON a = nested("leaf");
     JSON b = nested("leaf");
@@ -57,12 +57,12 @@ TEST(JSONDeepTest, DepthCostsNoStack) {
     ASSERT_TRUE(bytes);
     EXPECT_TRUE(bytes->view().starts_with(R"({"k":[{"k":)"));
     EXPECT_GT(bytes->size(), std::size_t{depth});
-    // The indentation of deep values takes the square of their depth.
+    // The size of the indentation is quadratic in the depth, so a smaller depth.
     EXPECT_TRUE(nested("leaf", 1000).description().starts_with("{\n  \"k\": [\n    {\n"));
   });
 }
 
-TEST(JSONDeepTest, HostileDocumentsAreRefusedOrRead) {
+TEST(JSONDeepTest, ExtremeDocumentsAreParsedOrRejected) {
   onSmallStack([] {
     const std::size_t many = 200'000;
     for (const char* opening : {"[", "{\"a\":", "[{\"a\":"}) {
@@ -95,7 +95,7 @@ TEST(JSONDeepTest, HostileDocumentsAreRefusedOrRead) {
   });
 }
 
-TEST(JSONDeepTest, WideAndDeepDocumentsAreCopiedWrittenAndPrinted) {
+TEST(JSONDeepTest, WideAndDeepDocumentsAreCopiedAndWritten) {
   onSmallStack([] {
     std::string wide = "[";
     for (int i = 0; i < depth; ++i)

@@ -12,7 +12,7 @@ namespace {
 
 using namespace std::string_literals;
 
-TEST(JSONOutputTest, WritesDocuments) {
+TEST(JSONOutputTest, WritesCompactPrettyAndSortedText) {
   const JSON json =
       JSON::parse(R"({"b":[1,2.5,"\u00e9\"\\\n\u0001\u007f/"],"a":{},"c":[],"":null})");
   EXPECT_EQ(json.rawData()->view(),
@@ -32,7 +32,7 @@ TEST(JSONOutputTest, WritesDocuments) {
   EXPECT_EQ(out.str(), json.description());
 }
 
-TEST(JSONOutputTest, EscapesWhereverItIsNeeded) {
+TEST(JSONOutputTest, EscapesAtEveryOffset) {
   const std::pair<std::string, const char*> cases[] = {
       {"\"", R"(\")"},          {"\\", R"(\\)"},   {"\x1F", R"(\u001f)"},
       {"\0"s, R"(\u0000)"},     {"\t", R"(\t)"},   {"/", "/"},
@@ -49,7 +49,7 @@ TEST(JSONOutputTest, EscapesWhereverItIsNeeded) {
   }
 }
 
-TEST(JSONOutputTest, RefusesWhatIsNoDocument) {
+TEST(JSONOutputTest, RejectsValuesThatJSONCannotRepresent) {
   std::vector<JSON> refused = {
       1, "text", true, JSON(), JSON(ValueMap{{"\xC3", 1}}), JSON(Value::unsupported(1))};
   for (const Value& leaf : {Value(std::numeric_limits<double>::infinity()), Value(std::nan("")),
@@ -65,7 +65,7 @@ TEST(JSONOutputTest, RefusesWhatIsNoDocument) {
             "[1e+100,-0,18446744073709551615]");
 }
 
-TEST(JSONOutputTest, DecodesItsBytesWithTheEncoding) {
+TEST(JSONOutputTest, RawStringDecodesBytesWithEncoding) {
   for (const JSON& scalar : {JSON("t\xC3\xA9"), JSON(42), JSON(2.5), JSON(true), JSON()})
     EXPECT_EQ(scalar.rawString(TextEncoding::utf32), scalar.description());
   EXPECT_EQ(JSON(Value::unsupported(1)).rawString(), std::nullopt);
@@ -81,7 +81,7 @@ TEST(JSONOutputTest, DecodesItsBytesWithTheEncoding) {
   EXPECT_EQ(decoded(JSON::makeArray({}), TextEncoding::utf16BigEndian), "\u5B5D");
 }
 
-TEST(JSONOutputTest, DecodesTexts) {
+TEST(JSONOutputTest, DecodesValidBytesOfEachEncoding) {
   using E = TextEncoding;
   const std::tuple<std::string, E, const char*> texts[] = {
       {"\0a\x20\xAC"s, E::utf16, "a\u20AC"},

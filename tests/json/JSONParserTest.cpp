@@ -14,7 +14,7 @@ namespace {
 
 using namespace std::string_literals;
 
-// The text parsed, absent when it is no document.
+// Parses a text; absent on failure.
 std::optional<JSON> parsed(const std::string& text, std::string* problem = nullptr) {
   std::optional<Error> error;
   JSON json(Data(text), JSONReadingOptions::allowFragments, &error);
@@ -22,7 +22,7 @@ std::optional<JSON> parsed(const std::string& text, std::string* problem = nullp
   return error ? std::nullopt : std::optional(std::move(json));
 }
 
-// Both parsers must accept the same texts and find the same values in them.
+// Both parsers must accept the same texts and return equal values.
 void expectLikeOracle(const std::string& text) {
   ASSERT_EQ(parsed(text), parsedByOracle(text)) << testing::PrintToString(text);
 }
@@ -32,10 +32,10 @@ const char* const sampleText = R"( {"points" : [ {"lat":39.3002,"lon":-76.5403,"
   {"lat":1,"lon":2,"t":3,"d":4,"edge":5,"node":6}, true, false, null, [], {}, "", "größe €😀",
   18446744073709551615, -9223372036854775808, 123456789012345678901234567890]} )";
 
-// A number far from the end of the document is read in another way than one close to it.
+// The parser has a faster function for numbers that are not near the end of the document.
 const std::string spaces(64, ' ');
 
-TEST(JSONParserTest, ReadsNumbers) {
+TEST(JSONParserTest, ParsesNumbersLikeOtherParser) {
   std::vector<std::string> texts = {"0." + std::string(400, '0') + "1e400",
                                     "1" + std::string(400, '0') + "e-400"};
   std::istringstream words(
@@ -57,16 +57,16 @@ TEST(JSONParserTest, ReadsNumbers) {
   }
 }
 
-TEST(JSONParserTest, ReadsTexts) {
+TEST(JSONParserTest, ParsesEscapesAndByteOrderMark) {
   EXPECT_EQ(parsed("\xEF\xBB\xBF\t\r\n true "), true);
   EXPECT_EQ(parsed("\"\x7F\""), "\x7F");
   EXPECT_EQ(parsed(R"("\u0000\u007f\u0080\u07ff\u0800\uffff\ud800\udc00\uDBFF\uDFFF")"),
             "\0\x7F\u0080\u07FF\u0800\uFFFF\U00010000\U0010FFFF"s);
 }
 
-TEST(JSONParserTest, RefusesWhatIsNoDocument) {
+TEST(JSONParserTest, RejectsInvalidText) {
   std::vector<std::string> texts = {"", " ", "1 2", "[1 2]", "{\"a\" 1}", "{\"a\":1 \"b\":2}",
-                                    // Bytes that must not stand there.
+                                    // Invalid bytes.
                                     "\xEF\xBB\xBF", "\xEF\xBB[]", "\"\n\"", "\"\0\""s, "\"\x1F\"",
                                     "[]\0"s, "\"\xFF\"", "\"\xC0\x80\"", "\"\xED\xA0\x80\"",
                                     "\"\xF4\x90\x80\x80\"", "\"\xC3\"", "\xFE\xFF\0[\0]"s,
@@ -85,13 +85,13 @@ TEST(JSONParserTest, RefusesWhatIsNoDocument) {
   }
 }
 
-TEST(JSONParserTest, OfRepeatedKeysTheLastWinsInTheFirstPlace) {
+TEST(JSONParserTest, DuplicateKeyKeepsFirstPositionAndLastValue) {
   EXPECT_EQ(parsed(R"({"a":1,"b":2,"a":{"a":3,"a":4},"c":5,"b":6})")
                 ->rawString(TextEncoding::utf8, JSONWritingOptions::none),
             R"({"a":{"a":4},"b":6,"c":5})");
   EXPECT_EQ(parsed(R"({"\u0061":1,"a":2})")->size(), 1U);
-  // Maps around the sizes at which they are indexed, and of more keys than a document tells apart
-  // without looking twice; the same with a member written to.
+  // Sizes around those from which a map has a hash table or an index, and more keys than the parser
+  // has bits for; frozen and mutable maps.
   for (const int count : {1, 16, 17, 63, 64, 65, 130, 1000, 20000}) {
     std::string text;
     for (int i = 0; i < 2 * count; ++i)
@@ -112,8 +112,8 @@ TEST(JSONParserTest, OfRepeatedKeysTheLastWinsInTheFirstPlace) {
   }
 }
 
-TEST(JSONParserTest, FindsMembersWhereverTheyStand) {
-  // The hashes of "turn" and "conn" and of "points" and "x" end alike.
+TEST(JSONParserTest, FindsMembersAtEveryPosition) {
+  // "turn" and "conn", and "points" and "x", share a look-up hint.
   const std::string keys[] = {"a", "points", "x", "turn", "conn", "providerUrl", "reviewCount"};
   std::mt19937 random(42);
   for (int round = 0; round < 2000; ++round) {
@@ -134,8 +134,8 @@ TEST(JSONParserTest, FindsMembersWhereverTheyStand) {
   }
 }
 
-TEST(JSONParserTest, GuessedKeysAreTheKeysThatStandThere) {
-  // Each pair of keys follows another once before, so that a guess is made and is wrong.
+TEST(JSONParserTest, WrongKeyPredictionsAreDetected) {
+  // The key after "x" alternates, so that the parser makes wrong predictions.
   const std::string keys[] = {"a",        "ab",        "abcdefg", "abcdefgh",     "abcdefghi",
                               "abcdefgX", "abcdefghX", "a\\\"",   "a\\\\",        "\\u0061b",
                               "",         "\\u00e9",   "\u00E9e", "abcdefgh\\\"", "abcdefghij"};
@@ -150,7 +150,7 @@ TEST(JSONParserTest, GuessedKeysAreTheKeysThatStandThere) {
   EXPECT_FALSE(parsed(R"([{"x":0,"abcdefgh":1},{"x":0,"abcdefgh)"));
 }
 
-TEST(JSONParserTest, AgreesOnEveryTruncationAndFlip) {
+TEST(JSONParserTest, AgreesWithOtherParserOnTruncationsAndBitFlips) {
   const std::string text = sampleText;
   ASSERT_NO_FATAL_FAILURE(expectLikeOracle(text));
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -163,7 +163,7 @@ TEST(JSONParserTest, AgreesOnEveryTruncationAndFlip) {
   }
 }
 
-TEST(JSONParserTest, AgreesOnMutatedDocuments) {
+TEST(JSONParserTest, AgreesWithOtherParserOnMutations) {
   std::istringstream words(R"({ } [ ] , : "a" "b" "lat": 1.5e3 -0 1e9 \u00e9 " null true)"
                            " \xC3 \xE2\x82\xAC 12345678901234567890");
   std::vector<std::string> pieces(std::istream_iterator<std::string>(words), {});
@@ -173,9 +173,9 @@ TEST(JSONParserTest, AgreesOnMutatedDocuments) {
     std::string text = sampleText;
     const auto changes = 1 + random() % 3;
     for (std::size_t i = 0; i < changes; ++i) {
-      const std::size_t place = random() % text.size();
+      const std::size_t offset = random() % text.size();
       const std::string& piece = pieces[random() % pieces.size()];
-      text.replace(place, random() % 6, piece);
+      text.replace(offset, random() % 6, piece);
     }
     ASSERT_NO_FATAL_FAILURE(expectLikeOracle(text));
   }

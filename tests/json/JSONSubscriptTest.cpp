@@ -7,7 +7,7 @@
 
 namespace application {
 
-// Keys of an application's own, in the three ways there are.
+// An application's own types of keys: all three ways to define one.
 struct Member {
   const char* name;
   quorvelkit::JSONKey jsonKey() const { return quorvelkit::JSONKey::key(name); }
@@ -40,7 +40,7 @@ static_assert(!SubscriptsJSON<bool> && !SubscriptsJSON<char> && !SubscriptsJSON<
 static_assert(!std::is_constructible_v<KeyView, std::nullptr_t> &&
               !std::is_constructible_v<JSONKey, std::nullptr_t>);
 
-// What changes a value, but would change a copy that nobody sees.
+// Assignments and writes. They must not compile for a temporary.
 template <class J>
 concept IsAssigned = requires(J json, const Value object) {
   static_cast<J>(json) = 5;
@@ -63,7 +63,7 @@ static_assert(std::regular<JSON> && std::swappable<JSON> && std::assignable_from
 JSON sample() {
   return JSON::parse(R"({"a":{"b":[10,20,{"c":"deep"}]},"list":[1,2],"n":null,"s":"text"})");
 }
-// The same value, but none of its containers stands in a parsed document.
+// An equal value with mutable containers only.
 JSON changedSample() {
   JSON json = sample();
   json.set({"a", "b", 2, "c"}, "other");
@@ -72,7 +72,7 @@ JSON changedSample() {
   return json;
 }
 
-TEST(JSONSubscriptTest, ReadsOrSaysWhyNot) {
+TEST(JSONSubscriptTest, ReadReturnsValueOrFirstError) {
   const std::string longKey(100, 'k');
   const struct {
     std::vector<JSONKey> path;
@@ -96,7 +96,7 @@ TEST(JSONSubscriptTest, ReadsOrSaysWhyNot) {
       {{"list", -1}, {}, 900, "Array[-1] is out of bounds"},
       {{"list", UINT64_MAX}, {}, 900, "Array[9223372036854775807] is out of bounds"},
       {{"list", "k"}, {}, 901, "Dictionary[\"k\"] failure, It is not an dictionary"},
-      // The error of the first step that broke stays.
+      // Further steps keep the error of the first step that failed.
       {{"x", 0, "y"}, {}, 500, "Dictionary[\"x\"] does not exist"},
       {{"list", 5, longKey}, {}, 900, "Array[5] is out of bounds"},
       {{"s", longKey, 1, "y"},
@@ -123,7 +123,7 @@ TEST(JSONSubscriptTest, ReadsOrSaysWhyNot) {
   }
 }
 
-TEST(JSONSubscriptTest, TakesEveryKindOfStep) {
+TEST(JSONSubscriptTest, AcceptsEveryTypeOfStep) {
   const JSON json = sample();
   const std::string key = "list";
   EXPECT_EQ(json[key][0], 1);
@@ -131,7 +131,8 @@ TEST(JSONSubscriptTest, TakesEveryKindOfStep) {
   EXPECT_EQ(json[Field::list][std::int64_t{0}], 1);
   EXPECT_EQ(json[Member{"list"}][Position{1}], 2);
   EXPECT_EQ((json[{Field::a, Member{"b"}, Position{1}}]), 20);
-  EXPECT_EQ((json[{"list", 2}].error()->code()), 900) << "not a text cut off after two letters";
+  EXPECT_EQ((json[{"list", 2}].error()->code()), 900)
+      << "a path, not the first two characters of a text";
   EXPECT_EQ((json[{"list"}][0U]), 1);
   JSON copy = json;
   copy.set(Member{"list"}, JSON::makeArray({5}));
@@ -141,13 +142,13 @@ TEST(JSONSubscriptTest, TakesEveryKindOfStep) {
   EXPECT_EQ(copy[Field::list][0], 5);
 }
 
-TEST(JSONSubscriptTest, WritesWhereItFits) {
+TEST(JSONSubscriptTest, WriteChangesOnlyContainersThatFit) {
   using Path = std::vector<JSONKey>;
   const JSON failed = sample()["x"];
   const JSON unknown(Value::unsupported(1));
   const struct {
     const char* text;
-    std::variant<std::string, int, Path> place;
+    std::variant<std::string, int, Path> step;
     JSON value;
     const char* result;
   } cases[] = {
@@ -158,7 +159,7 @@ TEST(JSONSubscriptTest, WritesWhereItFits) {
       {"[1,2]", "a", 3, "[1,2]"},
       {R"({"a":1})", 0, 3, R"({"a":1})"},
       {R"({"a":1})", -1, 3, R"({"a":1})"},
-      // What carries an error is not stored, except at the end of a path, as null.
+      // A value with an error is not stored; by a path it is stored as null.
       {R"({"a":1})", "a", failed, R"({"a":1})"},
       {R"({"a":1})", "a", unknown, R"({"a":1})"},
       {"[1]", 0, failed, "[1]"},
@@ -178,14 +179,14 @@ TEST(JSONSubscriptTest, WritesWhereItFits) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.result);
     const auto write = [&](JSON& json) {
-      std::visit([&](const auto& place) { json.set(place, c.value); }, c.place);
+      std::visit([&](const auto& step) { json.set(step, c.value); }, c.step);
     };
     JSON json = JSON::parse(c.text);
     const JSON untouched = json;
     write(json);
     EXPECT_EQ(json.rawString(TextEncoding::utf8, JSONWritingOptions::none), c.result);
     EXPECT_EQ(untouched, JSON::parse(c.text));
-    // The same once more, with the value written to already and shared again.
+    // The same for a mutable container with two owners.
     JSON again = JSON::parse(c.text);
     if (again.type() == JSON::Type::array) again.set(0, again[0]);
     if (again.type() == JSON::Type::dictionary) again.setDictionaryObject(again.dictionaryObject());
@@ -198,15 +199,15 @@ TEST(JSONSubscriptTest, WritesWhereItFits) {
   EXPECT_DEATH(array.set(-1, 5), "Index out of range");
   EXPECT_DEATH(array.set({-1}, 5), "Index out of range");
   EXPECT_DEATH(array.set({1, -1}, 5), "Index out of range");
-  // Into itself.
+  // A value can be stored in itself.
   array.set({1, 0}, array);
   EXPECT_EQ(array, JSON::parse("[1,[[1,[2]]]]"));
   array.set(0, array);
   EXPECT_EQ(array[0], JSON::parse("[1,[[1,[2]]]]"));
 }
 
-TEST(JSONSubscriptTest, TakesKeysAndValuesThatArePartsOfItself) {
-  // Nothing else keeps the document of this one.
+TEST(JSONSubscriptTest, ArgumentsMayBePartsOfTheValue) {
+  // This value is the only owner of its document.
   JSON numbers = JSON::parse(R"({"first key":1,"b":2})");
   numbers.set(numbers.view().memberAt(0).first, 3);
   EXPECT_EQ(numbers, JSON::parse(R"({"first key":3,"b":2})"));

@@ -21,7 +21,7 @@ static_assert(std::ranges::forward_range<const JSON> && std::ranges::borrowed_ra
 static_assert(!std::is_constructible_v<Value, char> && !std::is_convertible_v<Data, JSON>);
 static_assert(!std::is_constructible_v<Number, char> && !std::is_constructible_v<Number, wchar_t>);
 
-// Containers become values where that is said, and nowhere else.
+// Containers convert to values explicitly only.
 template <class T>
 constexpr bool becomesJSONExplicitly =
     std::is_constructible_v<JSON, T> && !std::is_convertible_v<T, JSON>;
@@ -43,7 +43,7 @@ static_assert(!MakesMap<std::vector<int>> && !MakesMap<std::map<int, int>>);
 
 JSON error900() { return JSON::makeArray({1})[7]; }
 
-TEST(JSONTest, TypesHaveTheirRawValues) {
+TEST(JSONTest, RawValuesOfTypesAre0To6) {
   const Type types[] = {Type::number,     Type::string, Type::bool_,  Type::array,
                         Type::dictionary, Type::null,   Type::unknown};
   for (int raw = 0; raw < 7; ++raw) {
@@ -53,7 +53,7 @@ TEST(JSONTest, TypesHaveTheirRawValues) {
   EXPECT_FALSE(JSON::typeFromRawValue(-1) || JSON::typeFromRawValue(7));
 }
 
-TEST(JSONTest, IsMadeFromEveryKindOfObject) {
+TEST(JSONTest, ConvertsFromEveryKindOfObject) {
   const std::string text = "text";
   const std::tuple<JSON, Type, const char*> cases[] = {
       {JSON(), Type::null, "null"},
@@ -96,7 +96,7 @@ TEST(JSONTest, IsMadeFromEveryKindOfObject) {
   }
 }
 
-TEST(JSONTest, IsMadeFromRanges) {
+TEST(JSONTest, ConvertsFromRanges) {
   using Map = std::map<std::string, std::vector<std::optional<double>>>;
   const Map map = {{"a", {1.5, {}}}, {"b", {}}};
   const std::vector<std::pair<const char*, int>> pairs = {{"x", 1}, {"y", 2}, {"x", 3}};
@@ -122,7 +122,7 @@ TEST(JSONTest, IsMadeFromRanges) {
   for (const auto& [json, text] : cases)
     EXPECT_EQ(json.rawString(TextEncoding::utf8, JSONWritingOptions::none), text);
 
-  // A list in braces is a copy, with every compiler; values do in containers what others do.
+  // A container in braces is copied, with every compiler. Values work in standard containers.
   const ValueArray objects{1, 2};
   EXPECT_EQ((std::vector<JSON>{list}), list);
   EXPECT_EQ((ValueArray{objects}), objects);
@@ -136,31 +136,31 @@ TEST(JSONTest, IsMadeFromRanges) {
   EXPECT_EQ(maybe, 5);
 }
 
-TEST(JSONTest, AnUnsupportedObjectMakesItUnknown) {
+TEST(JSONTest, UnsupportedValueMakesTypeUnknown) {
   JSON json(Value::unsupported(std::string("thing")));
   EXPECT_EQ(json.error()->code(), ErrorUnsupportedType);
   EXPECT_EQ(json.error()->domain(), ErrorDomain);
   EXPECT_EQ(json.error()->localizedDescription(), "It is a unsupported type");
   EXPECT_TRUE(json.object().isNull());
   EXPECT_EQ(JSON::fromRawValue(Value::unsupported(1)), std::nullopt);
-  // A read on it hands its error on; a value that was assigned anew has none.
+  // A read keeps the error; an assignment removes it.
   EXPECT_EQ(json["key"].error()->code(), ErrorUnsupportedType);
   EXPECT_EQ(json[0].error()->code(), ErrorUnsupportedType);
   json.setObject(1);
   EXPECT_EQ(json.error(), std::nullopt);
 
-  // Inside an array it is carried along and found out when it is read.
+  // An array stores it; the type is unknown when the element is read.
   const JSON array = JSON::makeArray({1, Value::unsupported(7)});
   EXPECT_EQ(array[1].type(), Type::unknown);
   EXPECT_EQ((array[{1, "x"}].error()->code()), ErrorUnsupportedType);
   const ValueArray elements = array.arrayObject().value();
   EXPECT_EQ(std::any_cast<int>(*elements[1].unsupported()), 7);
-  EXPECT_NE(array, array) << "an unsupported thing equals nothing";
-  // Wrapped elements give their objects, so an unknown one comes back as null.
+  EXPECT_NE(array, array) << "an unsupported value is not equal to any value";
+  // The object of an unknown value is null.
   EXPECT_EQ(JSON(array.arrayValue())[1].type(), Type::null);
 }
 
-TEST(JSONTest, ParsingReportsThroughTheSlotOnly) {
+TEST(JSONTest, ParserSetsErrorArgumentOnly) {
   const std::tuple<const char*, JSONReadingOptions, Type, bool> cases[] = {
       {"\"abc\"", JSONReadingOptions::allowFragments, Type::string, false},
       {"null", JSONReadingOptions::allowFragments, Type::null, false},
@@ -172,7 +172,7 @@ TEST(JSONTest, ParsingReportsThroughTheSlotOnly) {
   };
   for (const auto& [text, options, type, fails] : cases) {
     SCOPED_TRACE(text);
-    // A slot tells of this call alone.
+    // Each call overwrites its error argument.
     std::optional<Error> errors[2] = {Error("before", 1), Error("before", 1)};
     for (const JSON& json : {JSON(Data(std::string(text)), options, &errors[0]),
                              JSON::parse(text, options, &errors[1])}) {
@@ -218,17 +218,17 @@ TEST(JSONTest, IteratesOverPairs) {
   EXPECT_DEATH(array[JSONIndex::dictionary(0)], "Index out of range");
 }
 
-TEST(JSONTest, IterationSeesTheValueAsItWasWhenItBegan) {
-  for (const char* const loop : {"of a document", "of a value written to"}) {
-    SCOPED_TRACE(loop);
+TEST(JSONTest, WritesDuringIterationDoNotAffectTheLoop) {
+  for (const char* const kind : {"frozen", "mutable"}) {
+    SCOPED_TRACE(kind);
     JSON map = JSON::parse(R"({"b":1,"a":2})");
-    if (loop[5] == 'v') map.set("a", 2);
+    if (kind[0] == 'm') map.set("a", 2);
     for (const auto& [key, member] : map) {
       map.set(key + "!", map.size());
       map.set(key, JSON::makeArray({member}));
     }
     EXPECT_EQ(map, JSON::parse(R"({"b":[1],"a":[2],"b!":2,"a!":3})"));
-    // Also of what is gone.
+    // An iterator stays valid after its value is overwritten.
     JSON::Iterator position = map.begin();
     map = JSON();
     EXPECT_EQ(*++position, JSON::value_type("a", JSON::makeArray({2})));
@@ -239,7 +239,7 @@ TEST(JSONTest, IterationSeesTheValueAsItWasWhenItBegan) {
   EXPECT_EQ(JSON::parse("[5]").begin()->first, "0");
 }
 
-TEST(JSONTest, IndexesCompareWithinTheirCase) {
+TEST(JSONTest, IndexesCompareWithinTheirCaseOnly) {
   const JSONIndex one = JSONIndex::array(1), two = JSONIndex::array(2), none = JSONIndex::null();
   EXPECT_TRUE(one < two && two > one && one != two && one == one && one <= one);
   EXPECT_TRUE(none == none && !(none < none) && none.next() == none);
@@ -247,8 +247,8 @@ TEST(JSONTest, IndexesCompareWithinTheirCase) {
     EXPECT_FALSE(one == other || one < other || one > other || one <= other || one >= other);
 }
 
-// The tables of the models say which values pass a read.
-TEST(JSONTest, ViewsReadStrictly) {
+// The tests of the models contain tables of the values that each read accepts.
+TEST(JSONTest, ViewReadsDoNotConvert) {
   const JSON json = JSON::parse(R"({"i":3,"a":[1,"x"]})");
   const ValueView number = json.view().member("i").value(), list = json.view().memberAt(1).second;
   EXPECT_EQ(number.kind(), ValueView::Kind::number);
@@ -259,7 +259,7 @@ TEST(JSONTest, ViewsReadStrictly) {
   EXPECT_TRUE(number.element(0).isNull());
   EXPECT_EQ(number.member("x"), std::nullopt);
   EXPECT_EQ(json.view().member("none"), std::nullopt);
-  // The null of a member that is absent is a null like any other where it is stored.
+  // The null of an absent member is a plain null when it is stored.
   const Value kept(ValueMap{{"none", Value(json.view().memberOrNull("none"))}});
   EXPECT_EQ(kept.member("none"), Value());
   EXPECT_EQ(Value(Decimal::parse("12e1")).exactInt64(), 120);

@@ -9,13 +9,13 @@
 namespace quorvelkit {
 namespace {
 
-// Every thread reads one value that all share, then writes to a copy of its own.
-TEST(JSONThreadTest, ReadsTogetherAndWritesApart) {
+// Every thread reads one shared value and writes to copies of it.
+TEST(JSONThreadTest, ThreadsReadOneValueAndWriteToCopies) {
   constexpr int threads = 4;
   const JSON document = JSON::parse(
       R"({"points":[{"lat":1.5,"name":"first"},{"lat":2.5,"name":"second"}],"n":{"m":[1,2,3]}})");
   JSON changed = document;
-  changed.set({"n", "m", 0}, "thawed");
+  changed.set({"n", "m", 0}, "changed");
   for (const JSON& shared : {document, changed}) {
     const std::string before = shared.description();
     std::latch start(threads);

@@ -12,12 +12,12 @@
 namespace quorvelkit {
 namespace {
 
-constexpr double noNumber = std::numeric_limits<double>::quiet_NaN();
-constexpr double endless = std::numeric_limits<double>::infinity();
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+constexpr double positiveInfinity = std::numeric_limits<double>::infinity();
 
 Number decimal(std::string_view text) { return Decimal::parse(text); }
 
-TEST(NumberTest, KnowsWhatItWasMadeFrom) {
+TEST(NumberTest, StorageDependsOnSource) {
   EXPECT_EQ(trueNumber.storage(), trueObjCType);
   EXPECT_EQ(falseNumber.storage(), falseObjCType);
   EXPECT_FALSE(Number().isBool() || Number(1).isBool() || decimal("1").isBool());
@@ -25,11 +25,11 @@ TEST(NumberTest, KnowsWhatItWasMadeFrom) {
   EXPECT_EQ(Number(UINT64_MAX).storage(), Number::Storage::uint64);
 }
 
-TEST(NumberTest, OrdersExactlyAcrossStorages) {
-  // Groups of equal numbers, each below the next.
+TEST(NumberTest, OrderIsExactAcrossStorages) {
+  // Groups of equal numbers in ascending order.
   const std::vector<std::vector<Number>> ascending = {
-      {noNumber, Decimal::notANumber()},
-      {-endless},
+      {notANumber, Decimal::notANumber()},
+      {-positiveInfinity},
       {-1e300},
       {-9223372036854777856.0},
       {INT64_MIN, -9223372036854775808.0, decimal("-9223372036854775808")},
@@ -60,7 +60,7 @@ TEST(NumberTest, OrdersExactlyAcrossStorages) {
       {decimal("1e128"), decimal("10e127")},
       {decimal("11e127")},
       {1e300},
-      {endless},
+      {positiveInfinity},
   };
   for (std::size_t i = 0; i < ascending.size(); ++i) {
     for (std::size_t j = 0; j < ascending.size(); ++j) {
@@ -76,7 +76,7 @@ TEST(NumberTest, OrdersExactlyAcrossStorages) {
   }
 }
 
-TEST(NumberTest, BooleansCompareAmongThemselvesOnly) {
+TEST(NumberTest, BooleansCompareWithBooleansOnly) {
   EXPECT_TRUE(Number(false) < Number(true) && Number(true) == trueNumber);
   for (const Number& one : {Number(1), Number(1.0), decimal("1")}) {
     EXPECT_EQ(Number::compare(Number(true), one), std::weak_ordering::equivalent);
@@ -85,16 +85,16 @@ TEST(NumberTest, BooleansCompareAmongThemselvesOnly) {
   }
 }
 
-TEST(NumberTest, WritesTheFewestDigits) {
-  const std::pair<Number, const char*> ownWords[] = {{1.0 / 3, "0.3333333333333333"},
-                                                     {5e-324, "5e-324"},
-                                                     {noNumber, "nan"},
-                                                     {true, "1"},
-                                                     {INT64_MIN, "-9223372036854775808"},
-                                                     {UINT64_MAX, "18446744073709551615"}};
-  for (const auto& [number, text] : ownWords)
+TEST(NumberTest, TextHasFewestDigits) {
+  const std::pair<Number, const char*> special[] = {{1.0 / 3, "0.3333333333333333"},
+                                                    {5e-324, "5e-324"},
+                                                    {notANumber, "nan"},
+                                                    {true, "1"},
+                                                    {INT64_MIN, "-9223372036854775808"},
+                                                    {UINT64_MAX, "18446744073709551615"}};
+  for (const auto& [number, text] : special)
     EXPECT_EQ(number.text(), text);
-  // Each number, and its text.
+  // Pairs of a number and its text.
   std::istringstream cases(R"(
       0 0    -0.0 -0    42.0 42    0.1 0.1    100000.0 100000    1e-5 0.00001    9.5e-6 9.5e-06
       12345678901234567.0 12345678901234568    9.9e16 99000000000000000    1e17 1e+17
@@ -104,7 +104,7 @@ TEST(NumberTest, WritesTheFewestDigits) {
     EXPECT_EQ(Number(value).text(), text);
   EXPECT_TRUE(cases.eof());
 
-  // As the C++ library writes them: numbers of all sizes, short decimals and their neighbours.
+  // Compares with std::to_chars: random bits, short decimals and the doubles next to them.
   const auto expectFewest = [](double value) {
     if (!std::isfinite(value)) return;
     const double size = std::fabs(value);
@@ -123,13 +123,13 @@ TEST(NumberTest, WritesTheFewestDigits) {
     const double whole = std::floor(std::ldexp(static_cast<double>(random()), -64) * power);
     const double value = whole / std::pow(10.0, static_cast<double>(random() % 14));
     for (const double each :
-         {value, -value, std::nextafter(value, 0.0), std::nextafter(value, endless)})
+         {value, -value, std::nextafter(value, 0.0), std::nextafter(value, positiveInfinity)})
       expectFewest(each);
   }
 }
 
-TEST(NumberTest, ParsesDecimals) {
-  // Each text, and what it is as a number.
+TEST(NumberTest, DecimalIsParsedFromStartOfText) {
+  // Pairs of a text and the text of its number.
   std::istringstream cases(R"(
       12 12    12abc 12    +12.5e1x 125    -.5 -0.5    5. 5    1.2.3 1.2    1e 1    1e+ 1
       1E-2 0.01    007 7    0.000 0    -0 0    1e127 1e+127    1e-128 1e-128

@@ -9,7 +9,7 @@
 namespace quorvelkit {
 namespace {
 
-TEST(OrderedMapTest, IsAMapThatKeepsTheOrderOfItsKeys) {
+TEST(OrderedMapTest, KeepsInsertionOrder) {
   std::mt19937 random(7);
   OrderedMap<int> map;
   std::vector<std::pair<std::string, int>> model;
@@ -35,7 +35,7 @@ TEST(OrderedMapTest, IsAMapThatKeepsTheOrderOfItsKeys) {
   }
 }
 
-TEST(OrderedMapTest, ComparesWithoutRegardToOrder) {
+TEST(OrderedMapTest, EqualityIgnoresOrder) {
   ValueMap map{{"c", 1}, {"c", 2}};
   map["a"] = 5;
   map["c"] = "x";

@@ -4,7 +4,7 @@ run
 print json
 up
 print frozen
-print thawed
+print changed
 print failed
 print unknown
 print view
