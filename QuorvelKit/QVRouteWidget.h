@@ -9,9 +9,9 @@
 
 namespace quorvelkit {
 
-/// A QVViewController as a plain widget, for forms and layouts. Set its controller's origin and
-/// destination before the widget is shown first: that loads the screen. Its size hints are those of
-/// the map, and it takes the keyboard focus for the map.
+/// A widget that shows a QVViewController, for forms and layouts. Set the origin and the
+/// destination of its controller before the widget is shown for the first time, because that loads
+/// the view. The widget has the size hints of the map view and passes the keyboard focus to it.
 class QUORVELKIT_EXPORT QVRouteWidget : public QWidget {
   Q_OBJECT
 

@@ -16,7 +16,8 @@ namespace quorvelkit {
 namespace {
 
 template <class T>
-const T& unwrapped(const std::optional<T>& value) {
+// Stops the process if the value is absent.
+const T& valueOrAbort(const std::optional<T>& value) {
   if (!value) fatalError(unwrappedAbsentValue);
   return *value;
 }
@@ -30,7 +31,7 @@ std::shared_ptr<const MGLAnnotation> makeMarker(const char* title, const QVPoint
 
 }  // namespace
 
-// The root widget. Whoever destroys it, the map outlives it.
+// The root widget. Its destructor does not delete the map view.
 class QVViewController::View : public QWidget {
  public:
   explicit View(QVViewController* controller) : controller_(controller) {
@@ -75,8 +76,8 @@ bool QVViewController::canMake() {
          QGuiApplication::primaryScreen() != nullptr;
 }
 
-Coordinate QVViewController::origin() const { return unwrapped(origin_); }
-Coordinate QVViewController::destination() const { return unwrapped(destination_); }
+Coordinate QVViewController::origin() const { return valueOrAbort(origin_); }
+Coordinate QVViewController::destination() const { return valueOrAbort(destination_); }
 
 QWidget* QVViewController::view() {
   if (!view_) {
@@ -125,28 +126,28 @@ void QVViewController::drawRoute() {
   mapview_->addAnnotations(annotations);
 }
 
-std::shared_ptr<MGLMapViewDelegate> QVViewController::asked() const {
+std::shared_ptr<MGLMapViewDelegate> QVViewController::activeDelegate() const {
   return mapview_ ? delegate() : nullptr;
 }
 
 std::optional<MGLAnnotationImage> QVViewController::imageForAnnotation(
     MGLMapView&, const MGLAnnotation& annotation) {
-  const auto other = asked();
-  return other ? other->imageForAnnotation(*mapview_, annotation) : std::nullopt;
+  const auto active = activeDelegate();
+  return active ? active->imageForAnnotation(*mapview_, annotation) : std::nullopt;
 }
 
 std::optional<double> QVViewController::lineWidthForPolylineAnnotation(
     MGLMapView&, const MGLPolyline& annotation) {
-  const auto other = asked();
+  const auto active = activeDelegate();
   const auto width =
-      other ? other->lineWidthForPolylineAnnotation(*mapview_, annotation) : std::nullopt;
+      active ? active->lineWidthForPolylineAnnotation(*mapview_, annotation) : std::nullopt;
   return width.value_or(3.0);
 }
 
 std::optional<QColor> QVViewController::strokeColorForShapeAnnotation(
     MGLMapView& mapView, const MGLAnnotation& annotation) {
-  const auto other = asked();
-  auto color = other ? other->strokeColorForShapeAnnotation(*mapview_, annotation) : std::nullopt;
+  const auto active = activeDelegate();
+  auto color = active ? active->strokeColorForShapeAnnotation(*mapview_, annotation) : std::nullopt;
   if (color) return color;
   QColor tint = (mapview_ ? *mapview_ : mapView).tintColor();
   if (!tint.isValid()) fatalError(unwrappedAbsentValue);
@@ -155,8 +156,8 @@ std::optional<QColor> QVViewController::strokeColorForShapeAnnotation(
 
 std::optional<double> QVViewController::alphaForShapeAnnotation(MGLMapView&,
                                                                 const MGLAnnotation& annotation) {
-  const auto other = asked();
-  const auto alpha = other ? other->alphaForShapeAnnotation(*mapview_, annotation) : std::nullopt;
+  const auto active = activeDelegate();
+  const auto alpha = active ? active->alphaForShapeAnnotation(*mapview_, annotation) : std::nullopt;
   return alpha.value_or(1.0);
 }
 

@@ -19,20 +19,20 @@ class QWidget;
 
 namespace quorvelkit {
 
-/// A ready-made screen: requests the route between two coordinates and shows it on a map, with a
-/// marker at each end. It leaves the map's style and viewport to the application, and it shows no
-/// message when there is no route.
+/// Requests the route between two coordinates and shows it on a map view, with a marker at each
+/// end. The application sets the style and the viewport of the map. The controller shows no message
+/// if there is no route.
 ///
 ///     const auto screen = QVViewController::make();
 ///     screen->setOrigin({39.30, -76.54});
 ///     screen->setDestination({39.27, -76.60});
 ///     screen->view()->show();
 ///
-/// It is no widget itself: it owns the widget view(), which may stand in any layout, and lives as
-/// long as somebody holds it or its request is under way. Everything happens on the GUI thread; no
-/// event-loop code is needed (see MainQueueHook.h). It goes before the QApplication does, and not
-/// inside an event of its own widgets. A program may end, in whatever way, while the request is
-/// under way: nothing is drawn or said any more, and the screen is left as it is, never destroyed.
+/// The controller is not a widget. It owns the widget view(), which can be part of any layout. The
+/// completion handler of the request shares the ownership of the controller. Use it on the GUI
+/// thread. The application needs no event-loop code for it (see MainQueueHook.h). Destroy it before
+/// the QApplication, and not inside an event of its own widgets. The process may end while the
+/// request runs. Then nothing is drawn, and the controller is never destroyed.
 class QUORVELKIT_EXPORT QVViewController : public MGLMapViewDelegate,
                                            public std::enable_shared_from_this<QVViewController> {
   class Construction {
@@ -41,8 +41,8 @@ class QUORVELKIT_EXPORT QVViewController : public MGLMapViewDelegate,
   };
 
  public:
-  /// A new screen, or one of an application's own subclass, which has `using
-  /// QVViewController::QVViewController`. Gives nothing when there is no QApplication.
+  /// Makes a controller. An application's subclass needs the line `using
+  /// QVViewController::QVViewController`. Returns null if there is no QApplication.
   template <std::derived_from<QVViewController> Controller = QVViewController>
   static std::shared_ptr<Controller> make() {
     if (!canMake()) return nullptr;
@@ -57,34 +57,35 @@ class QUORVELKIT_EXPORT QVViewController : public MGLMapViewDelegate,
   QVViewController(const QVViewController&) = delete;
   QVViewController& operator=(const QVViewController&) = delete;
 
-  /// The map, of the size of the primary screen until it is laid out. It belongs to this object.
-  /// The place to set the map's style and viewport. This object is its delegate.
+  /// The map view. This object owns it and is its delegate. Before the first layout it has the size
+  /// of the primary screen. Set the style and the viewport of the map here.
   MGLMapView* mapview() const { return mapview_; }
 
-  /// The ends of the route. Both must be set before the view loads: it stops the process otherwise
-  /// ("Origin must be set.", "Destination must be set."), as does reading one that is not set. Set
-  /// later, they have no effect until the view loads again.
+  /// The ends of the route. If one is not set when the view loads, the process stops ("Origin must
+  /// be set.", "Destination must be set."). A getter also stops the process if its value is not
+  /// set. Later changes take effect when the view loads again.
   Coordinate origin() const;
   void setOrigin(Coordinate origin) { origin_ = origin; }
   Coordinate destination() const;
   void setDestination(Coordinate destination) { destination_ = destination; }
 
-  /// Absent until the answer is there, and when it brought none; a request that cannot be sent at
-  /// all (docs/async.md) is never answered.
+  /// Absent before the response arrives and if the response contains no route. A request that
+  /// cannot be sent (docs/async.md) has no response.
   const std::optional<QVRoute>& route() const { return route_; }
 
-  /// The application's say in how the route looks. Held weakly.
+  /// Decides the appearance of the route. The controller does not own it.
   std::shared_ptr<MGLMapViewDelegate> delegate() const { return delegate_.lock(); }
   void setDelegate(std::weak_ptr<MGLMapViewDelegate> delegate) { delegate_ = std::move(delegate); }
 
-  /// The screen's widget. The first call loads it, and so does the first one after a Qt parent has
-  /// destroyed it; loading requests the route.
+  /// The root widget. The first call makes it and requests the route. So does the first call after
+  /// a Qt parent has deleted the widget.
   QWidget* view();
   bool isViewLoaded() const { return !view_.isNull(); }
 
-  /// Each asks the delegate with mapview(), whatever map view it was given, and answers for it
-  /// where it has no answer: no image, 3 pixels, mapview()'s tint colour, alpha 1. Once mapview()
-  /// is destroyed the delegate is not asked, and the colour is that of the map view given.
+  /// These functions call the delegate with mapview() and ignore their argument `mapView`. If the
+  /// delegate returns no value, they return the default: no image, 3 pixels, the tint color of
+  /// mapview(), alpha 1. After mapview() was deleted, they do not call the delegate, and the
+  /// default color is the tint color of `mapView`.
   std::optional<MGLAnnotationImage> imageForAnnotation(MGLMapView& mapView,
                                                        const MGLAnnotation& annotation) override;
   std::optional<double> lineWidthForPolylineAnnotation(MGLMapView& mapView,
@@ -95,15 +96,15 @@ class QUORVELKIT_EXPORT QVViewController : public MGLMapViewDelegate,
                                                 const MGLAnnotation& annotation) override;
 
  protected:
-  /// Runs once per load, when view() exists: puts the map into it and requests the route. An
-  /// override calls this one.
+  /// Called once per load, after view() was made. Adds the map view to it and requests the route.
+  /// An override must call this function.
   virtual void viewDidLoad();
-  /// Runs whenever view() is laid out: gives the map its whole area.
+  /// Called when view() was resized. Resizes the map view to it.
   virtual void viewDidLayoutSubviews();
-  /// Runs once for each answer, on the GUI thread, when route() is set and what it brought has been
-  /// added to mapview(): the place to move the map, to add more to it, or to say that there is no
-  /// route (`response->error()`, or a route without points). A request that cannot be sent at all
-  /// has no answer. Does nothing unless overridden; no exception may leave it.
+  /// Called on the GUI thread once for each response, after route() was set and the annotations of
+  /// the route were added to mapview(). An override can move the map, add annotations, or show that
+  /// there is no route (`response->error()`, or a route without points). Not called for a request
+  /// that cannot be sent. The base function does nothing. Must not throw.
   virtual void didReceiveRoute(const std::shared_ptr<QVRouteResponse>& response);
 
  private:
@@ -111,8 +112,8 @@ class QUORVELKIT_EXPORT QVViewController : public MGLMapViewDelegate,
 
   static bool canMake();
   void drawRoute();
-  // The delegate, when there is one to ask and a map view to ask it with.
-  std::shared_ptr<MGLMapViewDelegate> asked() const;
+  // Null if the delegate or the map view was deleted.
+  std::shared_ptr<MGLMapViewDelegate> activeDelegate() const;
 
   QPointer<MGLMapView> mapview_;
   QPointer<View> view_;

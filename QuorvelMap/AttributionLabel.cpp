@@ -17,13 +17,13 @@ namespace {
 constexpr int maximumLines = 2;
 constexpr int horizontalPadding = 4;
 constexpr int verticalPadding = 1;
-constexpr QSize wholeNoticeSize(360, 200);
+constexpr QSize popupSize(360, 200);
 
-// The URL behind the sign that the notice goes on.
+// The URL of the "…" link.
 QString moreLink() { return QStringLiteral("more:"); }
 
-// Reads nothing but the text that it is given: no images, no style sheets.
-class TextOnly : public QTextDocument {
+// Loads no images and no style sheets.
+class TextOnlyDocument : public QTextDocument {
  protected:
   QVariant loadResource(int, const QUrl&) override { return QVariant(); }
 };
@@ -44,61 +44,63 @@ AttributionLabel::AttributionLabel(QWidget* view) : QLabel(view) {
   hide();
 }
 
-void AttributionLabel::setNotice(const QString& html) {
-  parts_ = partsOf(html);
+void AttributionLabel::setHtml(const QString& html) {
+  fragments_ = parseFragments(html);
   length_ = 0;
-  for (const Part& part : parts_)
-    length_ += part.text.size();
+  for (const Fragment& fragment : fragments_)
+    length_ += fragment.text.size();
   setVisible(length_ > 0);
   raise();
   layOut();
 }
 
-// Line breaks and runs of spaces become one space.
-std::vector<AttributionLabel::Part> AttributionLabel::partsOf(const QString& html) {
-  TextOnly document;
+// Replaces line breaks and sequences of spaces by one space.
+std::vector<AttributionLabel::Fragment> AttributionLabel::parseFragments(const QString& html) {
+  TextOnlyDocument document;
   document.setUndoRedoEnabled(false);
   document.setHtml(html);
-  std::vector<Part> parts;
+  std::vector<Fragment> fragments;
   bool endsWithSpace = true;
   for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
     for (auto i = block.begin(); !i.atEnd(); ++i) {
-      // The parser leaves what stands between single quotes as it is.
-      QString address = i.fragment().charFormat().anchorHref();
-      address.replace(QLatin1String("&amp;"), QLatin1String("&"));
-      const QUrl url(address);
+      // QTextDocument does not unescape attributes in single quotes.
+      QString href = i.fragment().charFormat().anchorHref();
+      href.replace(QLatin1String("&amp;"), QLatin1String("&"));
+      const QUrl url(href);
       const bool isLink =
           url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
       const QString target = isLink ? url.toString(QUrl::FullyEncoded) : QString();
-      if (parts.empty() || parts.back().url != target) parts.push_back({QString(), target});
+      if (fragments.empty() || fragments.back().url != target)
+        fragments.push_back({QString(), target});
       for (const QChar c : i.fragment().text()) {
-        // An image counts as a space.
-        const bool isSpace = c.isSpace() || c == QChar::ObjectReplacementCharacter;
+        const bool isImage = c == QChar::ObjectReplacementCharacter;
+        const bool isSpace = c.isSpace() || isImage;
         if (isSpace && endsWithSpace) continue;
         endsWithSpace = isSpace;
-        parts.back().text += endsWithSpace ? QChar(u' ') : c;
+        fragments.back().text += endsWithSpace ? QChar(u' ') : c;
       }
     }
-    if (!endsWithSpace) parts.push_back({QStringLiteral(" "), QString()});
+    if (!endsWithSpace) fragments.push_back({QStringLiteral(" "), QString()});
     endsWithSpace = true;
   }
-  std::erase_if(parts, [](const Part& part) { return part.text.isEmpty(); });
-  if (!parts.empty() && parts.back().text == QLatin1String(" ")) parts.pop_back();
-  return parts;
+  std::erase_if(fragments, [](const Fragment& fragment) { return fragment.text.isEmpty(); });
+  if (!fragments.empty() && fragments.back().text == QLatin1String(" ")) fragments.pop_back();
+  return fragments;
 }
 
-QString AttributionLabel::firstCharacters(int count) const {
+QString AttributionLabel::htmlOfFirst(int characterCount) const {
   QString html;
-  for (const Part& part : parts_) {
-    const QString text = part.text.left(count).toHtmlEscaped();
-    html += part.url.isEmpty() ? text : linkTo(part.url, text);
-    count -= part.text.size();
-    if (count <= 0) break;
+  for (const Fragment& fragment : fragments_) {
+    const QString text = fragment.text.left(characterCount).toHtmlEscaped();
+    html += fragment.url.isEmpty() ? text : linkTo(fragment.url, text);
+    characterCount -= fragment.text.size();
+    if (characterCount <= 0) break;
   }
   return html;
 }
 
-bool AttributionLabel::fits(const QString& html) {
+// Returns false if the text needs more than the maximum number of lines.
+bool AttributionLabel::setTextAndFit(const QString& html) {
   setText(html);
   setWordWrap(false);
   const int width = parentWidget()->width();
@@ -110,16 +112,16 @@ bool AttributionLabel::fits(const QString& html) {
 
 void AttributionLabel::layOut() {
   if (length_ == 0) return;
-  if (!fits(firstCharacters(length_))) {
+  if (!setTextAndFit(htmlOfFirst(length_))) {
     const QString more = linkTo(moreLink(), QStringLiteral("…"));
-    // The longest beginning that fits lies in [shortest, longest).
-    int shortest = 0;
-    int longest = std::min(length_, 1000);
-    while (longest - shortest > 1) {
-      const int middle = (shortest + longest) / 2;
-      (fits(firstCharacters(middle) + more) ? shortest : longest) = middle;
+    // Binary search for the largest number of characters that fits, in [fitting, tooLong).
+    int fitting = 0;
+    int tooLong = std::min(length_, 1000);
+    while (tooLong - fitting > 1) {
+      const int middle = (fitting + tooLong) / 2;
+      (setTextAndFit(htmlOfFirst(middle) + more) ? fitting : tooLong) = middle;
     }
-    fits(firstCharacters(shortest) + more);
+    setTextAndFit(htmlOfFirst(fitting) + more);
   }
   const QSize view = parentWidget()->size();
   QSize size = sizeHint();
@@ -133,21 +135,20 @@ void AttributionLabel::open(const QString& link) {
     QDesktopServices::openUrl(QUrl(link));
     return;
   }
-  // Closed by a click outside; Qt destroys it then.
-  auto* const whole = std::make_unique<QScrollArea>(this).release();
-  whole->setWindowFlags(Qt::Popup);
-  whole->setAttribute(Qt::WA_DeleteOnClose);
-  auto notice = std::make_unique<QLabel>(firstCharacters(length_));
-  notice->setTextFormat(Qt::RichText);
-  notice->setWordWrap(true);
-  notice->setOpenExternalLinks(true);
-  notice->setMargin(horizontalPadding);
-  whole->setWidget(notice.release());
-  whole->setWidgetResizable(true);
-  whole->resize(wholeNoticeSize);
-  whole->move(mapToGlobal(rect().bottomRight()) -
-              QPoint(wholeNoticeSize.width(), wholeNoticeSize.height()));
-  whole->show();
+  // Qt closes the popup on a click outside and deletes it then.
+  auto* const popup = std::make_unique<QScrollArea>(this).release();
+  popup->setWindowFlags(Qt::Popup);
+  popup->setAttribute(Qt::WA_DeleteOnClose);
+  auto label = std::make_unique<QLabel>(htmlOfFirst(length_));
+  label->setTextFormat(Qt::RichText);
+  label->setWordWrap(true);
+  label->setOpenExternalLinks(true);
+  label->setMargin(horizontalPadding);
+  popup->setWidget(label.release());
+  popup->setWidgetResizable(true);
+  popup->resize(popupSize);
+  popup->move(mapToGlobal(rect().bottomRight()) - QPoint(popupSize.width(), popupSize.height()));
+  popup->show();
 }
 
 }  // namespace quorvelkit

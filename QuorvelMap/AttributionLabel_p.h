@@ -7,31 +7,31 @@
 
 namespace quorvelkit {
 
-/// The notice of map data in the lower right corner of a view: text and links to http and https
-/// URLs only, whatever HTML it is given, on two lines at most. What does not fit there is shown in
-/// a window of its own when the sign at the end of the second line is clicked.
+/// A label that shows the attribution in the lower right corner of a map view. Shows only the text
+/// of the HTML and its links to http and https URLs. Uses at most two lines. If the text is longer,
+/// the second line ends with a "…" link that opens the whole text in a popup window.
 class AttributionLabel : public QLabel {
  public:
   explicit AttributionLabel(QWidget* view);
 
-  /// Hides the label when there is no text in it.
-  void setNotice(const QString& html);
-  /// Fits the notice into the view.
+  /// Hides the label if the HTML contains no text.
+  void setHtml(const QString& html);
+  /// Fits the text into the view.
   void layOut();
 
  private:
-  struct Part {
+  struct Fragment {
     QString text;
-    // Empty outside links.
+    // Empty if the text is not a link.
     QString url;
   };
 
-  static std::vector<Part> partsOf(const QString& html);
-  QString firstCharacters(int count) const;
-  bool fits(const QString& html);
+  static std::vector<Fragment> parseFragments(const QString& html);
+  QString htmlOfFirst(int characterCount) const;
+  bool setTextAndFit(const QString& html);
   void open(const QString& link);
 
-  std::vector<Part> parts_;
+  std::vector<Fragment> fragments_;
   int length_ = 0;
 };
 

@@ -10,68 +10,69 @@ namespace quorvelkit {
 
 namespace {
 
-constexpr int maximumComplaints = 10;
+constexpr int maximumMessages = 10;
 
-// Shared with every thread that logs, to the end of the process.
-struct Logs {
+// Used by all threads that log. Never destroyed.
+struct LogRegistry {
   std::mutex mutex;
-  std::vector<EngineLog*> open;
-  QtMessageHandler next = nullptr;
-  // [ ERROR ]  "{thread}[Style]: Failed to load sprite: HTTP status code 404"
-  const QRegularExpression line{
+  std::vector<EngineLog*> logs;
+  QtMessageHandler nextHandler = nullptr;
+  // Example: [ ERROR ]  "{thread}[Style]: Failed to load sprite: HTTP status code 404"
+  const QRegularExpression lineFormat{
       QString::fromLatin1("^\\[ (\\w+) \\]\\s+\"\\{[^}]*\\}\\[\\w+\\]: (.*)\"\\s*$"),
       QRegularExpression::DotMatchesEverythingOption};
-  const QRegularExpression tile{QString::fromLatin1(R"(^Failed to load tile \S+ for source)")};
+  const QRegularExpression tileFailure{
+      QString::fromLatin1(R"(^Failed to load tile \S+ for source)")};
 };
 
-Logs& logs() {
-  static Logs* const all = std::make_unique<Logs>().release();
-  return *all;
+LogRegistry& registry() {
+  static LogRegistry* const instance = std::make_unique<LogRegistry>().release();
+  return *instance;
 }
 
 }  // namespace
 
 EngineLog::EngineLog() {
-  if (logs().next == nullptr) {
-    // Other threads may log meanwhile: Qt's own handler has their lines until the next one is
-    // known.
-    logs().next = qInstallMessageHandler(nullptr);
+  if (registry().nextHandler == nullptr) {
+    // Another thread may log before the previous handler is known. Therefore Qt's default handler
+    // is installed first.
+    registry().nextHandler = qInstallMessageHandler(nullptr);
     qInstallMessageHandler(handle);
   }
-  const std::lock_guard lock(logs().mutex);
-  logs().open.push_back(this);
+  const std::lock_guard lock(registry().mutex);
+  registry().logs.push_back(this);
 }
 
 EngineLog::~EngineLog() {
-  const std::lock_guard lock(logs().mutex);
-  std::erase(logs().open, this);
+  const std::lock_guard lock(registry().mutex);
+  std::erase(registry().logs, this);
 }
 
-QStringList EngineLog::complaints() const {
-  const std::lock_guard lock(logs().mutex);
-  if (left_ == 0) return complaints_;
-  return complaints_ + QStringList(QStringLiteral("and %1 more").arg(left_));
+QStringList EngineLog::messages() const {
+  const std::lock_guard lock(registry().mutex);
+  if (omittedCount_ == 0) return messages_;
+  return messages_ + QStringList(QStringLiteral("and %1 more").arg(omittedCount_));
 }
 
-void EngineLog::take(const QString& complaint) {
-  if (complaints_.contains(complaint)) return;
-  if (complaints_.size() < maximumComplaints) {
-    complaints_ += complaint;
+void EngineLog::add(const QString& message) {
+  if (messages_.contains(message)) return;
+  if (messages_.size() < maximumMessages) {
+    messages_ += message;
   } else {
-    ++left_;
+    ++omittedCount_;
   }
 }
 
 void EngineLog::handle(QtMsgType type, const QMessageLogContext& context, const QString& text) {
-  const QRegularExpressionMatch match = logs().line.match(text);
-  if (!match.hasMatch()) return logs().next(type, context, text);
+  const QRegularExpressionMatch match = registry().lineFormat.match(text);
+  if (!match.hasMatch()) return registry().nextHandler(type, context, text);
   const QString severity = match.captured(1);
   if (severity != QLatin1String("WARNING") && severity != QLatin1String("ERROR")) return;
-  const QString complaint =
-      match.captured(2).replace(logs().tile, QStringLiteral("Failed to load tiles of source"));
-  const std::lock_guard lock(logs().mutex);
-  for (EngineLog* const log : logs().open)
-    log->take(complaint);
+  const QString message = match.captured(2).replace(
+      registry().tileFailure, QStringLiteral("Failed to load tiles of source"));
+  const std::lock_guard lock(registry().mutex);
+  for (EngineLog* const log : registry().logs)
+    log->add(message);
 }
 
 }  // namespace quorvelkit

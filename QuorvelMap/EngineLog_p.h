@@ -6,11 +6,13 @@
 
 namespace quorvelkit {
 
-/// Collects, while it lives, what the Mapbox GL engine complains about. The engine writes to Qt's
-/// log and names no view: with several at work each collects the lines of all.
+/// Collects the warnings and errors that the Mapbox GL engine writes to Qt's log. These messages do
+/// not name a map view: if several objects exist, each collects the messages of all engines.
 ///
-/// The first one puts a message handler in front of the one that is there, for good: lines of the
-/// engine stop at it, all others pass. A handler that is installed later gets them all.
+/// The constructor of the first object installs a Qt message handler, which stays to the end of the
+/// process. It removes the engine's messages from the log and passes all others to the previous
+/// handler. A handler that is installed later receives the engine's messages, and this class does
+/// not. Create and destroy objects on the GUI thread.
 class EngineLog {
  public:
   EngineLog();
@@ -18,15 +20,16 @@ class EngineLog {
   EngineLog& operator=(const EngineLog&) = delete;
   ~EngineLog();
 
-  /// Each complaint once, the first ten; one for all tiles of a source.
-  QStringList complaints() const;
+  /// At most ten different messages and the number of the others. Contains one message for all
+  /// failed tiles of a source. Thread-safe.
+  QStringList messages() const;
 
  private:
   static void handle(QtMsgType type, const QMessageLogContext& context, const QString& text);
-  void take(const QString& complaint);
+  void add(const QString& message);
 
-  QStringList complaints_;
-  int left_ = 0;
+  QStringList messages_;
+  int omittedCount_ = 0;
 };
 
 }  // namespace quorvelkit

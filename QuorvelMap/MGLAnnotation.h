@@ -8,9 +8,9 @@
 
 namespace quorvelkit {
 
-/// What a map view draws besides its map: the base of MGLPointAnnotation and MGLPolyline. Fill an
-/// annotation before it is added, on any thread; a map view that has it does not see later changes,
-/// and shares in owning it until it is removed.
+/// A marker or a line on a map view: the base class of MGLPointAnnotation and MGLPolyline. Set its
+/// properties before you add it to a map view, on any thread; the map view ignores later changes.
+/// The map view shares the ownership until the annotation is removed.
 class QUORVELKIT_EXPORT MGLAnnotation {
  public:
   virtual ~MGLAnnotation();
@@ -18,7 +18,8 @@ class QUORVELKIT_EXPORT MGLAnnotation {
   MGLAnnotation(const MGLAnnotation&) = delete;
   MGLAnnotation& operator=(const MGLAnnotation&) = delete;
 
-  /// UTF-8. A point's title is drawn beside its marker; a polyline's is not drawn.
+  /// UTF-8. The map view draws the title of a point annotation as a label at its marker. It does
+  /// not draw the title of a polyline.
   const std::string& title() const { return title_; }
   void setTitle(std::string title) { title_ = std::move(title); }
 

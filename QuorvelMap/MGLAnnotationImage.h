@@ -7,11 +7,11 @@
 
 namespace quorvelkit {
 
-/// The picture of a marker, drawn with its middle on the marker's position. Its size on screen is
-/// that of the picture divided by QImage::devicePixelRatio(). A null picture stands for the pin.
+/// The image of a marker. Its center is at the marker's coordinate. Its size on the screen is the
+/// size of the QImage divided by QImage::devicePixelRatio(). A null image means the standard pin.
 class MGLAnnotationImage {
  public:
-  /// The identifier is the application's own name for the picture; the map view does not read it.
+  /// The identifier is a name for use by the application. The map view does not read it.
   explicit MGLAnnotationImage(QImage image, std::string reuseIdentifier = {})
       : image_(std::move(image)), reuseIdentifier_(std::move(reuseIdentifier)) {}
 

@@ -34,98 +34,103 @@ struct MGLMapView::Private {
   explicit Private(MGLMapView* mapView)
       : view(mapView),
         markers(new MarkerLayer(mapView)),
-        notice(new AttributionLabel(mapView)),
-        engine(mapView, {[this] { show(); }, [this] { followCamera(); }}),
+        attribution(new AttributionLabel(mapView)),
+        engine(mapView, {[this] { showCanvas(); }, [this] { updateForCamera(); }}),
         input(*mapView),
         controls(*mapView, input) {}
   Private(const Private&) = delete;
   Private& operator=(const Private&) = delete;
 
-  // An annotation with its looks, as they were when it was added.
-  struct Drawn {
+  // The appearance of an annotation at the time when it was added.
+  struct Appearance {
     std::optional<DrawnLine> line;
     std::optional<DrawnMarker> marker;
   };
 
   MGLMapView* const view;
   MarkerLayer* const markers;
-  AttributionLabel* const notice;
+  AttributionLabel* const attribution;
   QColor tintColor;
   std::weak_ptr<MGLMapViewDelegate> delegate;
-  AnnotationStore<std::shared_ptr<const MGLAnnotation>, Drawn> annotations;
+  AnnotationStore<std::shared_ptr<const MGLAnnotation>, Appearance> annotations;
   MapEngine engine;
   MapInput input;
   MapControls controls;
-  // The last focus came by a key, or a key was used since.
-  bool usesKeyboard = false;
+  // True if the view got the focus by a key or has handled a key since.
+  bool isKeyboardUsed = false;
 
-  void showFocus(bool byKeyboard) {
-    usesKeyboard = byKeyboard;
-    controls.showFocus(byKeyboard);
+  void setFocusShown(bool byKeyboard) {
+    isKeyboardUsed = byKeyboard;
+    controls.setFocusShown(byKeyboard);
   }
 
-  Drawn looksOf(const MGLAnnotation& annotation) {
-    Drawn looks;
-    const auto asked = delegate.lock();
-    if (const auto* line = dynamic_cast<const MGLPolyline*>(&annotation)) {
-      std::optional<double> width;
-      std::optional<QColor> color;
-      std::optional<double> alpha;
-      if (asked) {
-        width = asked->lineWidthForPolylineAnnotation(*view, *line);
-        color = asked->strokeColorForShapeAnnotation(*view, *line);
-        alpha = asked->alphaForShapeAnnotation(*view, *line);
-      }
-      looks.line.emplace();
-      looks.line->pieces = splitAtAntimeridian(line->coordinates());
-      looks.line->width = std::max(width.value_or(defaultLineWidth), 0.0);
-      looks.line->color = color.value_or(view->tintColor());
-      looks.line->color.setAlphaF(looks.line->color.alphaF() *
-                                  std::clamp(alpha.value_or(1), 0.0, 1.0));
-    } else if (const auto* point = dynamic_cast<const MGLPointAnnotation*>(&annotation)) {
-      looks.marker.emplace();
-      if (asked) {
-        if (const auto image = asked->imageForAnnotation(*view, annotation)) {
-          looks.marker->image = image->image();
-        }
-      }
-      looks.marker->coordinate = point->coordinate();
-      looks.marker->title = QString::fromStdString(annotation.title());
+  DrawnLine drawnLine(const MGLPolyline& polyline) {
+    std::optional<double> width;
+    std::optional<QColor> color;
+    std::optional<double> alpha;
+    if (const auto lockedDelegate = delegate.lock()) {
+      width = lockedDelegate->lineWidthForPolylineAnnotation(*view, polyline);
+      color = lockedDelegate->strokeColorForShapeAnnotation(*view, polyline);
+      alpha = lockedDelegate->alphaForShapeAnnotation(*view, polyline);
     }
-    return looks;
+    DrawnLine line;
+    line.pieces = splitAtAntimeridian(polyline.coordinates());
+    line.width = std::max(width.value_or(defaultLineWidth), 0.0);
+    line.color = color.value_or(view->tintColor());
+    line.color.setAlphaF(line.color.alphaF() * std::clamp(alpha.value_or(1), 0.0, 1.0));
+    return line;
   }
 
-  void drawLine(const Drawn& looks) {
-    if (engine.canvas() != nullptr && looks.line && looks.line->width > 0)
-      engine.canvas()->add(*looks.line);
+  DrawnMarker drawnMarker(const MGLPointAnnotation& point) {
+    DrawnMarker marker;
+    if (const auto lockedDelegate = delegate.lock()) {
+      const auto image = lockedDelegate->imageForAnnotation(*view, point);
+      if (image) marker.image = image->image();
+    }
+    marker.coordinate = point.coordinate();
+    marker.title = QString::fromStdString(point.title());
+    return marker;
   }
 
-  void show() {
-    for (const Drawn& looks : annotations.looks())
-      drawLine(looks);
+  Appearance appearanceOf(const MGLAnnotation& annotation) {
+    if (const auto* polyline = dynamic_cast<const MGLPolyline*>(&annotation))
+      return {drawnLine(*polyline), std::nullopt};
+    if (const auto* point = dynamic_cast<const MGLPointAnnotation*>(&annotation))
+      return {std::nullopt, drawnMarker(*point)};
+    return {};
+  }
+
+  void drawLine(const Appearance& appearance) {
+    if (engine.canvas() != nullptr && appearance.line && appearance.line->width > 0)
+      engine.canvas()->add(*appearance.line);
+  }
+
+  void showCanvas() {
+    for (const Appearance& appearance : annotations.appearances())
+      drawLine(appearance);
     QWidget* const canvas = engine.canvas()->widget();
-    // Events are for the view, which handles them the same way for each canvas.
+    // The map view handles all events, so that input is the same for all engines.
     canvas->setAttribute(Qt::WA_TransparentForMouseEvents);
     canvas->setFocusPolicy(Qt::NoFocus);
     canvas->show();
     canvas->lower();
-    followCamera();
-    notice->setNotice(engine.attribution());
+    updateForCamera();
+    attribution->setHtml(engine.attribution());
     layOut();
   }
 
-  void followCamera() {
+  void updateForCamera() {
     markers->setCamera(engine.camera());
     controls.updateScale();
   }
 
-  // Canvas and markers fill the view; the notice stands in its lower right corner, above all else.
+  // The attribution is above all other widgets.
   void layOut() {
     if (engine.canvas() != nullptr) engine.canvas()->widget()->setGeometry(view->rect());
     markers->setGeometry(view->rect());
-    notice->layOut();
-    controls.layOut(notice->isHidden() ? QRect() : notice->geometry());
-    notice->raise();
+    attribution->layOut();
+    controls.layOut(attribution->isHidden() ? QRect() : attribution->geometry());
+    attribution->raise();
   }
 };
 
@@ -137,8 +142,8 @@ MGLMapView::MGLMapView(const QRect& frame, QWidget* parent)
   setAttribute(Qt::WA_AcceptTouchEvents);
   setFocusPolicy(Qt::StrongFocus);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-  // An engine must be gone before the plugins that it uses are, and those go with the application
-  // object. The view itself may stay: a handler of a request under way may hold it.
+  // The application object unloads the plugins of the engine, so the engine stops before. The view
+  // may live longer, because the handler of a running request may own it.
   connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
           [this] { d_->engine.stop(); });
   if (!frame.isNull()) setGeometry(frame);
@@ -180,7 +185,7 @@ void MGLMapView::setZoomLevel(double level) {
 
 void MGLMapView::setVisibleCoordinates(const std::vector<Coordinate>& coordinates,
                                        const QMargins& edgePadding) {
-  const auto camera = cameraShowing(coordinates, size(), edgePadding);
+  const auto camera = cameraFitting(coordinates, size(), edgePadding);
   if (camera) d_->engine.setCamera(*camera);
 }
 
@@ -197,9 +202,9 @@ const MGLMapView::Annotations& MGLMapView::annotations() const { return d_->anno
 void MGLMapView::addAnnotations(const Annotations& annotations) {
   for (const auto& annotation : annotations) {
     if (!annotation || d_->annotations.contains(annotation)) continue;
-    Private::Drawn looks = d_->looksOf(*annotation);
-    if (!d_->annotations.add(annotation, std::move(looks))) continue;
-    const Private::Drawn& drawn = d_->annotations.looks().back();
+    Private::Appearance appearance = d_->appearanceOf(*annotation);
+    if (!d_->annotations.add(annotation, std::move(appearance))) continue;
+    const Private::Appearance& drawn = d_->annotations.appearances().back();
     d_->drawLine(drawn);
     if (drawn.marker) d_->markers->add(*drawn.marker);
   }
@@ -209,25 +214,25 @@ void MGLMapView::removeAnnotations(const Annotations& annotations) {
   d_->annotations.remove(annotations);
   d_->markers->clear();
   if (d_->engine.canvas() != nullptr) d_->engine.canvas()->clear();
-  for (const auto& looks : d_->annotations.looks()) {
-    d_->drawLine(looks);
-    if (looks.marker) d_->markers->add(*looks.marker);
+  for (const auto& appearance : d_->annotations.appearances()) {
+    d_->drawLine(appearance);
+    if (appearance.marker) d_->markers->add(*appearance.marker);
   }
 }
 
 QString MGLMapView::engineNote() const { return d_->engine.note(); }
 
-bool MGLMapView::showsZoomButtons() const { return d_->controls.hasButtons(); }
-void MGLMapView::setShowsZoomButtons(bool shown) { d_->controls.showButtons(shown); }
-bool MGLMapView::showsScaleBar() const { return d_->controls.hasScaleBar(); }
-void MGLMapView::setShowsScaleBar(bool shown) { d_->controls.showScaleBar(shown); }
+bool MGLMapView::showsZoomButtons() const { return d_->controls.showsButtons(); }
+void MGLMapView::setShowsZoomButtons(bool shown) { d_->controls.setShowsButtons(shown); }
+bool MGLMapView::showsScaleBar() const { return d_->controls.showsScaleBar(); }
+void MGLMapView::setShowsScaleBar(bool shown) { d_->controls.setShowsScaleBar(shown); }
 
 QSize MGLMapView::sizeHint() const { return {480, 360}; }
 QSize MGLMapView::minimumSizeHint() const { return {160, 120}; }
 
 bool MGLMapView::event(QEvent* event) {
   switch (event->type()) {
-    // An engine's drawing context belongs to its window; it is started anew in the next one.
+    // The OpenGL context of an engine belongs to the window. showEvent() restarts the engine.
     case QEvent::ParentAboutToChange: d_->engine.stop(); break;
     case QEvent::TouchBegin:
     case QEvent::TouchUpdate:
@@ -240,21 +245,21 @@ bool MGLMapView::event(QEvent* event) {
   return QWidget::event(event);
 }
 
-// The frame is for those who use keys. A window that comes to the front leaves it as it was.
+// Shows the focus frame to keyboard users only. A window that becomes active does not change it.
 void MGLMapView::focusInEvent(QFocusEvent* event) {
   switch (event->reason()) {
     case Qt::ActiveWindowFocusReason:
     case Qt::PopupFocusReason:
-    case Qt::MenuBarFocusReason: d_->showFocus(d_->usesKeyboard); break;
-    default: d_->showFocus(event->reason() != Qt::MouseFocusReason);
+    case Qt::MenuBarFocusReason: d_->setFocusShown(d_->isKeyboardUsed); break;
+    default: d_->setFocusShown(event->reason() != Qt::MouseFocusReason);
   }
 }
 
-void MGLMapView::focusOutEvent(QFocusEvent*) { d_->controls.showFocus(false); }
+void MGLMapView::focusOutEvent(QFocusEvent*) { d_->controls.setFocusShown(false); }
 
 void MGLMapView::keyPressEvent(QKeyEvent* event) {
   event->setAccepted(d_->input.key(*event));
-  if (event->isAccepted()) d_->showFocus(true);
+  if (event->isAccepted()) d_->setFocusShown(true);
 }
 
 void MGLMapView::mouseDoubleClickEvent(QMouseEvent* event) {

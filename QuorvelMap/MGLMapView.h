@@ -19,21 +19,22 @@ namespace quorvelkit {
 
 class MGLMapViewDelegate;
 
-/// A map to move and zoom with mouse, wheel, fingers and keys, and the annotations drawn on it.
+/// A widget that shows a map with annotations. The user can move and zoom the map.
 ///
-/// Dragging moves the map. The wheel, two fingers and a double click or tap zoom about their place.
-/// With the keyboard focus, the arrow keys move the map, plus and minus zoom, and Home shows all
-/// lines (all markers if there are no lines). Assistive programs read the accessible name of the
-/// view ("Map" unless set), and its markers by their titles.
+/// Dragging moves the map. The mouse wheel, two fingers, a double click and a double tap zoom about
+/// their position. With the keyboard focus, the arrow keys move the map, the plus and minus keys
+/// zoom, and Home shows all lines (all markers if there are no lines). Assistive programs get the
+/// accessible name of the view (default: "Map") and the titles of its markers.
 ///
-/// The map is drawn by Qt Location's Mapbox GL engine. Where that cannot run (no OpenGL, a plugin
-/// or driver missing) a simpler engine takes its place, at the last a plain one of this library's
-/// own, so that lines and markers are always seen; engineNote() tells which and why. With the
-/// default style nothing goes out to the network (docs/map.md says what the engine asks the system
-/// about it), and map data are kept in memory, never on disk.
+/// The Mapbox GL engine of Qt Location draws the map. If it cannot run (no OpenGL, or a plugin or a
+/// driver is missing), a simpler engine is used. The last choice is a painter of this library that
+/// always works and draws the lines and markers on a plain background. engineNote() names the
+/// engine and the reason. With the default style the view sends nothing to the network; docs/map.md
+/// lists the system calls of the engine. The view keeps map data in memory and writes none to disk.
 ///
-/// The engine starts when the view is shown first, and ends with QCoreApplication::exec(). Use the
-/// view on the GUI thread only, and destroy it before the QApplication.
+/// The engine starts when the view is shown for the first time, and stops when
+/// QCoreApplication::exec() ends. Use the view on the GUI thread, and destroy it before the
+/// QApplication.
 class QUORVELKIT_EXPORT MGLMapView : public QWidget {
   Q_OBJECT
 
@@ -43,63 +44,67 @@ class QUORVELKIT_EXPORT MGLMapView : public QWidget {
   explicit MGLMapView(const QRect& frame = QRect(), QWidget* parent = nullptr);
   ~MGLMapView() override;
 
-  /// Position in the parent, and size.
+  /// The position in the parent widget, and the size.
   QRect frame() const { return geometry(); }
   void setFrame(const QRect& frame) { setGeometry(frame); }
 
-  /// The colour of lines for which the delegate names none: the palette's highlight colour unless
-  /// set. An invalid colour goes back to that. Lines drawn already keep theirs.
+  /// The color of lines for which the delegate returns no color. Default, also after setting an
+  /// invalid color: the highlight color of the palette. Does not change lines that were added
+  /// before.
   QColor tintColor() const;
   void setTintColor(const QColor& color);
 
-  /// Asked for the looks of annotations while they are added. Held weakly.
+  /// Decides the appearance of annotations when they are added. The view does not own it.
   std::shared_ptr<MGLMapViewDelegate> delegate() const;
   void setDelegate(std::weak_ptr<MGLMapViewDelegate> delegate);
 
-  /// A Mapbox style (version 8) at an http, https, file or qrc URL; the map goes over to it once
-  /// it has been read. One that cannot be read leaves the map on the default style and its reason
-  /// in engineNote(). An empty URL means the default style: a plain background. The "attribution"
-  /// of the style's sources, and of the TileJSON documents that their "url" names, is kept in
-  /// sight.
+  /// The http, https, file or qrc URL of a Mapbox style (version 8). The view shows the style when
+  /// it is loaded. If that fails, the view shows the default style, and engineNote() contains the
+  /// reason. An empty URL means the default style: a plain background. The view shows the
+  /// "attribution" of the style's sources and of the TileJSON documents at their "url".
   QUrl styleURL() const;
   void setStyleURL(const QUrl& url);
 
-  /// A server of raster tiles at <URL>/{z}/{x}/{y}.png for machines without the Mapbox GL engine.
-  /// None unless set. The attribution is what the tiles' data want said about them; it is kept in
-  /// sight while they are. Takes effect when the engine starts.
+  /// A server of raster tiles at <URL>/{z}/{x}/{y}.png, used if the Mapbox GL engine cannot run.
+  /// Default: none. The view shows the attribution (HTML) while it uses the tiles. Takes effect
+  /// when the engine starts.
   QUrl tileHost() const;
   void setTileHost(const QUrl& url, const QString& attribution = QString());
 
-  /// The middle of the view; (0, 0) at first. Engines keep the world's edges out of sight, so what
-  /// is read back can differ from what was set.
+  /// The coordinate at the center of the view. Default: (0, 0). The engine moves it if the view
+  /// would show the upper or lower edge of the world, so the value can differ from the one that was
+  /// set.
   Coordinate centerCoordinate() const;
   void setCenterCoordinate(Coordinate center);
-  /// The whole world is 512 device-independent pixels wide at level 0, twice that at 1, and so on.
+  /// At level 0, the world is 512 device-independent pixels wide; each level doubles the width.
+  /// Clamped to [0, 20]. Default: 0.
   double zoomLevel() const;
   void setZoomLevel(double level);
-  /// Moves and zooms so that the positions are in view, as large as the present size allows when
-  /// the given margins (device-independent pixels) stay free, but not beyond level 17. Positions
-  /// that are not finite are left out; does nothing when there are no others.
+  /// Sets the center and the largest zoom level, at most 17, at which the view shows all
+  /// coordinates inside the margins (device-independent pixels). Uses the current size of the view.
+  /// Ignores coordinates that are not finite, and has no effect if there are no others.
   void setVisibleCoordinates(const std::vector<Coordinate>& coordinates,
                              const QMargins& edgePadding = QMargins());
-  /// Where a position is in this view, in device-independent pixels from its upper left corner, and
-  /// the position at such a place.
+  /// Converts between coordinates and points of this view. Units of points: device-independent
+  /// pixels from the upper left corner.
   QPointF convertCoordinate(Coordinate coordinate) const;
   Coordinate convertPoint(const QPointF& point) const;
 
-  /// In the order they were added.
+  /// In the order in which they were added.
   const Annotations& annotations() const;
-  /// Adds and draws them, later ones above, but markers always above lines. Empty pointers and
-  /// those the view has already are left out.
+  /// Adds and draws annotations. Later lines are drawn above earlier ones, later markers above
+  /// earlier ones, and all markers above all lines. Ignores null pointers and annotations that the
+  /// view already contains.
   void addAnnotations(const Annotations& annotations);
   void removeAnnotations(const Annotations& annotations);
 
-  /// Which engine draws, and what was missing when it is not the first choice. For people to read;
-  /// an engine that fails later, or a style that arrives, changes it.
+  /// A text for humans: the engine in use, why the preferred engines cannot run, and the errors of
+  /// the style. It changes when the engine or the style changes or fails.
   QString engineNote() const;
 
-  /// The buttons for zooming in the upper right corner, and the scale bar in the lower left one, in
-  /// meters or in feet and miles as the widget's locale() has it. Both are shown unless hidden.
+  /// The zoom buttons in the upper right corner and the scale bar in the lower left corner. The
+  /// scale bar uses meters and kilometers, or feet and miles, by the widget's locale(). Default:
+  /// both are shown.
   bool showsZoomButtons() const;
   void setShowsZoomButtons(bool shown);
   bool showsScaleBar() const;

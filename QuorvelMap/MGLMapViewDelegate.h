@@ -13,26 +13,26 @@ namespace quorvelkit {
 
 class MGLMapView;
 
-/// Styles what is drawn on a map view. Every function is optional: override those that matter, the
-/// base's empty answer stands for "not implemented" and the asker's default applies.
+/// Decides the appearance of annotations on a map view. Every function is optional: the base class
+/// returns an empty value, and the map view then uses its default.
 ///
-/// The map view asks when an annotation is added to it, on the GUI thread, and keeps the answers:
-/// width, colour and alpha of a line, in this order, and the image of a point. What the delegate
-/// adds to the map view meanwhile comes to lie below the annotation that it is asked about.
+/// The map view calls the functions on the GUI thread when an annotation is added, and stores the
+/// results: width, color and alpha for a line, in this order, or the image for a point. Annotations
+/// that the delegate adds inside such a call are drawn below the annotation of the call.
 class QUORVELKIT_EXPORT MGLMapViewDelegate {
  public:
   virtual ~MGLMapViewDelegate();
 
-  /// A point's marker. Default: the map view's own pin.
+  /// The image of a marker. Default: the standard pin.
   virtual std::optional<MGLAnnotationImage> imageForAnnotation(MGLMapView& mapView,
                                                                const MGLAnnotation& annotation);
-  /// In device-independent pixels; a line of width 0 or less is not drawn. Default: 3.
+  /// In device-independent pixels. A line with a width of 0 or less is not drawn. Default: 3.
   virtual std::optional<double> lineWidthForPolylineAnnotation(MGLMapView& mapView,
                                                                const MGLPolyline& annotation);
-  /// Default: the map view's tint colour.
+  /// Default: MGLMapView::tintColor().
   virtual std::optional<QColor> strokeColorForShapeAnnotation(MGLMapView& mapView,
                                                               const MGLAnnotation& annotation);
-  /// From 0 (invisible) to 1, multiplied with the colour's own alpha. Default: 1.
+  /// From 0 (invisible) to 1. Multiplied by the alpha of the color. Default: 1.
   virtual std::optional<double> alphaForShapeAnnotation(MGLMapView& mapView,
                                                         const MGLAnnotation& annotation);
 };

@@ -6,7 +6,7 @@
 
 namespace quorvelkit {
 
-/// A marker at one position, (0, 0) unless set.
+/// A marker at one coordinate. Default: (0, 0).
 class QUORVELKIT_EXPORT MGLPointAnnotation : public MGLAnnotation {
  public:
   MGLPointAnnotation();

@@ -9,9 +9,9 @@
 
 namespace quorvelkit {
 
-/// A line through positions in their order. Between two neighbours it takes the shorter way around
-/// the globe, so a line may cross the antimeridian. Positions that are not finite are passed over;
-/// with fewer than two others nothing is drawn.
+/// A line through coordinates. Between two coordinates it takes the shorter way around the globe,
+/// so it can cross the antimeridian. The map view skips coordinates that are not finite, and draws
+/// nothing if fewer than two others remain.
 class QUORVELKIT_EXPORT MGLPolyline : public MGLAnnotation {
  public:
   explicit MGLPolyline(std::vector<Coordinate> coordinates);

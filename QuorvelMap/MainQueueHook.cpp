@@ -11,7 +11,8 @@ namespace quorvelkit {
 
 namespace {
 
-class Receiver : public QObject {
+// Runs the blocks of the main queue when Qt delivers its event.
+class MainQueueRunner : public QObject {
  public:
   bool event(QEvent* event) override {
     if (event->type() != QEvent::User) return QObject::event(event);
@@ -19,7 +20,7 @@ class Receiver : public QObject {
     return true;
   }
 
-  // The queue of events owns what is posted.
+  // Qt's event queue owns the event.
   void wakeUp() {
     QCoreApplication::postEvent(this, std::make_unique<QEvent>(QEvent::User).release());
   }
@@ -28,15 +29,15 @@ class Receiver : public QObject {
 }  // namespace
 
 void installMainQueueHook() {
-  // Never destroyed: handlers may come in from other threads until the process has ended.
-  static Receiver* receiver = nullptr;
+  // Never destroyed: other threads may call the hook until the process ends.
+  static MainQueueRunner* runner = nullptr;
   MainQueue& queue = MainQueue::main();
   if (!queue.hasWakeUpHook()) {
-    if (receiver == nullptr) receiver = std::make_unique<Receiver>().release();
-    queue.setWakeUpHook([] { receiver->wakeUp(); });
-  } else if (receiver != nullptr) {
-    // An application object that ended took its posted events with it.
-    receiver->wakeUp();
+    if (runner == nullptr) runner = std::make_unique<MainQueueRunner>().release();
+    queue.setWakeUpHook([] { runner->wakeUp(); });
+  } else if (runner != nullptr) {
+    // The destructor of an earlier application object has deleted the posted events.
+    runner->wakeUp();
   }
 }
 

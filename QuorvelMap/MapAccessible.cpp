@@ -16,8 +16,8 @@ namespace quorvelkit {
 
 namespace {
 
-// What a marker covers: a pin with its tip on the position.
-constexpr QRect markerBox(-13, -36, 26, 36);
+// The area of the standard pin, relative to its tip.
+constexpr QRect markerRect(-13, -36, 26, 36);
 
 class AccessibleMarker : public QAccessibleInterface {
  public:
@@ -40,7 +40,7 @@ class AccessibleMarker : public QAccessibleInterface {
     QAccessible::State state;
     state.readOnly = true;
     state.invisible = !isValid() || !view_->isVisible();
-    state.offscreen = !isValid() || !view_->rect().intersects(box());
+    state.offscreen = !isValid() || !view_->rect().intersects(viewRect());
     return state;
   }
 
@@ -60,32 +60,35 @@ class AccessibleMarker : public QAccessibleInterface {
 
   QRect rect() const override {
     if (!isValid()) return QRect();
-    return QRect(view_->mapToGlobal(box().topLeft()), box().size());
+    return QRect(view_->mapToGlobal(viewRect().topLeft()), viewRect().size());
   }
 
  private:
-  // Call it while this is valid.
-  QRect box() const {
-    return markerBox.translated(view_->convertCoordinate(marker_.lock()->coordinate()).toPoint());
+  // Requires isValid().
+  QRect viewRect() const {
+    return markerRect.translated(view_->convertCoordinate(marker_.lock()->coordinate()).toPoint());
   }
 
   const QPointer<MGLMapView> view_;
   const std::weak_ptr<const MGLPointAnnotation> marker_;
 };
 
-// Its children are the controls that have a name, the notice about the data, and then the markers.
+// The accessible map view. Its children are the widgets with an accessible name, the attribution,
+// and the markers, in this order.
 class AccessibleMap : public QAccessibleWidget {
  public:
   explicit AccessibleMap(MGLMapView& view)
       : QAccessibleWidget(&view, QAccessible::Grouping), view_(view) {}
   AccessibleMap(const AccessibleMap&) = delete;
   AccessibleMap& operator=(const AccessibleMap&) = delete;
-  ~AccessibleMap() override { forgetMarkers(); }
+  ~AccessibleMap() override { deleteMarkers(); }
 
-  int childCount() const override { return controls().size() + static_cast<int>(markers().size()); }
+  int childCount() const override {
+    return accessibleWidgets().size() + static_cast<int>(markers().size());
+  }
 
   QAccessibleInterface* child(int index) const override {
-    const auto widgets = controls();
+    const auto widgets = accessibleWidgets();
     if (index < 0 || index >= childCount()) return nullptr;
     if (index < widgets.size()) return QAccessible::queryAccessibleInterface(widgets[index]);
     return QAccessible::accessibleInterface(
@@ -99,9 +102,9 @@ class AccessibleMap : public QAccessibleWidget {
     return -1;
   }
 
-  // Of two markers at one place, the later one is above.
+  // Starts with the last marker, because it is drawn above the others.
   QAccessibleInterface* childAt(int x, int y) const override {
-    const auto count = controls().size();
+    const auto count = accessibleWidgets().size();
     for (int index = 0; index < count; ++index) {
       if (child(index)->rect().contains(x, y)) return child(index);
     }
@@ -112,14 +115,15 @@ class AccessibleMap : public QAccessibleWidget {
   }
 
  private:
-  QList<QWidget*> controls() const {
-    QList<QWidget*> read;
+  QList<QWidget*> accessibleWidgets() const {
+    QList<QWidget*> widgets;
     for (QWidget* const widget :
          view_.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
-      const bool isRead = !widget->accessibleName().isEmpty() || qobject_cast<QLabel*>(widget);
-      if (isRead && !widget->isHidden()) read.append(widget);
+      const bool isAccessible =
+          !widget->accessibleName().isEmpty() || qobject_cast<QLabel*>(widget);
+      if (isAccessible && !widget->isHidden()) widgets.append(widget);
     }
-    return read;
+    return widgets;
   }
 
   const std::vector<QAccessible::Id>& markers() const {
@@ -128,19 +132,19 @@ class AccessibleMap : public QAccessibleWidget {
                    [](const auto& one, const auto& other) { return one == other.lock(); })) {
       return markers_;
     }
-    forgetMarkers();
+    deleteMarkers();
     annotations_.assign(present.begin(), present.end());
     for (const auto& annotation : present) {
       auto marker = std::dynamic_pointer_cast<const MGLPointAnnotation>(annotation);
       if (!marker) continue;
-      // Qt owns what is registered.
+      // Qt owns registered objects.
       markers_.push_back(QAccessible::registerAccessibleInterface(
           std::make_unique<AccessibleMarker>(view_, std::move(marker)).release()));
     }
     return markers_;
   }
 
-  void forgetMarkers() const {
+  void deleteMarkers() const {
     for (const QAccessible::Id id : markers_)
       QAccessible::deleteAccessibleInterface(id);
     markers_.clear();

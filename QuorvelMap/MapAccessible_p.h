@@ -3,8 +3,8 @@
 
 namespace quorvelkit {
 
-/// Lets assistive programs read map views: their markers become children with a name and a place.
-/// Further calls do nothing.
+/// Makes map views accessible: assistive programs get each marker as a child of the view, with a
+/// name and a position. Further calls have no effect.
 void installMapAccessibility();
 
 }  // namespace quorvelkit

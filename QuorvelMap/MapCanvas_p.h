@@ -11,14 +11,16 @@ class QWidget;
 
 namespace quorvelkit {
 
+/// A line with its appearance.
 struct DrawnLine {
   std::vector<std::vector<Coordinate>> pieces;
+  /// In device-independent pixels.
   double width = 0;
   QColor color;
 };
 
-/// One engine at work in a widget of its own: the ground and the lines, with round joins and caps.
-/// Whoever makes it destroys it.
+/// Draws the map and the lines with one engine, in a child widget of the map view. Lines have round
+/// joins and round caps. The destructor deletes the widget. Use it on the GUI thread.
 class MapCanvas {
  public:
   MapCanvas() = default;
@@ -30,10 +32,11 @@ class MapCanvas {
   virtual MapCamera camera() const = 0;
   virtual void setCamera(const MapCamera& camera) = 0;
   virtual void add(const DrawnLine& line) = 0;
+  /// Removes all lines.
   virtual void clear() = 0;
 };
 
-/// Called whenever a canvas has drawn, or is about to, with a camera that may be another one.
-using CanvasMovedHandler = std::function<void()>;
+/// Called on the GUI thread when the camera of a canvas may have changed.
+using CameraChangedHandler = std::function<void()>;
 
 }  // namespace quorvelkit

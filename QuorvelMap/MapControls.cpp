@@ -14,13 +14,13 @@ namespace {
 constexpr int cornerMargin = 10;
 constexpr int buttonSize = 34;
 
-// A plate in the colours of the palette, with a plus or a minus sign.
+// A button with a plus or a minus sign. Uses the colors of the palette.
 class ZoomButton : public QToolButton {
  public:
   ZoomButton(QWidget* parent, bool isPlus) : QToolButton(parent), isPlus_(isPlus) {
     setFixedSize(buttonSize, buttonSize);
     setFocusPolicy(Qt::TabFocus);
-    // Without this the map would take the touch, and the button would get no click.
+    // Otherwise the map view would handle the touch and the button would not be clicked.
     setAttribute(Qt::WA_NoMousePropagation);
   }
 
@@ -28,26 +28,27 @@ class ZoomButton : public QToolButton {
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const bool isLit = underMouse() || isDown();
+    const bool isHighlighted = underMouse() || isDown();
     painter.setPen(QPen(palette().color(QPalette::Mid), 1));
-    painter.setBrush(palette().color(isLit ? QPalette::Button : QPalette::Base));
-    const QRectF plate = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
-    painter.drawRoundedRect(plate, 5, 5);
+    painter.setBrush(palette().color(isHighlighted ? QPalette::Button : QPalette::Base));
+    const QRectF background = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+    painter.drawRoundedRect(background, 5, 5);
     if (hasFocus()) {
       painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
-      painter.drawRoundedRect(plate.adjusted(1.5, 1.5, -1.5, -1.5), 4, 4);
+      painter.drawRoundedRect(background.adjusted(1.5, 1.5, -1.5, -1.5), 4, 4);
     }
     painter.setPen(QPen(palette().color(QPalette::Text), 2));
-    const QPointF middle = plate.center();
+    const QPointF center = background.center();
     const double arm = 7;
-    painter.drawLine(middle - QPointF(arm, 0), middle + QPointF(arm, 0));
-    if (isPlus_) painter.drawLine(middle - QPointF(0, arm), middle + QPointF(0, arm));
+    painter.drawLine(center - QPointF(arm, 0), center + QPointF(arm, 0));
+    if (isPlus_) painter.drawLine(center - QPointF(0, arm), center + QPointF(0, arm));
   }
 
  private:
   const bool isPlus_;
 };
 
+// A frame around the map view.
 class FocusFrame : public QWidget {
  public:
   explicit FocusFrame(QWidget* parent) : QWidget(parent) {
@@ -57,7 +58,7 @@ class FocusFrame : public QWidget {
   }
 
  protected:
-  // A light line inside the coloured one separates it from any map.
+  // The inner, light line makes the frame visible on a map of any color.
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
     painter.setPen(QPen(palette().color(QPalette::Highlight), 3));
@@ -87,19 +88,19 @@ QWidget* MapControls::makeButton(const char* name, const QString& text, MapInput
   return button;
 }
 
-bool MapControls::hasButtons() const { return !zoomIn_->isHidden(); }
+bool MapControls::showsButtons() const { return !zoomIn_->isHidden(); }
 
-void MapControls::showButtons(bool shown) {
+void MapControls::setShowsButtons(bool shown) {
   zoomIn_->setVisible(shown);
   zoomOut_->setVisible(shown);
 }
 
-bool MapControls::hasScaleBar() const { return !scaleBar_->isHidden(); }
-void MapControls::showScaleBar(bool shown) { scaleBar_->setVisible(shown); }
-void MapControls::showFocus(bool shown) { focusFrame_->setVisible(shown); }
+bool MapControls::showsScaleBar() const { return !scaleBar_->isHidden(); }
+void MapControls::setShowsScaleBar(bool shown) { scaleBar_->setVisible(shown); }
+void MapControls::setFocusShown(bool shown) { focusFrame_->setVisible(shown); }
 
-void MapControls::layOut(const QRect& notice) {
-  notice_ = notice;
+void MapControls::layOut(const QRect& attribution) {
+  attribution_ = attribution;
   const int right = view_.width() - cornerMargin - buttonSize;
   zoomIn_->move(right, cornerMargin);
   zoomOut_->move(right, cornerMargin + buttonSize + 4);
@@ -111,10 +112,10 @@ void MapControls::layOut(const QRect& notice) {
 
 void MapControls::updateScale() {
   scaleBar_->showScale(view_.centerCoordinate().latitude, view_.zoomLevel());
-  QRect place = scaleBar_->rect();
-  place.moveBottomLeft({cornerMargin, view_.height() - 1 - cornerMargin});
-  if (place.intersects(notice_)) place.moveBottom(notice_.top() - cornerMargin);
-  scaleBar_->move(place.topLeft());
+  QRect bar = scaleBar_->rect();
+  bar.moveBottomLeft({cornerMargin, view_.height() - 1 - cornerMargin});
+  if (bar.intersects(attribution_)) bar.moveBottom(attribution_.top() - cornerMargin);
+  scaleBar_->move(bar.topLeft());
 }
 
 }  // namespace quorvelkit

@@ -11,31 +11,31 @@ namespace quorvelkit {
 
 class ScaleBar;
 
-/// The widgets above the map: the buttons for zooming, the scale bar, and the frame that shows the
-/// keyboard focus. The map view owns them as its children.
+/// The widgets above the map: the zoom buttons, the scale bar, and the frame that shows the
+/// keyboard focus. They are children of the map view, which deletes them.
 class MapControls {
  public:
-  /// The buttons zoom through the input.
   MapControls(MGLMapView& view, MapInput& input);
 
-  /// Both are shown unless hidden.
-  bool hasButtons() const;
-  void showButtons(bool shown);
-  bool hasScaleBar() const;
-  void showScaleBar(bool shown);
-  void showFocus(bool shown);
+  /// Default: true.
+  bool showsButtons() const;
+  void setShowsButtons(bool shown);
+  /// Default: true.
+  bool showsScaleBar() const;
+  void setShowsScaleBar(bool shown);
+  void setFocusShown(bool shown);
 
-  /// Puts the controls into their corners, above a canvas that was made after them. The scale bar
-  /// keeps clear of the notice about the data; an empty rectangle stands for no notice.
-  void layOut(const QRect& notice);
-  /// Call it when the camera has moved.
+  /// Moves the widgets to their corners and above their siblings. The scale bar does not overlap
+  /// the attribution; an empty rectangle means no attribution.
+  void layOut(const QRect& attribution);
+  /// Updates the scale bar for the camera of the view.
   void updateScale();
 
  private:
   QWidget* makeButton(const char* name, const QString& text, MapInput& input, double levels);
 
   MGLMapView& view_;
-  QRect notice_;
+  QRect attribution_;
   QWidget* const zoomIn_;
   QWidget* const zoomOut_;
   ScaleBar* const scaleBar_;

@@ -13,8 +13,9 @@ namespace {
 
 QUrl defaultStyleURL() { return QUrl(QStringLiteral("qrc:/quorvelmap/style.json")); }
 
-// The engine takes URLs only, a list of them with commas in between.
-QUrl urlWith(const QByteArray& style) {
+// The engine accepts a style only as a URL in a list with commas between the URLs. The comma of the
+// data URL is therefore encoded.
+QUrl dataURL(const QByteArray& style) {
   return QUrl(QStringLiteral("data:application/json;base64%2C") +
               QString::fromLatin1(style.toBase64()));
 }
@@ -28,24 +29,24 @@ MapEngine::~MapEngine() = default;
 
 void MapEngine::start() {
   stop();
-  QString obstacles;
+  QString failures;
   for (const char* const name : {"mapboxgl", "osm"}) {
     const QString engine = QString::fromLatin1(name);
     if (engine == QLatin1String("osm") && tileHost_.isEmpty()) continue;
-    QString obstacle = obstacleTo(engine);
-    if (obstacle.isEmpty()) canvas_ = startQuick(engine, &obstacle);
+    QString reason = unavailabilityReason(engine);
+    if (reason.isEmpty()) canvas_ = startQtLocation(engine, &reason);
     if (canvas_) {
       note_ = QStringLiteral("Drawn by Qt Location's engine %1.").arg(engine);
       break;
     }
-    obstacles += QStringLiteral(" %1: %2.").arg(engine, obstacle);
+    failures += QStringLiteral(" %1: %2.").arg(engine, reason);
   }
   if (!canvas_) {
     startPlain();
     note_ = QStringLiteral("Drawn without a map, on a plain background.");
   }
-  note_ += obstacles;
-  announce();
+  note_ += failures;
+  initializeCanvas();
 }
 
 void MapEngine::stop() {
@@ -62,7 +63,7 @@ void MapEngine::setCamera(const MapCamera& camera) {
 
 void MapEngine::setStyleURL(const QUrl& url) {
   styleURL_ = url;
-  style_.flaw.clear();
+  style_.error.clear();
   if (url.isEmpty()) {
     styleLoader_.cancel();
     return useStyle({});
@@ -84,34 +85,34 @@ QString MapEngine::note() const {
   QString note = note_;
   const QString shownURL =
       styleURL_.toDisplayString(QUrl::RemoveUserInfo | QUrl::RemoveQuery | QUrl::RemoveFragment);
-  if (!style_.flaw.isEmpty())
-    note += QStringLiteral(" The style %1 could not be read: %2.").arg(shownURL, style_.flaw);
-  QStringList problems;
-  if (log_) problems = style_.problems + log_->complaints();
-  if (!problems.isEmpty())
-    note += QStringLiteral(" In the style failed: %1.").arg(problems.join(QStringLiteral("; ")));
+  if (!style_.error.isEmpty())
+    note += QStringLiteral(" The style %1 could not be used: %2.").arg(shownURL, style_.error);
+  QStringList errors;
+  if (log_) errors = style_.sourceErrors + log_->messages();
+  if (!errors.isEmpty())
+    note += QStringLiteral(" Errors in the style: %1.").arg(errors.join(QStringLiteral("; ")));
   return note;
 }
 
-std::unique_ptr<MapCanvas> MapEngine::startQuick(const QString& engine, QString* obstacle) {
-  QuickMapSetup setup;
-  setup.engine = engine;
-  setup.styleURL = style_.text.isEmpty() ? defaultStyleURL() : urlWith(style_.text);
-  setup.tileHost = tileHost_;
-  setup.failed = [this](const QString& reason) {
+std::unique_ptr<MapCanvas> MapEngine::startQtLocation(const QString& engine, QString* startError) {
+  QuickMapSettings settings;
+  settings.engine = engine;
+  settings.styleURL = style_.text.isEmpty() ? defaultStyleURL() : dataURL(style_.text);
+  settings.tileHost = tileHost_;
+  settings.failed = [this](const QString& reason) {
     QTimer::singleShot(0, view_, [this, reason] { fallBack(reason); });
   };
-  setup.moved = handlers_.moved;
+  settings.cameraChanged = handlers_.cameraChanged;
   const bool drawsStyle = engine == QLatin1String("mapboxgl");
   if (drawsStyle) log_ = std::make_unique<EngineLog>();
-  auto canvas = makeQuickMapCanvas(view_, setup, obstacle);
+  auto canvas = makeQuickMapCanvas(view_, settings, startError);
   if (!canvas) log_.reset();
   attribution_ = drawsStyle ? style_.attribution : tileAttribution_;
   return canvas;
 }
 
 void MapEngine::startPlain() {
-  canvas_ = makePlainMapCanvas(view_, handlers_.moved);
+  canvas_ = makePlainMapCanvas(view_, handlers_.cameraChanged);
   attribution_.clear();
 }
 
@@ -119,10 +120,10 @@ void MapEngine::fallBack(const QString& reason) {
   stop();
   startPlain();
   note_ = QStringLiteral("Drawn without a map, on a plain background. Qt Quick: %1.").arg(reason);
-  announce();
+  initializeCanvas();
 }
 
-void MapEngine::announce() {
+void MapEngine::initializeCanvas() {
   canvas_->widget()->setGeometry(view_->rect());
   canvas_->setCamera(camera_);
   handlers_.started();

@@ -14,49 +14,50 @@ class QWidget;
 
 namespace quorvelkit {
 
-/// The engine of one map view: chooses the first that works on this machine, starts and stops it,
-/// goes over to another one when it fails, and keeps style and camera from one to the next.
+/// Starts and stops the engine of one map view. Uses the first engine that works on this machine
+/// and replaces it by the plain painter if it fails later. Keeps the style and the camera when the
+/// engine changes. Use it on the GUI thread.
 class MapEngine {
  public:
   struct Handlers {
-    /// A new canvas is there, empty and hidden, with the camera in place.
+    /// Called when a new canvas exists. The canvas has the camera, but no lines, and is hidden.
     std::function<void()> started;
-    /// The canvas has another camera, or has drawn.
-    std::function<void()> moved;
+    CameraChangedHandler cameraChanged;
   };
 
-  /// The view is the canvas's parent and outlives this object.
+  /// The view is the parent of the canvas and must outlive this object.
   MapEngine(QWidget* view, Handlers handlers);
   MapEngine(const MapEngine&) = delete;
   MapEngine& operator=(const MapEngine&) = delete;
   ~MapEngine();
 
-  /// Null while no engine runs.
+  /// Null if no engine runs.
   MapCanvas* canvas() const { return canvas_.get(); }
-  /// The view is in its window already.
+  /// The view must be in its window.
   void start();
   void stop();
 
   MapCamera camera() const { return canvas_ ? canvas_->camera() : camera_; }
   void setCamera(const MapCamera& camera);
 
-  /// Once the style is read, an engine that runs is started anew.
   QUrl styleURL() const { return styleURL_; }
+  /// Loads the style. If an engine runs then, restarts it.
   void setStyleURL(const QUrl& url);
   QUrl tileHost() const { return tileHost_; }
   void setTileHost(const QUrl& url, const QString& attribution);
 
-  /// What the data in sight want said about them, as HTML.
+  /// The attribution of the visible map data, as HTML.
   QString attribution() const { return attribution_; }
-  /// Which engine draws, what was missing, and what failed in the style.
+  /// The running engine, the reasons why the preferred engines do not run, and the errors of the
+  /// style.
   QString note() const;
 
  private:
-  std::unique_ptr<MapCanvas> startQuick(const QString& engine, QString* obstacle);
+  std::unique_ptr<MapCanvas> startQtLocation(const QString& engine, QString* startError);
   void startPlain();
   void useStyle(const LoadedStyle& style);
   void fallBack(const QString& reason);
-  void announce();
+  void initializeCanvas();
 
   QWidget* const view_;
   const Handlers handlers_;
@@ -66,7 +67,7 @@ class MapEngine {
   QUrl tileHost_;
   QString tileAttribution_;
   QString attribution_;
-  QString note_ = QStringLiteral("Nothing is drawn yet.");
+  QString note_ = QStringLiteral("No engine was started.");
   StyleLoader styleLoader_;
   std::unique_ptr<EngineLog> log_;
   std::unique_ptr<MapCanvas> canvas_;

@@ -21,14 +21,15 @@ namespace quorvelkit {
 
 namespace {
 
-// In eighths of a degree, as Qt counts: a notch of an ordinary wheel is 120.
+// In eighths of a degree, the unit of QWheelEvent. One step of a standard mouse wheel is 120.
 constexpr double wheelPerLevel = 300;
 // In device-independent pixels.
 constexpr double keyStep = 80;
 constexpr double fingerWidth = 40;
-// Space for markers with titles at the ends of a route.
+// Space for the markers and labels at the ends of a route.
 constexpr QMargins routeMargins(70, 90, 70, 40);
 
+// Smaller margins for small views.
 QMargins marginsFor(const QSize& view) {
   return {std::min(routeMargins.left(), view.width() / 4),
           std::min(routeMargins.top(), view.height() / 3),
@@ -36,45 +37,45 @@ QMargins marginsFor(const QSize& view) {
           std::min(routeMargins.bottom(), view.height() / 4)};
 }
 
-// The middle of the fingers and their mean distance from it.
-struct Grip {
-  QPointF middle;
-  double spread = 0;
+// The center of the fingers and their mean distance from the center.
+struct TouchGeometry {
+  QPointF center;
+  double radius = 0;
 };
 
-Grip gripOf(const std::vector<QPointF>& fingers) {
-  Grip grip;
+TouchGeometry touchGeometry(const std::vector<QPointF>& fingers) {
+  TouchGeometry geometry;
   const auto count = static_cast<double>(fingers.size());
   for (const QPointF& finger : fingers)
-    grip.middle += finger / count;
+    geometry.center += finger / count;
   for (const QPointF& finger : fingers) {
-    const QPointF arm = finger - grip.middle;
-    grip.spread += std::hypot(arm.x(), arm.y()) / count;
+    const QPointF arm = finger - geometry.center;
+    geometry.radius += std::hypot(arm.x(), arm.y()) / count;
   }
-  return grip;
+  return geometry;
 }
 
 }  // namespace
 
-QPointF MapInput::middle() const { return QRectF(QPointF(), QSizeF(view_.size())).center(); }
+QPointF MapInput::center() const { return QRectF(QPointF(), QSizeF(view_.size())).center(); }
 
-// Moves what is at `from` to `to`. In world positions, so that it also holds where a view shows
-// the same place twice.
+// Moves the world position at the point `from` to the point `to` and zooms. Calculates with world
+// positions, because a small view can show a coordinate more than once.
 void MapInput::move(QPointF from, QPointF to, double levels) {
   const MapCamera camera{view_.centerCoordinate(), view_.zoomLevel()};
-  const double filling = std::log2(std::max(view_.width(), view_.height()) / worldWidth(0));
-  const double lowest = std::min(std::max(minimumZoomLevel, filling), camera.zoomLevel);
-  const double level = std::clamp(camera.zoomLevel + levels, lowest, maximumZoomLevel);
-  const QPointF held =
-      worldPosition(camera.center) + (from - middle()) / worldWidth(camera.zoomLevel);
-  QPointF center = held - (to - middle()) / worldWidth(level);
+  const double fillingLevel = std::log2(std::max(view_.width(), view_.height()) / worldWidth(0));
+  const double lowestLevel = std::min(std::max(minimumZoomLevel, fillingLevel), camera.zoomLevel);
+  const double level = std::clamp(camera.zoomLevel + levels, lowestLevel, maximumZoomLevel);
+  const QPointF fixedPosition =
+      worldPosition(camera.center) + (from - center()) / worldWidth(camera.zoomLevel);
+  QPointF newCenter = fixedPosition - (to - center()) / worldWidth(level);
   const double edge = std::min(view_.height() / 2.0 / worldWidth(level), 0.5);
-  center.setY(std::clamp(center.y(), edge, 1 - edge));
+  newCenter.setY(std::clamp(newCenter.y(), edge, 1 - edge));
   view_.setZoomLevel(level);
-  view_.setCenterCoordinate(coordinateAt(center));
+  view_.setCenterCoordinate(coordinateAt(newCenter));
 }
 
-void MapInput::zoom(double levels) { zoomAbout(middle(), levels); }
+void MapInput::zoom(double levels) { zoomAbout(center(), levels); }
 
 bool MapInput::wheel(const QWheelEvent& event) {
   if (event.angleDelta().y() == 0) return false;
@@ -84,20 +85,20 @@ bool MapInput::wheel(const QWheelEvent& event) {
 
 bool MapInput::press(const QMouseEvent& event) {
   if (event.button() != Qt::LeftButton) return false;
-  grabbed_ = event.localPos();
+  dragPosition_ = event.localPos();
   return true;
 }
 
 bool MapInput::drag(const QMouseEvent& event) {
   if (!event.buttons().testFlag(Qt::LeftButton)) return false;
-  move(grabbed_, event.localPos(), 0);
-  grabbed_ = event.localPos();
+  move(dragPosition_, event.localPos(), 0);
+  dragPosition_ = event.localPos();
   return true;
 }
 
 bool MapInput::doubleClick(const QMouseEvent& event) {
   if (event.button() != Qt::LeftButton) return false;
-  grabbed_ = event.localPos();
+  dragPosition_ = event.localPos();
   zoomAbout(event.localPos(), 1);
   return true;
 }
@@ -105,10 +106,10 @@ bool MapInput::doubleClick(const QMouseEvent& event) {
 bool MapInput::touch(const QTouchEvent& event) {
   if (event.type() == QEvent::TouchCancel) {
     fingers_.clear();
-    isTap_ = hasTap_ = false;
+    isTap_ = hasLastTap_ = false;
     return true;
   }
-  // A finger that has just come moves nothing.
+  // A new finger has no previous position and does not move the map.
   std::vector<QPointF> before;
   std::vector<QPointF> now;
   std::map<int, QPointF> fingers;
@@ -124,32 +125,32 @@ bool MapInput::touch(const QTouchEvent& event) {
   const auto& first = event.touchPoints().front();
   const double moved = (first.pos() - first.startPos()).manhattanLength();
   if (event.touchPoints().size() > 1 || moved > fingerWidth / 2) isTap_ = false;
-  if (event.type() == QEvent::TouchEnd) endTap(event);
+  if (event.type() == QEvent::TouchEnd) detectDoubleTap(event);
   if (event.type() != QEvent::TouchUpdate || now.empty()) return true;
-  const Grip from = gripOf(before);
-  const Grip to = gripOf(now);
-  const bool pinches = from.spread > 0 && to.spread > 0;
-  move(from.middle, to.middle, pinches ? std::log2(to.spread / from.spread) : 0);
+  const TouchGeometry from = touchGeometry(before);
+  const TouchGeometry to = touchGeometry(now);
+  const bool isPinch = from.radius > 0 && to.radius > 0;
+  move(from.center, to.center, isPinch ? std::log2(to.radius / from.radius) : 0);
   return true;
 }
 
-// Two taps at one place are a double tap.
-void MapInput::endTap(const QTouchEvent& event) {
-  const QPointF place = event.touchPoints().front().pos();
+// Two taps at about the same position within the double click interval are a double tap.
+void MapInput::detectDoubleTap(const QTouchEvent& event) {
+  const QPointF position = event.touchPoints().front().pos();
   const auto interval =
       static_cast<unsigned long>(QGuiApplication::styleHints()->mouseDoubleClickInterval());
-  const bool isSecond = isTap_ && hasTap_ && event.timestamp() - lastTapTime_ <= interval &&
-                        (place - lastTap_).manhattanLength() <= fingerWidth;
-  hasTap_ = isTap_ && !isSecond;
-  lastTap_ = place;
+  const bool isDoubleTap = isTap_ && hasLastTap_ && event.timestamp() - lastTapTime_ <= interval &&
+                           (position - lastTap_).manhattanLength() <= fingerWidth;
+  hasLastTap_ = isTap_ && !isDoubleTap;
+  lastTap_ = position;
   lastTapTime_ = event.timestamp();
-  if (isSecond) zoomAbout(place, 1);
+  if (isDoubleTap) zoomAbout(position, 1);
 }
 
 bool MapInput::key(const QKeyEvent& event) {
   if ((event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) != 0) return false;
   const auto pan = [this](double right, double down) {
-    move(middle() + QPointF(right, down) * keyStep, middle(), 0);
+    move(center() + QPointF(right, down) * keyStep, center(), 0);
     return true;
   };
   switch (event.key()) {
@@ -157,17 +158,17 @@ bool MapInput::key(const QKeyEvent& event) {
     case Qt::Key_Right: return pan(1, 0);
     case Qt::Key_Up: return pan(0, -1);
     case Qt::Key_Down: return pan(0, 1);
-    // Without Shift, plus is the equals sign on many keyboards.
+    // On many keyboards, the plus key without Shift is the equals sign.
     case Qt::Key_Plus:
     case Qt::Key_Equal: zoom(1); return true;
     case Qt::Key_Minus: zoom(-1); return true;
-    case Qt::Key_Home: return showRoute();
+    case Qt::Key_Home: return showAnnotations();
     default: return false;
   }
 }
 
-// The lines, or the markers when there are no lines.
-bool MapInput::showRoute() {
+// Shows all lines, or all markers if there are no lines.
+bool MapInput::showAnnotations() {
   std::vector<Coordinate> lines;
   std::vector<Coordinate> points;
   for (const auto& annotation : view_.annotations()) {

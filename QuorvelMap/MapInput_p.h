@@ -13,15 +13,15 @@ namespace quorvelkit {
 
 class MGLMapView;
 
-/// Moves and zooms a map view by mouse, wheel, fingers and keys, the same way for every engine.
-/// The position under the pointer, or between the fingers, stays there. The level is not lowered
-/// below the one at which the world fills the view, and the world's upper and lower edge stay
-/// outside.
+/// Moves and zooms a map view by mouse, wheel, touch and keys, in the same way for all engines. The
+/// coordinate below the pointer, or between the fingers, keeps its point in the view. Input does
+/// not zoom out further than the level at which the world fills the view, and does not move the
+/// upper or lower edge of the world into the view.
 class MapInput {
  public:
   explicit MapInput(MGLMapView& view) : view_(view) {}
 
-  /// Each returns false for an event that it does not use.
+  /// The event functions return false if they ignore the event.
   bool wheel(const QWheelEvent& event);
   bool press(const QMouseEvent& event);
   bool drag(const QMouseEvent& event);
@@ -29,24 +29,25 @@ class MapInput {
   bool touch(const QTouchEvent& event);
   bool key(const QKeyEvent& event);
 
-  /// Zooms by levels about the middle of the view.
+  /// Zooms about the center of the view.
   void zoom(double levels);
 
  private:
   void move(QPointF from, QPointF to, double levels);
   void zoomAbout(QPointF point, double levels) { move(point, point, levels); }
-  bool showRoute();
-  void endTap(const QTouchEvent& event);
-  QPointF middle() const;
+  bool showAnnotations();
+  void detectDoubleTap(const QTouchEvent& event);
+  QPointF center() const;
 
   MGLMapView& view_;
-  QPointF grabbed_;
-  // Where the fingers of the present touch are, by their numbers.
+  QPointF dragPosition_;
+  // The fingers of the current touch, by their identifiers.
   std::map<int, QPointF> fingers_;
-  // True until a finger of the present touch moves or a second finger comes.
+  // False after a finger of the current touch has moved or a second finger has touched.
   bool isTap_ = false;
-  bool hasTap_ = false;
+  bool hasLastTap_ = false;
   QPointF lastTap_;
+  // In milliseconds.
   unsigned long lastTapTime_ = 0;
 };
 

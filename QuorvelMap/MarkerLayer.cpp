@@ -11,48 +11,49 @@ namespace quorvelkit {
 
 namespace {
 
-constexpr double gap = 3;
-constexpr std::size_t maximumAvoided = 200;
+constexpr double labelGap = 3;
+constexpr std::size_t maximumAvoidedMarkers = 200;
 
-// What a place for a title costs, besides being further down in the order of preference.
-constexpr double outOfView = 1000;
-constexpr double onATitle = 100;
-constexpr double onASymbol = 10;
+// The costs of a position of a label. The index of the position is added.
+constexpr double outsideViewCost = 1000;
+constexpr double overLabelCost = 100;
+constexpr double overImageCost = 10;
 
-double snapped(double value, double devicePixelRatio) {
+double roundedToPixels(double value, double devicePixelRatio) {
   return std::round(value * devicePixelRatio) / devicePixelRatio;
 }
 
-QPointF snapped(QPointF point, double devicePixelRatio) {
-  return {snapped(point.x(), devicePixelRatio), snapped(point.y(), devicePixelRatio)};
+QPointF roundedToPixels(QPointF point, double devicePixelRatio) {
+  return {roundedToPixels(point.x(), devicePixelRatio),
+          roundedToPixels(point.y(), devicePixelRatio)};
 }
 
-// Moved sideways into the view, but not away from its symbol.
-QRectF keptInView(QRectF plate, const QRectF& symbol, double viewWidth) {
-  double left = std::min(plate.left(), viewWidth - plate.width());
+// Moves a label horizontally into the view, as far as it still touches the center of its image.
+QRectF movedIntoView(QRectF label, const QRectF& image, double viewWidth) {
+  double left = std::min(label.left(), viewWidth - label.width());
   left = std::max(left, 0.0);
-  plate.moveLeft(std::clamp(left, symbol.center().x() - plate.width(), symbol.center().x()));
-  return plate;
+  label.moveLeft(std::clamp(left, image.center().x() - label.width(), image.center().x()));
+  return label;
 }
 
-// Where a title may stand, the best place first.
-std::array<QRectF, 8> placesFor(QSizeF plate, const QRectF& symbol, double viewWidth) {
-  const double step = plate.height() + gap;
-  const double left = symbol.center().x() - plate.width() / 2;
+// The possible positions of a label, in the order of preference.
+std::array<QRectF, 8> labelPositions(QSizeF label, const QRectF& image, double viewWidth) {
+  const double step = label.height() + labelGap;
+  const double left = image.center().x() - label.width() / 2;
   const auto row = [&](double top) {
-    return keptInView(QRectF(QPointF(left, top), plate), symbol, viewWidth);
+    return movedIntoView(QRectF(QPointF(left, top), label), image, viewWidth);
   };
-  const double above = symbol.top() - step;
-  const double below = symbol.bottom() + gap;
-  const double beside = symbol.center().y() - plate.height() / 2;
+  const double above = image.top() - step;
+  const double below = image.bottom() + labelGap;
+  const double beside = image.center().y() - label.height() / 2;
   return {row(above),
           row(above - step),
           row(above - 2 * step),
           row(below),
           row(below + step),
           row(below + 2 * step),
-          QRectF(QPointF(symbol.right() + gap, beside), plate),
-          QRectF(QPointF(symbol.left() - gap - plate.width(), beside), plate)};
+          QRectF(QPointF(image.right() + labelGap, beside), label),
+          QRectF(QPointF(image.left() - labelGap - label.width(), beside), label)};
 }
 
 }  // namespace
@@ -65,104 +66,107 @@ void MarkerLayer::setCamera(const MapCamera& camera) {
   if (camera == camera_) return;
   camera_ = camera;
   if (markers_.empty()) return;
-  const QRegion before = covered();
-  arrange();
-  update(before | covered());
+  const QRegion before = coveredRegion();
+  layOut();
+  update(before | coveredRegion());
 }
 
 void MarkerLayer::add(const DrawnMarker& marker) {
   markers_.push_back(marker);
-  pictures_.push_back(marker.image.isNull() ? MarkerPicture() : makeMarkerPicture(marker.image));
-  disarrange();
+  images_.push_back(marker.image.isNull() ? MarkerImage() : makeMarkerImage(marker.image));
+  invalidateLayout();
 }
 
 void MarkerLayer::clear() {
   markers_.clear();
-  pictures_.clear();
-  disarrange();
+  images_.clear();
+  invalidateLayout();
 }
 
 void MarkerLayer::paintEvent(QPaintEvent*) {
-  if (pin_.image.devicePixelRatio() != devicePixelRatioF()) isArranged_ = false;
-  if (!isArranged_) arrange();
+  if (pinImage_.image.devicePixelRatio() != devicePixelRatioF()) isLaidOut_ = false;
+  if (!isLaidOut_) layOut();
   QPainter painter(this);
   painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-  for (const Place& place : places_)
-    painter.drawImage(place.symbol.topLeft(), pictureOf(place.marker).image);
-  for (const Place& place : places_) {
-    const QString& title = markers_[place.marker].title;
-    if (!title.isEmpty()) drawPlate(painter, place.plate, title, font());
+  for (const Placement& placement : placements_)
+    painter.drawImage(placement.image.topLeft(), imageOf(placement.marker).image);
+  for (const Placement& placement : placements_) {
+    const QString& title = markers_[placement.marker].title;
+    if (!title.isEmpty()) drawLabel(painter, placement.label, title, font());
   }
 }
 
 void MarkerLayer::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
-  if (event->type() == QEvent::FontChange) disarrange();
+  if (event->type() == QEvent::FontChange) invalidateLayout();
 }
 
 void MarkerLayer::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
-  disarrange();
+  invalidateLayout();
 }
 
-const MarkerPicture& MarkerLayer::pictureOf(std::size_t marker) const {
-  return pictures_[marker].image.isNull() ? pin_ : pictures_[marker];
+const MarkerImage& MarkerLayer::imageOf(std::size_t marker) const {
+  return images_[marker].image.isNull() ? pinImage_ : images_[marker];
 }
 
-void MarkerLayer::arrange() {
-  isArranged_ = true;
+void MarkerLayer::layOut() {
+  isLaidOut_ = true;
   const double ratio = devicePixelRatioF();
-  if (pin_.image.isNull() || pin_.image.devicePixelRatio() != ratio) pin_ = makePin(ratio);
-  places_.clear();
+  if (pinImage_.image.isNull() || pinImage_.image.devicePixelRatio() != ratio)
+    pinImage_ = makePinImage(ratio);
+  placements_.clear();
   for (std::size_t i = 0; i < markers_.size(); ++i) {
-    const MarkerPicture& picture = pictureOf(i);
+    const MarkerImage& markerImage = imageOf(i);
     const QPointF position = viewPosition(camera_, size(), markers_[i].coordinate);
     if (!std::isfinite(position.x()) || !std::isfinite(position.y())) continue;
-    const QSizeF symbol = QSizeF(picture.image.size()) / picture.image.devicePixelRatio();
-    places_.push_back({i, QRectF(snapped(position - picture.anchor, ratio), symbol), QRectF()});
+    const QSizeF imageSize =
+        QSizeF(markerImage.image.size()) / markerImage.image.devicePixelRatio();
+    placements_.push_back(
+        {i, QRectF(roundedToPixels(position - markerImage.anchor, ratio), imageSize), QRectF()});
   }
-  std::vector<const Place*> inView;
-  for (const Place& place : places_) {
-    if (inView.size() == maximumAvoided) break;
-    if (place.symbol.intersects(rect())) inView.push_back(&place);
+  std::vector<const Placement*> inView;
+  for (const Placement& placement : placements_) {
+    if (inView.size() == maximumAvoidedMarkers) break;
+    if (placement.image.intersects(rect())) inView.push_back(&placement);
   }
-  for (Place& place : places_) {
-    if (!markers_[place.marker].title.isEmpty()) arrangePlate(place, inView);
+  for (Placement& placement : placements_) {
+    if (!markers_[placement.marker].title.isEmpty()) placeLabel(placement, inView);
   }
 }
 
-void MarkerLayer::arrangePlate(Place& place, const std::vector<const Place*>& avoided) {
-  const QSizeF size = plateSize(markers_[place.marker].title, font(), width());
-  const bool isInView = std::find(avoided.begin(), avoided.end(), &place) != avoided.end();
-  const auto candidates = placesFor(size, place.symbol, width());
+void MarkerLayer::placeLabel(Placement& placement, const std::vector<const Placement*>& avoided) {
+  const QSizeF size = labelSize(markers_[placement.marker].title, font(), width());
+  const bool isInView = std::find(avoided.begin(), avoided.end(), &placement) != avoided.end();
+  const auto positions = labelPositions(size, placement.image, width());
   double best = 0;
-  for (std::size_t i = 0; i < candidates.size(); ++i) {
+  for (std::size_t i = 0; i < positions.size(); ++i) {
     double cost = static_cast<double>(i);
-    if (!QRectF(rect()).contains(candidates[i])) cost += outOfView;
-    for (const Place* const other : avoided) {
-      if (other == &place) continue;
-      if (other->plate.intersects(candidates[i])) cost += onATitle;
-      if (other->symbol.intersects(candidates[i])) cost += onASymbol;
+    if (!QRectF(rect()).contains(positions[i])) cost += outsideViewCost;
+    for (const Placement* const other : avoided) {
+      if (other == &placement) continue;
+      if (other->label.intersects(positions[i])) cost += overLabelCost;
+      if (other->image.intersects(positions[i])) cost += overImageCost;
     }
     if (i > 0 && cost >= best) continue;
     best = cost;
-    place.plate = QRectF(snapped(candidates[i].topLeft(), devicePixelRatioF()), size);
-    // Nobody sees where the others are.
+    placement.label = QRectF(roundedToPixels(positions[i].topLeft(), devicePixelRatioF()), size);
+    // Other markers always use the first position.
     if (!isInView) return;
   }
 }
 
-void MarkerLayer::disarrange() {
-  isArranged_ = false;
+void MarkerLayer::invalidateLayout() {
+  isLaidOut_ = false;
   update();
 }
 
-QRegion MarkerLayer::covered() const {
-  if (places_.size() > maximumAvoided) return rect();
+QRegion MarkerLayer::coveredRegion() const {
+  if (placements_.size() > maximumAvoidedMarkers) return rect();
   QRegion region;
-  for (const Place& place : places_) {
-    region |= place.symbol.toAlignedRect();
-    region |= place.plate.toAlignedRect();
+  for (const Placement& placement : placements_) {
+    region |= placement.image.toAlignedRect();
+    region |= placement.label.toAlignedRect();
   }
   return region & rect();
 }

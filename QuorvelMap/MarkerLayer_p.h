@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <QuorvelMap/MarkerPicture_p.h>
+#include <QuorvelMap/MarkerImage_p.h>
 #include <QuorvelMap/WebMercator_p.h>
 
 #include <QRegion>
@@ -11,7 +11,7 @@
 
 namespace quorvelkit {
 
-/// A marker with its looks.
+/// A marker with its appearance.
 struct DrawnMarker {
   Coordinate coordinate;
   /// Null: the standard pin.
@@ -19,13 +19,13 @@ struct DrawnMarker {
   QString title;
 };
 
-/// The markers and their titles, above the canvas and the same for every engine. Lets all input
-/// through.
+/// Draws the markers and their labels above the canvas, in the same way for all engines. Ignores
+/// mouse events.
 ///
-/// Symbols stand on whole pixels. A title stands above its symbol where there is room; where
-/// another title or the view's edge is in the way, higher, below, or beside it, and it stays in
-/// view as long as its symbol does. With more than 200 markers in view the titles of the others
-/// stand above them whatever is there.
+/// Marker images are aligned to whole pixels. A label stands above its marker. If it would overlap
+/// another marker or the edge of the view there, it stands higher, below or beside its marker. A
+/// label is in the view if its marker is. Only the first 200 markers in the view are taken into
+/// account; the labels of the others always stand above them.
 class MarkerLayer : public QWidget {
  public:
   explicit MarkerLayer(QWidget* parent);
@@ -40,25 +40,25 @@ class MarkerLayer : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
-  // What a marker covers in the view, in device-independent pixels.
-  struct Place {
+  // The area of a marker in the view, in device-independent pixels.
+  struct Placement {
     std::size_t marker = 0;
-    QRectF symbol;
-    QRectF plate;
+    QRectF image;
+    QRectF label;
   };
 
-  const MarkerPicture& pictureOf(std::size_t marker) const;
-  void arrange();
-  void arrangePlate(Place& place, const std::vector<const Place*>& avoided);
-  void disarrange();
-  QRegion covered() const;
+  const MarkerImage& imageOf(std::size_t marker) const;
+  void layOut();
+  void placeLabel(Placement& placement, const std::vector<const Placement*>& avoided);
+  void invalidateLayout();
+  QRegion coveredRegion() const;
 
   MapCamera camera_;
   std::vector<DrawnMarker> markers_;
-  std::vector<MarkerPicture> pictures_;
-  MarkerPicture pin_;
-  std::vector<Place> places_;
-  bool isArranged_ = false;
+  std::vector<MarkerImage> images_;
+  MarkerImage pinImage_;
+  std::vector<Placement> placements_;
+  bool isLaidOut_ = false;
 };
 
 }  // namespace quorvelkit

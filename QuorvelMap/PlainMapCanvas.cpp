@@ -12,22 +12,22 @@ namespace quorvelkit {
 
 namespace {
 
-// In pixels.
-constexpr double leastStep = 0.25;
+// The minimum distance between two points of a painted line, in device-independent pixels.
+constexpr double minimumStep = 0.25;
 
 class PlainWidget : public QWidget {
  public:
-  PlainWidget(QWidget* parent, CanvasMovedHandler moved)
-      : QWidget(parent), moved_(std::move(moved)) {}
+  PlainWidget(QWidget* parent, CameraChangedHandler cameraChanged)
+      : QWidget(parent), cameraChanged_(std::move(cameraChanged)) {}
 
   const MapCamera& camera() const { return camera_; }
 
   void setCamera(const MapCamera& camera) {
     camera_ = camera;
     camera_.zoomLevel = std::clamp(camera.zoomLevel, minimumZoomLevel, maximumZoomLevel);
-    camera_ = keptInWorld(camera_, height());
+    camera_ = clampedToWorld(camera_, height());
     update();
-    moved_();
+    cameraChanged_();
   }
 
   std::vector<DrawnLine> lines;
@@ -48,7 +48,7 @@ class PlainWidget : public QWidget {
         const QPolygonF points = polygon(piece);
         const QRectF bounds = points.boundingRect().adjusted(-line.width, 0, line.width, 0);
         const double world = worldWidth(camera_.zoomLevel);
-        // One for each copy of the world in which the piece is in view.
+        // Paints the piece in each visible copy of the world.
         for (double copy = -std::floor(bounds.right() / world) * world;
              bounds.left() + copy <= width(); copy += world) {
           painter.drawPolyline(points.translated(copy, 0));
@@ -58,8 +58,8 @@ class PlainWidget : public QWidget {
   }
 
  private:
-  // The piece in the copy of the world in which its first position is nearest to the middle,
-  // without the positions that nobody can tell from the one before.
+  // The points of a piece, in the copy of the world in which the first point is nearest to the
+  // center of the view. Leaves out points that are too near to the point before.
   QPolygonF polygon(const std::vector<Coordinate>& piece) const {
     const QPointF first = worldPosition(piece.front());
     const QPointF start = viewPosition(camera_, size(), piece.front());
@@ -69,21 +69,21 @@ class PlainWidget : public QWidget {
     for (const Coordinate& coordinate : piece) {
       const QPointF point = start + (worldPosition(coordinate) - first) * scale;
       const bool isLast = &coordinate == &piece.back();
-      if (!isLast && !points.isEmpty() && (point - points.back()).manhattanLength() < leastStep)
+      if (!isLast && !points.isEmpty() && (point - points.back()).manhattanLength() < minimumStep)
         continue;
       points << point;
     }
     return points;
   }
 
-  const CanvasMovedHandler moved_;
+  const CameraChangedHandler cameraChanged_;
   MapCamera camera_;
 };
 
 class PlainMapCanvas : public MapCanvas {
  public:
-  PlainMapCanvas(QWidget* parent, CanvasMovedHandler moved)
-      : widget_(new PlainWidget(parent, std::move(moved))) {}
+  PlainMapCanvas(QWidget* parent, CameraChangedHandler cameraChanged)
+      : widget_(new PlainWidget(parent, std::move(cameraChanged))) {}
   ~PlainMapCanvas() override { delete widget_; }
 
   QWidget* widget() override { return widget_; }
@@ -104,8 +104,8 @@ class PlainMapCanvas : public MapCanvas {
 
 }  // namespace
 
-std::unique_ptr<MapCanvas> makePlainMapCanvas(QWidget* parent, CanvasMovedHandler moved) {
-  return std::make_unique<PlainMapCanvas>(parent, std::move(moved));
+std::unique_ptr<MapCanvas> makePlainMapCanvas(QWidget* parent, CameraChangedHandler cameraChanged) {
+  return std::make_unique<PlainMapCanvas>(parent, std::move(cameraChanged));
 }
 
 }  // namespace quorvelkit

@@ -7,7 +7,8 @@
 
 namespace quorvelkit {
 
-/// Lines on a plain colour, painted by Qt Widgets alone: needs no plugin, no OpenGL.
-std::unique_ptr<MapCanvas> makePlainMapCanvas(QWidget* parent, CanvasMovedHandler moved);
+/// Makes a canvas that paints lines on a plain background with Qt Widgets. Needs no plugin and no
+/// OpenGL.
+std::unique_ptr<MapCanvas> makePlainMapCanvas(QWidget* parent, CameraChangedHandler cameraChanged);
 
 }  // namespace quorvelkit

@@ -10,24 +10,24 @@
 
 namespace quorvelkit {
 
-/// What a Qt Location engine is started with.
-struct QuickMapSetup {
-  /// The plugin's name: "mapboxgl" or "osm".
+struct QuickMapSettings {
+  /// The name of the Qt Location plugin: "mapboxgl" or "osm".
   QString engine;
-  /// Without a comma.
+  /// Must not contain a comma.
   QUrl styleURL;
   QUrl tileHost;
-  /// Called when the scene graph fails later on; the canvas must not be destroyed inside.
+  /// Called if the scene graph fails after the start. Must not destroy the canvas.
   std::function<void(const QString& reason)> failed;
-  CanvasMovedHandler moved;
+  CameraChangedHandler cameraChanged;
 };
 
-/// A Qt Location map in a Qt Quick widget. The parent is in a window already. Gives nothing, and
-/// the reason, when the engine does not start.
-std::unique_ptr<MapCanvas> makeQuickMapCanvas(QWidget* parent, const QuickMapSetup& setup,
+/// Makes a canvas that draws with an engine of Qt Location in a QQuickWidget. The parent must be in
+/// a window. Returns null and sets `reason` if the engine does not start.
+std::unique_ptr<MapCanvas> makeQuickMapCanvas(QWidget* parent, const QuickMapSettings& settings,
                                               QString* reason);
 
-/// Why a Qt Location engine cannot work on this machine; empty when nothing speaks against it.
-QString obstacleTo(const QString& engine);
+/// Returns why an engine of Qt Location cannot run on this machine, or an empty string if no reason
+/// is known.
+QString unavailabilityReason(const QString& engine);
 
 }  // namespace quorvelkit

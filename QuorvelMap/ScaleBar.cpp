@@ -23,7 +23,7 @@ constexpr double maximumLength = 120;
 constexpr int padding = 6;
 constexpr int tickHeight = 5;
 
-// The largest of 1, 2, 5, 10, 20, ... that is not above the value.
+// The largest of ..., 1, 2, 5, 10, 20, ... that is at most the value.
 double roundedDown(double value) {
   const double power = std::pow(10, std::floor(std::log10(value)));
   for (const double digit : {5.0, 2.0}) {
@@ -41,22 +41,22 @@ ScaleBar::ScaleBar(QWidget* parent) : QWidget(parent) {
 }
 
 void ScaleBar::showScale(double latitude, double zoomLevel) {
-  // At the poles the map has no scale; its edge is at 85 degrees.
-  const double shown = std::clamp(latitude, -85.0, 85.0) * std::numbers::pi / 180;
-  const double metersPerPixel = earthCircumference * std::cos(shown) / worldWidth(zoomLevel);
+  // The map ends at 85 degrees.
+  const double radians = std::clamp(latitude, -85.0, 85.0) * std::numbers::pi / 180;
+  const double metersPerPixel = earthCircumference * std::cos(radians) / worldWidth(zoomLevel);
   if (metersPerPixel == metersPerPixel_) return;
   metersPerPixel_ = metersPerPixel;
-  chooseDistance();
+  updateDistance();
 }
 
-void ScaleBar::chooseDistance() {
+void ScaleBar::updateDistance() {
   const bool isMetric = locale().measurementSystem() == QLocale::MetricSystem;
   const double small = isMetric ? 1 : metersPerFoot;
   const double large = isMetric ? 1000 : metersPerFoot * feetPerMile;
-  const double longest = maximumLength * metersPerPixel_;
-  const bool isLarge = longest >= large;
+  const double maximumDistance = maximumLength * metersPerPixel_;
+  const bool isLarge = maximumDistance >= large;
   const double unit = isLarge ? large : small;
-  const double count = roundedDown(longest / unit);
+  const double count = roundedDown(maximumDistance / unit);
   const char* const name = isMetric ? (isLarge ? "km" : "m") : (isLarge ? "mi" : "ft");
   text_ = locale().toString(count, 'f', count < 1 ? 1 : 0) + u' ' + QLatin1String(name);
   length_ = count * unit / metersPerPixel_;
@@ -68,17 +68,18 @@ void ScaleBar::chooseDistance() {
 
 void ScaleBar::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
-  const bool matters = event->type() == QEvent::LocaleChange || event->type() == QEvent::FontChange;
-  if (matters && metersPerPixel_ > 0) chooseDistance();
+  const bool changesText =
+      event->type() == QEvent::LocaleChange || event->type() == QEvent::FontChange;
+  if (changesText && metersPerPixel_ > 0) updateDistance();
 }
 
 void ScaleBar::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  QColor plate = palette().color(QPalette::Base);
-  plate.setAlpha(200);
+  QColor background = palette().color(QPalette::Base);
+  background.setAlpha(200);
   painter.setPen(Qt::NoPen);
-  painter.setBrush(plate);
+  painter.setBrush(background);
   painter.drawRoundedRect(rect(), 4, 4);
   painter.setPen(QPen(palette().color(QPalette::Text), 2));
   const double right = padding + length_;

@@ -6,12 +6,13 @@
 
 namespace quorvelkit {
 
-/// A bar that is as long as a round distance in the middle of the map, in meters and kilometers or
-/// in feet and miles as the widget's locale has it.
+/// Shows a round distance and a bar of that length at the scale of the map. Units: meters and
+/// kilometers, or feet and miles, by the locale of the widget.
 class ScaleBar : public QWidget {
  public:
   explicit ScaleBar(QWidget* parent);
 
+  /// Uses the scale at this latitude, in degrees.
   void showScale(double latitude, double zoomLevel);
 
  protected:
@@ -19,10 +20,11 @@ class ScaleBar : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  void chooseDistance();
+  void updateDistance();
 
   double metersPerPixel_ = 0;
   QString text_;
+  // In device-independent pixels.
   double length_ = 0;
 };
 

@@ -13,36 +13,37 @@ QString sourcesKey() { return QStringLiteral("sources"); }
 QString urlKey() { return QStringLiteral("url"); }
 QString attributionKey() { return QStringLiteral("attribution"); }
 
-// The engine would look such an address up with the token of somebody else that its plugin carries.
-bool isForeign(const QString& address) {
-  return address.trimmed().startsWith(QLatin1String("mapbox:"), Qt::CaseInsensitive);
+// For such a URL, the engine's plugin would use its built-in access token, which belongs to a third
+// party.
+bool isMapboxURL(const QString& url) {
+  return url.trimmed().startsWith(QLatin1String("mapbox:"), Qt::CaseInsensitive);
 }
 
-// An address, a list of addresses, or objects that have them under one of these names.
-bool namesForeign(const QJsonValue& value) {
-  if (value.isString()) return isForeign(value.toString());
+// The value is a URL, an array of URLs, or an object with URLs.
+bool containsMapboxURL(const QJsonValue& value) {
+  if (value.isString()) return isMapboxURL(value.toString());
   if (value.isArray()) {
     for (const auto& item : value.toArray())
-      if (namesForeign(item)) return true;
+      if (containsMapboxURL(item)) return true;
   }
   if (!value.isObject()) return false;
   const QJsonObject object = value.toObject();
   for (const char* const key : {"url", "urls", "tiles", "data"}) {
-    const QJsonValue address = object.value(QLatin1String(key));
-    // Data that stand in the style itself are no addresses.
-    if (!address.isObject() && namesForeign(address)) return true;
+    const QJsonValue url = object.value(QLatin1String(key));
+    // The "data" member can be an object with GeoJSON data.
+    if (!url.isObject() && containsMapboxURL(url)) return true;
   }
   return false;
 }
 
-// Which part of the style names a mapbox: address; empty when none does.
-QString foreignPartOf(const QJsonObject& style) {
+// Returns the name of a part of the style that contains a mapbox: URL, or an empty string.
+QString partWithMapboxURL(const QJsonObject& style) {
   for (const char* const key : {"sprite", "glyphs", "imports"}) {
-    if (namesForeign(style.value(QLatin1String(key)))) return QLatin1String(key);
+    if (containsMapboxURL(style.value(QLatin1String(key)))) return QLatin1String(key);
   }
   const QJsonObject sources = style.value(sourcesKey()).toObject();
   for (auto source = sources.begin(); source != sources.end(); ++source) {
-    if (namesForeign(source.value())) return QStringLiteral("source %1").arg(source.key());
+    if (containsMapboxURL(source.value())) return QStringLiteral("source %1").arg(source.key());
   }
   return QString();
 }
@@ -52,19 +53,18 @@ QString foreignPartOf(const QJsonObject& style) {
 StyleDocument::StyleDocument(const QByteArray& text) : text_(text) {
   QJsonParseError error;
   style_ = QJsonDocument::fromJson(text, &error).object();
-  const QString foreign = foreignPartOf(style_);
+  const QString part = partWithMapboxURL(style_);
   if (error.error != QJsonParseError::NoError) {
-    flaw_ = error.errorString();
+    error_ = error.errorString();
   } else if (style_.value(QStringLiteral("version")).toInt() != 8 ||
              !style_.value(QStringLiteral("layers")).isArray()) {
-    flaw_ = QStringLiteral("it is not a Mapbox style of version 8");
-  } else if (!foreign.isEmpty()) {
-    flaw_ =
-        QStringLiteral("its %1 has a mapbox: address, which needs an access token").arg(foreign);
+    error_ = QStringLiteral("it is not a Mapbox style of version 8");
+  } else if (!part.isEmpty()) {
+    error_ = QStringLiteral("its %1 has a mapbox: URL, which needs an access token").arg(part);
   }
 }
 
-std::map<QString, QUrl> StyleDocument::descriptions() const {
+std::map<QString, QUrl> StyleDocument::tileJSONURLs() const {
   std::map<QString, QUrl> urls;
   const QJsonObject sources = style_.value(sourcesKey()).toObject();
   for (auto source = sources.begin(); source != sources.end(); ++source) {
@@ -75,25 +75,25 @@ std::map<QString, QUrl> StyleDocument::descriptions() const {
   return urls;
 }
 
-QString StyleDocument::describe(const QString& name, const QByteArray& text) {
-  const QJsonObject description = QJsonDocument::fromJson(text).object();
-  QString problem;
-  if (!description.value(QStringLiteral("tiles")).isArray()) {
-    problem = QStringLiteral("its description is no TileJSON document");
-  } else if (namesForeign(description)) {
-    problem = QStringLiteral("it has a mapbox: address, which needs an access token");
+QString StyleDocument::resolveSource(const QString& name, const QByteArray& text) {
+  const QJsonObject tileJSON = QJsonDocument::fromJson(text).object();
+  QString error;
+  if (!tileJSON.value(QStringLiteral("tiles")).isArray()) {
+    error = QStringLiteral("its URL does not name a TileJSON document");
+  } else if (containsMapboxURL(tileJSON)) {
+    error = QStringLiteral("it has a mapbox: URL, which needs an access token");
   }
-  if (!problem.isEmpty()) {
+  if (!error.isEmpty()) {
     removeSource(name);
-    return problem;
+    return error;
   }
   QJsonObject source = style_.value(sourcesKey()).toObject().value(name).toObject();
   source.remove(urlKey());
   for (const char* const key :
        {"tiles", "minzoom", "maxzoom", "bounds", "scheme", "encoding", "attribution"}) {
     const QString member = QLatin1String(key);
-    if (!source.contains(member) && description.contains(member))
-      source.insert(member, description.value(member));
+    if (!source.contains(member) && tileJSON.contains(member))
+      source.insert(member, tileJSON.value(member));
   }
   setSource(name, source);
   return QString();
@@ -105,20 +105,20 @@ void StyleDocument::removeSource(const QString& name) {
 
 void StyleDocument::setSource(const QString& name, const QJsonValue& source) {
   QJsonObject sources = style_.value(sourcesKey()).toObject();
-  // An undefined value removes it.
+  // An undefined value removes the member.
   sources.insert(name, source);
   style_.insert(sourcesKey(), sources);
   text_.clear();
 }
 
 QString StyleDocument::attribution() const {
-  QStringList notices;
+  QStringList texts;
   const QJsonObject sources = style_.value(sourcesKey()).toObject();
   for (const auto& source : sources)
-    notices += source.toObject().value(attributionKey()).toString();
-  notices.removeAll(QString());
-  notices.removeDuplicates();
-  return notices.join(u' ');
+    texts += source.toObject().value(attributionKey()).toString();
+  texts.removeAll(QString());
+  texts.removeDuplicates();
+  return texts.join(u' ');
 }
 
 QByteArray StyleDocument::text() const {

@@ -9,29 +9,29 @@
 
 namespace quorvelkit {
 
-/// A Mapbox style of version 8 that can be given to the engine.
+/// A Mapbox style, version 8, with the checks and changes that it needs before an engine uses it.
 class StyleDocument {
  public:
   StyleDocument() = default;
   explicit StyleDocument(const QByteArray& text);
 
-  /// Why it cannot be used; empty when it can.
-  QString flaw() const { return flaw_; }
-  /// The sources that a document of their own (TileJSON) describes, by name.
-  std::map<QString, QUrl> descriptions() const;
-  /// Puts the description in the place of its URL. One that is none leaves the style without the
-  /// source. Gives the reason, empty when there is none.
-  QString describe(const QString& source, const QByteArray& description);
+  /// Why the style cannot be used. Empty if it can.
+  QString error() const { return error_; }
+  /// The URLs of the TileJSON documents of the sources, by source name.
+  std::map<QString, QUrl> tileJSONURLs() const;
+  /// Replaces the URL of the source by the content of its TileJSON document. Removes the source and
+  /// returns the reason if the document cannot be used; returns an empty string otherwise.
+  QString resolveSource(const QString& source, const QByteArray& tileJSON);
   void removeSource(const QString& source);
-  /// What the sources want said about their data, each once, as HTML: the engine leaves it out.
+  /// The attributions of all sources without duplicates, as HTML.
   QString attribution() const;
   QByteArray text() const;
 
  private:
   void setSource(const QString& name, const QJsonValue& source);
 
-  QString flaw_;
-  // As it was read, until something in it is changed.
+  QString error_;
+  // The original text. Empty after a change of style_.
   QByteArray text_;
   QJsonObject style_;
 };

@@ -14,8 +14,8 @@ namespace {
 
 constexpr int timeoutInMilliseconds = 15000;
 
-// Without what may be secret in it.
-QString problemOf(const QNetworkReply& reply) {
+// Does not contain the URL, because its query may contain a secret.
+QString errorText(const QNetworkReply& reply) {
   const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
   return status >= 400 ? QStringLiteral("HTTP status %1").arg(status) : reply.errorString();
 }
@@ -27,43 +27,45 @@ StyleLoader::~StyleLoader() { cancel(); }
 
 void StyleLoader::load(const QUrl& url, Handler handler) {
   cancel();
-  problems_.clear();
-  read(url, [this, handler = std::move(handler)](const QByteArray& text, const QString& flaw) {
-    if (!flaw.isEmpty()) return handler({flaw, {}, {}, {}});
+  sourceErrors_.clear();
+  read(url, [this, handler = std::move(handler)](const QByteArray& text, const QString& error) {
+    if (!error.isEmpty()) return handler({error, {}, {}, {}});
     document_ = StyleDocument(text);
-    if (!document_.flaw().isEmpty()) return handler({document_.flaw(), {}, {}, {}});
-    const auto descriptions = document_.descriptions();
-    missing_ = descriptions.size() + 1;
-    for (const auto& [name, description] : descriptions) {
-      read(description, [this, source = name, handler](const QByteArray& read, QString problem) {
-        if (problem.isEmpty()) {
-          problem = document_.describe(source, read);
-        } else {
-          document_.removeSource(source);
-        }
-        if (!problem.isEmpty()) problems_ += QStringLiteral("source %1: %2").arg(source, problem);
-        finishOne(handler);
-      });
+    if (!document_.error().isEmpty()) return handler({document_.error(), {}, {}, {}});
+    const auto tileJSONURLs = document_.tileJSONURLs();
+    // One more, so that the handler is not called inside this loop.
+    pendingReads_ = tileJSONURLs.size() + 1;
+    for (const auto& [name, tileJSONURL] : tileJSONURLs) {
+      read(tileJSONURL,
+           [this, source = name, handler](const QByteArray& tileJSON, QString problem) {
+             if (problem.isEmpty()) {
+               problem = document_.resolveSource(source, tileJSON);
+             } else {
+               document_.removeSource(source);
+             }
+             if (!problem.isEmpty())
+               sourceErrors_ += QStringLiteral("source %1: %2").arg(source, problem);
+             finishRead(handler);
+           });
     }
-    finishOne(handler);
+    finishRead(handler);
   });
 }
 
-void StyleLoader::finishOne(const Handler& handler) {
-  if (--missing_ > 0) return;
-  handler({QString(), document_.text(), document_.attribution(), problems_});
+void StyleLoader::finishRead(const Handler& handler) {
+  if (--pendingReads_ > 0) return;
+  handler({QString(), document_.text(), document_.attribution(), sourceErrors_});
 }
 
-void StyleLoader::read(const QUrl& url, Reader reader) {
+void StyleLoader::read(const QUrl& url, ReadHandler handler) {
   const QString scheme = url.scheme();
   if (scheme == QLatin1String("file") || scheme == QLatin1String("qrc")) {
     QFile file(scheme == QLatin1String("qrc") ? u':' + url.path() : url.toLocalFile());
-    if (!file.open(QIODevice::ReadOnly)) return reader(QByteArray(), file.errorString());
-    return reader(file.readAll(), QString());
+    if (!file.open(QIODevice::ReadOnly)) return handler(QByteArray(), file.errorString());
+    return handler(file.readAll(), QString());
   }
   if (scheme != QLatin1String("http") && scheme != QLatin1String("https")) {
-    return reader(QByteArray(),
-                  QStringLiteral("it is read from http, https, file and qrc URLs only"));
+    return handler(QByteArray(), QStringLiteral("its URL must be an http, https, file or qrc URL"));
   }
   if (!network_) network_ = std::make_unique<QNetworkAccessManager>();
   QNetworkRequest request(url);
@@ -73,13 +75,13 @@ void StyleLoader::read(const QUrl& url, Reader reader) {
   QNetworkReply* const reply = network_->get(request);
   replies_.push_back(reply);
   QObject::connect(reply, &QNetworkReply::finished, reply,
-                   [this, reply, reader = std::move(reader)] {
+                   [this, reply, handler = std::move(handler)] {
                      std::erase(replies_, reply);
                      reply->deleteLater();
                      if (reply->error() != QNetworkReply::NoError) {
-                       return reader(QByteArray(), problemOf(*reply));
+                       return handler(QByteArray(), errorText(*reply));
                      }
-                     reader(reply->readAll(), QString());
+                     handler(reply->readAll(), QString());
                    });
 }
 

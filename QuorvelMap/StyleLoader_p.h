@@ -18,19 +18,19 @@ class QNetworkReply;
 namespace quorvelkit {
 
 struct LoadedStyle {
-  /// Why the style cannot be used; empty when it can.
-  QString flaw;
-  /// What to give to the engine: the style with the descriptions of its sources in it.
+  /// Why the style cannot be used. Empty if it can.
+  QString error;
+  /// The style for the engine, with the content of its TileJSON documents.
   QByteArray text;
-  /// What the style's sources want said about their data, as HTML.
+  /// The attributions of the sources, as HTML.
   QString attribution;
-  /// The sources that are left out, and why.
-  QStringList problems;
+  /// One message for each source that was removed.
+  QStringList sourceErrors;
 };
 
-/// Reads a style and the documents (TileJSON) that describe its sources, so that the engine is
-/// given what has been read and checked: it draws nothing at all, not even lines, when it cannot
-/// read its style, and does not tell.
+/// Loads and checks a style and the TileJSON documents of its sources. The Mapbox GL engine does
+/// not do this itself, because it reports no error if it cannot read its style, and then draws no
+/// lines either. Use it on the GUI thread.
 class StyleLoader {
  public:
   using Handler = std::function<void(const LoadedStyle& style)>;
@@ -38,23 +38,23 @@ class StyleLoader {
   StyleLoader();
   ~StyleLoader();
 
-  /// Calls the handler once, inside the call when all is in local files and resources, later for
-  /// http and https; not at all when another load, cancel() or the loader's end comes first.
+  /// Calls the handler once: before load() returns if all documents are files or resources, later
+  /// if one has an http or https URL. The next load(), cancel() and the destructor drop the
+  /// handler.
   void load(const QUrl& url, Handler handler);
   void cancel();
 
  private:
-  using Reader = std::function<void(const QByteArray& text, const QString& flaw)>;
+  using ReadHandler = std::function<void(const QByteArray& text, const QString& error)>;
 
-  void read(const QUrl& url, Reader reader);
-  void finishOne(const Handler& handler);
+  void read(const QUrl& url, ReadHandler handler);
+  void finishRead(const Handler& handler);
 
   std::unique_ptr<QNetworkAccessManager> network_;
   std::vector<QNetworkReply*> replies_;
   StyleDocument document_;
-  QStringList problems_;
-  // Descriptions on the way.
-  std::size_t missing_ = 0;
+  QStringList sourceErrors_;
+  std::size_t pendingReads_ = 0;
 };
 
 }  // namespace quorvelkit

@@ -11,22 +11,23 @@ namespace {
 
 constexpr double degree = std::numbers::pi / 180;
 constexpr double maximumLatitude = 85.051128779806604;
-// Closer than this, one position would fill the view with a single house.
-constexpr double maximumZoomLevelShowing = 17;
+// Limits the zoom level for a single coordinate or coordinates near each other.
+constexpr double maximumFittedZoomLevel = 17;
 
 bool isFinite(Coordinate c) { return std::isfinite(c.latitude) && std::isfinite(c.longitude); }
 
-// The longitude in [-180, 180]; both ends stay what they are.
-double wrapped(double longitude) {
+// Returns the longitude in [-180, 180]. Does not change -180 and 180.
+double wrappedLongitude(double longitude) {
   return std::abs(longitude) <= 180 ? longitude : std::remainder(longitude, 360);
 }
 
-// The interval of x, possibly past 1, that leaves out the widest gap between the values.
+// An interval of x in the periodic world. Its end may be larger than 1.
 struct Interval {
   double start = 0;
   double length = 0;
 };
 
+// Returns the shortest interval that contains all values.
 Interval intervalAround(std::vector<double> xs) {
   std::sort(xs.begin(), xs.end());
   double widestGap = xs.front() + 1 - xs.back();
@@ -46,7 +47,7 @@ double worldWidth(double zoomLevel) { return 512 * std::exp2(zoomLevel); }
 QPointF worldPosition(Coordinate coordinate) {
   const double latitude = std::clamp(coordinate.latitude, -maximumLatitude, maximumLatitude);
   const double y = std::asinh(std::tan(latitude * degree)) / (2 * std::numbers::pi);
-  return {(wrapped(coordinate.longitude) + 180) / 360, 0.5 - y};
+  return {(wrappedLongitude(coordinate.longitude) + 180) / 360, 0.5 - y};
 }
 
 Coordinate coordinateAt(QPointF position) {
@@ -67,17 +68,17 @@ Coordinate coordinateAtViewPosition(const MapCamera& camera, QSizeF view, QPoint
   return coordinateAt(worldPosition(camera.center) + offset / worldWidth(camera.zoomLevel));
 }
 
-MapCamera keptInWorld(MapCamera camera, double viewHeight) {
-  const double least = std::min(viewHeight / 2 / worldWidth(camera.zoomLevel), 0.5);
+MapCamera clampedToWorld(MapCamera camera, double viewHeight) {
+  const double margin = std::min(viewHeight / 2 / worldWidth(camera.zoomLevel), 0.5);
   const QPointF center = worldPosition(camera.center);
-  if (center.y() < least || center.y() > 1 - least) {
-    const double y = std::clamp(center.y(), least, 1 - least);
+  if (center.y() < margin || center.y() > 1 - margin) {
+    const double y = std::clamp(center.y(), margin, 1 - margin);
     camera.center.latitude = coordinateAt({center.x(), y}).latitude;
   }
   return camera;
 }
 
-std::optional<MapCamera> cameraShowing(const std::vector<Coordinate>& coordinates, QSizeF view,
+std::optional<MapCamera> cameraFitting(const std::vector<Coordinate>& coordinates, QSizeF view,
                                        const QMargins& margins) {
   std::vector<double> xs;
   double top = 1;
@@ -97,7 +98,7 @@ std::optional<MapCamera> cameraShowing(const std::vector<Coordinate>& coordinate
   const double scale =
       std::min(width / std::max(horizontal.length, tiny), height / std::max(bottom - top, tiny));
   MapCamera camera;
-  camera.zoomLevel = std::clamp(std::log2(scale / 512), minimumZoomLevel, maximumZoomLevelShowing);
+  camera.zoomLevel = std::clamp(std::log2(scale / 512), minimumZoomLevel, maximumFittedZoomLevel);
   const QPointF middle(horizontal.start + horizontal.length / 2, (top + bottom) / 2);
   const QPointF shift(margins.right() - margins.left(), margins.bottom() - margins.top());
   camera.center = coordinateAt(middle + shift / 2 / worldWidth(camera.zoomLevel));
@@ -110,12 +111,12 @@ std::vector<std::vector<Coordinate>> splitAtAntimeridian(const std::vector<Coord
   for (const Coordinate& original : line) {
     if (!isFinite(original)) continue;
     const Coordinate point{std::clamp(original.latitude, -maximumLatitude, maximumLatitude),
-                           wrapped(original.longitude)};
+                           wrappedLongitude(original.longitude)};
     if (!pieces.back().empty()) {
       const Coordinate last = pieces.back().back();
       const double step = point.longitude - last.longitude;
       if (std::abs(step) > 180) {
-        // The side of the antimeridian that the line is on until it crosses.
+        // The longitude of the antimeridian before the crossing.
         const double side = step < 0 ? 180 : -180;
         const double wholeStep = step + 2 * side;
         const double part = (side - last.longitude) / (wholeStep == 0 ? side : wholeStep);

@@ -21,30 +21,31 @@ struct MapCamera {
   bool operator==(const MapCamera&) const = default;
 };
 
-/// Width of the world in device-independent pixels.
+/// The width of the world in device-independent pixels.
 double worldWidth(double zoomLevel);
 
-/// The position in a square of side 1: x grows eastward from the antimeridian, y southward.
-/// Latitudes beyond the square's edges (85.05 degrees) count as the edge.
+/// The Web Mercator projection to a square of side 1: x grows eastward from the antimeridian, y
+/// grows southward. Clamps latitudes to the square (85.05 degrees).
 QPointF worldPosition(Coordinate coordinate);
 Coordinate coordinateAt(QPointF worldPosition);
 
-/// Where a position is in a view, in the copy of the world nearest to the view's middle.
+/// The point of a coordinate in a view, in the copy of the world that is nearest to the center of
+/// the view. Units: device-independent pixels from the upper left corner.
 QPointF viewPosition(const MapCamera& camera, QSizeF view, Coordinate coordinate);
 Coordinate coordinateAtViewPosition(const MapCamera& camera, QSizeF view, QPointF point);
 
-/// The camera moved north or south so that no view of this height looks past the world's edges; in
-/// the middle when the world is less high than the view.
-MapCamera keptInWorld(MapCamera camera, double viewHeight);
+/// Moves the camera north or south until a view of this height shows nothing beyond the upper and
+/// lower edge of the world. Centers the world if the view is higher.
+MapCamera clampedToWorld(MapCamera camera, double viewHeight);
 
-/// The camera that shows all positions inside the margins, but for those that are not finite;
-/// absent when that leaves none.
-std::optional<MapCamera> cameraShowing(const std::vector<Coordinate>& coordinates, QSizeF view,
+/// Returns the camera that shows all finite coordinates inside the margins, or nothing if there are
+/// no such coordinates.
+std::optional<MapCamera> cameraFitting(const std::vector<Coordinate>& coordinates, QSizeF view,
                                        const QMargins& margins);
 
-/// A line cut where it crosses the antimeridian, so that longitudes inside a piece stay within
-/// [-180, 180] and never jump. Positions that are not finite are left out, and so are pieces of
-/// one position.
+/// Splits a line where it crosses the antimeridian. The longitudes of each piece are in [-180, 180]
+/// and differ by at most 180 from one coordinate to the next. Leaves out coordinates that are not
+/// finite and pieces with fewer than two coordinates.
 std::vector<std::vector<Coordinate>> splitAtAntimeridian(const std::vector<Coordinate>& line);
 
 }  // namespace quorvelkit

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Measures the processor time of the GUI thread to add a long route to the map: in the map view
-// alone, and in the whole handler of the screen, from the response to the annotations. The drawing
-// by the engine is not included.
+// only, and in the completion handler of the view controller. Does not include the drawing by the
+// engine.
 #include "Documents.h"
 #include "tests/kit/FakeServer.h"
 
@@ -21,8 +21,7 @@ namespace {
 constexpr std::size_t points = 100000;
 constexpr const char* routePath = "/v4/route";
 
-// Lets the benchmark wait for a block on the main queue without running it, because it measures the
-// run.
+// Waits for a block on the main queue without running it, because the benchmark measures the run.
 struct WakeUp {
   std::mutex mutex;
   std::condition_variable changed;
@@ -55,7 +54,7 @@ bool runUntil(Condition condition) {
   return true;
 }
 
-// Adds a short line and waits until it is visible: then the engine has loaded its style.
+// Adds a short line and waits until it is visible. After that, the engine has loaded its style.
 bool engineDraws(MGLMapView& map) {
   map.setTintColor(Qt::blue);
   map.addAnnotations({std::make_shared<MGLPolyline>(std::vector<Coordinate>{{0, -50}, {0, 50}})});

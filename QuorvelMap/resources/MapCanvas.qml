@@ -16,7 +16,7 @@ Item {
             name: "mapboxgl"
             PluginParameter { name: "mapboxgl.mapping.additional_style_urls"; value: root.styleUrls }
             PluginParameter { name: "mapboxgl.mapping.cache.memory"; value: true }
-            // Or else the plugin would use the one that it carries.
+            // Otherwise the plugin would use its built-in access token.
             PluginParameter { name: "mapboxgl.access_token"; value: "none" }
         }
     }
@@ -34,17 +34,18 @@ Item {
     Component {
         id: line
         MapPolyline {
-            property var ends: null
-            // The Mapbox GL engine draws lines itself, in its own style. Qt's own picture of them,
-            // which is never shown then, takes a third of the time to add a line.
+            property var layout: null
+            // The Mapbox GL engine draws lines as part of its style and does not show Qt's drawing.
+            // With OpenGLLineStrip, Qt does not project the coordinates when a line is added, which
+            // saves a third of the time.
             backend: map.plugin.name === "mapboxgl" ? MapPolyline.OpenGLLineStrip
                                                     : MapPolyline.Software
         }
     }
 
-    // Joins and caps of the Mapbox GL engine's own line.
+    // The joins and caps of a line that the Mapbox GL engine draws.
     Component {
-        id: roundEnds
+        id: roundLayout
         MapParameter {
             property string layer
             property string lineJoin
@@ -58,11 +59,11 @@ Item {
         objectName: "map"
         anchors.fill: parent
         color: "#ece9e2"
-        gesture.enabled: false  // The map view moves and zooms.
+        gesture.enabled: false  // MGLMapView handles all input.
     }
 
-    // The plugin is given to the map when the scene is in its window already: the engine looks
-    // for that window once.
+    // Call this when the scene is in a window: the engine looks for the window only once, when the
+    // plugin is set.
     function start(name) {
         map.plugin = (name === "mapboxgl" ? mapboxgl : osm).createObject(root)
         if (name === "osm")
@@ -78,10 +79,10 @@ Item {
         map.addMapItem(item)
         if (map.plugin.name !== "mapboxgl")
             return
-        item.ends = roundEnds.createObject(item, { layer: "QtLocation-" + item.objectName })
-        map.addMapParameter(item.ends)
-        // While the engine reads its style it takes no notice of new parameters, but of changes.
-        item.ends.lineJoin = "round"
+        item.layout = roundLayout.createObject(item, { layer: "QtLocation-" + item.objectName })
+        map.addMapParameter(item.layout)
+        // While the engine loads its style, it ignores new parameters, but not changes.
+        item.layout.lineJoin = "round"
     }
 
     function clear() {
@@ -89,8 +90,8 @@ Item {
         map.clearMapParameters()
         map.clearMapItems()
         for (var i = 0; i < items.length; ++i) {
-            if (items[i].ends !== null)
-                items[i].ends.destroy()
+            if (items[i].layout !== null)
+                items[i].layout.destroy()
             items[i].destroy()
         }
     }

@@ -11,7 +11,7 @@ namespace {
 
 int operations = 0;
 
-// Counts how often it is hashed and compared.
+// Counts its hash and comparison operations.
 struct Item {
   int number;
   bool operator==(const Item& other) const {
@@ -27,7 +27,7 @@ struct ItemHash {
 };
 using Store = AnnotationStore<Item, int, ItemHash>;
 
-TEST(AnnotationStoreTest, OperationsGrowWithTheNumberOfItemsAndNotWithItsSquare) {
+TEST(AnnotationStoreTest, NumberOfOperationsIsLinear) {
   constexpr int count = 20000, perItem = 10;
   Store store;
   for (int i = 0; i < count; ++i) {
@@ -41,9 +41,9 @@ TEST(AnnotationStoreTest, OperationsGrowWithTheNumberOfItemsAndNotWithItsSquare)
   EXPECT_LE(operations, perItem * count);
   EXPECT_EQ(store.items().size(), std::size_t{count / 2});
   EXPECT_EQ(store.items().front().number, count / 2);
-  EXPECT_EQ(store.looks().back(), 1 - count);
+  EXPECT_EQ(store.appearances().back(), 1 - count);
   store.remove(store.items());
-  EXPECT_TRUE(store.items().empty() && store.looks().empty());
+  EXPECT_TRUE(store.items().empty() && store.appearances().empty());
 }
 
 }  // namespace

@@ -13,16 +13,16 @@ using Screen = TestApplication::Screen;
 
 constexpr Coordinate town{39.28, -76.62};
 
-// A view at a place, with broad red lines.
+// A view with a delegate that makes wide red lines.
 struct Scene {
   explicit Scene(Coordinate center, double zoomLevel = 13) : view(QRect(0, 0, 600, 400)) {
-    looks->width = 12;
-    looks->color = QColor(200, 0, 0);
-    view.setDelegate(looks);
+    delegate->width = 12;
+    delegate->color = QColor(200, 0, 0);
+    view.setDelegate(delegate);
     view.setCenterCoordinate(center);
     view.setZoomLevel(zoomLevel);
   }
-  std::shared_ptr<Looks> looks = std::make_shared<Looks>();
+  std::shared_ptr<TestDelegate> delegate = std::make_shared<TestDelegate>();
   MGLMapView view;
 };
 
@@ -30,9 +30,9 @@ Coordinate east(Coordinate from, double degrees) {
   return {from.latitude, from.longitude + degrees};
 }
 
-// A line from west to east with the position in its middle.
-std::shared_ptr<MGLPolyline> lineThrough(Coordinate middle) {
-  return makeLine({east(middle, -0.01), east(middle, 0.01)});
+// A line from west to east.
+std::shared_ptr<MGLPolyline> lineThrough(Coordinate center) {
+  return makeLine({east(center, -0.01), east(center, 0.01)});
 }
 
 double residentMegabytes() {
@@ -41,31 +41,32 @@ double residentMegabytes() {
   return static_cast<double>(resident) * 4096 / 1e6;
 }
 
-// The line runs from west to east through the middle of the view.
-void expectBroadLine(MGLMapView& view, Coordinate at, const QColor& color) {
+// Expects a line of 12 pixels from west to east through the coordinate.
+void expectWideLine(MGLMapView& view, Coordinate at, const QColor& color) {
   EXPECT_TRUE(shows(view, at, color));
   EXPECT_TRUE(shows(view, at, color, {0, -4}));
   EXPECT_TRUE(shows(view, at, color, {0, 4}));
-  EXPECT_TRUE(shows(view, at, plainGround, {0, -9}));
-  EXPECT_TRUE(shows(view, at, plainGround, {0, 9}));
+  EXPECT_TRUE(shows(view, at, plainBackground, {0, -9}));
+  EXPECT_TRUE(shows(view, at, plainBackground, {0, 9}));
 }
 
-TEST(MGLMapViewTest, DrawsLinesWithWidthColourAndAlpha) {
+TEST(MGLMapViewTest, DrawsLinesWithWidthColorAndAlpha) {
   for (const Screen screen : {Screen::none, Screen::x11}) {
     const TestApplication application(screen);
     Scene scene(town);
-    scene.looks->alpha = 0.5;
+    scene.delegate->alpha = 0.5;
     scene.view.addAnnotations({lineThrough(town)});
-    EXPECT_EQ(scene.looks->askers, std::vector<const MGLMapView*>(3, &scene.view));
+    EXPECT_EQ(scene.delegate->receivedViews, std::vector<const MGLMapView*>(3, &scene.view));
     scene.view.show();
-    const QColor blended((200 + plainGround.red()) / 2, plainGround.green() / 2,
-                         plainGround.blue() / 2);
-    expectBroadLine(scene.view, town, blended);
-    EXPECT_TRUE(shows(scene.view, east(town, -0.012), plainGround)) << "past the line's end";
+    const QColor blended((200 + plainBackground.red()) / 2, plainBackground.green() / 2,
+                         plainBackground.blue() / 2);
+    expectWideLine(scene.view, town, blended);
+    EXPECT_TRUE(shows(scene.view, east(town, -0.012), plainBackground))
+        << "after the end of the line";
   }
 }
 
-TEST(MGLMapViewTest, DefaultsAreThreePixelsOfTheTintColour) {
+TEST(MGLMapViewTest, DefaultsAreThreePixelsOfTheTintColor) {
   const TestApplication application;
   MGLMapView view(QRect(0, 0, 400, 300));
   EXPECT_EQ(view.tintColor(), view.palette().color(QPalette::Highlight));
@@ -79,7 +80,7 @@ TEST(MGLMapViewTest, DefaultsAreThreePixelsOfTheTintColour) {
     double blue = 0;
     for (int y = -6; y <= 6; ++y) {
       const QColor seen = colorAt(view, view.convertCoordinate(town) + QPointF(0, y));
-      blue += (plainGround.red() - seen.red()) / double(plainGround.red());
+      blue += (plainBackground.red() - seen.red()) / double(plainBackground.red());
     }
     return std::abs(blue - 3) < 0.3;
   }));
@@ -87,24 +88,24 @@ TEST(MGLMapViewTest, DefaultsAreThreePixelsOfTheTintColour) {
   EXPECT_EQ(view.tintColor(), view.palette().color(QPalette::Highlight));
 }
 
-TEST(MGLMapViewTest, MarkersStandOnTheirPositionsAndTitlesAreReadableOnDarkGround) {
+TEST(MGLMapViewTest, MarkersAreAtTheirCoordinatesAndLabelsHaveContrastOnDarkStyle) {
   const TestApplication application;
   Scene scene({0, 0});
-  scene.view.setStyleURL(application.file("dark.json", styleWithGround("#102030")));
+  scene.view.setStyleURL(application.file("dark.json", styleWithBackground("#102030")));
   scene.view.addAnnotations({makeMarker({0, 0}, "mm")});
-  scene.looks->image = MGLAnnotationImage(filledImage({40, 20}, Qt::blue));
+  scene.delegate->image = MGLAnnotationImage(filledImage({40, 20}, Qt::blue));
   const Coordinate second = east({0, 0}, 0.01);
   scene.view.addAnnotations({makeMarker(second, "")});
   scene.view.show();
 
-  const QColor ground(0x10, 0x20, 0x30);
+  const QColor background(0x10, 0x20, 0x30);
   EXPECT_TRUE(shows(scene.view, {0, 0}, pinColor, {0, -12})) << "the pin";
-  EXPECT_TRUE(shows(scene.view, {0, 0}, ground, {0, 3})) << "below its tip";
+  EXPECT_TRUE(shows(scene.view, {0, 0}, background, {0, 3})) << "below its tip";
   for (const QPointF corner : {QPointF(-18, -8), QPointF(18, 8)}) {
     EXPECT_TRUE(shows(scene.view, second, Qt::blue, corner));
-    EXPECT_TRUE(shows(scene.view, second, ground, corner * 1.3));
+    EXPECT_TRUE(shows(scene.view, second, background, corner * 1.3));
   }
-  // Above the pin, dark letters on a white plate.
+  // The label above the pin has dark letters on white.
   const QImage picture = scene.view.grab().toImage();
   const QPoint tip = scene.view.convertCoordinate({0, 0}).toPoint();
   int white = 0, dark = 0;
@@ -112,20 +113,19 @@ TEST(MGLMapViewTest, MarkersStandOnTheirPositionsAndTitlesAreReadableOnDarkGroun
     for (int x = -12; x <= 12; ++x) {
       const QColor pixel = picture.pixelColor(tip + QPoint(x, y));
       white += isAlike(pixel, Qt::white) ? 1 : 0;
-      dark += pixel.lightness() < 100 && !isAlike(pixel, ground) ? 1 : 0;
+      dark += pixel.lightness() < 100 && !isAlike(pixel, background) ? 1 : 0;
     }
   }
   EXPECT_GT(white, 100);
   EXPECT_GT(dark, 20);
 }
 
-// The plates of titles that are whole: two straight edges of one length, one below the other, and
-// their ends joined at the sides.
-std::vector<QRect> wholePlates(const QImage& picture) {
+// Finds complete labels: two horizontal edges of equal length with vertical edges at both ends.
+std::vector<QRect> completeLabels(const QImage& picture) {
   const auto isEdge = [&](int x, int y) {
     return picture.valid(x, y) && isAlike(picture.pixelColor(x, y), QColor(0x60, 0x60, 0x60));
   };
-  std::vector<QRect> runs, plates;
+  std::vector<QRect> runs, labels;
   for (int y = 0; y < picture.height(); ++y) {
     for (int x = 0, start = 0; x <= picture.width(); ++x) {
       if (isEdge(x, y)) continue;
@@ -140,85 +140,88 @@ std::vector<QRect> wholePlates(const QImage& picture) {
     });
     if (bottom == runs.end()) continue;
     const int middle = (runs[i].y() + bottom->y()) / 2;
-    // The corners are round.
+    // The corners are rounded, so the vertical edges are outside the horizontal ones.
     int left = runs[i].left(), right = runs[i].right();
     while (left > runs[i].left() - 6 && !isEdge(left, middle))
       --left;
     while (right < runs[i].right() + 6 && !isEdge(right, middle))
       ++right;
     if (isEdge(left, middle) && isEdge(right, middle))
-      plates.emplace_back(QPoint(left, runs[i].y()), QPoint(right, bottom->y()));
+      labels.emplace_back(QPoint(left, runs[i].y()), QPoint(right, bottom->y()));
     *bottom = QRect();
   }
-  return plates;
+  return labels;
 }
 
-struct PlacedTitles {
+struct MarkersCase {
   const char* name;
-  // Where the markers stand, in pixels, and what is written on each.
-  std::vector<QPointF> places;
+  // In pixels.
+  std::vector<QPointF> points;
   const char* title = "origin";
-  // How many pins are not in part below another or out of view.
-  int wholePins = 0;
+  // The number of pins that are completely visible.
+  int visiblePins = 0;
 };
 
-TEST(MGLMapViewTest, TitlesAreWholeApartAndInsideTheViewAndLeaveSymbolsFree) {
-  const PlacedTitles table[] = {
-      {"on a pixel", {{300, 200}}, "origin", 1},
+TEST(MGLMapViewTest, LabelsAreCompleteInsideViewAndDoNotOverlap) {
+  const MarkersCase table[] = {
+      {"at a pixel", {{300, 200}}, "origin", 1},
       {"between pixels", {{300.5, 200.5}, {100.3, 100.7}, {450.75, 300.25}}},
-      {"on one position", {{300, 200}, {300, 200}, {300, 200}}},
+      {"at the same coordinate", {{300, 200}, {300, 200}, {300, 200}}},
       {"near each other", {{300, 200}, {312, 203}}, "origin", 1},
-      {"one on the other's title", {{300, 200}, {300, 150}}, "origin", 2},
+      {"one on the label of the other", {{300, 200}, {300, 150}}, "origin", 2},
       {"at the edges", {{2, 200}, {598, 200}, {300, 40}, {300, 396}}},
       {"in the corners", {{3, 3}, {597, 37}, {3, 397}, {597, 397}}},
-      {"long", {{30, 200}}, "a title about as long as half of the view, and then some more"},
+      {"long", {{30, 200}}, "a title that is a bit wider than half of the width of the view"},
       {"longer than the view",
        {{200, 200}},
-       "a title that is longer than the view is wide, because it tells of all that there is to be "
-       "told about a place and then goes on to tell of another place that nobody asked about"}};
+       "a title that is wider than the view, because it contains the name of the place, the "
+       "address "
+       "of the place, the opening hours of the place, and then the name of the next place as "
+       "well"}};
   for (const Screen screen : {Screen::none, Screen::x11}) {
     const TestApplication application(screen);
-    for (const PlacedTitles& row : table) {
+    for (const MarkersCase& row : table) {
       Scene scene(town);
-      for (const QPointF& place : row.places)
-        scene.view.addAnnotations({makeMarker(scene.view.convertPoint(place), row.title)});
-      scene.view.setShowsZoomButtons(false);  // They would lie above titles in the corners.
+      for (const QPointF& point : row.points)
+        scene.view.addAnnotations({makeMarker(scene.view.convertPoint(point), row.title)});
+      scene.view.setShowsZoomButtons(false);  // They would cover labels in the corners.
       scene.view.setShowsScaleBar(false);
       scene.view.show();
       QImage picture;
-      std::vector<QRect> plates;
+      std::vector<QRect> labels;
       EXPECT_TRUE(waitUntil([&] {
         picture = scene.view.grab().toImage();
-        plates = wholePlates(picture);
-        return plates.size() == row.places.size();
+        labels = completeLabels(picture);
+        return labels.size() == row.points.size();
       })) << row.name
-          << ": " << plates.size();
+          << ": " << labels.size();
       int red = 0;
       for (int i = 0; i < picture.width() * picture.height(); ++i)
         red += isAlike(picture.pixelColor(i % picture.width(), i / picture.width()), pinColor);
       // A pin has more than 300 red pixels.
-      EXPECT_GE(red, 300 * row.wholePins) << row.name;
+      EXPECT_GE(red, 300 * row.visiblePins) << row.name;
     }
   }
 }
 
-TEST(MGLMapViewTest, LinesHaveRoundJoinsAndRoundEnds) {
+TEST(MGLMapViewTest, LinesHaveRoundJoinsAndCaps) {
   for (const Screen screen : {Screen::none, Screen::x11}) {
     const TestApplication application(screen);
     Scene scene(town);
     scene.view.show();
-    // From the left into the corner in the middle, and back.
+    // From the left to the center of the view, and back.
     const auto at = [&](double x, double y) { return scene.view.convertPoint({300 + x, 200 + y}); };
     scene.view.addAnnotations({makeLine({at(-100, 0), at(0, 0), at(-100, 40)})});
     const std::tuple<QPointF, bool> table[] = {
         {{4, 0}, true}, {{9, 0}, false}, {{-104, 0}, true}, {{-107, -6}, false}};
     for (const auto& [place, isOnLine] : table)
-      EXPECT_TRUE(shows(scene.view, town, isOnLine ? *scene.looks->color : plainGround, place))
+      EXPECT_TRUE(
+          shows(scene.view, town, isOnLine ? *scene.delegate->color : plainBackground, place))
           << place.x();
   }
 }
 
-TEST(MGLMapViewTest, MarkersAreSeenAtEveryZoomLevel) {
+TEST(MGLMapViewTest, MarkersAreVisibleAtEveryZoomLevel) {
   for (const Screen screen : {Screen::none, Screen::x11}) {
     const TestApplication application(screen);
     Scene scene({0, 0}, 0);
@@ -231,7 +234,7 @@ TEST(MGLMapViewTest, MarkersAreSeenAtEveryZoomLevel) {
   }
 }
 
-TEST(MGLMapViewTest, LinesOfAnyLengthAreListedAndDrawn) {
+TEST(MGLMapViewTest, LinesOfAnyLengthAreDrawn) {
   const TestApplication application;
   Scene scene(town);
   scene.view.show();
@@ -242,29 +245,29 @@ TEST(MGLMapViewTest, LinesOfAnyLengthAreListedAndDrawn) {
   }
   scene.view.addAnnotations({makeLine({}), makeLine({town})});
   scene.view.addAnnotations({makeLine({east(town, -0.01), east(town, -0.005)})});
-  EXPECT_TRUE(shows(scene.view, east(town, -0.007), *scene.looks->color));
+  EXPECT_TRUE(shows(scene.view, east(town, -0.007), *scene.delegate->color));
   scene.view.addAnnotations({makeLine(std::move(many))});
   EXPECT_EQ(scene.view.annotations().size(), 4U);
-  EXPECT_TRUE(shows(scene.view, east(town, 0.01), *scene.looks->color));
-  EXPECT_TRUE(shows(scene.view, east(town, -0.002), plainGround));
+  EXPECT_TRUE(shows(scene.view, east(town, 0.01), *scene.delegate->color));
+  EXPECT_TRUE(shows(scene.view, east(town, -0.002), plainBackground));
 }
 
-TEST(MGLMapViewTest, LinesCrossTheAntimeridianTheShortWay) {
+TEST(MGLMapViewTest, LinesCrossTheAntimeridian) {
   for (const Screen screen : {Screen::none, Screen::x11}) {
     const TestApplication application(screen);
     Scene scene({0, 180});
     scene.view.show();
     scene.view.addAnnotations({makeLine({{0, 179.98}, {0, -179.99}, {0, 179.99}, {0, -179.98}})});
     for (const double longitude : {179.985, 179.9999, 180.0, -179.9999, -179.985})
-      EXPECT_TRUE(shows(scene.view, {0, longitude}, *scene.looks->color)) << longitude;
+      EXPECT_TRUE(shows(scene.view, {0, longitude}, *scene.delegate->color)) << longitude;
     scene.view.setCenterCoordinate({0, 0});
-    EXPECT_TRUE(shows(scene.view, {0, 0}, plainGround)) << "a line around the world";
+    EXPECT_TRUE(shows(scene.view, {0, 0}, plainBackground)) << "a line around the world";
     scene.view.addAnnotations({makeLine({{0, -0.01}, {NAN, 0}, {0, 0.01}})});
-    EXPECT_TRUE(shows(scene.view, {0, 0}, *scene.looks->color)) << "the point at (0, 0)";
+    EXPECT_TRUE(shows(scene.view, {0, 0}, *scene.delegate->color)) << "the point at (0, 0)";
   }
 }
 
-TEST(MGLMapViewTest, ListsAnnotationsInOrderOnceAndRemovesThem) {
+TEST(MGLMapViewTest, AnnotationsAreInInsertionOrderAndCanBeRemoved) {
   const TestApplication application;
   Scene scene(town);
   const MGLMapView::Annotations all = {makeMarker(town, "origin"), makeMarker(town, "destination"),
@@ -273,15 +276,15 @@ TEST(MGLMapViewTest, ListsAnnotationsInOrderOnceAndRemovesThem) {
   scene.view.addAnnotations({all[2], nullptr});
   EXPECT_EQ(scene.view.annotations(), all);
   scene.view.show();
-  EXPECT_TRUE(shows(scene.view, east(town, 0.005), *scene.looks->color));
+  EXPECT_TRUE(shows(scene.view, east(town, 0.005), *scene.delegate->color));
   scene.view.removeAnnotations({all[2], all[0], nullptr});
   EXPECT_EQ(scene.view.annotations(), MGLMapView::Annotations{all[1]});
-  EXPECT_TRUE(shows(scene.view, east(town, 0.005), plainGround));
+  EXPECT_TRUE(shows(scene.view, east(town, 0.005), plainBackground));
 }
 
-TEST(MGLMapViewTest, KeepsPlaceLinesAndMarkersThroughResizesAndInOtherWindows) {
+TEST(MGLMapViewTest, KeepsCameraAndAnnotationsAfterResizeAndInAnotherWindow) {
   std::vector<QSize> sizes = {{300, 200}, {640, 200}, {640, 480}, {1000, 800}};
-  // As a frame is dragged, and back from a maximised window.
+  // The sizes while a user drags the frame of the window, and after the window was maximized.
   for (int step = 1; step <= 6; ++step)
     sizes.emplace_back(1000 - 7 * step, 800 - 11 * step);
   sizes.emplace_back(700, 500);
@@ -291,7 +294,7 @@ TEST(MGLMapViewTest, KeepsPlaceLinesAndMarkersThroughResizesAndInOtherWindows) {
     Scene scene(town, 12.5);
     const Coordinate pin{town.latitude + 0.004, town.longitude};
     scene.view.addAnnotations({lineThrough(town), makeMarker(pin, "")});
-    // It goes by itself, or along with a widget above it.
+    // Moves the view itself or its parent.
     const std::pair<QWidget*, QWidget*> moves[] = {
         {&scene.view, &first}, {&scene.view, &frame}, {&frame, &second}, {&frame, &first}};
     for (const auto& [moved, to] : moves) {
@@ -302,11 +305,11 @@ TEST(MGLMapViewTest, KeepsPlaceLinesAndMarkersThroughResizesAndInOtherWindows) {
       frame.resize(1000, 800);
       for (const QSize& size : sizes) {
         scene.view.resize(size);
-        expectBroadLine(scene.view, town, *scene.looks->color);
-        // The pin's both sides, and right below its tip.
+        expectWideLine(scene.view, town, *scene.delegate->color);
+        // Both sides of the pin, and the point below its tip.
         for (const double x : {-9, 9})
           EXPECT_TRUE(shows(scene.view, pin, pinColor, {x, -23})) << size.height();
-        EXPECT_TRUE(shows(scene.view, pin, plainGround, {0, 3})) << size.height();
+        EXPECT_TRUE(shows(scene.view, pin, plainBackground, {0, 3})) << size.height();
         EXPECT_NEAR(scene.view.centerCoordinate().latitude, town.latitude, 1e-4);
         EXPECT_NEAR(scene.view.centerCoordinate().longitude, town.longitude, 1e-4);
         EXPECT_NEAR(scene.view.zoomLevel(), 12.5, 1e-6);
@@ -315,13 +318,13 @@ TEST(MGLMapViewTest, KeepsPlaceLinesAndMarkersThroughResizesAndInOtherWindows) {
     }
     const Coordinate north{town.latitude + 0.01, town.longitude};
     scene.view.addAnnotations({lineThrough(north)});
-    expectBroadLine(scene.view, north, *scene.looks->color);
+    expectWideLine(scene.view, north, *scene.delegate->color);
     scene.view.setParent(nullptr);
     frame.setParent(nullptr);
   }
 }
 
-TEST(MGLMapViewTest, TheWorldsEdgesStayOutOfSight) {
+TEST(MGLMapViewTest, EdgesOfTheWorldAreNotVisible) {
   for (const Screen screen : {Screen::none, Screen::x11}) {
     const TestApplication application(screen);
     Scene scene({84, 20}, 2);
@@ -337,10 +340,10 @@ TEST(MGLMapViewTest, TheWorldsEdgesStayOutOfSight) {
   }
 }
 
-// In two windows, and in one.
-TEST(MGLMapViewTest, TwoViewsAreIndependentAndManyLeaveNothingBehind) {
+// The second view is in the same window or in its own.
+TEST(MGLMapViewTest, ViewsAreIndependentAndFreeTheirMemory) {
   const TestApplication application;
-  const auto plainPicture = [](const QColor& color) {
+  const auto filledMarkerImage = [](const QColor& color) {
     return MGLAnnotationImage(filledImage({20, 20}, color));
   };
   QWidget window;
@@ -348,7 +351,7 @@ TEST(MGLMapViewTest, TwoViewsAreIndependentAndManyLeaveNothingBehind) {
   Scene first(town);
   first.view.setParent(&window);
   first.view.addAnnotations({lineThrough(town)});
-  first.looks->image = plainPicture(Qt::green);
+  first.delegate->image = filledMarkerImage(Qt::green);
   first.view.addAnnotations({makeMarker(town, "")});
   window.show();
   const Coordinate harbor{-33.86, 151.2};
@@ -357,32 +360,32 @@ TEST(MGLMapViewTest, TwoViewsAreIndependentAndManyLeaveNothingBehind) {
     Scene second(harbor);
     if (round % 2 == 0) second.view.setParent(&window);
     second.view.move(620, 0);
-    second.looks->color = QColor(0, 0, 200);
+    second.delegate->color = QColor(0, 0, 200);
     second.view.show();
-    // The marker is added first and stands above the line all the same.
-    second.looks->image = plainPicture(Qt::yellow);
+    // The marker is drawn above the line, although it is added first.
+    second.delegate->image = filledMarkerImage(Qt::yellow);
     second.view.addAnnotations({makeMarker(east(harbor, -0.005), "")});
     second.view.addAnnotations({lineThrough(harbor)});
-    EXPECT_TRUE(shows(second.view, harbor, *second.looks->color));
+    EXPECT_TRUE(shows(second.view, harbor, *second.delegate->color));
     EXPECT_TRUE(shows(second.view, east(harbor, -0.005), Qt::yellow));
     if (round < 2) {
       EXPECT_TRUE(shows(first.view, town, Qt::green));
     }
     if (round == 5) settled = residentMegabytes();
   }
-  EXPECT_TRUE(shows(first.view, east(town, 0.005), *first.looks->color));
+  EXPECT_TRUE(shows(first.view, east(town, 0.005), *first.delegate->color));
   EXPECT_LT(residentMegabytes() - settled, 20);
 }
 
-TEST(MGLMapViewTest, VisibleCoordinatesAreInsideTheMarginsAndFillTheView) {
+TEST(MGLMapViewTest, VisibleCoordinatesFillTheViewInsideTheMargins) {
   const TestApplication application(Screen::none);
   const std::tuple<const char*, std::vector<Coordinate>, QMargins> table[] = {
       {"a town", {{39.27, -76.65}, {39.31, -76.58}, {39.29, -76.60}}, {}},
       {"uneven margins", {{39.27, -76.65}, {39.31, -76.58}}, {150, 10, 20, 90}},
       {"across the antimeridian", {{-17, 179.5}, {-16, -179.5}, {-16.5, 180}}, {20, 20, 20, 20}},
       {"tall", {{0, 0}, {10, 0}}, {10, 50, 10, 10}},
-      {"one position", {{48, 11}}, {0, 100, 0, 0}},
-      {"a position that is none", {{48, 11}, {NAN, 11}, {48.1, 11.1}}, {}}};
+      {"one coordinate", {{48, 11}}, {0, 100, 0, 0}},
+      {"a coordinate that is not finite", {{48, 11}, {NAN, 11}, {48.1, 11.1}}, {}}};
   for (const auto& [name, positions, margins] : table) {
     MGLMapView view(QRect(0, 0, 600, 400));
     view.setVisibleCoordinates(positions, margins);
@@ -405,7 +408,7 @@ TEST(MGLMapViewTest, VisibleCoordinatesAreInsideTheMarginsAndFillTheView) {
   MGLMapView view;
   view.setCenterCoordinate(town);
   view.setVisibleCoordinates({});
-  EXPECT_EQ(view.centerCoordinate(), town) << "without a position nothing moves";
+  EXPECT_EQ(view.centerCoordinate(), town) << "no coordinates";
 }
 
 }  // namespace

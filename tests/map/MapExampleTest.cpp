@@ -18,11 +18,12 @@ namespace quorvelkit::test {
 
 namespace {
 
-// Qt and the OpenGL driver are not for these checks.
+// Turns off checks that fail in Qt and in the OpenGL driver.
 const std::string program =
     "ASAN_OPTIONS=detect_leaks=0 TSAN_OPTIONS=ignore_noninstrumented_modules=1 " QUORVEL_MAP;
 
-// The boxes around what has the colour, a gap of some columns between them.
+// The bounding boxes of the pixels with the color. More than 10 columns without such a pixel
+// separate two boxes.
 std::vector<QRect> boxesOf(const QImage& picture, const QColor& color) {
   std::vector<QRect> boxes;
   for (int x = 0; x < picture.width(); ++x) {
@@ -35,7 +36,7 @@ std::vector<QRect> boxesOf(const QImage& picture, const QColor& color) {
   return boxes;
 }
 
-TEST(MapExampleTest, SavesAPictureOfTheWholeRouteOnTheStyle) {
+TEST(MapExampleTest, ScreenshotShowsRouteOnStyle) {
   const TestApplication application;
   sandbox::Sandbox sandbox(sandbox::MapData::builtInTown());
   ASSERT_TRUE(sandbox.start(0));
@@ -49,7 +50,7 @@ TEST(MapExampleTest, SavesAPictureOfTheWholeRouteOnTheStyle) {
   EXPECT_EQ(output.out, "Drawn by Qt Location's engine mapboxgl.\n");
   const QImage picture(QString::fromStdString(file));
   ASSERT_EQ(picture.size(), QSize(800, 320));
-  // Whole pins, and the line from one to the other.
+  // Two complete pins, and a line between them.
   const std::vector<QRect> pins = boxesOf(picture, QColor(0xd6, 0x33, 0x3f));
   ASSERT_EQ(pins.size(), 2U);
   const QColor blue(0x3d, 0x86, 0xf5);
@@ -67,14 +68,14 @@ TEST(MapExampleTest, SavesAPictureOfTheWholeRouteOnTheStyle) {
     EXPECT_FALSE(boxesOf(picture, color).empty()) << color;
   QDirIterator compiled(application.folder(), {"*.qmlc"}, QDir::Files,
                         QDirIterator::Subdirectories);
-  EXPECT_FALSE(compiled.hasNext()) << "the scene was compiled at run time, and kept";
+  EXPECT_FALSE(compiled.hasNext()) << "Qt compiled the scene at run time";
 }
 
 constexpr Coordinate tripStart{40.4523, -38.2804}, tripEnd{40.4469, -38.1872};
 
 QString textOf(const RoutePage& page) { return page.findChild<QLabel*>("message")->text(); }
 
-TEST(MapExampleTest, AClickOnATurnMarksItsPlace) {
+TEST(MapExampleTest, ClickOnTurnShowsItsMarker) {
   sandbox::Sandbox sandbox(sandbox::MapData::builtInTown());
   ASSERT_TRUE(sandbox.start(0));
   const TestApplication application(TestApplication::Screen::none);
@@ -94,7 +95,7 @@ TEST(MapExampleTest, AClickOnATurnMarksItsPlace) {
   ASSERT_EQ(list->count(), static_cast<int>(places.size()));
   ASSERT_GE(places.size(), 3U);
   MGLMapView& map = *page.screen().mapview();
-  EXPECT_EQ(map.annotations().size(), 4U) << "rim, markers and line";
+  EXPECT_EQ(map.annotations().size(), 4U) << "outline, markers and line";
   for (const int row : {1, 2, 1}) {
     const QPoint item = list->visualItemRect(list->item(row)).center();
     QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, item);
@@ -102,12 +103,12 @@ TEST(MapExampleTest, AClickOnATurnMarksItsPlace) {
     EXPECT_NEAR(map.centerCoordinate().latitude, place.latitude, 1e-9);
     EXPECT_NEAR(map.centerCoordinate().longitude, place.longitude, 1e-9);
     EXPECT_GE(map.zoomLevel(), 16);
-    EXPECT_EQ(map.annotations().size(), 5U) << "one turn at a time";
+    EXPECT_EQ(map.annotations().size(), 5U) << "one turn marker";
     EXPECT_TRUE(shows(map, place, darkTheme().turn, {9, 0}));
   }
 }
 
-TEST(MapExampleTest, SaysWhyThereIsNoRoute) {
+TEST(MapExampleTest, ShowsReasonIfThereIsNoRoute) {
   sandbox::Sandbox sandbox(sandbox::MapData::builtInTown());
   ASSERT_TRUE(sandbox.start(0));
   const TestApplication application(TestApplication::Screen::none);
@@ -134,7 +135,7 @@ TEST(MapExampleTest, HelpNeedsNoDisplay) {
   EXPECT_NE(output.out.find("--dark"), std::string::npos);
 }
 
-TEST(MapExampleTest, SaysWhatItNeeds) {
+TEST(MapExampleTest, WrongArgumentsAreRejected) {
   const TestApplication application(TestApplication::Screen::none);
   for (const char* const arguments :
        {"", " --from 1,2", " --from 1,2 --to 3", " --from 1,2 --to 3,4 --width 0",

@@ -16,12 +16,12 @@ namespace {
 using Screen = TestApplication::Screen;
 
 constexpr Coordinate start{39.28, -76.62};
-constexpr QPointF viewMiddle(300, 200), place(180, 290);
+constexpr QPointF viewCenter(300, 200), point(180, 290);
 constexpr auto pressed = Qt::TouchPointPressed, moved = Qt::TouchPointMoved,
                still = Qt::TouchPointStationary, released = Qt::TouchPointReleased;
 
-// A view that gets its events as users make them: by way of its window. With the first engine and
-// with the plain one.
+// Sends events to the window of a view, as the window system does. Runs with the Mapbox GL engine
+// and with the plain painter.
 class MapInputTest : public testing::TestWithParam<Screen> {
  protected:
   MapInputTest() {
@@ -29,7 +29,7 @@ class MapInputTest : public testing::TestWithParam<Screen> {
     view_.setZoomLevel(10);
     view_.show();
     QApplication::setActiveWindow(&view_);
-    // Two taps on a slow machine are a double tap, too.
+    // Also a slow machine must recognize double taps.
     QGuiApplication::styleHints()->setMouseDoubleClickInterval(600000);
   }
 
@@ -59,9 +59,9 @@ class MapInputTest : public testing::TestWithParam<Screen> {
     touch({{0, released, at}});
   }
 
-  // The position is at the place, at the level.
-  void expect(Coordinate position, QPointF at, double level, const char* after) {
-    const QPointF seen = view_.convertCoordinate(position);
+  // Expects the coordinate at the point of the view, and the zoom level.
+  void expect(Coordinate coordinate, QPointF at, double level, const char* after) {
+    const QPointF seen = view_.convertCoordinate(coordinate);
     EXPECT_NEAR(seen.x(), at.x(), 0.05) << after;
     EXPECT_NEAR(seen.y(), at.y(), 0.05) << after;
     EXPECT_NEAR(view_.zoomLevel(), level, 1e-6) << after;
@@ -77,76 +77,77 @@ INSTANTIATE_TEST_SUITE_P(Engines, MapInputTest, testing::Values(Screen::none, Sc
                            return test.param == Screen::x11 ? "mapboxgl" : "plain";
                          });
 
-TEST_P(MapInputTest, MouseAndWheelKeepThePositionUnderThePointer) {
-  const Coordinate held = view_.convertPoint(place);
-  wheel(place, 120);
-  wheel(place, 120);
-  expect(held, place, 10.8, "two notches");
-  wheel(place, 60);
-  expect(held, place, 11, "two notches and a half");
-  wheel(place, -300);
-  expect(held, place, 10, "as far back");
-  QTest::mouseDClick(window(), Qt::LeftButton, {}, place.toPoint());
-  expect(held, place, 11, "a double click");
-  QTest::mouseDClick(window(), Qt::RightButton, {}, place.toPoint());
-  expect(held, place, 11, "a double click of the other button");
+TEST_P(MapInputTest, MouseAndWheelKeepTheCoordinateBelowThePointer) {
+  const Coordinate coordinate = view_.convertPoint(point);
+  wheel(point, 120);
+  wheel(point, 120);
+  expect(coordinate, point, 10.8, "two wheel steps");
+  wheel(point, 60);
+  expect(coordinate, point, 11, "two and a half wheel steps");
+  wheel(point, -300);
+  expect(coordinate, point, 10, "the same distance back");
+  QTest::mouseDClick(window(), Qt::LeftButton, {}, point.toPoint());
+  expect(coordinate, point, 11, "a double click");
+  QTest::mouseDClick(window(), Qt::RightButton, {}, point.toPoint());
+  expect(coordinate, point, 11, "a double click with the right button");
 
-  QTest::mousePress(window(), Qt::LeftButton, {}, place.toPoint());
+  QTest::mousePress(window(), Qt::LeftButton, {}, point.toPoint());
   QTest::mouseMove(window(), QPoint(200, 200));
-  QTest::mouseMove(window(), viewMiddle.toPoint());
-  QTest::mouseRelease(window(), Qt::LeftButton, {}, viewMiddle.toPoint());
-  expect(held, viewMiddle, 11, "a drag");
-  QTest::mouseMove(window(), place.toPoint());
-  expect(held, viewMiddle, 11, "a move without a button");
+  QTest::mouseMove(window(), viewCenter.toPoint());
+  QTest::mouseRelease(window(), Qt::LeftButton, {}, viewCenter.toPoint());
+  expect(coordinate, viewCenter, 11, "a drag");
+  QTest::mouseMove(window(), point.toPoint());
+  expect(coordinate, viewCenter, 11, "a move without a button");
 
-  wheel(place, 30000);
+  wheel(point, 30000);
   EXPECT_DOUBLE_EQ(view_.zoomLevel(), 20);
-  wheel(place, -30000);
+  wheel(point, -30000);
   const double filling = std::log2(600 / 512.0);
   EXPECT_NEAR(view_.zoomLevel(), filling, 1e-6) << "the world fills the view";
-  QTest::mousePress(window(), Qt::LeftButton, {}, viewMiddle.toPoint());
+  QTest::mousePress(window(), Qt::LeftButton, {}, viewCenter.toPoint());
   QTest::mouseMove(window(), QPoint(300, 399));
-  EXPECT_NEAR(view_.convertPoint({300, 0}).latitude, 85.0511, 1e-3) << "its upper edge";
+  EXPECT_NEAR(view_.convertPoint({300, 0}).latitude, 85.0511, 1e-3)
+      << "the upper edge of the world";
 }
 
 TEST_P(MapInputTest, FingersDragPinchAndTap) {
-  Coordinate held = view_.convertPoint(place);
-  touch({{0, pressed, place}});
+  Coordinate coordinate = view_.convertPoint(point);
+  touch({{0, pressed, point}});
   touch({{0, moved, {250, 250}}});
-  touch({{0, moved, viewMiddle}});
-  touch({{0, released, viewMiddle}});
-  expect(held, viewMiddle, 10, "one finger");
+  touch({{0, moved, viewCenter}});
+  touch({{0, released, viewCenter}});
+  expect(coordinate, viewCenter, 10, "one finger");
 
-  // Apart to twice the distance, while their middle moves, too.
-  held = view_.convertPoint({250, 150});
+  // The fingers move to twice the distance, and their center moves.
+  coordinate = view_.convertPoint({250, 150});
   touch({{0, pressed, {200, 150}}});
   touch({{0, still, {}}, {1, pressed, {300, 150}}});
   touch({{0, moved, {200, 200}}, {1, moved, {350, 200}}});
   touch({{0, moved, {180, 200}}, {1, moved, {380, 200}}});
-  expect(held, {280, 200}, 11, "two fingers");
+  expect(coordinate, {280, 200}, 11, "two fingers");
   touch({{0, moved, {230, 200}}, {1, moved, {330, 200}}});
   touch({{0, released, {230, 200}}, {1, still, {}}});
   touch({{1, moved, {340, 210}}});
   touch({{1, released, {340, 210}}});
-  expect(held, {290, 210}, 10, "together again, and one lifted");
+  expect(coordinate, {290, 210}, 10, "half the distance, then one finger");
 
-  held = view_.convertPoint(place);
-  tap(place);
-  expect(held, place, 10, "a tap");
-  tap(viewMiddle);
-  expect(held, place, 10, "a tap elsewhere");
-  tap(place);
-  tap(place + QPointF(5, 5));
+  coordinate = view_.convertPoint(point);
+  tap(point);
+  expect(coordinate, point, 10, "a tap");
+  tap(viewCenter);
+  expect(coordinate, point, 10, "a tap elsewhere");
+  tap(point);
+  tap(point + QPointF(5, 5));
   EXPECT_NEAR(view_.zoomLevel(), 11, 1e-6) << "a double tap";
-  tap(place);
-  EXPECT_NEAR(view_.zoomLevel(), 11, 1e-6) << "a third tap begins anew";
+  tap(point);
+  EXPECT_NEAR(view_.zoomLevel(), 11, 1e-6) << "a third tap is a single tap";
 }
 
-TEST_P(MapInputTest, KeysMoveZoomAndShowTheRouteAndTheFocusIsSeen) {
+TEST_P(MapInputTest, KeysMoveZoomAndShowTheRouteAndTheFocusFrame) {
   auto* const frame = view_.findChild<QWidget*>("focusFrame");
-  QTest::mouseClick(window(), Qt::LeftButton, {}, viewMiddle.toPoint());
+  QTest::mouseClick(window(), Qt::LeftButton, {}, viewCenter.toPoint());
   EXPECT_TRUE(view_.hasFocus());
-  EXPECT_FALSE(frame->isVisible()) << "a mouse shows where it is itself";
+  EXPECT_FALSE(frame->isVisible()) << "a click";
   const std::tuple<Qt::Key, Qt::KeyboardModifier, QPointF, double> table[] = {
       {Qt::Key_Left, Qt::NoModifier, {80, 0}, 10},
       {Qt::Key_Right, Qt::NoModifier, {0, 0}, 10},
@@ -160,14 +161,14 @@ TEST_P(MapInputTest, KeysMoveZoomAndShowTheRouteAndTheFocusIsSeen) {
       {Qt::Key_Home, Qt::NoModifier, {0, 0}, 11}};
   for (const auto& [key, modifier, offset, level] : table) {
     QTest::keyClick(window(), key, modifier);
-    expect(start, viewMiddle + offset, level, QKeySequence(key).toString().toLocal8Bit());
+    expect(start, viewCenter + offset, level, QKeySequence(key).toString().toLocal8Bit());
   }
   EXPECT_TRUE(frame->isVisible());
   EXPECT_TRUE(isAlike(colorAt(view_, {1, 100}), view_.palette().color(QPalette::Highlight)));
   view_.clearFocus();
   EXPECT_FALSE(frame->isVisible());
 
-  // The lines, not the marker elsewhere.
+  // Home shows the lines and not the marker.
   const std::vector<Coordinate> ends{{50, 10}, {51, 11}};
   view_.addAnnotations({makeMarker({0, 0}, "elsewhere"), makeLine(ends)});
   view_.setFocus(Qt::TabFocusReason);
@@ -179,7 +180,7 @@ TEST_P(MapInputTest, KeysMoveZoomAndShowTheRouteAndTheFocusIsSeen) {
   QTest::keyClick(window(), Qt::Key_Home);
   EXPECT_TRUE(shows(view_, {0, 0}, pinColor, {0, -12}));
   view_.removeAnnotations(view_.annotations());
-  EXPECT_TRUE(shows(view_, {0, 0}, plainGround, {0, -12}));
+  EXPECT_TRUE(shows(view_, {0, 0}, plainBackground, {0, -12}));
 }
 
 TEST_P(MapInputTest, ButtonsZoomAndCanBeHidden) {
@@ -187,14 +188,14 @@ TEST_P(MapInputTest, ButtonsZoomAndCanBeHidden) {
   const QPoint in = button->geometry().center();
   const QPoint out = view_.findChild<QWidget*>("zoomOut")->geometry().center();
   QTest::mouseClick(window(), Qt::LeftButton, {}, in);
-  expect(start, viewMiddle, 11, "the plus button");
+  expect(start, viewCenter, 11, "the plus button");
   tap(in);
-  expect(start, viewMiddle, 12, "the plus button by a finger");
+  expect(start, viewCenter, 12, "the plus button by a finger");
   QTest::mouseClick(window(), Qt::LeftButton, {}, out);
-  expect(start, viewMiddle, 11, "the minus button");
+  expect(start, viewCenter, 11, "the minus button");
   button->setFocus(Qt::TabFocusReason);
   QTest::keyClick(window(), Qt::Key_Space);
-  expect(start, viewMiddle, 12, "the plus button by a key");
+  expect(start, viewCenter, 12, "the plus button by a key");
   view_.resize(500, 300);
   EXPECT_EQ(button->geometry().center(), in - QPoint(100, 0));
   view_.setShowsZoomButtons(false);
@@ -210,7 +211,7 @@ double metersBetween(Coordinate a, Coordinate b) {
   return std::abs(turn) * radius * std::cos(a.latitude * degree);
 }
 
-TEST(ScaleBarTest, IsAsLongAsItSaysInTheUnitsOfTheLocale) {
+TEST(ScaleBarTest, LengthMatchesTheTextInTheUnitsOfTheLocale) {
   const TestApplication application(Screen::none);
   struct Case {
     double latitude, level;
@@ -238,7 +239,7 @@ TEST(ScaleBarTest, IsAsLongAsItSaysInTheUnitsOfTheLocale) {
     EXPECT_EQ(bar->accessibleDescription().toStdString(), text);
     EXPECT_TRUE(view.rect().contains(bar->geometry()));
     if (meters == 0) continue;
-    // The bar keeps 6 pixels free at each end.
+    // The widget is 6 pixels wider than the bar at each end.
     const Coordinate left = view.convertPoint({0, 200});
     const Coordinate right = view.convertPoint({bar->width() - 12.0, 200});
     EXPECT_NEAR(metersBetween(left, right) / meters, 1, 0.02) << text;
@@ -247,7 +248,7 @@ TEST(ScaleBarTest, IsAsLongAsItSaysInTheUnitsOfTheLocale) {
   EXPECT_FALSE(view.showsScaleBar() || bar->isVisible());
 }
 
-TEST(MapAccessibilityTest, TheViewItsControlsAndItsMarkersHaveNamesAndPlaces) {
+TEST(MapAccessibilityTest, ViewControlsAndMarkersHaveNamesAndPositions) {
   auto application = std::make_unique<TestApplication>(Screen::none);
   auto view = std::make_unique<MGLMapView>(QRect(30, 20, 600, 400));
   view->setZoomLevel(5);
@@ -289,7 +290,7 @@ TEST(MapAccessibilityTest, TheViewItsControlsAndItsMarkersHaveNamesAndPlaces) {
   view->setAccessibleName("Way to work");
   EXPECT_EQ(map->text(QAccessible::Name), "Way to work");
   application.reset();
-  // A view may outlive the application; then nobody destroys it.
+  // A view that outlives the application must not crash, and cannot be deleted.
   static const MGLMapView* const kept = view.release();
   EXPECT_NE(kept, nullptr);
 }

@@ -17,12 +17,12 @@ namespace quorvelkit::test {
 
 namespace {
 
-// Puts a map beside other widgets, into a window of 700 by 600 pixels.
+// Adds a map and other widgets to a window of 700 x 600 pixels.
 struct Arrangement {
   const char* name;
   void (*arrange)(QMainWindow& window, QWidget* map);
-  // The size of the map in that window, at least.
-  QSize least;
+  // The minimum size of the map in that window.
+  QSize minimum;
 };
 
 template <class Layout, class Add>
@@ -82,7 +82,7 @@ const Arrangement arrangements[] = {{"form",
                                        window.setCentralWidget(area);
                                      },
                                      {480, 360}},
-                                    {"scroll area that fits its widget",
+                                    {"resizable scroll area",
                                      [](QMainWindow& window, QWidget* map) {
                                        auto* const area = new QScrollArea;
                                        area->setWidgetResizable(true);
@@ -91,12 +91,12 @@ const Arrangement arrangements[] = {{"form",
                                      },
                                      {600, 500}}};
 
-// Starts before the application object, so that its queue outlives it.
-TEST(MapSizeTest, MapsGetTheSpaceThatOrdinaryLayoutsHave) {
+// The server must start before the application object, because its queue must outlive it.
+TEST(MapSizeTest, MapsFillTheSpaceInLayouts) {
   const FakeServer server;
   const TestApplication application(TestApplication::Screen::none);
   const auto screen = QVViewController::make();
-  for (const auto& [name, arrange, least] : arrangements) {
+  for (const auto& [name, arrange, minimum] : arrangements) {
     auto* const route = new QVRouteWidget;
     for (const auto& controller : {screen, route->controller()}) {
       controller->setOrigin({1, 2});
@@ -110,8 +110,8 @@ TEST(MapSizeTest, MapsGetTheSpaceThatOrdinaryLayoutsHave) {
       arrange(window, map);
       window.resize(700, 600);
       window.show();
-      EXPECT_GE(map->width(), least.width());
-      EXPECT_GE(map->height(), least.height());
+      EXPECT_GE(map->width(), minimum.width());
+      EXPECT_GE(map->height(), minimum.height());
       window.resize(1, 1);
       EXPECT_GE(map->width(), 160);
       EXPECT_GE(map->height(), 120);

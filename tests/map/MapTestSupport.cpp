@@ -6,6 +6,7 @@
 #include <QtCore/QTimer>
 
 #include <algorithm>
+#include <iostream>
 
 namespace {
 
@@ -15,15 +16,16 @@ bool usesOpenGL = false;
 
 #if defined(__has_feature)
 #if __has_feature(address_sanitizer)
-// An OpenGL driver keeps memory to the end, and has been unloaded when the leak check asks whose
-// that is: a process that draws with it goes unchecked. In the others what Qt and D-Bus keep is
-// theirs; the growth of many views is watched by a test of its own.
+// The OpenGL driver does not free all memory, and it is unloaded before the leak check, which
+// therefore cannot suppress its leaks. The check is off in processes that use OpenGL. Leaks of Qt
+// and D-Bus are suppressed. A test of MGLMapView checks that many views do not use more and more
+// memory.
 extern "C" int __lsan_is_turned_off() { return usesOpenGL ? 1 : 0; }
 extern "C" const char* __lsan_default_suppressions() {
   return "leak:libQt5\nleak:libqoffscreen\nleak:libdbus-1\nleak:libfontconfig\n";
 }
 #elif __has_feature(thread_sanitizer)
-// Qt and the OpenGL driver were built without it.
+// Qt and the OpenGL driver are not instrumented.
 extern "C" const char* __tsan_default_options() { return "ignore_noninstrumented_modules=1"; }
 #endif
 #endif
@@ -54,8 +56,8 @@ TestApplication::~TestApplication() {
   server_.waitForFinished();
 }
 
-// Xvfb takes a display number of its own choice, writes it when it is ready, and ends with this
-// process at the latest.
+// Xvfb selects a free display number and prints it when it is ready. It ends with this process at
+// the latest.
 void TestApplication::startDisplayServer() {
   server_.setStandardErrorFile(QProcess::nullDevice());
   server_.start("setpriv", {"--pdeathsig", "TERM", "Xvfb", "-displayfd", "1", "-screen", "0",
@@ -65,16 +67,16 @@ void TestApplication::startDisplayServer() {
 }
 
 void TestApplication::hidePlugin(const QString& hidden) {
-  const QDir mine(home_.filePath("plugins"));
+  const QDir visible(home_.filePath("plugins"));
   for (const QString& path : QCoreApplication::libraryPaths()) {
     QDirIterator plugins(path, QDir::Files, QDirIterator::Subdirectories);
     while (plugins.hasNext()) {
       const QString name = QDir(path).relativeFilePath(plugins.next());
-      mine.mkpath(QFileInfo(name).path());
-      if (name != hidden) QFile::link(plugins.filePath(), mine.filePath(name));
+      visible.mkpath(QFileInfo(name).path());
+      if (name != hidden) QFile::link(plugins.filePath(), visible.filePath(name));
     }
   }
-  QCoreApplication::setLibraryPaths({mine.path()});
+  QCoreApplication::setLibraryPaths({visible.path()});
 }
 
 QUrl TestApplication::file(const char* name, const QByteArray& text) const {
@@ -83,22 +85,22 @@ QUrl TestApplication::file(const char* name, const QByteArray& text) const {
   return QUrl::fromLocalFile(out.fileName());
 }
 
-// A round counts for a second at most: a machine that stood still meanwhile decides nothing.
+// Counts at most one second per iteration, so that a suspended process does not cause a time-out.
 bool waitUntil(const std::function<bool()>& condition) {
   QElapsedTimer clock;
   clock.start();
   for (qint64 waited = 0; !condition(); waited += std::min<qint64>(clock.restart(), 1000)) {
     if (waited > 30000) return false;
-    // The timer bounds the wait where no event comes.
+    // The timer ends the wait if there is no event.
     QTimer::singleShot(10, [] {});
     QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
   }
   return true;
 }
 
-QColor colorAt(QWidget& widget, QPointF place) {
+QColor colorAt(QWidget& widget, QPointF point) {
   const QImage picture = widget.grab().toImage();
-  const QPoint pixel = (place * picture.devicePixelRatio()).toPoint();
+  const QPoint pixel = (point * picture.devicePixelRatio()).toPoint();
   return picture.valid(pixel) ? picture.pixelColor(pixel) : QColor();
 }
 
@@ -107,19 +109,19 @@ bool isAlike(const QColor& a, const QColor& b) {
          std::abs(a.blue() - b.blue()) <= 4;
 }
 
-testing::AssertionResult shows(MGLMapView& view, Coordinate position, const QColor& color,
+testing::AssertionResult shows(MGLMapView& view, Coordinate coordinate, const QColor& color,
                                QPointF offset) {
   QColor seen;
   if (waitUntil([&] {
-        seen = colorAt(view, view.convertCoordinate(position) + offset);
+        seen = colorAt(view, view.convertCoordinate(coordinate) + offset);
         return isAlike(seen, color);
       })) {
     return testing::AssertionSuccess();
   }
   view.grab().save(QStringLiteral("MapTests-failure.png"));
   return testing::AssertionFailure()
-         << "(" << position.latitude << ", " << position.longitude << ") is "
-         << seen.name().toStdString() << " and not " << color.name().toStdString() << "; "
+         << "(" << coordinate.latitude << ", " << coordinate.longitude << ") is "
+         << seen.name().toStdString() << ", expected " << color.name().toStdString() << "; "
          << view.engineNote().toStdString() << " See MapTests-failure.png.";
 }
 
@@ -129,7 +131,7 @@ QImage filledImage(const QSize& size, const QColor& color) {
   return image;
 }
 
-QByteArray styleWithGround(const char* color) {
+QByteArray styleWithBackground(const char* color) {
   return QByteArray(R"({"version":8,"sources":{},"layers":[{"id":"b","type":"background",)"
                     R"("paint":{"background-color":")") +
          color + R"("}}]})";
@@ -140,6 +142,33 @@ std::shared_ptr<MGLPointAnnotation> makeMarker(Coordinate coordinate, const char
   marker->setCoordinate(coordinate);
   marker->setTitle(title);
   return marker;
+}
+
+RouteView::RouteView() : MGLMapView(QRect(0, 0, 400, 300)) {
+  setTintColor(QColor(0, 0, 200));
+  setZoomLevel(13);
+  addAnnotations({makeLine({{-0.01, -0.01}, {0, 0}, {0, 0.01}}), makeMarker({0, 0}, "origin")});
+}
+
+void RouteView::expectRoute(const char* note, const char* reason) {
+  EXPECT_TRUE(shows(*this, {0, 0.005}, QColor(0, 0, 200)));
+  EXPECT_TRUE(shows(*this, {0, 0}, pinColor, {0, -12}));
+  EXPECT_TRUE(engineNote().startsWith(note) && engineNote().contains(reason))
+      << engineNote().toStdString();
+}
+
+OutputCapture::OutputCapture() {
+  testing::internal::CaptureStdout();
+  testing::internal::CaptureStderr();
+  qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) {
+    if (text.startsWith("QXcbIntegration: ")) return;
+    std::cerr << text.toStdString() << '\n';
+  });
+}
+
+std::string OutputCapture::text() const {
+  qInstallMessageHandler(nullptr);
+  return testing::internal::GetCapturedStdout() + testing::internal::GetCapturedStderr();
 }
 
 }  // namespace quorvelkit::test

@@ -13,12 +13,13 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace quorvelkit::test {
 
-/// The application object of one test. With a screen it runs on an X server with software OpenGL,
-/// started for it alone where DISPLAY names none; without one Qt draws in memory and has no OpenGL.
+/// The application object of one test. Screen::x11 uses the X server that DISPLAY names, or starts
+/// one with software OpenGL. With Screen::none, Qt draws in memory and has no OpenGL.
 class TestApplication {
  public:
   enum class Screen { x11, none };
@@ -26,13 +27,12 @@ class TestApplication {
   explicit TestApplication(Screen screen = Screen::x11);
   ~TestApplication();
 
-  /// From now on Qt loads plugins only from a folder that lacks the named one
-  /// ("sqldrivers/libqsqlite.so").
+  /// Hides a plugin such as "sqldrivers/libqsqlite.so" from Qt.
   void hidePlugin(const QString& hidden);
 
-  /// A fresh folder for the test's files; HOME and the caches are in it.
+  /// A temporary folder for files, HOME and the caches.
   QString folder() const { return home_.path(); }
-  /// Writes a file into it.
+  /// Writes a file into folder().
   QUrl file(const char* name, const QByteArray& text) const;
 
  private:
@@ -43,56 +43,74 @@ class TestApplication {
   std::unique_ptr<QApplication> application_;
 };
 
-/// Lets events run until the condition holds; false after a generous time.
+/// Runs the event loop until the condition is true. Returns false after 30 seconds.
 bool waitUntil(const std::function<bool()>& condition);
 
-/// What the widget shows at a place, and whether two colours are alike to within 4 of 255.
-QColor colorAt(QWidget& widget, QPointF place);
+/// The color that the widget shows at a point.
+QColor colorAt(QWidget& widget, QPointF point);
+/// True if red, green and blue differ by at most 4 of 255.
 bool isAlike(const QColor& a, const QColor& b);
 
-/// Waits until the view shows the colour at the position, moved by an offset in pixels; on a
-/// time-out says what is there and leaves the picture in a file.
-testing::AssertionResult shows(MGLMapView& view, Coordinate position, const QColor& color,
+/// Waits until the view shows the color at the coordinate plus an offset in pixels. The failure
+/// message contains the color that was found; the image is saved as MapTests-failure.png.
+testing::AssertionResult shows(MGLMapView& view, Coordinate coordinate, const QColor& color,
                                QPointF offset = {});
 
-/// Gives what it is told to give and notes with which view it was asked.
-struct Looks : MGLMapViewDelegate {
+/// Returns its members and records the view of each call.
+struct TestDelegate : MGLMapViewDelegate {
   std::optional<MGLAnnotationImage> image;
   std::optional<double> width;
   std::optional<QColor> color;
   std::optional<double> alpha;
-  std::vector<const MGLMapView*> askers;
+  std::vector<const MGLMapView*> receivedViews;
 
   std::optional<MGLAnnotationImage> imageForAnnotation(MGLMapView& view,
                                                        const MGLAnnotation&) override {
-    askers.push_back(&view);
+    receivedViews.push_back(&view);
     return image;
   }
   std::optional<double> lineWidthForPolylineAnnotation(MGLMapView& view,
                                                        const MGLPolyline&) override {
-    askers.push_back(&view);
+    receivedViews.push_back(&view);
     return width;
   }
   std::optional<QColor> strokeColorForShapeAnnotation(MGLMapView& view,
                                                       const MGLAnnotation&) override {
-    askers.push_back(&view);
+    receivedViews.push_back(&view);
     return color;
   }
   std::optional<double> alphaForShapeAnnotation(MGLMapView& view, const MGLAnnotation&) override {
-    askers.push_back(&view);
+    receivedViews.push_back(&view);
     return alpha;
   }
 };
 
-/// A picture of one colour.
 QImage filledImage(const QSize& size, const QColor& color);
-QByteArray styleWithGround(const char* color);
+QByteArray styleWithBackground(const char* color);
 
 inline std::shared_ptr<MGLPolyline> makeLine(std::vector<Coordinate> coordinates) {
   return std::make_shared<MGLPolyline>(std::move(coordinates));
 }
 std::shared_ptr<MGLPointAnnotation> makeMarker(Coordinate coordinate, const char* title);
 
-inline const QColor plainGround(0xec, 0xe9, 0xe2), pinColor(0xd6, 0x33, 0x3f);
+/// A view with a line through (0, 0) and a marker there.
+struct RouteView : MGLMapView {
+  RouteView();
+  /// Expects that the view shows its annotations and that the note starts with the first text and
+  /// contains the second.
+  void expectRoute(const char* note, const char* reason);
+};
+
+/// Captures standard output, standard error and Qt's log, without Qt's messages about OpenGL.
+class OutputCapture {
+ public:
+  OutputCapture();
+  /// Ends the capture.
+  std::string text() const;
+};
+
+inline constexpr const char* byMapboxgl = "Drawn by Qt Location's engine mapboxgl.";
+inline constexpr const char* byPlainPainter = "Drawn without a map, on a plain background.";
+inline const QColor plainBackground(0xec, 0xe9, 0xe2), pinColor(0xd6, 0x33, 0x3f);
 
 }  // namespace quorvelkit::test

@@ -7,7 +7,7 @@ namespace quorvelkit::test {
 
 namespace {
 
-TEST(MissingEndTest, StopsTheProcessAlsoWithoutAssertions) {
+TEST(MissingEndTest, StopsProcessWithoutAssertions) {
   testing::GTEST_FLAG(death_test_style) = "threadsafe";
   constexpr const char* message = "unexpectedly found nil while unwrapping an Optional value";
   const TestApplication application(TestApplication::Screen::none);

@@ -22,13 +22,14 @@ constexpr const char* routePath = "/v4/route";
 constexpr const char* twoPoints =
     R"({"points":[{"lat":39.28,"lon":-76.63},{"lat":39.28,"lon":-76.61}]})";
 
-// Counts what the life cycle does, and keeps the answers.
+// Counts the calls of the life cycle functions and stores the responses.
 class CountingController : public QVViewController {
  public:
   using QVViewController::QVViewController;
   int loads = 0, layouts = 0;
-  std::vector<std::shared_ptr<QVRouteResponse>> answers;
-  std::size_t drawnThen = 0;
+  std::vector<std::shared_ptr<QVRouteResponse>> responses;
+  // The number of annotations when didReceiveRoute() was called.
+  std::size_t annotationCount = 0;
 
  protected:
   void viewDidLoad() override {
@@ -44,9 +45,9 @@ class CountingController : public QVViewController {
     QVViewController::viewDidLayoutSubviews();
   }
   void didReceiveRoute(const std::shared_ptr<QVRouteResponse>& response) override {
-    answers.push_back(response);
+    responses.push_back(response);
     EXPECT_EQ(route().has_value(), response->route().has_value());
-    drawnThen = mapview() != nullptr ? mapview()->annotations().size() : 0;
+    annotationCount = mapview() != nullptr ? mapview()->annotations().size() : 0;
     QVViewController::didReceiveRoute(response);
   }
 };
@@ -59,10 +60,10 @@ std::shared_ptr<Controller> makeReady() {
   return controller;
 }
 
-// Starts before the application object, so that its folder and queue outlive it.
+// The server is the first member, because its folder and queue must outlive the application object.
 class QVViewControllerTest : public testing::Test {
  protected:
-  // Lets the answer come in and be drawn.
+  // Loads the view and waits until the route is drawn.
   void loadAndDraw(QVViewController& controller, const char* body) {
     server_.set(routePath, {200, body});
     controller.view();
@@ -74,11 +75,11 @@ class QVViewControllerTest : public testing::Test {
   TestApplication application_{Screen::none};
 };
 
-TEST(QVViewControllerMakeTest, GivesNothingWithoutAnApplication) {
+TEST(QVViewControllerMakeTest, ReturnsNullWithoutApplication) {
   EXPECT_EQ(QVViewController::make(), nullptr);
 }
 
-TEST_F(QVViewControllerTest, IsNewOnceMadeAndRequestsOnceItsViewLoads) {
+TEST_F(QVViewControllerTest, RequestsRouteOnceWhenViewLoads) {
   const auto controller = QVViewController::make<CountingController>();
   EXPECT_EQ(controller->mapview()->frame(),
             QRect(QPoint(0, 0), QGuiApplication::primaryScreen()->size()));
@@ -107,7 +108,7 @@ TEST_F(QVViewControllerTest, IsNewOnceMadeAndRequestsOnceItsViewLoads) {
   EXPECT_EQ(controller->loads, 1);
 }
 
-TEST_F(QVViewControllerTest, DrawsMarkersAtTheRoutesEndsAndALineThroughAllPoints) {
+TEST_F(QVViewControllerTest, DrawsMarkersAtBothEndsAndLineThroughAllPoints) {
   const std::tuple<const char*, std::size_t, std::vector<Coordinate>> table[] = {
       {twoPoints, 3, {{39.28, -76.63}, {39.28, -76.61}}},
       {R"({"points":[{"lat":1,"lon":2}]})", 3, {{1, 2}}},
@@ -122,11 +123,11 @@ TEST_F(QVViewControllerTest, DrawsMarkersAtTheRoutesEndsAndALineThroughAllPoints
     const Coordinate center = controller->mapview()->centerCoordinate();
     loadAndDraw(*controller, body);
     EXPECT_EQ(controller->route().has_value(), count > 0);
-    ASSERT_EQ(controller->answers.size(), 1U);
-    EXPECT_EQ(controller->drawnThen, count);
+    ASSERT_EQ(controller->responses.size(), 1U);
+    EXPECT_EQ(controller->annotationCount, count);
     const auto& annotations = controller->mapview()->annotations();
     ASSERT_EQ(annotations.size(), count);
-    EXPECT_EQ(controller->mapview()->centerCoordinate(), center) << "the viewport stays";
+    EXPECT_EQ(controller->mapview()->centerCoordinate(), center) << "the viewport does not change";
     if (count == 0) continue;
     const auto* line = dynamic_cast<const MGLPolyline*>(annotations.back().get());
     ASSERT_NE(line, nullptr);
@@ -140,7 +141,7 @@ TEST_F(QVViewControllerTest, DrawsMarkersAtTheRoutesEndsAndALineThroughAllPoints
   }
 }
 
-TEST_F(QVViewControllerTest, ForwardsStylingToTheDelegateAndAnswersWhereThatDoesNot) {
+TEST_F(QVViewControllerTest, DelegateDecidesAppearanceAndControllerReturnsDefaults) {
   const auto controller = QVViewController::make();
   controller->mapview()->setTintColor(Qt::magenta);
   MGLMapView other;
@@ -158,31 +159,31 @@ TEST_F(QVViewControllerTest, ForwardsStylingToTheDelegateAndAnswersWhereThatDoes
   const auto without = std::make_shared<MGLMapViewDelegate>();
   controller->setDelegate(without);
   expectDefaults();
-  auto delegate = std::make_shared<Looks>();
+  auto delegate = std::make_shared<TestDelegate>();
   controller->setDelegate(delegate);
   expectDefaults();
-  EXPECT_EQ(delegate->askers, std::vector<const MGLMapView*>(4, controller->mapview()));
+  EXPECT_EQ(delegate->receivedViews, std::vector<const MGLMapView*>(4, controller->mapview()));
   delegate->image = MGLAnnotationImage(filledImage({2, 2}, Qt::red), "two");
   delegate->width = 7.5;
   delegate->color = Qt::green;
   delegate->alpha = 0.25;
   expect("two", 7.5, Qt::green, 0.25);
   delegate.reset();
-  EXPECT_FALSE(controller->delegate()) << "it is held weakly";
+  EXPECT_FALSE(controller->delegate()) << "the controller does not own it";
   expectDefaults();
 
-  const auto late = std::make_shared<Looks>();
+  const auto late = std::make_shared<TestDelegate>();
   controller->setDelegate(late);
   delete controller->mapview();
   other.setTintColor(Qt::cyan);
   expect("none", 3, Qt::cyan, 1);
-  EXPECT_TRUE(late->askers.empty()) << "there is no map view to ask with";
+  EXPECT_TRUE(late->receivedViews.empty()) << "the map view was deleted";
 }
 
-TEST_F(QVViewControllerTest, LivesUntilItsAnswerIsDrawnAlsoWhenItsWindowIsClosedMeanwhile) {
+TEST_F(QVViewControllerTest, LivesUntilResponsesAreDrawnAfterWindowWasClosed) {
   server_.set(routePath, {200, twoPoints, true});
   auto controller = makeReady<CountingController>();
-  const auto delegate = std::make_shared<Looks>();
+  const auto delegate = std::make_shared<TestDelegate>();
   controller->setDelegate(delegate);
   auto window = std::make_unique<QWidget>();
   controller->view()->setParent(window.get());
@@ -191,7 +192,7 @@ TEST_F(QVViewControllerTest, LivesUntilItsAnswerIsDrawnAlsoWhenItsWindowIsClosed
   window.reset();
   EXPECT_FALSE(controller->isViewLoaded());
 
-  // Loaded again, the screen requests again, and the map goes along.
+  // The second load requests the route again and uses the same map view.
   controller->view()->show();
   EXPECT_EQ(controller->loads, 2);
   EXPECT_EQ(controller->mapview()->parentWidget(), controller->view());
@@ -204,21 +205,21 @@ TEST_F(QVViewControllerTest, LivesUntilItsAnswerIsDrawnAlsoWhenItsWindowIsClosed
   EXPECT_FALSE(watched.expired());
   server_.release();
   EXPECT_TRUE(waitUntil([&] { return watched.expired(); }));
-  EXPECT_EQ(delegate->askers.size(), 2 * 5U) << "both answers were drawn";
+  EXPECT_EQ(delegate->receivedViews.size(), 2 * 5U) << "both responses were drawn";
   EXPECT_TRUE(map.isNull());
 }
 
-TEST_F(QVViewControllerTest, AMapTheApplicationDestroyedIsNotDrawnOn) {
+TEST_F(QVViewControllerTest, DeletedMapViewIsNotUsed) {
   const auto controller = makeReady<CountingController>();
   delete controller->mapview();
   EXPECT_EQ(controller->mapview(), nullptr);
   loadAndDraw(*controller, twoPoints);
   EXPECT_TRUE(controller->route());
-  EXPECT_EQ(controller->answers.size(), 1U);
+  EXPECT_EQ(controller->responses.size(), 1U);
 }
 
-// Without assertions: MissingEndTest.cpp.
-TEST_F(QVViewControllerTest, StopsTheProcessWhenAnEndIsMissing) {
+// MissingEndTest.cpp tests the same without assertions.
+TEST_F(QVViewControllerTest, StopsProcessIfAnEndIsMissing) {
   testing::GTEST_FLAG(death_test_style) = "threadsafe";
   const auto controller = QVViewController::make(), half = QVViewController::make();
   half->setOrigin({1, 2});
@@ -237,7 +238,7 @@ TEST_F(QVViewControllerTest, StopsTheProcessWhenAnEndIsMissing) {
                "unexpectedly found nil");
 }
 
-TEST_F(QVViewControllerTest, FillsTheWidgetForForms) {
+TEST_F(QVViewControllerTest, RouteWidgetShowsTheView) {
   server_.set(routePath, {200, twoPoints});
   QWidget window;
   window.resize(400, 300);
@@ -258,24 +259,24 @@ TEST_F(QVViewControllerTest, FillsTheWidgetForForms) {
   EXPECT_FALSE(controller->isViewLoaded());
 }
 
-TEST_F(QVViewControllerTest, TheCodeInTheDocumentOpensAWindow) {
+TEST_F(QVViewControllerTest, ExampleOfTheDocumentOpensAWindow) {
   server_.set(routePath, {200, twoPoints});
   const auto screen = openRouteWindow({1, 2}, {3, 4}, QUrl());
   EXPECT_TRUE(screen->view()->isVisible());
   EXPECT_TRUE(waitUntil([&] { return screen->route().has_value(); }));
 }
 
-// Lives as long as its handler, which nobody may call or destroy.
-struct Undying : QVViewController {
+// Fails if it is destroyed. Its completion handler, which is neither called nor destroyed, owns it.
+struct NeverDestroyedController : QVViewController {
   using QVViewController::QVViewController;
-  ~Undying() override { abort(); }
+  ~NeverDestroyedController() override { abort(); }
 };
 
 [[noreturn]] void end(const std::string& ending) {
   FakeServer server;
   server.set(routePath, {200, twoPoints, true});
   auto application = std::make_unique<TestApplication>();
-  auto screen = makeReady<Undying>();
+  auto screen = makeReady<NeverDestroyedController>();
   screen->view()->show();
   MGLMapView& map = *screen->mapview();
   map.addAnnotations({makeLine({{0, -50}, {0, 50}})});
@@ -291,7 +292,7 @@ struct Undying : QVViewController {
 
 class QVViewControllerEndTest : public testing::TestWithParam<std::string> {};
 
-TEST_P(QVViewControllerEndTest, TheProcessEndsQuietlyWhileTheRequestIsUnderWay) {
+TEST_P(QVViewControllerEndTest, ProcessEndsWithoutOutputWhileRequestRuns) {
   testing::GTEST_FLAG(death_test_style) = "threadsafe";
   EXPECT_EXIT(end(GetParam()), testing::ExitedWithCode(0), testing::Eq(""));
 }
