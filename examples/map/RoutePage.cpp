@@ -13,11 +13,11 @@ using namespace quorvelkit;
 namespace {
 
 constexpr int panelWidth = 300;
-constexpr int narrow = 640;
+constexpr int narrowWidth = 640;
 constexpr QMargins endMargins(40, 40, 40, 40);
 
-// The server's own words, if it said why; the error's otherwise.
-std::string reasonOf(const QVRouteResponse& response) {
+// Returns the message of the server, or the text of the error if the server sent none.
+std::string errorText(const QVRouteResponse& response) {
   const auto message = response.json() ? (*response.json())["message"].string() : std::nullopt;
   return message.value_or(response.error()->localizedDescription());
 }
@@ -28,7 +28,7 @@ RoutePage::RoutePage(Coordinate from, Coordinate to, const Theme& theme)
     : theme_(theme),
       screen_(QVViewController::make<RouteScreen>()),
       waiting_(new QLabel("Connecting …", this)),
-      turns_(new TurnList([this](Coordinate place) { screen_->showTurn(place); })) {
+      turns_(new TurnList([this](Coordinate turn) { screen_->showTurn(turn); })) {
   setPalette(theme.palette);
   setAutoFillBackground(true);
   setChildrenCollapsible(false);
@@ -49,7 +49,7 @@ void RoutePage::setMapStyle(const QUrl& style) {
   screen_->mapview()->setStyleURL(style.isEmpty() ? theme_.style : style);
 }
 
-// A request that has no address is never answered, so that is looked at first.
+// Loads the configuration first, because a request without a root URL gets no response.
 void RoutePage::load() {
   QVBaseService::loadConfiguration([page = QPointer<RoutePage>(this)] {
     if (page) page->showScreen();
@@ -60,7 +60,7 @@ void RoutePage::showScreen() {
   const auto configuration = QVConfiguration::cachedResponse();
   if (!configuration || configuration->error()) return showNoRoute("the server cannot be reached");
   if (!QVRouteRequest(screen_->origin(), screen_->destination()).url())
-    return showNoRoute("the server names no routing service");
+    return showNoRoute("the server has no routing service");
   // The first call of view() sends the request.
   delete replaceWidget(0, screen_->view());
   arrange();
@@ -69,9 +69,9 @@ void RoutePage::showScreen() {
 }
 
 void RoutePage::showAnswer(const QVRouteResponse& response) {
-  if (response.error()) return showNoRoute(QString::fromStdString(reasonOf(response)));
+  if (response.error()) return showNoRoute(QString::fromStdString(errorText(response)));
   if (!response.route() || response.route()->points().empty())
-    return showNoRoute("there is none between these places");
+    return showNoRoute("none exists between these coordinates");
   turns_->showRoute(*response.route());
   hasRoute_ = true;
   isFinished_ = true;
@@ -83,7 +83,7 @@ void RoutePage::showNoRoute(const QString& reason) {
 }
 
 void RoutePage::arrange() {
-  const bool isNarrow = width() < narrow;
+  const bool isNarrow = width() < narrowWidth;
   setOrientation(isNarrow ? Qt::Vertical : Qt::Horizontal);
   const int length = isNarrow ? height() : width();
   const int list = isNarrow ? height() / 3 : panelWidth;

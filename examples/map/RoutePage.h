@@ -8,18 +8,18 @@
 #include <QUrl>
 #include <memory>
 
-/// A window with a route on a map and its turns beside it, below it where the window is narrow. It
-/// says what is going on: that it waits for the route, or why there is none.
+/// A window with a route on a map and the list of its turns beside the map, or below it if the
+/// window is narrow. Shows a message while it waits for the route and if there is none.
 class RoutePage : public QSplitter {
  public:
   RoutePage(quorvelkit::Coordinate from, quorvelkit::Coordinate to, const Theme& theme);
 
-  /// The map's style; the theme's own when empty.
+  /// An empty URL means the style of the theme.
   void setMapStyle(const QUrl& style);
-  /// Asks for the route. Call it once.
+  /// Requests the route. Call it once.
   void load();
 
-  /// The answer is there, or it is known that none will come.
+  /// True if the response has arrived or the request cannot be sent.
   bool isFinished() const { return isFinished_; }
   bool hasRoute() const { return hasRoute_; }
   RouteScreen& screen() const { return *screen_; }

@@ -6,7 +6,8 @@
 #include <QUrl>
 #include <QWidget>
 
-/// Shows the route between two places in a window, for as long as the result is held.
+/// Opens a window that shows the route between two coordinates. The window exists as long as the
+/// returned controller.
 inline std::shared_ptr<quorvelkit::QVViewController> openRouteWindow(quorvelkit::Coordinate from,
                                                                      quorvelkit::Coordinate to,
                                                                      const QUrl& style) {

@@ -7,9 +7,9 @@
 
 namespace {
 
-constexpr int lookEveryMilliseconds = 100;
-constexpr int finishedAfterMilliseconds = 1500;
-constexpr int giveUpAfterMilliseconds = 60000;
+constexpr int checkIntervalMilliseconds = 100;
+constexpr int minimumUnchangedMilliseconds = 1500;
+constexpr int timeoutMilliseconds = 60000;
 
 }  // namespace
 
@@ -19,17 +19,17 @@ Screenshot::Screenshot(QWidget& widget, QString file, std::function<bool()> isRe
       file_(std::move(file)),
       isReady_(std::move(isReady)),
       handler_(std::move(handler)) {
-  QObject::connect(&timer_, &QTimer::timeout, [this] { look(); });
+  QObject::connect(&timer_, &QTimer::timeout, [this] { check(); });
   total_.start();
-  timer_.start(lookEveryMilliseconds);
+  timer_.start(checkIntervalMilliseconds);
 }
 
-void Screenshot::look() {
-  const bool isLate = total_.hasExpired(giveUpAfterMilliseconds);
+void Screenshot::check() {
+  const bool isTimedOut = total_.hasExpired(timeoutMilliseconds);
   if (!isReady_()) {
-    if (!isLate) return;
+    if (!isTimedOut) return;
     timer_.stop();
-    handler_(QStringLiteral("the route was not there in time"));
+    handler_(QStringLiteral("the route did not arrive in time"));
     return;
   }
   const QImage picture = widget_.grab().toImage();
@@ -37,7 +37,7 @@ void Screenshot::look() {
     last_ = picture;
     lastChange_ = total_.elapsed();
   }
-  if (total_.elapsed() < 2 * lastChange_ + finishedAfterMilliseconds && !isLate) return;
+  if (total_.elapsed() < 2 * lastChange_ + minimumUnchangedMilliseconds && !isTimedOut) return;
   timer_.stop();
   handler_(picture.save(file_) ? QString() : QStringLiteral("%1 cannot be written").arg(file_));
 }

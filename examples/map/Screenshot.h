@@ -8,17 +8,17 @@
 
 class QWidget;
 
-/// Saves what a widget shows once that is finished: maps fill up as their data come in, so the
-/// picture is taken when it has not changed for a while, and for as long as it took until then: a
-/// slow machine, or a large map, gets more time.
+/// Saves an image of a widget when the widget is complete. A map is drawn in steps while its data
+/// arrive. Therefore the image is saved after it has been unchanged for 1.5 seconds plus the time
+/// until its last change, which gives slow machines and large maps more time.
 class Screenshot {
  public:
-  /// Calls the handler once with the reason why there is no picture, empty when there is one.
+  /// Calls the handler once: with an empty text if the file was written, with an error otherwise.
   Screenshot(QWidget& widget, QString file, std::function<bool()> isReady,
              std::function<void(QString problem)> handler);
 
  private:
-  void look();
+  void check();
 
   QWidget& widget_;
   const QString file_;

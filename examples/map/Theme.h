@@ -5,11 +5,11 @@
 #include <QPalette>
 #include <QUrl>
 
-/// Colors of the window and of the route, and the map's style where the user names none.
+/// The colors of the window and of the route, and the default style of the map.
 struct Theme {
   QPalette palette;
   QColor line;
-  QColor rim;
+  QColor outline;
   QColor turn;
   QUrl style;
 };

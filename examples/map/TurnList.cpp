@@ -25,8 +25,8 @@ QString instructionText(const QVTurn& turn) {
 
 }  // namespace
 
-TurnList::TurnList(std::function<void(Coordinate place)> chosen)
-    : chosen_(std::move(chosen)), text_(new QLabel(this)), list_(new QListWidget(this)) {
+TurnList::TurnList(std::function<void(Coordinate turn)> selected)
+    : selected_(std::move(selected)), text_(new QLabel(this)), list_(new QListWidget(this)) {
   auto* const layout = new QVBoxLayout(this);
   layout->addWidget(text_);
   layout->addWidget(list_);
@@ -38,14 +38,14 @@ TurnList::TurnList(std::function<void(Coordinate place)> chosen)
   list_->setSpacing(3);
   list_->setFrameShape(QFrame::NoFrame);
   list_->setAccessibleName("Turns");
-  // The keys move from turn to turn; a click also returns to a turn after the map was moved.
-  connect(list_, &QListWidget::currentRowChanged, this, &TurnList::choose);
+  // A click on the current turn does not change the current row.
+  connect(list_, &QListWidget::currentRowChanged, this, &TurnList::select);
   connect(list_, &QListWidget::clicked, this,
-          [this](const QModelIndex& index) { choose(index.row()); });
+          [this](const QModelIndex& index) { select(index.row()); });
 }
 
 void TurnList::showMessage(const QString& message) {
-  places_.clear();
+  coordinates_.clear();
   list_->clear();
   list_->hide();
   text_->setAlignment(Qt::AlignCenter);
@@ -59,9 +59,9 @@ void TurnList::showRoute(const QVRoute& route) {
   for (const QVPoint& point : route.points()) {
     if (point.turn() == nullptr) continue;
     const double here = point.distanceInMiles().value_or(previous);
-    places_.push_back(point.location());
+    coordinates_.push_back(point.location());
     const QString distance =
-        places_.size() == 1 ? "Start" : distanceText(here - previous, locale());
+        coordinates_.size() == 1 ? "Start" : distanceText(here - previous, locale());
     list_->addItem(distance + '\n' + instructionText(*point.turn()));
     previous = here;
   }
@@ -72,6 +72,6 @@ void TurnList::showRoute(const QVRoute& route) {
                      .arg(list_->count()));
 }
 
-void TurnList::choose(int row) {
-  if (row >= 0) chosen_(places_.at(static_cast<std::size_t>(row)));
+void TurnList::select(int row) {
+  if (row >= 0) selected_(coordinates_.at(static_cast<std::size_t>(row)));
 }

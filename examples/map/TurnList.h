@@ -10,20 +10,20 @@
 class QLabel;
 class QListWidget;
 
-/// A route's totals and turns as text, or a message in their place.
+/// Shows the totals and the turns of a route as text, or a message.
 class TurnList : public QWidget {
  public:
-  /// Called with the place of the turn that the user chooses.
-  explicit TurnList(std::function<void(quorvelkit::Coordinate place)> chosen);
+  /// The handler is called when the user selects a turn.
+  explicit TurnList(std::function<void(quorvelkit::Coordinate turn)> selected);
 
   void showMessage(const QString& message);
   void showRoute(const quorvelkit::QVRoute& route);
 
  private:
-  void choose(int row);
+  void select(int row);
 
-  const std::function<void(quorvelkit::Coordinate place)> chosen_;
+  const std::function<void(quorvelkit::Coordinate turn)> selected_;
   QLabel* const text_;
   QListWidget* const list_;
-  std::vector<quorvelkit::Coordinate> places_;
+  std::vector<quorvelkit::Coordinate> coordinates_;
 };

@@ -28,7 +28,7 @@ std::optional<Coordinate> parseCoordinate(const QString& text) {
   return coordinate;
 }
 
-bool isServer(const QString& text) {
+bool isHTTPURL(const QString& text) {
   const QUrl url(text, QUrl::StrictMode);
   return url.isValid() && !url.host().isEmpty() &&
          (url.scheme() == "http" || url.scheme() == "https");
@@ -44,20 +44,20 @@ struct Options {
   QString screenshot;
 };
 
-// Absent when they make no sense; ends the process after --help. Needs no display.
+// Returns nothing if the arguments are wrong. Exits the process after --help. Needs no display.
 std::optional<Options> parseOptions(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
   QCommandLineParser parser;
-  parser.setApplicationDescription("Shows the route between two places on a map.");
+  parser.setApplicationDescription("Shows the route between two coordinates on a map.");
   parser.addHelpOption();
   parser.addOptions({{"from", "Start of the route.", "LAT,LON"},
                      {"to", "End of the route.", "LAT,LON"},
-                     {"backend", "Backend server to use instead of the built-in one.", "URL"},
-                     {"style", "Mapbox style of the map; without one the ground is plain.", "URL"},
+                     {"backend", "Backend server. Default: the built-in URL.", "URL"},
+                     {"style", "Mapbox style of the map. Default: a plain background.", "URL"},
                      {"dark", "Use dark colors."},
                      {"width", "Width of the window.", "N", "900"},
                      {"height", "Height of the window.", "N", "640"},
-                     {"screenshot", "Save a picture of the window, then exit.", "FILE.png"}});
+                     {"screenshot", "Save an image of the window, then exit.", "FILE.png"}});
   parser.process(QCoreApplication::arguments());
   const auto from = parseCoordinate(parser.value("from"));
   const auto to = parseCoordinate(parser.value("to"));
@@ -66,7 +66,7 @@ std::optional<Options> parseOptions(int argc, char** argv) {
     std::cerr << "quorvel-map: needs --from LAT,LON and --to LAT,LON (see --help)\n";
     return std::nullopt;
   }
-  if (parser.isSet("backend") && !isServer(parser.value("backend"))) {
+  if (parser.isSet("backend") && !isHTTPURL(parser.value("backend"))) {
     std::cerr << "quorvel-map: --backend needs an http or https URL\n";
     return std::nullopt;
   }
@@ -86,7 +86,7 @@ int main(int argc, char** argv) {
   if (!options) return usageError;
   if (!options->backend.isEmpty()) QVBackendless::setBaseURL(options->backend.toStdString());
 
-  // Qt would take --style for its own: it gets the program's name only.
+  // QApplication gets only the program name, because it would read --style as its own option.
   int one = 1;
   const QApplication application(one, argv);
   QApplication::setStyle("fusion");
@@ -103,7 +103,7 @@ int main(int argc, char** argv) {
     screenshot.emplace(
         page, options->screenshot, [&] { return page.isFinished(); },
         [&](QString problem) {
-          if (problem.isEmpty() && !page.hasRoute()) problem = "no route came";
+          if (problem.isEmpty() && !page.hasRoute()) problem = "there is no route";
           if (!problem.isEmpty()) std::cerr << "quorvel-map: " << problem.toStdString() << '\n';
           QApplication::exit(problem.isEmpty() ? 0 : 1);
         });

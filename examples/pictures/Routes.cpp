@@ -25,7 +25,7 @@ Points zigzag() {
   Points points;
   for (int i = 0; i < 12; ++i)
     points.push_back({47.37 + (i % 2 == 0 ? 0 : 0.02), 8.5 + 0.006 * i});
-  // A last piece that is shorter than the line is broad.
+  // The last segment is shorter than the width of the line.
   points.push_back({47.3897, 8.5663});
   return points;
 }

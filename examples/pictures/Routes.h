@@ -11,5 +11,5 @@ struct PicturedRoute {
   double scaleFactor = 1;
 };
 
-/// Twelve routes, each with a difficulty of its own.
+/// Twelve routes that are difficult to draw in different ways.
 std::vector<PicturedRoute> picturedRoutes();

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-// Draws the routes that suit the present scale factor (QT_SCALE_FACTOR) with the engine that works
-// here, and saves each as DIR/NUMBER-ENGINE.png:      quorvel-map-pictures DIR ENGINE
-// Puts all that is in the folder into one picture:     quorvel-map-pictures DIR --sheet FILE.png
+// quorvel-map-pictures DIR ENGINE
+//   Draws each route whose scale factor is the current one (QT_SCALE_FACTOR) and saves it as
+//   DIR/NUMBER-ENGINE.png. ENGINE is used in the file name only.
+// quorvel-map-pictures DIR --sheet FILE.png
+//   Combines all pictures of the folder into one.
 #include "Routes.h"
 
 #include <QuorvelMap/MGLMapView.h>
@@ -27,17 +29,17 @@ constexpr QRgb lineColor = 0xff3d86f5;
 constexpr int labelHeight = 18;
 constexpr int columns = 4;
 constexpr int unchangedForMilliseconds = 1000;
-constexpr int giveUpAfterMilliseconds = 60000;
+constexpr int timeoutMilliseconds = 60000;
 
-/// A broad line with a dark rim.
-struct Rimmed : MGLMapViewDelegate {
-  bool isRim = true;
+// A wide line with a dark outline.
+struct OutlinedLineDelegate : MGLMapViewDelegate {
+  bool isOutline = true;
 
   std::optional<double> lineWidthForPolylineAnnotation(MGLMapView&, const MGLPolyline&) override {
-    return isRim ? 11 : 6;
+    return isOutline ? 11 : 6;
   }
   std::optional<QColor> strokeColorForShapeAnnotation(MGLMapView&, const MGLAnnotation&) override {
-    return isRim ? QColor(0x12, 0x3f, 0x9c) : QColor(lineColor);
+    return isOutline ? QColor(0x12, 0x3f, 0x9c) : QColor(lineColor);
   }
 };
 
@@ -55,7 +57,7 @@ bool hasLine(const QImage& picture) {
   return false;
 }
 
-// What the view shows once it has its line and has not changed for a while.
+// Waits until the view shows its line and has not changed for a second.
 QImage pictureOf(MGLMapView& view, bool isLineExpected) {
   QElapsedTimer total;
   QElapsedTimer unchanged;
@@ -63,7 +65,7 @@ QImage pictureOf(MGLMapView& view, bool isLineExpected) {
   unchanged.start();
   QImage last;
   while (!unchanged.hasExpired(unchangedForMilliseconds) &&
-         !total.hasExpired(giveUpAfterMilliseconds)) {
+         !total.hasExpired(timeoutMilliseconds)) {
     QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
     const QImage picture = view.grab().toImage();
     if (picture != last || (isLineExpected && !hasLine(picture))) unchanged.restart();
@@ -81,12 +83,12 @@ bool draw(const QString& folder, const QString& engine) {
   for (std::size_t i = 0; i < routes.size(); ++i) {
     MGLMapView view(QRect(QPoint(), pictureSize));
     if (routes[i].scaleFactor != view.devicePixelRatioF()) continue;
-    const auto looks = std::make_shared<Rimmed>();
-    view.setDelegate(looks);
+    const auto delegate = std::make_shared<OutlinedLineDelegate>();
+    view.setDelegate(delegate);
     view.setVisibleCoordinates(routes[i].points, QMargins(50, 70, 50, 30));
     if (!routes[i].points.empty()) {
       view.addAnnotations({std::make_shared<MGLPolyline>(routes[i].points)});
-      looks->isRim = false;
+      delegate->isOutline = false;
       view.addAnnotations({marker("origin", routes[i].points.front()),
                            marker("destination", routes[i].points.back()),
                            std::make_shared<MGLPolyline>(routes[i].points)});
@@ -98,7 +100,7 @@ bool draw(const QString& folder, const QString& engine) {
   return true;
 }
 
-// One route after the other, from left to right, each with both engines side by side.
+// Draws the pictures of both engines side by side, route after route, from left to right.
 bool makeSheet(const QString& folder, const QString& file) {
   const QStringList engines = {"mapboxgl", "plain"};
   const auto routes = picturedRoutes();
@@ -114,11 +116,11 @@ bool makeSheet(const QString& folder, const QString& file) {
     const QString& engine = engines[i % engines.size()];
     const QImage picture(fileOf(folder, route, engine));
     if (picture.isNull()) return false;
-    const QPoint place(i % columns * cell.width(), i / columns * cell.height());
-    painter.drawText(QRect(place, QSize(pictureSize.width(), labelHeight)), Qt::AlignCenter,
+    const QPoint corner(i % columns * cell.width(), i / columns * cell.height());
+    painter.drawText(QRect(corner, QSize(pictureSize.width(), labelHeight)), Qt::AlignCenter,
                      QStringLiteral("%1, %2").arg(routes[route].name, engine));
-    // A picture with more pixels is made smaller.
-    painter.drawImage(QRect(place + QPoint(0, labelHeight), pictureSize), picture,
+    // Scales down the pictures with scale factor 2.
+    painter.drawImage(QRect(corner + QPoint(0, labelHeight), pictureSize), picture,
                       QRect(QPoint(), picture.size()));
   }
   return sheet.save(file);
@@ -136,6 +138,6 @@ int main(int argc, char** argv) {
   }
   const bool isDone =
       makesSheet ? makeSheet(arguments[1], arguments[3]) : draw(arguments[1], arguments[2]);
-  if (!isDone) std::cerr << "quorvel-map-pictures: a picture could not be read or written\n";
+  if (!isDone) std::cerr << "quorvel-map-pictures: a picture cannot be read or written\n";
   return isDone ? 0 : 1;
 }
