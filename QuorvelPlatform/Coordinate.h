@@ -3,8 +3,8 @@
 
 namespace quorvelkit {
 
-/// A position on the globe in degrees (WGS 84), latitude first. Nothing checks the ranges. In
-/// the models, (0, 0) stands for a missing position.
+/// A position in degrees (WGS 84). The ranges are not checked. In models, (0, 0) means that the
+/// position is missing.
 struct Coordinate {
   double latitude = 0;
   double longitude = 0;

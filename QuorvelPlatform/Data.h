@@ -9,21 +9,22 @@
 
 namespace quorvelkit {
 
-/// Immutable bytes, shared by all copies: copying costs one reference count, never the bytes.
-/// Safe to read from any threads at once.
+/// An immutable byte sequence. Copies share the bytes: a copy costs one atomic increment.
+/// Concurrent reads are safe.
 class Data {
  public:
   /// No bytes.
   Data() noexcept = default;
-  /// Takes the bytes over without copying them.
+  /// Moves the bytes, without a copy.
   explicit Data(std::string bytes)
       : bytes_(std::make_shared<const std::string>(std::move(bytes))) {}
 
-  /// The bytes, with a 0 behind them that is none of them.
+  /// Returns a pointer to the bytes, never null. A zero byte follows the last byte.
   const char* data() const noexcept { return bytes_ ? bytes_->c_str() : ""; }
   std::size_t size() const noexcept { return bytes_ ? bytes_->size() : 0; }
   bool empty() const noexcept { return size() == 0; }
-  /// The bytes; valid as long as this value or a copy of it lives. Never null, also of no bytes.
+  /// Returns a view of the bytes. Valid while this value or a copy of it exists. Its pointer is
+  /// never null.
   std::string_view view() const noexcept { return {data(), size()}; }
 
   friend bool operator==(const Data& a, const Data& b) noexcept { return a.view() == b.view(); }

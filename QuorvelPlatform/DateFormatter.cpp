@@ -16,7 +16,7 @@ void appendPadded(std::string& text, unsigned number, std::size_t width) {
 
 DateFormatter DateFormatter::RFC3339DateFormatter() { return {}; }
 
-// The range of the system clock holds years of four digits only.
+// All years in the range of the system clock have four digits.
 std::string DateFormatter::string(std::chrono::system_clock::time_point instant) const {
   const auto second = std::chrono::floor<std::chrono::seconds>(instant);
   const auto day = std::chrono::floor<std::chrono::days>(second);

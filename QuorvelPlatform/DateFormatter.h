@@ -8,14 +8,14 @@
 
 namespace quorvelkit {
 
-/// Writes instants as text. Depends on neither the locale nor the time zone of the process.
-/// Immutable: safe to use from any threads at once.
+/// Formats points in time as text. Does not depend on the locale or the time zone of the process.
+/// Immutable and thread-safe.
 class QUORVELKIT_EXPORT DateFormatter {
  public:
-  /// A formatter of RFC 3339 texts in UTC, whole seconds: "2017-03-01T14:05:00Z".
+  /// Returns a formatter for RFC 3339 texts in UTC with whole seconds: "2017-03-01T14:05:00Z".
   static DateFormatter RFC3339DateFormatter();
 
-  /// The instant as text. Fractions of a second are cut off toward the past.
+  /// Formats a point in time. Rounds down to whole seconds.
   std::string string(std::chrono::system_clock::time_point instant) const;
 
  private:

@@ -7,9 +7,10 @@
 
 namespace quorvelkit {
 
-/// A double as query texts write it: at most 15 significant digits in general notation, ".0"
-/// added to a whole number ("34.0"), an exponent below 1e-4 and from 1e15 on ("1e-05"). Not-a-
-/// number and the infinities are "nan", "inf" and "-inf".
+/// Formats a double for the query of a URL: at most 15 significant digits, ".0" after a whole
+/// number
+/// ("34.0"), an exponent below 1e-4 and from 1e15 ("1e-05"). Returns "nan", "inf" or "-inf" for
+/// values that are not finite. Does not depend on the locale.
 QUORVELKIT_EXPORT std::string defaultText(double value);
 
 }  // namespace quorvelkit

@@ -13,8 +13,8 @@
 
 namespace quorvelkit {
 
-/// What went wrong: a domain that says who speaks, a code that has its meaning in that domain,
-/// and texts by key. Immutable and cheap to copy.
+/// An error: a domain that names the source, a code with a meaning in that domain, and texts by
+/// key. Immutable; concurrent reads are safe. A copy costs one atomic increment.
 class QUORVELKIT_EXPORT Error {
  public:
   using UserInfo = std::map<std::string, std::string, std::less<>>;
@@ -25,16 +25,17 @@ class QUORVELKIT_EXPORT Error {
   static constexpr std::string_view technicalDescriptionKey = "technicalDescription";
 
   Error(std::string domain, std::int64_t code, UserInfo userInfo = {});
-  /// An error whose user info holds only this description.
+  /// Creates an error with this text as its localizedDescription().
   static Error described(std::string domain, std::int64_t code, std::string description);
 
   const std::string& domain() const noexcept;
   std::int64_t code() const noexcept;
   const UserInfo& userInfo() const noexcept;
-  /// The text under localizedDescriptionKey, or a sentence with domain and code without one.
+  /// Returns the text of localizedDescriptionKey. Without one, returns a sentence with domain and
+  /// code.
   std::string localizedDescription() const;
-  /// The reason in the words of the network or TLS library, in English, for logs and for people who
-  /// look for a fault; absent when there is none. May name hosts, ports and files, never user
+  /// Returns the reason in English for logs and diagnosis, mostly a message of the network or TLS
+  /// library. Absent if there is none. May contain hosts, ports and file names. Never contains user
   /// names, passwords, header fields or the query of a URL.
   std::optional<std::string> technicalDescription() const;
 

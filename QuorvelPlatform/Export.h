@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Marks what applications may use; everything else stays hidden inside the shared library.
+/// Exports a class or function from the shared library. All other symbols are hidden.
 #define QUORVELKIT_EXPORT __attribute__((visibility("default")))

@@ -15,7 +15,6 @@ bool isAcceptable(std::string_view name, std::string_view value) {
          });
 }
 
-// Which characters a token is made of.
 constexpr auto tokenCharacters = [] {
   std::array<bool, 256> table{};
   for (const char c : std::string_view("!#$%&'*+-.^_`|~0123456789abcdefghijklmnopqrstuvwxyz"

@@ -11,21 +11,23 @@
 
 namespace quorvelkit {
 
-/// The header fields of a request or response, in the order they came. Names keep the spelling
-/// they were given and are compared without regard to case (RFC 9110, section 5.1).
+/// The header fields of a request or response, in the order in which they were added. Names keep
+/// their spelling; comparisons ignore their case (RFC 9110, section 5.1).
 class QUORVELKIT_EXPORT HTTPHeaderFields {
  public:
   using Field = std::pair<std::string, std::string>;
 
-  /// The value under a name; absent when there is none. Valid until the next change.
+  /// Returns the value of a field. Absent if there is no such field. Valid until the next change.
   std::optional<std::string_view> value(std::string_view name) const;
-  /// Replaces the value under a name, or removes it when no value is given. Does nothing when
-  /// the name is no token (RFC 9110, section 5.6.2) or the value holds CR, LF or NUL.
+  /// Sets the value of a field, or removes the field if the value is absent. Does nothing if the
+  /// name is not a token (RFC 9110, section 5.6.2) or if the value contains CR, LF or NUL.
   void set(std::string_view name, std::optional<std::string_view> value);
-  /// Appends to the value under a name, behind the given separator. Refuses what set() refuses.
+  /// Appends separator and value to the value of a field. Adds the field if there is none. Does
+  /// nothing for the names and values that set() ignores.
   void add(std::string_view name, std::string_view value, std::string_view separator = ",");
 
-  /// Whether a text is a token (RFC 9110, section 5.6.2), as names and methods must be.
+  /// Returns true if the text is a token (RFC 9110, section 5.6.2). Field names and methods are
+  /// tokens.
   static bool isToken(std::string_view text) noexcept;
 
   const std::vector<Field>& all() const noexcept { return fields_; }

@@ -26,7 +26,7 @@ std::optional<std::string> mimeTypeOf(const HTTPHeaderFields& fields) {
   return mimeType;
 }
 
-// The charset parameter of the content type, without quotes.
+// Returns the charset parameter of the content type, without quotes.
 std::optional<std::string> textEncodingOf(const HTTPHeaderFields& fields) {
   std::string_view rest = fields.value("Content-Type").value_or("");
   for (auto semicolon = rest.find(';'); semicolon != rest.npos; semicolon = rest.find(';')) {

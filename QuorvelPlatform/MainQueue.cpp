@@ -29,7 +29,7 @@ struct MainQueue::State {
     return block;
   }
 
-  // Calls the hook when blocks are waiting for it.
+  // Calls the hook if blocks are waiting.
   void wakeUpIfWaiting() {
     Hook current;
     {
@@ -42,7 +42,7 @@ struct MainQueue::State {
 
 namespace {
 
-// Runs a function at the end of a scope, also when an exception leaves it.
+// Calls a function at the end of a scope, also after an exception.
 template <class Function>
 class AtScopeEnd {
  public:
@@ -63,7 +63,7 @@ MainQueue& MainQueue::main() {
   return queue;
 }
 
-// The lock is held across a fork, so that the child finds the queue whole.
+// fork() locks the mutex, so that the child process gets a consistent queue.
 MainQueue::MainQueue(State& state) : state_(state) {
   pthread_atfork([] { main().state_.mutex.lock(); }, [] { main().state_.mutex.unlock(); },
                  [] { main().state_.mutex.unlock(); });

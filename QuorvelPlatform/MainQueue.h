@@ -11,21 +11,22 @@
 
 namespace quorvelkit {
 
-/// The one serial queue on which completion handlers run. Any thread hands blocks in; the
-/// application's main thread takes them out, in the order they came, by one of two ways:
+/// The serial queue on which completion handlers run. Any thread adds blocks; the application's
+/// main thread runs them in order. There are two ways to do so:
 ///
-///  - a program without an event loop of its own calls run() (or runOnce() in turns);
-///  - a program with one sets a wake-up hook that arranges for runPending() on the main thread.
+///  - A program without an event loop calls run(), or runOnce() repeatedly.
+///  - A program with an event loop sets a wake-up hook that causes a call of runPending() on the
+///    main thread.
 ///
-/// A block that throws leaves the queue usable; the exception leaves the run function that was
-/// running it. A block is destroyed right after it ran, on the thread that ran it. The queue is
-/// made on first use and never destroyed; blocks that have not run at exit are never run.
+/// If a block throws, the run function that called it throws the same exception; the queue stays
+/// usable. A block is destroyed on the thread that ran it, right after it ran. The queue is created
+/// on first use and never destroyed. Blocks that have not run at exit never run.
 class QUORVELKIT_EXPORT MainQueue {
  public:
   using Block = std::function<void()>;
 
-  /// A block that has its place in the queue from the beginning, so that handing it in takes no
-  /// memory. Not handed in, it is destroyed with this object.
+  /// A block with a preallocated queue entry: async() then needs no memory and cannot fail. If it
+  /// is not added to the queue, the block is destroyed with this object.
   class Prepared {
    public:
     /// No block.
@@ -42,27 +43,29 @@ class QUORVELKIT_EXPORT MainQueue {
   MainQueue(const MainQueue&) = delete;
   MainQueue& operator=(const MainQueue&) = delete;
 
-  /// Hands a block in. Returns at once; the block never runs inside this call. Any thread.
+  /// Adds a block. Returns at once; the block never runs inside this call. Thread-safe.
   void async(Block block);
   void async(Prepared block);
 
-  /// Runs blocks as they come until stop(). Main thread.
+  /// Runs blocks and waits for further ones until stop(). Main thread.
   void run();
-  /// Waits for a block, at most as long as given, and runs it. Returns whether one ran.
+  /// Runs one block; waits for it until the time-out. Returns true if a block ran. Main thread.
   bool runOnce(std::chrono::milliseconds timeout);
-  /// Runs the blocks that are in the queue now, without waiting; those they add wait for the next
-  /// call. Called inside a block (a dialog's own event loop, say) it runs the blocks that follow.
+  /// Runs the blocks that are in the queue now, without waiting. Blocks that they add run in the
+  /// next call. May be called inside a block, for example by the event loop of a dialog; it then
+  /// runs the blocks that follow. Main thread.
   void runPending();
-  /// Makes run() return after the block it is running; with no run() under way, the next one
-  /// returns at once. Any thread.
+  /// Makes run() return after its current block. If run() is not active, its next call returns at
+  /// once. Thread-safe.
   void stop();
 
-  /// Sets what is called whenever the queue stops being empty, and when it still holds blocks at
-  /// the end of a runPending(). Called on whichever thread handed the block in, outside all
-  /// locks; it should only signal the main thread's event loop. Replaces an earlier hook; an
-  /// empty function removes it. When blocks are waiting already the hook is called at once. A hook
-  /// that was replaced may be called once more by a thread that is at it: what it uses must outlive
-  /// that.
+  /// Sets a function that is called when the queue stops being empty, and at the end of
+  /// runPending() if blocks are left. Replaces an earlier hook; an empty function removes it. If
+  /// blocks are waiting, the hook is called inside this call. Thread-safe.
+  ///
+  /// The hook runs on the thread that added the block. It may use the queue, but should only signal
+  /// the event loop of the main thread. Another thread may call the old hook once more after this
+  /// call returned: keep the objects that it uses.
   void setWakeUpHook(std::function<void()> hook);
   bool hasWakeUpHook() const;
 

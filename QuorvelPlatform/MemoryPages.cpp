@@ -11,7 +11,7 @@ namespace quorvelkit::detail {
 
 namespace {
 
-// The whole pages of a block; what lies before and behind them is left as it is.
+// The memory pages that lie completely inside a block.
 struct WholePages {
   WholePages(void* block, std::size_t room) noexcept {
     static const auto pageSize = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
@@ -31,8 +31,8 @@ struct WholePages {
 void preferLargePages(void* block, std::size_t size) noexcept {
   constexpr std::size_t hugeBlock = 32 << 20;
   if (size < hugeBlock) return;
-  // Also the page in which the block begins, since what the C library adds stands before it: with
-  // two kinds of pages in a block, the system would not move it, and realloc would copy it.
+  // Includes the page in which the block begins, where the header of the C library is. If the block
+  // had two kinds of pages, realloc() could not move the pages and would copy the block.
   static const auto pageSize = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
   const auto address = reinterpret_cast<std::uintptr_t>(block);
   const std::size_t before = address % pageSize;
@@ -44,10 +44,10 @@ void populatePages([[maybe_unused]] void* block, [[maybe_unused]] std::size_t si
 #ifdef MADV_POPULATE_WRITE
   const WholePages pages(block, size);
   if (pages.size == 0) return;
-  // What was used before is there still, mostly, and to go through its pages is not for nothing.
-  unsigned char isThere = 0;
-  const bool asked = mincore(pages.last, 1, &isThere) == 0;
-  if (!asked || isThere == 0) madvise(pages.first, pages.size, MADV_POPULATE_WRITE);
+  // Memory that was used before mostly has its pages already. The call would then only cost time.
+  unsigned char isPresent = 0;
+  const bool isKnown = mincore(pages.last, 1, &isPresent) == 0;
+  if (!isKnown || isPresent == 0) madvise(pages.first, pages.size, MADV_POPULATE_WRITE);
 #endif
 }
 

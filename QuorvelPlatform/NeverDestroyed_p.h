@@ -7,8 +7,7 @@
 
 namespace quorvelkit {
 
-/// Holds a process-wide value that is made on first use, as a static in a function, and outlives
-/// every thread: its destructor never runs.
+/// Holds a value and never destroys it. For static variables that threads may use during exit.
 template <class T>
 class NeverDestroyed {
  public:

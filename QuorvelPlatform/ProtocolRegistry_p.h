@@ -8,10 +8,11 @@
 
 namespace quorvelkit {
 
-/// The protocol of the factory registered last that wants the request; null when none does.
+/// Asks the registered factories, the last one first, and returns the first protocol that is not
+/// null. Returns null if there is none.
 std::unique_ptr<URLProtocol> makeRegisteredProtocol(const URLRequest& request);
 
-/// Held across a fork.
+/// Locked during fork().
 std::mutex& protocolRegistryMutex();
 
 }  // namespace quorvelkit

@@ -12,7 +12,7 @@ namespace quorvelkit {
 
 namespace {
 
-// A parsed text in uriparser's own shape.
+// Owns uriparser's result.
 class ParsedURI {
  public:
   explicit ParsedURI(std::string_view text)
@@ -79,7 +79,7 @@ std::optional<URL> URL::parse(std::string_view text) {
     return Range{static_cast<std::size_t>(first - own.data()),
                  static_cast<std::size_t>(afterLast - first)};
   };
-  // An empty host points to a place outside the text.
+  // For an empty host, uriparser returns a pointer outside the text.
   const auto take = [&](const UriTextRangeA& from, Range& into) {
     if (from.first == nullptr) return;
     into = from.first == from.afterLast ? Range{0, 0} : range(from.first, from.afterLast);
@@ -96,7 +96,7 @@ std::optional<URL> URL::parse(std::string_view text) {
     if (!url.port_) return std::nullopt;
   }
 
-  // The path is what remains between the authority (or the scheme) and the query.
+  // The path begins after the authority, or after the scheme, and ends before the query.
   std::size_t begin = url.scheme_.begin == std::string::npos ? 0 : url.scheme_.length + 1;
   if (own.compare(begin, 2, "//") == 0) begin = own.find_first_of("/?#", begin + 2);
   begin = std::min(begin, own.size());
@@ -105,7 +105,7 @@ std::optional<URL> URL::parse(std::string_view text) {
   return url;
 }
 
-// RFC 3986, section 5.2.2; the text of what is taken over stays as it is.
+// RFC 3986, section 5.2.2. Components are copied unchanged.
 std::optional<URL> URL::resolving(const URL& reference) const {
   if (!scheme()) return std::nullopt;
   const auto upToPath = [](const URL& url) { return url.text_.substr(0, url.path_.begin); };
@@ -137,7 +137,7 @@ std::optional<URL> URL::resolving(const URL& reference) const {
 std::ostream& operator<<(std::ostream& out, const URL& url) {
   const std::string_view text = url.absoluteString();
   if (!url.userInfo()) return out << text;
-  // In an authority, "@" stands behind the user information alone.
+  // In an authority, "@" can only follow the user information.
   const std::size_t authority = text.find("//") + 2;
   return out << text.substr(0, authority) << text.substr(text.find('@', authority) + 1);
 }

@@ -11,18 +11,18 @@
 
 namespace quorvelkit {
 
-/// A URL: a text that satisfies the grammar of RFC 3986. Relative references are URLs too; only
-/// sending asks for a scheme and a host. The text is kept as it was given.
+/// A URL reference (RFC 3986), with its text unchanged. May be relative; only sending a request
+/// requires a scheme and a host.
 class QUORVELKIT_EXPORT URL {
  public:
-  /// The URL of a text; absent for an empty text, for any character or shape that RFC 3986 does
-  /// not allow (a space, a quotation mark, a letter beyond ASCII, "[" outside an IPv6 host) and
-  /// for a port above 65535. Nothing is encoded or repaired.
+  /// Parses a text. Absent if the text is empty, if RFC 3986 does not allow it (for example a
+  /// space, a quotation mark, a non-ASCII letter, "[" outside an IPv6 host), or if the port is
+  /// above 65535. Does not encode or correct anything.
   static std::optional<URL> parse(std::string_view text);
 
   const std::string& absoluteString() const noexcept { return text_; }
-  /// The components as they stand in the text, absent when the text has none. A host is without
-  /// the brackets of an IPv6 address, a path is never absent but may be empty.
+  /// The components, without decoding. Absent if the text does not contain them. The host does not
+  /// include the brackets of an IPv6 address. The path is never absent but may be empty.
   std::optional<std::string_view> scheme() const noexcept { return part(scheme_); }
   std::optional<std::string_view> userInfo() const noexcept { return part(userInfo_); }
   std::optional<std::string_view> host() const noexcept { return part(host_); }
@@ -31,12 +31,12 @@ class QUORVELKIT_EXPORT URL {
   std::optional<std::string_view> query() const noexcept { return part(query_); }
   std::optional<std::string_view> fragment() const noexcept { return part(fragment_); }
 
-  /// The URL that a reference means seen from this one (RFC 3986, section 5.2); absent when this
-  /// URL has no scheme.
+  /// Resolves a reference against this URL (RFC 3986, section 5.2). Absent if this URL has no
+  /// scheme.
   std::optional<URL> resolving(const URL& reference) const;
 
   friend bool operator==(const URL& a, const URL& b) noexcept { return a.text_ == b.text_; }
-  /// Prints the URL without its user information, which may hold a password.
+  /// Prints the URL without its user information, which may contain a password.
   friend QUORVELKIT_EXPORT std::ostream& operator<<(std::ostream& out, const URL& url);
 
  private:

@@ -21,23 +21,23 @@ std::string_view description(std::int64_t code) {
     case URLError::networkConnectionLost: return "The connection to the server was lost.";
     case URLError::httpTooManyRedirects: return "too many HTTP redirects";
     case URLError::notConnectedToInternet: return "This device has no network connection.";
-    case URLError::badServerResponse: return "The answer of the server makes no sense.";
-    case URLError::userAuthenticationRequired: return "The server asks for credentials.";
+    case URLError::badServerResponse: return "The server sent an invalid answer.";
+    case URLError::userAuthenticationRequired: return "The server requires credentials.";
     case URLError::cannotDecodeContentData: return "cannot decode content data";
     case URLError::cannotParseResponse: return "cannot parse response";
     case URLError::requestBodyStreamExhausted: return "request body stream exhausted";
     case URLError::fileDoesNotExist: return "The file does not exist.";
-    case URLError::noPermissionsToReadFile: return "The file may not be read.";
+    case URLError::noPermissionsToReadFile: return "There is no permission to read the file.";
     case URLError::dataLengthExceedsMaximum: return "resource exceeds maximum size";
     case URLError::secureConnectionFailed: return "No secure connection could be made.";
     case URLError::serverCertificateHasBadDate: return "The server's certificate has expired.";
     case URLError::serverCertificateUntrusted:
       return "The server's certificate is not trusted for this host.";
     case URLError::serverCertificateHasUnknownRoot:
-      return "The server's certificate is signed by no known authority.";
+      return "The server's certificate is signed by an unknown authority.";
     case URLError::serverCertificateNotYetValid:
       return "The server's certificate is not valid yet.";
-    case URLError::clientCertificateRequired: return "The server asks for a certificate.";
+    case URLError::clientCertificateRequired: return "The server requires a client certificate.";
     default: return "unknown error";
   }
 }

@@ -12,13 +12,13 @@ namespace quorvelkit {
 
 class URL;
 
-/// The errors of the transport: their domain, their codes and their making.
+/// The domain and the codes of transport errors, and functions that create such errors.
 struct QUORVELKIT_EXPORT URLError {
   static constexpr std::string_view domain = "QuorvelKit.URLError";
-  /// The key of the URL that failed, without user information, in the user info.
+  /// The user info key of the URL that failed. The URL is printed without its user information.
   static constexpr std::string_view failingURLKey = "failingURL";
 
-  /// Also for a process that is short of memory or may start no threads.
+  /// Also used if there is not enough memory, or if a thread cannot be started.
   static constexpr std::int64_t unknown = -1;
   static constexpr std::int64_t cancelled = -999;
   static constexpr std::int64_t badURL = -1000;
@@ -44,12 +44,12 @@ struct QUORVELKIT_EXPORT URLError {
   static constexpr std::int64_t serverCertificateNotYetValid = -1204;
   static constexpr std::int64_t clientCertificateRequired = -1206;
 
-  /// An error of this domain with the code's description, the URL that failed and, unless it is
-  /// empty, a text for Error::technicalDescription().
+  /// Creates an error with the description of the code, the URL that failed and, if not empty, the
+  /// text for Error::technicalDescription().
   static Error make(std::int64_t code, const URL& failingURL,
                     std::string technicalDescription = {});
-  /// The error of a call for whose answer there is not enough memory: the code is unknown, and no
-  /// URL is named. After the first time this takes no memory.
+  /// Returns the error for an answer that needs more memory than there is. It has the code unknown
+  /// and no URL. Allocates memory in the first call only.
   static const Error& outOfMemory();
 };
 

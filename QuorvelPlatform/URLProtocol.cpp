@@ -40,7 +40,7 @@ URLProtocol::Registration URLProtocol::registerFactory(Factory factory) {
 
 void URLProtocol::unregister(Registration registration) {
   Registry& known = registry();
-  std::vector<Registry::Entry> removed;  // Destroyed outside the lock.
+  std::vector<Registry::Entry> removed;  // Destroyed after the mutex is unlocked.
   const std::lock_guard lock(known.mutex);
   for (auto entry = known.entries.begin(); entry != known.entries.end(); ++entry) {
     if (entry->first != registration) continue;

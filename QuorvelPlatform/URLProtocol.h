@@ -13,8 +13,8 @@
 
 namespace quorvelkit {
 
-/// Where a URLProtocol delivers its answer: a response, pieces of the body, then the end or a
-/// failure. May be called from any thread; calls after the end or after stopLoading() are ignored.
+/// Receives the answer of a URLProtocol: a response, pieces of the body, then the end or a failure.
+/// Thread-safe. Calls after the end and after stopLoading() are ignored.
 class QUORVELKIT_EXPORT URLProtocolClient {
  public:
   virtual ~URLProtocolClient();
@@ -24,33 +24,33 @@ class QUORVELKIT_EXPORT URLProtocolClient {
   virtual void didFail(const Error& error) = 0;
 };
 
-/// Answers requests in place of the network: the seam for an application's own tests and offline
-/// modes. One object serves one request.
+/// Answers requests instead of the network, for tests and offline modes of an application. Each
+/// object answers one request.
 class QUORVELKIT_EXPORT URLProtocol {
  public:
-  /// Makes the protocol that will answer a request, or null to leave the request to others. Runs
-  /// on the session's IO thread.
+  /// Creates the protocol for a request. Returns null if another factory or the network is to
+  /// answer. Called on the session's IO thread. Must not throw.
   using Factory = std::function<std::unique_ptr<URLProtocol>(const URLRequest& request)>;
   using Registration = std::uint64_t;
 
-  /// Asks this factory before those registered earlier and before the network, for every request
-  /// of every session that starts from now on. An empty factory is a programming error. Redirects
-  /// that the network answers with are not offered to factories. Any thread.
+  /// Registers a factory for all requests that start from now on, in all sessions. Factories that
+  /// were registered later are asked first, the network is used last. Factories are not asked for
+  /// redirects. An empty factory is a programming error and stops the process. Thread-safe.
   static Registration registerFactory(Factory factory);
-  /// Asks this factory no more; a request that is being offered to it right now may still reach
-  /// it. Any thread.
+  /// Removes a factory. It may still be called once for a request that is starting at this moment.
+  /// Thread-safe.
   static void unregister(Registration registration);
 
   URLProtocol(const URLProtocol&) = delete;
   URLProtocol& operator=(const URLProtocol&) = delete;
   virtual ~URLProtocol();
 
-  /// Starts answering. Must not block: it runs on the session's IO thread. The request is valid
-  /// during the call only. The client may be used inside the call already.
+  /// Starts to answer. Called on the session's IO thread. Must not block and must not throw. The
+  /// request is valid only during the call. The client may be called inside this call.
   virtual void startLoading(const URLRequest& request,
                             std::shared_ptr<URLProtocolClient> client) = 0;
-  /// Stops answering: the task was cancelled, timed out or ended. Runs once, on the session's IO
-  /// thread, which then destroys the protocol.
+  /// Stops the answer: the task was cancelled, timed out or ended. Called once, on the session's IO
+  /// thread, which then destroys the protocol. Must not throw.
   virtual void stopLoading() = 0;
 
  protected:

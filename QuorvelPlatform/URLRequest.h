@@ -14,11 +14,11 @@
 
 namespace quorvelkit {
 
-/// One HTTP request as a value: where to, by which method, with which header fields and body.
+/// An HTTP request: URL, method, header fields, body and settings. A value type.
 class QUORVELKIT_EXPORT URLRequest {
  public:
-  /// How a cache may take part. The library keeps no cache; the policy is carried for URL
-  /// protocols of an application's own.
+  /// How a cache may be used. The library has no cache; a URL protocol of an application can read
+  /// the policy.
   enum class CachePolicy {
     useProtocolCachePolicy,
     reloadIgnoringLocalCacheData,
@@ -32,16 +32,16 @@ class QUORVELKIT_EXPORT URLRequest {
   const URL& url() const noexcept { return url_; }
   void setURL(URL url) { url_ = std::move(url); }
 
-  /// "GET" unless set. GET, HEAD, POST, PUT, DELETE and CONNECT are upper-cased, other texts stay
-  /// as they are (methods are case-sensitive: RFC 9110, section 9.1). A text that is no token is
-  /// ignored.
+  /// The method, "GET" by default. GET, HEAD, POST, PUT, DELETE and CONNECT are converted to upper
+  /// case, other methods are not changed (methods are case-sensitive: RFC 9110, section 9.1). A
+  /// text that is not a token is ignored.
   const std::string& httpMethod() const noexcept { return httpMethod_; }
   void setHTTPMethod(std::string_view method);
 
-  /// Header fields. Host, Content-Length, Transfer-Encoding and Connection may be set and read
-  /// back, but the session sends its own; Expect and Proxy-* are not sent either. A Cookie field
-  /// goes in one line behind the cookies that the session holds for the URL. HTTPHeaderFields tells
-  /// what set and add refuse.
+  /// The header fields. Host, Content-Length, Transfer-Encoding and Connection can be set and read,
+  /// but the session sends its own values; Expect and Proxy-* are not sent. The session sends its
+  /// cookies and a Cookie field in one line. HTTPHeaderFields says which names and values are
+  /// ignored.
   const HTTPHeaderFields& headerFields() const noexcept { return headerFields_; }
   std::optional<std::string_view> value(std::string_view headerField) const {
     return headerFields_.value(headerField);
@@ -49,30 +49,32 @@ class QUORVELKIT_EXPORT URLRequest {
   void setValue(std::optional<std::string_view> value, std::string_view headerField) {
     headerFields_.set(headerField, value);
   }
-  /// Appends to the field's value, joined with ",".
+  /// Appends to the value of a field, with "," between the values.
   void addValue(std::string_view value, std::string_view headerField) {
     headerFields_.add(headerField, value);
   }
 
-  /// A GET or HEAD request with a body that is not empty fails with
-  /// URLError::dataLengthExceedsMaximum. A POST body without a Content-Type is sent as a form.
+  /// The body. A GET or HEAD request with a body that is not empty fails with
+  /// URLError::dataLengthExceedsMaximum. A POST body without a Content-Type field is sent as
+  /// application/x-www-form-urlencoded.
   const std::optional<Data>& httpBody() const noexcept { return httpBody_; }
   void setHTTPBody(std::optional<Data> body) { httpBody_ = std::move(body); }
 
   CachePolicy cachePolicy() const noexcept { return cachePolicy_; }
   void setCachePolicy(CachePolicy policy) noexcept { cachePolicy_ = policy; }
 
-  /// How long the transfer may stand still before it fails: connecting and waiting for the first
-  /// byte count, every header line and every byte of a body, sent or decoded, starts the time anew.
-  /// 60 seconds unless set; an interval that is not above zero stands for the session's own.
+  /// The idle time-out: the longest time without a sent or received byte, including the time to
+  /// connect. Each header line and each piece of a body restarts it. 60 seconds by default. If the
+  /// interval is not positive, the session's interval is used.
   TimeInterval timeoutInterval() const noexcept {
     return ownTimeoutInterval_.value_or(std::chrono::seconds(60));
   }
   void setTimeoutInterval(TimeInterval interval) noexcept { ownTimeoutInterval_ = interval; }
-  /// The interval that was set; absent when the session's own holds.
+  /// The interval that was set. Absent if none was set; the session's interval is then used.
   std::optional<TimeInterval> ownTimeoutInterval() const noexcept { return ownTimeoutInterval_; }
 
-  /// Prints method and URL, and of the header fields the names alone: values may be secret.
+  /// Prints the method, the URL and the names of the header fields. Values may be secret and are
+  /// not printed.
   friend QUORVELKIT_EXPORT std::ostream& operator<<(std::ostream& out, const URLRequest& request);
 
  private:

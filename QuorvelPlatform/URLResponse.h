@@ -10,7 +10,7 @@
 
 namespace quorvelkit {
 
-/// What is known of an answer apart from its body. Immutable.
+/// Describes an answer without its body. Immutable and thread-safe.
 class QUORVELKIT_EXPORT URLResponse {
  public:
   URLResponse(URL url, std::optional<std::string> mimeType,
@@ -20,15 +20,15 @@ class QUORVELKIT_EXPORT URLResponse {
   URLResponse& operator=(const URLResponse&) = delete;
   virtual ~URLResponse();
 
-  /// The URL that answered, after redirects.
+  /// The URL of the answer, after redirects.
   const URL& url() const noexcept { return url_; }
-  /// The media type in lower case, without parameters.
+  /// The media type in lower case, without parameters. Absent if there is none.
   const std::optional<std::string>& mimeType() const noexcept { return mimeType_; }
-  /// The length that the server announced, in bytes on the wire.
+  /// The announced length of the body in bytes, before decoding. Absent if there is none.
   std::optional<std::int64_t> expectedContentLength() const noexcept {
     return expectedContentLength_;
   }
-  /// The text encoding that the server announced ("utf-8").
+  /// The announced text encoding, such as "utf-8". Absent if there is none.
   const std::optional<std::string>& textEncodingName() const noexcept { return textEncodingName_; }
 
  private:

@@ -17,25 +17,23 @@ namespace quorvelkit {
 
 class SessionState;
 
-/// Makes data tasks that share cookies and settings. Safe to use from any threads.
+/// Creates data tasks that share cookies and settings. Thread-safe.
 ///
-/// All sessions of a process share two threads, which start with the first task and take turns: one
-/// is the IO thread, which transfers, the other the callback thread, which builds responses and
-/// runs completion handlers one at a time.
-/// In a process that may not start both, tasks fail with URLError::unknown; each later task tries
-/// to start them again. With neither thread, completion handlers run on the main queue, which the
-/// application has to drain.
-/// At exit both are stopped and joined: from then on nothing is delivered, and handlers that have
-/// not run are never destroyed. A child process made by fork has threads of its own with the first
-/// task that it starts; tasks under way at the fork end in the parent alone.
+/// All sessions of a process share two threads, which start with the first task. One of them is the
+/// IO thread, which runs the transfers; the other one is the callback thread, which builds
+/// responses and runs completion handlers one at a time. The threads can change these roles. If a
+/// thread cannot be started, tasks fail with URLError::unknown; each further task tries again. If
+/// no thread is running, completion handlers run on the main queue, which the application must run.
+/// At exit the threads are stopped and joined. After that no completion handler runs, and handlers
+/// that have not run are never destroyed. After fork(), the child process starts its own threads
+/// with its first task; tasks that were running at the fork end only in the parent process.
 class QUORVELKIT_EXPORT URLSession {
  public:
-  /// Takes the outcome of a task: body and response (an HTTPURLResponse when an HTTP server
-  /// answered, whatever its status) on success, the error alone on failure. An empty body is
-  /// present and empty. Runs on the callback thread (on the main queue in a process that may start
-  /// no thread), one at a time, and is destroyed there right after; a handler that must not be
-  /// destroyed on that thread is moved out of by its body. An exception that leaves a handler is a
-  /// programming error and stops the process.
+  /// Receives the result of a task. On success: body and response (an HTTPURLResponse if an HTTP
+  /// server answered, with any status); an empty body is present and empty. On failure: only the
+  /// error. Runs on the callback thread, or on the main queue if no thread can be started, and is
+  /// destroyed there right after. To destroy captured objects on another thread, move them there
+  /// in the handler. An exception is a programming error and stops the process.
   using CompletionHandler =
       std::function<void(std::optional<Data> data, std::shared_ptr<const URLResponse> response,
                          std::optional<Error> error)>;
@@ -45,14 +43,14 @@ class QUORVELKIT_EXPORT URLSession {
 
   URLSession(const URLSession&) = delete;
   URLSession& operator=(const URLSession&) = delete;
-  /// Tasks under way go on and complete; they need no session to hold.
+  /// Running tasks continue and complete without the session object.
   ~URLSession();
 
   const URLSessionConfiguration& configuration() const noexcept;
 
-  /// A task for the request, suspended: URLSessionDataTask::resume starts it. An empty handler is
-  /// a programming error and stops the process. A task that is neither resumed nor cancelled never
-  /// runs its handler and destroys it with itself.
+  /// Creates a suspended task; URLSessionDataTask::resume() starts it. An empty handler is a
+  /// programming error and stops the process. If the task is neither resumed nor cancelled, its
+  /// handler never runs and is destroyed with the task.
   std::shared_ptr<URLSessionDataTask> dataTask(URLRequest request,
                                                CompletionHandler completionHandler);
 

@@ -19,7 +19,7 @@ struct Default {
 
 Default& currentDefault() {
   static const NeverDestroyed<Default> instance;
-  // The lock is held across a fork, so that the child finds the value whole.
+  // fork() locks the mutex, so that the child process gets a consistent value.
   static const int registered =
       pthread_atfork([] { currentDefault().mutex.lock(); }, [] { currentDefault().mutex.unlock(); },
                      [] { currentDefault().mutex.unlock(); });

@@ -9,31 +9,33 @@
 
 namespace quorvelkit {
 
-/// What a session may be told. Certificates and host names are always verified: no setting turns
-/// that off.
+/// The settings of a session. Certificates and host names are always verified; there is no setting
+/// against that.
 struct QUORVELKIT_EXPORT URLSessionConfiguration {
   using TimeInterval = std::chrono::duration<double>;
 
-  /// How long a transfer may stand still, for requests without an interval of their own.
+  /// The idle time-out of requests that do not set their own (URLRequest::timeoutInterval).
   TimeInterval timeoutIntervalForRequest = std::chrono::seconds(60);
-  /// How long a whole transfer may take.
+  /// The longest time of a whole task.
   TimeInterval timeoutIntervalForResource = std::chrono::days(7);
-  /// The largest body in bytes, counted after decoding; a longer one fails the task with
+  /// The largest body in bytes, after decoding. A larger one fails the task with
   /// URLError::dataLengthExceedsMaximum.
   std::size_t maximumBodySize = std::size_t{256} << 20U;
-  /// The most memory in bytes that the document of an answer and the models built of it may take
-  /// while a service call makes its response; a call whose answer needs more fails with
-  /// URLError::dataLengthExceedsMaximum. A route takes some two bytes for each byte of its body.
-  /// The body itself is not counted, nor is a document that an application parses on its own.
+  /// The most memory in bytes for the document of an answer and its models while a service call
+  /// builds its response. If they need more, the call fails with
+  /// URLError::dataLengthExceedsMaximum. A route needs about two bytes per byte of its body. The
+  /// body itself and documents that an application parses are not counted.
   std::size_t maximumDocumentSize = std::size_t{768} << 20U;
-  /// A PEM file of the authorities to trust; empty: those of the system.
+  /// A PEM file with the trusted certificate authorities. Empty: those of the system.
   std::string caFile;
-  /// The proxy as a URL ("http://proxy.example:3128"); empty: none. The environment is not read.
+  /// The URL of the proxy, such as "http://proxy.example:3128". Empty: no proxy. Environment
+  /// variables are not read.
   std::string proxy;
 
-  /// What the shared session is made with: the values above unless setDefault() changed them.
+  /// Returns the settings of the shared session: the values above, or those of setDefault().
+  /// Thread-safe.
   static URLSessionConfiguration defaultConfiguration();
-  /// Call it before the first use of the shared session; later it has no effect on that session.
+  /// Sets the settings of the shared session. Has no effect on it after its first use. Thread-safe.
   static void setDefault(URLSessionConfiguration configuration);
 };
 

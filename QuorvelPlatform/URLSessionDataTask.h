@@ -8,22 +8,22 @@
 
 namespace quorvelkit {
 
-/// One transfer. Its completion handler runs exactly once for a task that was resumed or
-/// cancelled, on the session's callback thread (URLSession), never inside resume() or cancel(); the
-/// task lets go of the handler once that has run. All members may be called from any thread.
+/// One HTTP request with its completion handler. After resume() or cancel(), the handler runs
+/// exactly once, on the session's callback thread (URLSession), never inside these calls. The
+/// handler is destroyed after it ran. Thread-safe.
 class QUORVELKIT_EXPORT URLSessionDataTask {
  public:
-  /// A task is completed from just before its handler runs.
+  /// A task becomes completed just before its handler runs.
   enum class State { suspended, running, canceling, completed };
 
   URLSessionDataTask(const URLSessionDataTask&) = delete;
   URLSessionDataTask& operator=(const URLSessionDataTask&) = delete;
   virtual ~URLSessionDataTask();
 
-  /// Starts the transfer. Does nothing the second time, after cancel() and after the end.
+  /// Starts the task. Does nothing if the task was started or cancelled before.
   virtual void resume() = 0;
-  /// Ends the task with URLError::cancelled, also one that was never resumed. The handler of a task
-  /// whose state is canceling always sees that error. Does nothing once the handler has begun.
+  /// Ends the task with URLError::cancelled, also if it was never resumed. In the state canceling,
+  /// the handler always receives that error. Does nothing after the handler has begun.
   virtual void cancel() = 0;
   virtual State state() const = 0;
   virtual const URLRequest& originalRequest() const = 0;

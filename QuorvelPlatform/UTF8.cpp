@@ -9,8 +9,8 @@ namespace {
 
 constexpr bool isContinuation(unsigned char byte) noexcept { return (byte & 0xC0U) == 0x80U; }
 
-// The length of the well-formed sequence at the front of the bytes, 0 when there is none. Only
-// the second byte has ranges of its own (RFC 3629, section 4).
+// Returns the length of the valid sequence at the start of the bytes, or 0. Only the range of the
+// second byte depends on the first byte (RFC 3629, section 4).
 std::size_t sequenceLength(std::string_view bytes) noexcept {
   const auto at = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
   const unsigned char lead = at(0);
