@@ -6,8 +6,8 @@
 
 namespace quorvelkit {
 
-bool CompletionQueue::push(std::shared_ptr<DataTask> task, Outcome outcome) {
-  task->outcome = std::move(outcome);
+bool CompletionQueue::push(std::shared_ptr<DataTask> task, TaskResult result) {
+  task->result = std::move(result);
   DataTask* const last = task.get();
   const std::lock_guard lock(mutex_);
   const bool isFirst = !firstWaiting_;
@@ -34,7 +34,7 @@ void CompletionQueue::run(int batches) {
         batch_ = std::move(task->next);
         task->complete();
       } catch (...) {
-        fatalError("An exception left a completion handler of a URL session.");
+        fatalError("A completion handler of a URL session threw an exception.");
       }
     }
     if (stopping_) return;

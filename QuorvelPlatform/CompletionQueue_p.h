@@ -2,7 +2,7 @@
 #pragma once
 
 #include <QuorvelPlatform/DataTask_p.h>
-#include <QuorvelPlatform/Outcome_p.h>
+#include <QuorvelPlatform/TaskResult_p.h>
 
 #include <atomic>
 #include <limits>
@@ -11,29 +11,30 @@
 
 namespace quorvelkit {
 
-/// Tasks that are to complete, one at a time and in the order they ended, on whatever thread comes
-/// for them.
+/// A queue of ended data tasks. The thread that calls run() completes them in order; only one
+/// thread at a time does so. Thread-safe.
 class CompletionQueue {
  public:
-  /// Gives true when no thread is completing tasks: one has to be told. Takes no memory.
-  bool push(std::shared_ptr<DataTask> task, Outcome outcome);
-  /// Whether there are tasks to complete and no thread is completing them.
+  /// Adds a task with its result. Returns true if a thread must be notified to call run().
+  /// Allocates no memory.
+  bool push(std::shared_ptr<DataTask> task, TaskResult result);
+  /// Returns true if tasks are waiting and no thread is in run().
   bool needsThread();
-  /// Completes tasks until none is left, unless another thread is at it. A batch is what waits
-  /// when it begins.
+  /// Completes tasks until the queue is empty, or this number of batches. A batch is the tasks that
+  /// are in the queue when the batch begins. Returns at once if another thread is in run().
   void run(int batches = std::numeric_limits<int>::max());
-  /// Lets the handler that is running end and runs no other; what is left over stays where it is.
+  /// Lets the current handler end and runs no further one. The remaining tasks are leaked.
   void stop() { stopping_ = true; }
 
-  /// Held across a fork.
+  /// Locked during fork().
   std::mutex& mutex() { return mutex_; }
 
  private:
   std::mutex mutex_;
-  std::shared_ptr<DataTask> firstWaiting_;  // Leads to the others.
+  std::shared_ptr<DataTask> firstWaiting_;  // A list, linked by DataTask::next.
   DataTask* lastWaiting_ = nullptr;
   bool isRunning_ = false;
-  std::shared_ptr<DataTask> batch_;  // Belongs to the thread that is completing tasks.
+  std::shared_ptr<DataTask> batch_;  // Used by the thread that is in run().
   std::atomic<bool> stopping_ = false;
 };
 

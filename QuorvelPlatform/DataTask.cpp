@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelPlatform/DataTask_p.h>
-#include <QuorvelPlatform/HTTPHead_p.h>
+#include <QuorvelPlatform/HTTPHeaderBlock_p.h>
 #include <QuorvelPlatform/SessionEngine_p.h>
 #include <QuorvelPlatform/URLError.h>
 
@@ -12,7 +12,7 @@ namespace quorvelkit {
 DataTask::DataTask(std::shared_ptr<SessionState> session, URLRequest request,
                    URLSession::CompletionHandler handler)
     : session_(std::move(session)), request_(std::move(request)), handler_(std::move(handler)) {
-  static_cast<void>(URLError::outOfMemory());  // Made while there is memory.
+  static_cast<void>(URLError::outOfMemory());  // Creates the error while there is memory.
 }
 
 DataTask::~DataTask() = default;
@@ -20,8 +20,8 @@ DataTask::~DataTask() = default;
 void DataTask::resume() {
   State expected = State::suspended;
   if (!state_.compare_exchange_strong(expected, State::running)) return;
-  // A cancel() that comes before this line is seen when the task starts.
-  generation_ = SessionEngine::processGeneration();
+  // If cancel() was called before this line, the IO thread sees the state when it starts the task.
+  processGeneration_ = SessionEngine::processGeneration();
   SessionEngine::shared().start(shared_from_this());
 }
 
@@ -33,8 +33,8 @@ void DataTask::cancel() {
   }
   expected = State::running;
   if (!state_.compare_exchange_strong(expected, State::canceling)) return;
-  // A task that was under way at a fork belongs to the parent's threads.
-  if (generation_ == SessionEngine::processGeneration()) {
+  // A task that was running at a fork belongs to the parent process.
+  if (processGeneration_ == SessionEngine::processGeneration()) {
     SessionEngine::shared().cancel(shared_from_this());
   }
 }
@@ -43,24 +43,25 @@ void DataTask::complete() {
   State expected = State::running;
   if (!state_.compare_exchange_strong(expected, State::completed)) {
     state_ = State::completed;
-    outcome = Outcome::failure(URLError::cancelled);
+    result = TaskResult::failure(URLError::cancelled);
   }
   const auto handler = std::exchange(handler_, nullptr);
-  Outcome end = std::exchange(outcome, {});
+  TaskResult ended = std::exchange(result, {});
   try {
-    if (end.errorCode != 0 && !end.error) {
-      end.error = URLError::make(end.errorCode, request_.url(), std::move(end.technicalText));
+    if (ended.errorCode != 0 && !ended.error) {
+      ended.error = URLError::make(ended.errorCode, request_.url(), std::move(ended.technicalText));
     }
-    if (!end.error && end.head) end.response = makeResponse(request_.url(), *std::move(end.head));
+    if (!ended.error && ended.header)
+      ended.response = makeResponse(request_.url(), *std::move(ended.header));
   } catch (const std::bad_alloc&) {
-    end.error = URLError::outOfMemory();
+    ended.error = URLError::outOfMemory();
   }
-  if (end.error) {
-    end.body = {};
-    handler(std::nullopt, nullptr, std::move(end.error));
+  if (ended.error) {
+    ended.body = {};
+    handler(std::nullopt, nullptr, std::move(ended.error));
     return;
   }
-  handler(std::move(end.body), std::move(end.response), std::nullopt);
+  handler(std::move(ended.body), std::move(ended.response), std::nullopt);
 }
 
 }  // namespace quorvelkit

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <QuorvelPlatform/Outcome_p.h>
 #include <QuorvelPlatform/SessionState_p.h>
+#include <QuorvelPlatform/TaskResult_p.h>
 #include <QuorvelPlatform/URLSession.h>
 #include <QuorvelPlatform/URLSessionDataTask.h>
 
@@ -11,10 +11,10 @@
 
 namespace quorvelkit {
 
-class Load;
+class TaskLoader;
 
-/// The task of a session. Its one atomic state decides between the end of the transfer and a
-/// cancellation: whoever changes it last before the handler runs is believed.
+/// Implements the data task of a session. A cancel() at any time before the handler runs makes the
+/// task fail with URLError::cancelled: an atomic state decides between the two.
 class DataTask final : public URLSessionDataTask, public std::enable_shared_from_this<DataTask> {
  public:
   DataTask(std::shared_ptr<SessionState> session, URLRequest request,
@@ -27,24 +27,24 @@ class DataTask final : public URLSessionDataTask, public std::enable_shared_from
   const URLRequest& originalRequest() const override { return request_; }
 
   SessionState& session() const { return *session_; }
-  /// Runs the handler with the outcome, or with a cancellation that came before it, and lets go of
-  /// it. Called once, on the callback thread or, for want of threads, on the main queue.
+  /// Runs the handler with the result, or with URLError::cancelled, and destroys it. Called once,
+  /// on the callback thread. Called on the main queue if no thread can be started.
   void complete();
 
-  /// How the task ended, and the task that completes behind it: a task that waits for its
-  /// completion takes no memory for that. Belong to the completion queue.
-  Outcome outcome;
+  /// Members of the completion queue. It links the tasks themselves, so that adding a task needs no
+  /// memory.
+  TaskResult result;
   std::shared_ptr<DataTask> next;
 
-  /// The load that serves this task while there is one. Belongs to the IO thread.
-  Load* load = nullptr;
+  /// The loader of this task while it runs, otherwise null. Used on the IO thread.
+  TaskLoader* loader = nullptr;
 
  private:
   const std::shared_ptr<SessionState> session_;
   const URLRequest request_;
   URLSession::CompletionHandler handler_;
   std::atomic<State> state_ = State::suspended;
-  std::atomic<int> generation_ = 0;
+  std::atomic<int> processGeneration_ = 0;
 };
 
 }  // namespace quorvelkit

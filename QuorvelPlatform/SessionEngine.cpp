@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
+// The way of a data task through the engine: start(), messages to the IO thread, a loader, the
+// completion queue. SessionThreads.cpp starts and stops the threads.
 #include <QuorvelPlatform/FatalError.h>
 #include <QuorvelPlatform/MainQueue.h>
 #include <QuorvelPlatform/ProtocolRegistry_p.h>
@@ -12,191 +14,197 @@
 
 namespace quorvelkit {
 
+// Functions for any thread.
+
 void SessionEngine::start(std::shared_ptr<DataTask> task) {
   std::string problem = startThreads();
   if (!problem.empty()) {
-    return deliver(std::move(task), Outcome::failure(URLError::unknown, std::move(problem)));
+    return enqueueCompletion(std::move(task),
+                             TaskResult::failure(URLError::unknown, std::move(problem)));
   }
   post({{Event::start, std::move(task)}});
 }
 
 void SessionEngine::cancelUnstarted(std::shared_ptr<DataTask> task) {
   startThreads();
-  deliver(std::move(task), {});
+  enqueueCompletion(std::move(task), {});
 }
 
 void SessionEngine::cancel(std::shared_ptr<DataTask> task) {
-  // Before both threads run nothing is under way; a task that starts meanwhile sees its own state.
+  // Without both threads no task is running. A task that starts now checks its own state.
   if (threadCount_ == threads_.size()) post({{Event::cancel, std::move(task)}});
 }
 
-void SessionEngine::ended(LoadMessages message) { post(std::move(message)); }
-
-void SessionEngine::post(LoadMessages message) {
-  if (isIOThread()) return own_.splice(own_.end(), message);
-  bool isFree = false;
+void SessionEngine::post(TaskMessages messages) {
+  if (isIOThread()) return ioThreadMessages_.splice(ioThreadMessages_.end(), messages);
+  bool needsIOThread = false;
   bool sleeps = false;
   {
     const std::lock_guard lock(mutex_);
-    inbox_.splice(inbox_.end(), message);
-    isFree = !hasIOThread();
+    inbox_.splice(inbox_.end(), messages);
+    needsIOThread = !hasIOThread();
     sleeps = std::exchange(ioThreadSleeps_, false);
   }
-  if (isFree) hasWork_.notify_one();
-  if (sleeps) network_.wakeUp();
+  if (needsIOThread) hasWork_.notify_one();
+  if (sleeps) transferLoop_.wakeUp();
 }
 
-void SessionEngine::deliver(std::shared_ptr<DataTask> task, Outcome outcome) {
-  if (!completions_.push(std::move(task), std::move(outcome))) return;
+void SessionEngine::enqueueCompletion(std::shared_ptr<DataTask> task, TaskResult result) {
+  if (!completions_.push(std::move(task), std::move(result))) return;
   if (isIOThread()) {
-    constexpr std::chrono::microseconds longestGathering(500);
-    if (!std::exchange(delivered_, true)) gathersUntil_ = now_ + longestGathering;
+    constexpr std::chrono::microseconds maximumBatchTime(500);
+    if (!std::exchange(hasBatch_, true)) batchDeadline_ = now_ + maximumBatchTime;
   } else {
-    wakeOther();
+    notifyOtherThread();
   }
 }
 
-// Has a thread that waits look for work. Without threads, the main queue completes what waits now.
-void SessionEngine::wakeOther() {
+// Notifies a waiting thread. If no thread could be started, the main queue completes the tasks.
+void SessionEngine::notifyOtherThread() {
   if (threadCount_ == 0) {
     return MainQueue::main().async([this] {
       if (threadCount_ == 0) completions_.run(1);
-      if (completions_.needsThread()) wakeOther();
+      if (completions_.needsThread()) notifyOtherThread();
     });
   }
-  // Whoever found nothing to do is waiting once the lock is free.
+  // After this lock, a thread that found no work before is waiting and receives the notification.
   { const std::lock_guard lock(mutex_); }
   hasWork_.notify_one();
 }
 
-void SessionEngine::run() {
+// Each of the two threads runs this function. It takes the role that is needed, or waits.
+void SessionEngine::runThread() {
   Lock lock(mutex_);
   while (!stopping_) {
     if (completions_.needsThread()) {
       lock.unlock();
       completions_.run();
       lock.lock();
-    } else if (!hasIOThread() && (!inbox_.empty() || !loads_.empty())) {
-      transfer(lock);
+    } else if (!hasIOThread() && (!inbox_.empty() || !loaders_.empty())) {
+      runIOThread(lock);
     } else {
       hasWork_.wait(lock);
     }
   }
 }
 
-// Goes on while anything is under way.
-void SessionEngine::transfer(Lock& lock) {
+// Functions for the IO thread.
+
+// Returns when no task is running, and at exit.
+void SessionEngine::runIOThread(Lock& lock) {
   ioThread_ = std::this_thread::get_id();
-  while (!stopping_ && (!inbox_.empty() || !loads_.empty())) {
-    batch_.swap(inbox_);
+  while (!stopping_ && (!inbox_.empty() || !loaders_.empty())) {
+    receivedMessages_.swap(inbox_);
     lock.unlock();
-    performOnce();
-    const bool gathers = gathersMore();
+    performRound();
+    const bool extendsBatch = shouldExtendBatch();
     lock.lock();
-    if (gathers) continue;
-    // The other thread completes what ended, unless nothing is left to do here.
-    const bool goesOn = !inbox_.empty() || !loads_.empty();
-    const bool wakesOther = std::exchange(delivered_, false) && goesOn;
-    const bool sleeps = goesOn && inbox_.empty() && !stopping_;
-    if (!wakesOther && !sleeps) continue;
+    if (extendsBatch) continue;
+    // If nothing is running any more, this thread completes the batch itself.
+    const bool continues = !inbox_.empty() || !loaders_.empty();
+    const bool notifies = std::exchange(hasBatch_, false) && continues;
+    const bool sleeps = continues && inbox_.empty() && !stopping_;
+    if (!notifies && !sleeps) continue;
     ioThreadSleeps_ = sleeps;
     lock.unlock();
-    if (wakesOther) hasWork_.notify_one();
-    if (sleeps) network_.wait(nextDeadline_ - now_);
+    if (notifies) hasWork_.notify_one();
+    if (sleeps) transferLoop_.wait(nextDeadline_ - now_);
     lock.lock();
     ioThreadSleeps_ = false;
   }
   ioThread_ = std::thread::id();
 }
 
-// To wake a thread costs as much as a small transfer. When calls come in crowds, and the network
-// has more to do at once, the other thread is called for several that ended.
-bool SessionEngine::gathersMore() {
-  const bool isCrowded = loads_.size() > HostLines::connectionsPerHost;
-  return delivered_ && isCrowded && !stopping_ && Load::Clock::now() < gathersUntil_ &&
-         network_.wait(std::chrono::nanoseconds(0));
+// Waking a thread costs as much as a small transfer. While many tasks are running and the network
+// has more input, several completions are therefore collected before the other thread is notified.
+bool SessionEngine::shouldExtendBatch() {
+  const bool isBusy = loaders_.size() > HostConnectionLimiter::connectionsPerHost;
+  return hasBatch_ && isBusy && !stopping_ && TaskLoader::Clock::now() < batchDeadline_ &&
+         transferLoop_.wait(std::chrono::nanoseconds(0));
 }
 
-void SessionEngine::performOnce() {
+void SessionEngine::performRound() {
   try {
-    now_ = Load::Clock::now();
-    handle(batch_);
-    network_.perform();
-    endTimedOut();
-    while (!own_.empty()) {
-      LoadMessages messages;
-      messages.swap(own_);
-      handle(messages);
+    now_ = TaskLoader::Clock::now();
+    handleMessages(receivedMessages_);
+    transferLoop_.perform();
+    failTimedOutLoaders();
+    while (!ioThreadMessages_.empty()) {
+      TaskMessages messages;
+      messages.swap(ioThreadMessages_);
+      handleMessages(messages);
     }
   } catch (...) {
-    fatalError("An exception left a URL protocol.");
+    fatalError("A URL protocol threw an exception.");
   }
 }
 
-void SessionEngine::handle(LoadMessages& messages) {
-  for (LoadMessage& message : messages) {
+void SessionEngine::handleMessages(TaskMessages& messages) {
+  for (TaskMessage& message : messages) {
     switch (message.event) {
-      case Event::start: begin(std::move(message.task)); break;
+      case Event::start: startTask(std::move(message.task)); break;
       case Event::cancel:
-        if (message.task->load != nullptr) endEarly(*message.task->load, URLError::cancelled);
+        if (message.task->loader != nullptr) failLoader(*message.task->loader, URLError::cancelled);
         break;
-      case Event::ended: finish(*message.load, *message.task); break;
+      case Event::ended: removeLoader(*message.loader, *message.task); break;
     }
   }
   messages.clear();
 }
 
-void SessionEngine::begin(std::shared_ptr<DataTask> task) {
+void SessionEngine::startTask(std::shared_ptr<DataTask> task) {
   if (task->state() == DataTask::State::canceling) {
-    deliver(std::move(task), {});
+    enqueueCompletion(std::move(task), {});
     return;
   }
   try {
-    serve(task);
+    startLoader(task);
   } catch (const std::bad_alloc&) {
-    if (task->load != nullptr) return task->load->end(Outcome::outOfMemory());
-    deliver(std::move(task), Outcome::outOfMemory());
+    if (task->loader != nullptr) return task->loader->end(TaskResult::outOfMemory());
+    enqueueCompletion(std::move(task), TaskResult::outOfMemory());
   }
 }
 
-void SessionEngine::serve(const std::shared_ptr<DataTask>& task) {
-  auto load = std::make_shared<Load>(*this, task, now_);
-  load->index = loads_.size();
-  loads_.push_back(load);
-  task->load = load.get();
-  nextDeadline_ = std::min(nextDeadline_, load->deadline());
+void SessionEngine::startLoader(const std::shared_ptr<DataTask>& task) {
+  auto loader = std::make_shared<TaskLoader>(*this, task, now_);
+  loader->index = loaders_.size();
+  loaders_.push_back(loader);
+  task->loader = loader.get();
+  nextDeadline_ = std::min(nextDeadline_, loader->deadline());
   const URLRequest& request = task->originalRequest();
-  load->protocol = makeRegisteredProtocol(request);
-  if (!load->protocol) load->protocol = makeNetworkProtocol(*this, *load, task->session());
-  load->protocol->startLoading(request, load);
+  loader->protocol = makeRegisteredProtocol(request);
+  if (!loader->protocol) loader->protocol = makeNetworkProtocol(*this, *loader, task->session());
+  loader->protocol->startLoading(request, loader);
 }
 
-// Stops the protocol of a load that has ended and lets go of both.
-void SessionEngine::finish(Load& load, DataTask& task) {
-  task.load = nullptr;
-  const auto protocol = std::move(load.protocol);
+// Stops and destroys the protocol of an ended loader.
+void SessionEngine::removeLoader(TaskLoader& loader, DataTask& task) {
+  task.loader = nullptr;
+  const auto protocol = std::move(loader.protocol);
   if (protocol) protocol->stopLoading();
-  const std::size_t index = load.index;
-  std::swap(loads_[index], loads_.back());
-  loads_[index]->index = index;
-  loads_.pop_back();
+  const std::size_t index = loader.index;
+  std::swap(loaders_[index], loaders_.back());
+  loaders_[index]->index = index;
+  loaders_.pop_back();
 }
 
-void SessionEngine::endEarly(Load& load, std::int64_t code, std::string technicalText) {
-  auto task = load.close();
+void SessionEngine::failLoader(TaskLoader& loader, std::int64_t code, std::string technicalText) {
+  auto task = loader.detachTask();
   if (!task) return;
-  finish(load, *task);
-  deliver(std::move(task), Outcome::failure(code, std::move(technicalText)));
+  removeLoader(loader, *task);
+  enqueueCompletion(std::move(task), TaskResult::failure(code, std::move(technicalText)));
 }
 
-void SessionEngine::endTimedOut() {
+void SessionEngine::failTimedOutLoaders() {
   if (now_ < nextDeadline_) return;
-  nextDeadline_ = Load::Clock::time_point::max();
-  for (std::size_t i = 0; i < loads_.size();) {
-    const auto deadline = loads_[i]->deadline();
-    const std::size_t count = loads_.size();
-    if (deadline <= now_) endEarly(*loads_[i], URLError::timedOut, loads_[i]->timeoutText(now_));
-    if (loads_.size() == count) {
+  nextDeadline_ = TaskLoader::Clock::time_point::max();
+  for (std::size_t i = 0; i < loaders_.size();) {
+    const auto deadline = loaders_[i]->deadline();
+    const std::size_t count = loaders_.size();
+    if (deadline <= now_) {
+      failLoader(*loaders_[i], URLError::timedOut, loaders_[i]->timeoutText(now_));
+    }
+    if (loaders_.size() == count) {
       nextDeadline_ = std::min(nextDeadline_, deadline);
       ++i;
     }

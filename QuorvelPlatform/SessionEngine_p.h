@@ -3,9 +3,9 @@
 
 #include <QuorvelPlatform/CompletionQueue_p.h>
 #include <QuorvelPlatform/DataTask_p.h>
-#include <QuorvelPlatform/Load_p.h>
-#include <QuorvelPlatform/Outcome_p.h>
-#include <QuorvelPlatform/curl/MultiLoop_p.h>
+#include <QuorvelPlatform/TaskLoader_p.h>
+#include <QuorvelPlatform/TaskResult_p.h>
+#include <QuorvelPlatform/curl/TransferLoop_p.h>
 
 #include <array>
 #include <atomic>
@@ -18,86 +18,93 @@
 
 namespace quorvelkit {
 
-/// What all sessions of a process share: two threads that take turns in two roles. The IO thread
-/// is the one on which protocols and the network run at the moment, the callback thread the one on
-/// which tasks complete, one at a time, so that a slow parse never stalls transfers. The thread
-/// that ends the last load under way completes it itself, which saves a switch of threads; the
-/// other one takes the network over as soon as a task starts meanwhile.
+/// The two threads and the queues that serve all sessions of a process.
 ///
-/// Made with the first task and never destroyed. The threads start with the first task that is
-/// resumed or cancelled; both are stopped and joined at exit. While one of them cannot be started,
-/// tasks fail: they complete on the other one or, when there is none, on the main queue.
-/// A child process made by fork leaves its parent's engine alone and makes a fresh one.
+/// There are two roles. The IO thread runs transfers and URL protocols, the callback thread
+/// completes data tasks, one at a time. Both threads can take both roles:
+///  - While tasks are running, one thread is the IO thread and the other one the callback thread,
+///    so that a slow completion handler does not delay transfers.
+///  - The IO thread that ends the last running task also completes it, which saves the change to
+///    another thread. If a new task starts meanwhile, the other thread becomes the IO thread.
+///
+/// Created with the first task and never destroyed. The threads start with the first task that is
+/// resumed or cancelled. At exit they are stopped and joined. If a thread cannot be started, tasks
+/// fail; they complete on the other thread, or on the main queue if there is no thread at all.
+/// After fork() the child process creates a new engine and does not use its parent's.
 class SessionEngine {
  public:
   static SessionEngine& shared();
-  /// Counts the forks that led to this process: what another process made has another number.
+  /// Returns the number of forks between the first process and this one. A value that was created
+  /// under another number belongs to another process.
   static int processGeneration();
 
-  /// For shared() alone.
+  /// Only for shared().
   SessionEngine();
   SessionEngine(const SessionEngine&) = delete;
   SessionEngine& operator=(const SessionEngine&) = delete;
 
-  /// Any thread.
+  // Thread-safe.
+
   void start(std::shared_ptr<DataTask> task);
   void cancel(std::shared_ptr<DataTask> task);
-  /// Has a task that was never started complete as cancelled.
+  /// Completes a task that was never started as cancelled.
   void cancelUnstarted(std::shared_ptr<DataTask> task);
-  void ended(LoadMessages message);
-  /// Has the task complete on the callback thread.
-  void deliver(std::shared_ptr<DataTask> task, Outcome outcome);
+  /// Sends messages to the IO thread.
+  void post(TaskMessages messages);
+  /// Completes the task on the callback thread.
+  void enqueueCompletion(std::shared_ptr<DataTask> task, TaskResult result);
 
-  /// The IO thread only.
-  MultiLoop& network() { return network_; }
-  Load::Clock::time_point now() const { return now_; }
+  // On the IO thread.
+
+  TransferLoop& transferLoop() { return transferLoop_; }
+  /// Returns the time at which the current round of the IO thread began.
+  TaskLoader::Clock::time_point now() const { return now_; }
 
  private:
-  using Event = LoadMessage::Event;
+  using Event = TaskMessage::Event;
   using Lock = std::unique_lock<std::mutex>;
 
-  static void registerProcessHandlers();
+  static void registerExitAndForkHandlers();
   std::string startThreads();
   void stop();
-  void run();
-  void wakeOther();
-
-  // The IO thread.
+  void runThread();
+  void notifyOtherThread();
   bool hasIOThread() const { return ioThread_.load() != std::thread::id(); }
   bool isIOThread() const { return ioThread_.load() == std::this_thread::get_id(); }
-  void transfer(Lock& lock);
-  bool gathersMore();
-  void performOnce();
-  void post(LoadMessages message);
-  void handle(LoadMessages& messages);
-  void begin(std::shared_ptr<DataTask> task);
-  void serve(const std::shared_ptr<DataTask>& task);
-  void finish(Load& load, DataTask& task);
-  void endEarly(Load& load, std::int64_t code, std::string technicalText = {});
-  void endTimedOut();
 
-  // Changed under the lock of the engines; how many have started may be read by any thread.
+  // On the IO thread.
+  void runIOThread(Lock& lock);
+  bool shouldExtendBatch();
+  void performRound();
+  void handleMessages(TaskMessages& messages);
+  void startTask(std::shared_ptr<DataTask> task);
+  void startLoader(const std::shared_ptr<DataTask>& task);
+  void removeLoader(TaskLoader& loader, DataTask& task);
+  void failLoader(TaskLoader& loader, std::int64_t code, std::string technicalText = {});
+  void failTimedOutLoaders();
+
+  // Changed while the mutex of SessionThreads.cpp is locked. The count is read by any thread.
   std::array<std::thread, 2> threads_;
   std::atomic<std::size_t> threadCount_ = 0;
-  std::mutex mutex_;
+
+  std::mutex mutex_;  // Guards the inbox and ioThreadSleeps_.
   std::condition_variable hasWork_;
   std::atomic<bool> stopping_ = false;
-  // What was not handled before the end stays where it is.
-  LoadMessages inbox_;
+  TaskMessages inbox_;  // Messages of other threads to the IO thread.
   bool ioThreadSleeps_ = false;
-  std::atomic<std::thread::id> ioThread_;
+  std::atomic<std::thread::id> ioThread_;  // No thread if nothing is running.
 
   CompletionQueue completions_;
 
-  // The rest belongs to the IO thread.
-  MultiLoop network_;
-  LoadMessages batch_;
-  LoadMessages own_;
-  std::vector<std::shared_ptr<Load>> loads_;
-  bool delivered_ = false;  // Something, and no thread was told to complete it.
-  Load::Clock::time_point gathersUntil_;
-  Load::Clock::time_point now_;
-  Load::Clock::time_point nextDeadline_ = Load::Clock::time_point::max();
+  // Used on the IO thread.
+  TransferLoop transferLoop_;
+  TaskMessages receivedMessages_;  // The messages of the inbox that this round handles.
+  TaskMessages ioThreadMessages_;  // Messages of the IO thread to itself.
+  std::vector<std::shared_ptr<TaskLoader>> loaders_;
+  bool hasBatch_ = false;  // The IO thread added completions and has not notified a thread yet.
+  TaskLoader::Clock::time_point batchDeadline_;
+  TaskLoader::Clock::time_point now_;
+  TaskLoader::Clock::time_point nextDeadline_ = TaskLoader::Clock::time_point::max();
 };
 
 }  // namespace quorvelkit

@@ -7,9 +7,9 @@
 
 namespace quorvelkit {
 
-class NetworkState;
+class TransferPool;
 
-/// What a session and its tasks share.
+/// The settings and the transfer pool that a session shares with its data tasks.
 class SessionState {
  public:
   explicit SessionState(URLSessionConfiguration settings) : configuration(std::move(settings)) {}
@@ -17,14 +17,15 @@ class SessionState {
   SessionState& operator=(const SessionState&) = delete;
   ~SessionState();
 
-  /// Lets go of what the network of another process keeps, without touching it.
-  void leaveNetwork();
+  /// Leaks the transfer pool of a parent process. Its IO thread may have been using it at the fork.
+  void leakTransferPool();
 
   const URLSessionConfiguration configuration;
-  /// What the network keeps for this session: cookies and handles. Belongs to the IO thread of the
-  /// process that made it; another process must not touch it.
-  std::shared_ptr<NetworkState> network;
-  int networkGeneration = 0;
+  /// Used on the IO thread of the process that created it, and by no other process. Null until the
+  /// first network request.
+  std::shared_ptr<TransferPool> transferPool;
+  /// SessionEngine::processGeneration() of the process that created the pool.
+  int transferPoolGeneration = 0;
 };
 
 }  // namespace quorvelkit

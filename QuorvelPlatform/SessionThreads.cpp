@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// How the engine and its threads start, and what exit and fork do to them.
+// Starts and stops the engine and its threads, and handles exit and fork.
 #include <QuorvelPlatform/FatalError.h>
 #include <QuorvelPlatform/NeverDestroyed_p.h>
 #include <QuorvelPlatform/ProtocolRegistry_p.h>
@@ -21,20 +21,21 @@ std::mutex engineMutex;
 std::atomic<SessionEngine*> currentEngine = nullptr;
 std::atomic<int> generation = 0;
 
-// Signals are for the application's threads; SIGPIPE of a broken connection reaches nobody.
-class AllSignalsBlocked {
+// Blocks all signals in the current thread while this object exists. New threads inherit the mask:
+// the application's threads handle signals, and SIGPIPE of a broken connection is never delivered.
+class SignalBlocker {
  public:
-  AllSignalsBlocked() {
+  SignalBlocker() {
     sigset_t all;
     sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before_);
+    pthread_sigmask(SIG_SETMASK, &all, &previousMask_);
   }
-  AllSignalsBlocked(const AllSignalsBlocked&) = delete;
-  AllSignalsBlocked& operator=(const AllSignalsBlocked&) = delete;
-  ~AllSignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+  SignalBlocker(const SignalBlocker&) = delete;
+  SignalBlocker& operator=(const SignalBlocker&) = delete;
+  ~SignalBlocker() { pthread_sigmask(SIG_SETMASK, &previousMask_, nullptr); }
 
  private:
-  sigset_t before_{};
+  sigset_t previousMask_{};
 };
 
 }  // namespace
@@ -46,35 +47,37 @@ SessionEngine& SessionEngine::shared() {
   const std::lock_guard lock(engineMutex);
   SessionEngine* engine = currentEngine.load(std::memory_order_relaxed);
   if (engine == nullptr) {
-    static const NeverDestroyed<std::list<SessionEngine>> ofAllGenerations;
-    engine = &ofAllGenerations->emplace_back();
+    static const NeverDestroyed<std::list<SessionEngine>> engines;
+    engine = &engines->emplace_back();
     currentEngine.store(engine, std::memory_order_release);
   }
   return *engine;
 }
 
-SessionEngine::SessionEngine() { registerProcessHandlers(); }
+SessionEngine::SessionEngine() { registerExitAndForkHandlers(); }
 
-// Starts the threads that are missing. Returns why one of them cannot be started, or nothing.
+// Starts the threads that are not running. Returns the reason if a thread cannot be started.
 std::string SessionEngine::startThreads() {
   if (threadCount_ == threads_.size()) return {};
   const std::lock_guard lock(engineMutex);
   if (stopping_) return {};
-  const AllSignalsBlocked blocked;
+  const SignalBlocker signalBlocker;
   try {
     for (; threadCount_ < threads_.size(); ++threadCount_)
-      threads_[threadCount_] = std::thread([this] { run(); });
+      threads_[threadCount_] = std::thread([this] { runThread(); });
   } catch (const std::exception& exception) {
     return std::string("A thread of the URL session cannot be started: ") + exception.what();
   }
   return {};
 }
 
-// The network is initialised before the exit handler is registered, so that the threads have
-// stopped when its own clean-up runs. Across a fork, the first lock and that of the network come
-// before the others, which are taken inside them; of the others, only that of the completions is
-// ever taken inside another one.
-void SessionEngine::registerProcessHandlers() {
+// The transfer loop initialises libcurl before the exit handler is registered. Exit handlers run in
+// reverse order: the threads have stopped before the libraries of libcurl clean up.
+//
+// fork() locks all mutexes in the order in which threads lock them: the engine mutex, the mutex of
+// libcurl, then the others. A thread that holds one of the others locks at most the mutex of the
+// completion queue, which is therefore the last one.
+void SessionEngine::registerExitAndForkHandlers() {
   static bool registered = false;
   if (std::exchange(registered, true)) return;
   int failure = std::atexit([] {
@@ -87,34 +90,35 @@ void SessionEngine::registerProcessHandlers() {
       visit(engine->completions_.mutex());
     }
   };
-  static constexpr auto network = []() -> std::recursive_mutex* {
+  static constexpr auto libcurlMutex = []() -> std::recursive_mutex* {
     SessionEngine* const engine = currentEngine.load(std::memory_order_relaxed);
-    return engine == nullptr || engine->threadCount_ == 0 ? nullptr : &engine->network_.atWork();
+    return engine == nullptr || engine->threadCount_ == 0 ? nullptr
+                                                          : &engine->transferLoop_.libcurlMutex();
   };
   static constexpr auto lock = [](std::mutex& mutex) { mutex.lock(); };
   static constexpr auto unlock = [](std::mutex& mutex) { mutex.unlock(); };
   failure |= pthread_atfork(
       [] {
         engineMutex.lock();
-        if (auto* const atWork = network()) atWork->lock();
+        if (auto* const mutex = libcurlMutex()) mutex->lock();
         forEachLock(lock);
       },
       [] {
         forEachLock(unlock);
-        if (auto* const atWork = network()) atWork->unlock();
+        if (auto* const mutex = libcurlMutex()) mutex->unlock();
         engineMutex.unlock();
       },
       [] {
         forEachLock(unlock);
         ++generation;
-        // A handler that forks must not go on with the parent's other handlers.
+        // If a completion handler forked, the child must not run the handlers of its parent.
         if (SessionEngine* const engine = currentEngine.exchange(nullptr)) {
           engine->completions_.stop();
           engine->stopping_ = true;
         }
         engineMutex.unlock();
       });
-  if (failure != 0) fatalError("The URL session could not ask to be told of exit and fork.");
+  if (failure != 0) fatalError("The URL session cannot register its exit and fork handlers.");
 }
 
 void SessionEngine::stop() {
@@ -125,7 +129,7 @@ void SessionEngine::stop() {
     stopping_ = true;
   }
   hasWork_.notify_all();
-  network_.wakeUp();
+  transferLoop_.wakeUp();
   for (std::thread& thread : threads_) {
     if (thread.joinable() && std::this_thread::get_id() != thread.get_id()) thread.join();
   }

@@ -11,12 +11,12 @@
 namespace quorvelkit {
 
 SessionState::~SessionState() {
-  if (networkGeneration != SessionEngine::processGeneration()) leaveNetwork();
+  if (transferPoolGeneration != SessionEngine::processGeneration()) leakTransferPool();
 }
 
-// The IO thread of the other process may have been at work on it: it is leaked.
-void SessionState::leaveNetwork() {
-  if (network) const NeverDestroyed<std::shared_ptr<NetworkState>> left(std::move(network));
+void SessionState::leakTransferPool() {
+  if (transferPool)
+    const NeverDestroyed<std::shared_ptr<TransferPool>> leaked(std::move(transferPool));
 }
 
 URLSession::URLSession(std::shared_ptr<SessionState> state) : state_(std::move(state)) {}

@@ -2,7 +2,7 @@
 #include <QuorvelPlatform/ASCII_p.h>
 #include <QuorvelPlatform/curl/EasyHandle_p.h>
 #include <QuorvelPlatform/curl/ErrorMap_p.h>
-#include <QuorvelPlatform/curl/OpenSockets_p.h>
+#include <QuorvelPlatform/curl/SocketTable_p.h>
 #include <QuorvelPlatform/curl/Transfer_p.h>
 
 #include <netinet/in.h>
@@ -16,8 +16,8 @@ namespace quorvelkit {
 
 namespace {
 
-// Fields of every request that has none of its own. libcurl would write them anew for each request,
-// with a call for each character.
+// The fields that every request gets unless it sets them itself. libcurl would format its own
+// versions for each request, one character at a time.
 struct Field {
   std::string_view name;
   const char* line;
@@ -33,7 +33,7 @@ std::size_t onHeader(char* bytes, std::size_t size, std::size_t count, void* tra
 }
 
 std::size_t onBody(char* bytes, std::size_t size, std::size_t count, void* transfer) {
-  // A refused piece must not look taken: no piece is as long as this.
+  // The error value differs from every possible size.
   return transferOf(transfer).didReceiveBody({bytes, size * count}) ? size * count
                                                                     : CURL_WRITEFUNC_ERROR;
 }
@@ -46,7 +46,8 @@ int onDebug(CURL* easy, curl_infotype type, char* bytes, std::size_t size, void*
   const std::string_view piece(bytes, size);
   if (type == CURLINFO_DATA_IN) transferOf(transfer).didReceiveRawBody(piece);
   if (type == CURLINFO_HEADER_IN && !transferOf(transfer).didReceiveRawHeaderLine(piece)) {
-    // In a pause libcurl puts the line aside; the transfer is stopped when it asks for progress.
+    // libcurl ignores the return value of this callback. The pause keeps it from storing the line,
+    // and the progress callback then stops the transfer.
     curl_easy_pause(easy, CURLPAUSE_RECV);
     curl_easy_setopt(easy, CURLOPT_NOPROGRESS, 0L);
   }
@@ -54,10 +55,10 @@ int onDebug(CURL* easy, curl_infotype type, char* bytes, std::size_t size, void*
 }
 
 curl_socket_t onOpenSocket(void* sockets, curlsocktype, curl_sockaddr* address) {
-  // The port stands at the same place for IPv4 and IPv6.
+  // IPv4 and IPv6 addresses have the port at the same offset.
   const auto* const internet = reinterpret_cast<const sockaddr_in*>(&address->addr);
   try {
-    return static_cast<OpenSockets*>(sockets)->open(address->family, address->socktype,
+    return static_cast<SocketTable*>(sockets)->open(address->family, address->socktype,
                                                     address->protocol, ntohs(internet->sin_port));
   } catch (const std::bad_alloc&) {
     return CURL_SOCKET_BAD;
@@ -65,7 +66,7 @@ curl_socket_t onOpenSocket(void* sockets, curlsocktype, curl_sockaddr* address) 
 }
 
 int onCloseSocket(void* sockets, curl_socket_t socket) {
-  static_cast<OpenSockets*>(sockets)->close(socket);
+  static_cast<SocketTable*>(sockets)->close(socket);
   return 0;
 }
 
@@ -74,7 +75,7 @@ int onRequest(void* transfer, char*, char*, int remotePort, int localPort) {
                                                                         : CURL_PREREQFUNC_ABORT;
 }
 
-// The session's own business, whatever the request says.
+// Returns true for fields that the session sets itself or never sends.
 bool isReserved(std::string_view name) {
   constexpr std::array<std::string_view, 6> reserved = {
       "Host", "Content-Length", "Transfer-Encoding", "Connection", "Expect", "Cookie"};
@@ -83,7 +84,7 @@ bool isReserved(std::string_view name) {
                      [&](std::string_view known) { return equalsIgnoringASCIICase(known, name); });
 }
 
-// Methods of which a request may reach the server twice without harm (RFC 9110, section 9.2.2).
+// Returns true for methods whose requests may be sent twice (RFC 9110, section 9.2.2).
 bool isIdempotent(std::string_view method) {
   constexpr std::array<std::string_view, 6> idempotent = {"GET",    "HEAD",    "PUT",
                                                           "DELETE", "OPTIONS", "TRACE"};
@@ -93,7 +94,7 @@ bool isIdempotent(std::string_view method) {
 }  // namespace
 
 EasyHandle::EasyHandle(const URLSessionConfiguration& configuration, CURLSH* share,
-                       OpenSockets& sockets, Transfer& transfer)
+                       SocketTable& sockets, Transfer& transfer)
     : configuration_(configuration), easy_(curl_easy_init()) {
   if (easy_ == nullptr) throw std::bad_alloc();
   for (const CURLoption option : {CURLOPT_PRIVATE, CURLOPT_HEADERDATA, CURLOPT_WRITEDATA,
@@ -112,7 +113,7 @@ EasyHandle::EasyHandle(const URLSessionConfiguration& configuration, CURLSH* sha
   curl_easy_setopt(easy_, CURLOPT_CLOSESOCKETFUNCTION, onCloseSocket);
   curl_easy_setopt(easy_, CURLOPT_SHARE, share);
   try {
-    setText(CURLOPT_COOKIEFILE, "");  // Cookies, but no file.
+    setText(CURLOPT_COOKIEFILE, "");  // Enables cookies without a file.
     setFixedOptions();
   } catch (const std::bad_alloc&) {
     curl_easy_cleanup(easy_);
@@ -125,7 +126,7 @@ EasyHandle::~EasyHandle() {
   curl_slist_free_all(headerFields_);
 }
 
-// The network library copies a text, for which there may be no memory.
+// libcurl copies the text. Throws std::bad_alloc if there is not enough memory for the copy.
 void EasyHandle::setText(CURLoption option, const char* text) {
   if (curl_easy_setopt(easy_, option, text) == CURLE_OUT_OF_MEMORY) throw std::bad_alloc();
 }
@@ -136,13 +137,13 @@ void EasyHandle::setFixedOptions() {
   curl_easy_setopt(easy_, CURLOPT_PATH_AS_IS, 1L);
   curl_easy_setopt(easy_, CURLOPT_HTTP09_ALLOWED, 0L);
   setText(CURLOPT_ACCEPT_ENCODING, decodedEncodings);
-  // Large bodies arrive with few calls, and no heap is tidied up when a handle goes: the C library
-  // does that for each block of 64 kB or more.
+  // Large enough to receive large bodies with few calls. Below 64 kB, because the C library
+  // consolidates the heap each time a larger block is freed.
   curl_easy_setopt(easy_, CURLOPT_BUFFERSIZE, 56L << 10);
   curl_easy_setopt(easy_, CURLOPT_TCP_KEEPALIVE, 1L);
   curl_easy_setopt(easy_, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
   curl_easy_setopt(easy_, CURLOPT_NOSIGNAL, 1L);
-  // A cancelled transfer does not hold the IO thread up until its name is resolved.
+  // A cancelled transfer does not block the IO thread until its host name is resolved.
   curl_easy_setopt(easy_, CURLOPT_QUICK_EXIT, 1L);
 
   curl_easy_setopt(easy_, CURLOPT_SSL_VERIFYPEER, 1L);
@@ -163,8 +164,8 @@ void EasyHandle::setFixedOptions() {
   curl_easy_setopt(easy_, CURLOPT_ERRORBUFFER, errorBuffer_.data());
 }
 
-// User name and password are an option of their own, since libcurl's texts quote a proxy that it
-// cannot use.
+// Sets user name and password by a separate option: libcurl's error texts quote the URL of a proxy
+// that it cannot use.
 void EasyHandle::setProxy() {
   std::string proxy = configuration_.proxy;
   const std::size_t at = proxy.rfind('@');
@@ -174,7 +175,7 @@ void EasyHandle::setProxy() {
     setText(CURLOPT_PROXYUSERPWD, proxy.substr(begin, at - begin).c_str());
     proxy.erase(begin, at + 1 - begin);
   }
-  // Both are set even when they are empty: unset ones are looked up in the environment.
+  // Empty values are set too, because libcurl reads unset ones from the environment.
   setText(CURLOPT_PROXY, proxy.c_str());
   setText(CURLOPT_NOPROXY, "");
 }
@@ -184,15 +185,16 @@ void EasyHandle::prepare(const URLRequest& request, std::chrono::milliseconds co
   setText(CURLOPT_URL, request.url().absoluteString().c_str());
   curl_easy_setopt(easy_, CURLOPT_HTTP_VERSION,
                    static_cast<long>(secure ? CURL_HTTP_VERSION_2TLS : CURL_HTTP_VERSION_1_1));
-  // Over plain HTTP, waiting would let one slow answer hold up all other requests to its host.
+  // Over plain HTTP, waiting for a connection would delay all requests behind one slow answer.
   curl_easy_setopt(easy_, CURLOPT_PIPEWAIT, secure ? 1L : 0L);
-  constexpr std::chrono::milliseconds longest = std::chrono::days(7);
+  constexpr std::chrono::milliseconds maximum = std::chrono::days(7);
   curl_easy_setopt(easy_, CURLOPT_CONNECTTIMEOUT_MS,
-                   static_cast<long>(std::min(connectTimeout, longest).count()));
+                   static_cast<long>(std::min(connectTimeout, maximum).count()));
   curl_easy_setopt(easy_, CURLOPT_NOPROGRESS, request.httpBody() ? 0L : 1L);
-  showRaw(false);
+  setRawCallbacks(false);
   errorBuffer_.front() = '\0';
-  // A request on a kept connection that dies is sent again on another one without a question.
+  // libcurl sends a request again if the server has closed the idle connection. Other requests than
+  // idempotent ones therefore use a new connection.
   curl_easy_setopt(easy_, CURLOPT_FRESH_CONNECT, isIdempotent(request.httpMethod()) ? 0L : 1L);
   setMethod(request);
   setHeaderFields(request);
@@ -211,14 +213,14 @@ void EasyHandle::setMethod(const URLRequest& request) {
   } else if (!isHead) {
     curl_easy_setopt(easy_, CURLOPT_HTTPGET, 1L);
   }
-  const bool isNatural = method == "GET" || method == "POST" || isHead;
-  setText(CURLOPT_CUSTOMREQUEST, isNatural ? nullptr : method.c_str());
+  const bool isDefaultMethod = method == "GET" || method == "POST" || isHead;
+  setText(CURLOPT_CUSTOMREQUEST, isDefaultMethod ? nullptr : method.c_str());
 }
 
 void EasyHandle::addHeaderLine(const char* line) {
-  curl_slist* const longer = curl_slist_append(headerFields_, line);
-  if (longer == nullptr) throw std::bad_alloc();
-  headerFields_ = longer;
+  curl_slist* const extended = curl_slist_append(headerFields_, line);
+  if (extended == nullptr) throw std::bad_alloc();
+  headerFields_ = extended;
 }
 
 void EasyHandle::setHeaderFields(const URLRequest& request) {
@@ -226,7 +228,7 @@ void EasyHandle::setHeaderFields(const URLRequest& request) {
   std::string line;
   for (const auto& [name, value] : request.headerFields().all()) {
     if (isReserved(name)) continue;
-    // "Name:" would take the field out, "Name;" sends it empty.
+    // For libcurl, "Name:" removes the field and "Name;" sends it with an empty value.
     const bool isBlank = value.find_first_not_of(" \t") == std::string::npos;
     line.assign(name).append(isBlank ? ";" : ": ").append(isBlank ? "" : value);
     addHeaderLine(line.c_str());
@@ -240,13 +242,15 @@ void EasyHandle::setHeaderFields(const URLRequest& request) {
   }
   if (hasBody) addHeaderLine("Expect:");
   curl_easy_setopt(easy_, CURLOPT_HTTPHEADER, headerFields_);
-  // One line holds the cookies of the session and those of the request.
+  // libcurl joins these cookies and those of the session into one line.
   if (const auto cookie = request.value("Cookie")) {
     setText(CURLOPT_COOKIE, std::string(*cookie).c_str());
   }
 }
 
-void EasyHandle::showRaw(bool shows) { curl_easy_setopt(easy_, CURLOPT_VERBOSE, shows ? 1L : 0L); }
+void EasyHandle::setRawCallbacks(bool enabled) {
+  curl_easy_setopt(easy_, CURLOPT_VERBOSE, enabled ? 1L : 0L);
+}
 
 std::string EasyHandle::errorText(CURLcode code) const {
   return networkErrorText(code, errorBuffer_.data(), configuration_.caFile);

@@ -12,29 +12,31 @@
 
 namespace quorvelkit {
 
-class OpenSockets;
+class SocketTable;
 class Transfer;
 
-/// A handle for one transfer after another. Options that never change are set once; prepare() sets
-/// every option that a request can change, so that nothing of the request before is left.
+/// Owns a libcurl easy handle and sets its options. Used for one exchange after another: the
+/// constructor sets the options that never change, prepare() sets all options that depend on the
+/// request.
 class EasyHandle {
  public:
-  /// The callbacks find the transfer and the sockets. Configuration and share must outlive the
-  /// handle, the sockets all connections.
-  EasyHandle(const URLSessionConfiguration& configuration, CURLSH* share, OpenSockets& sockets,
+  /// Connects libcurl's callbacks to the transfer and the sockets. Configuration and share must
+  /// exist as long as the handle, the sockets as long as any connection. Throws std::bad_alloc if
+  /// there is not enough memory, like all members that set options.
+  EasyHandle(const URLSessionConfiguration& configuration, CURLSH* share, SocketTable& sockets,
              Transfer& transfer);
   EasyHandle(const EasyHandle&) = delete;
   EasyHandle& operator=(const EasyHandle&) = delete;
   ~EasyHandle();
 
-  /// Makes the handle ready for a request, whose URL and body must stay until the transfer ends.
+  /// Sets the options for a request, whose URL and body must exist until the transfer ends.
   void prepare(const URLRequest& request, std::chrono::milliseconds connectTimeout);
-  /// Whether header lines and pieces of the body are shown to the transfer as they came, before the
-  /// network library does anything with them.
-  void showRaw(bool shows);
-  /// What the network library says of a failure, printable and without secrets.
+  /// Sets whether the transfer receives raw header lines and raw body bytes, before libcurl stores
+  /// or decodes them.
+  void setRawCallbacks(bool enabled);
+  /// Returns libcurl's description of a failure, without control characters and secrets.
   std::string errorText(CURLcode code) const;
-  /// Forgets the header fields of the request, which may be secret.
+  /// Frees the header fields of the request, which may be secret.
   void clear();
 
   CURL* get() const { return easy_; }

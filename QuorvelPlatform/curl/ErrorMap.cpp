@@ -15,35 +15,35 @@ namespace quorvelkit {
 
 namespace {
 
-long numberOf(CURL* easy, CURLINFO info) {
+long longInfo(CURL* easy, CURLINFO info) {
   long number = 0;
   curl_easy_getinfo(easy, info, &number);
   return number;
 }
 
-bool hasConnected(CURL* easy) {
+bool wasConnected(CURL* easy) {
   curl_off_t microseconds = 0;
   curl_easy_getinfo(easy, CURLINFO_CONNECT_TIME_T, &microseconds);
   return microseconds > 0;
 }
 
-// Whether any interface but the loopback is up.
+// Returns true if an interface other than the loopback interface is up.
 bool hasNetwork() {
   ifaddrs* interfaces = nullptr;
   if (getifaddrs(&interfaces) != 0) return true;
   bool found = false;
-  for (const ifaddrs* each = interfaces; each != nullptr; each = each->ifa_next) {
-    const bool hasAddress = each->ifa_addr != nullptr && (each->ifa_addr->sa_family == AF_INET ||
-                                                          each->ifa_addr->sa_family == AF_INET6);
-    found = found || (hasAddress && (each->ifa_flags & IFF_UP) != 0 &&
-                      (each->ifa_flags & IFF_LOOPBACK) == 0);
+  for (const ifaddrs* entry = interfaces; entry != nullptr; entry = entry->ifa_next) {
+    const bool hasAddress = entry->ifa_addr != nullptr && (entry->ifa_addr->sa_family == AF_INET ||
+                                                           entry->ifa_addr->sa_family == AF_INET6);
+    found = found || (hasAddress && (entry->ifa_flags & IFF_UP) != 0 &&
+                      (entry->ifa_flags & IFF_LOOPBACK) == 0);
   }
   freeifaddrs(interfaces);
   return found;
 }
 
 std::int64_t connectionError(CURL* easy) {
-  switch (numberOf(easy, CURLINFO_OS_ERRNO)) {
+  switch (longInfo(easy, CURLINFO_OS_ERRNO)) {
     case ETIMEDOUT: return URLError::timedOut;
     case ENETUNREACH:
     case ENETDOWN: return URLError::notConnectedToInternet;
@@ -52,14 +52,14 @@ std::int64_t connectionError(CURL* easy) {
 }
 
 std::int64_t receiveError(CURL* easy) {
-  const bool brokenByContent =
-      numberOf(easy, CURLINFO_OS_ERRNO) == 0 && numberOf(easy, CURLINFO_RESPONSE_CODE) != 0;
-  return brokenByContent ? URLError::cannotParseResponse : URLError::networkConnectionLost;
+  const bool isProtocolError =
+      longInfo(easy, CURLINFO_OS_ERRNO) == 0 && longInfo(easy, CURLINFO_RESPONSE_CODE) != 0;
+  return isProtocolError ? URLError::cannotParseResponse : URLError::networkConnectionLost;
 }
 
-// The numbers are those of OpenSSL's X509_V_ERR codes.
+// The numbers are OpenSSL's X509_V_ERR codes.
 std::int64_t verificationError(CURL* easy) {
-  switch (numberOf(easy, CURLINFO_SSL_VERIFYRESULT)) {
+  switch (longInfo(easy, CURLINFO_SSL_VERIFYRESULT)) {
     case 9: return URLError::serverCertificateNotYetValid;
     case 10: return URLError::serverCertificateHasBadDate;
     case 19:
@@ -69,8 +69,8 @@ std::int64_t verificationError(CURL* easy) {
   }
 }
 
-// libcurl says the same of a file that is missing and of one that is no PEM.
-std::string whyUnusable(const std::string& caFile) {
+// libcurl has the same error text for a missing file and for a file that is not PEM.
+std::string unusableFileReason(const std::string& caFile) {
   const std::ifstream file(caFile);
   if (file) return "The file holds no certificate in PEM form.";
   return std::generic_category().message(errno);
@@ -81,7 +81,7 @@ std::string whyUnusable(const std::string& caFile) {
 std::int64_t urlErrorCode(CURLcode code, CURL* easy) {
   switch (code) {
     case CURLE_UNSUPPORTED_PROTOCOL:
-      return hasConnected(easy) ? URLError::cannotParseResponse : URLError::unsupportedURL;
+      return wasConnected(easy) ? URLError::cannotParseResponse : URLError::unsupportedURL;
     case CURLE_URL_MALFORMAT: return URLError::badURL;
     case CURLE_COULDNT_RESOLVE_PROXY: return URLError::cannotFindHost;
     case CURLE_COULDNT_RESOLVE_HOST:
@@ -93,8 +93,8 @@ std::int64_t urlErrorCode(CURLcode code, CURL* easy) {
     case CURLE_WEIRD_SERVER_REPLY:
     case CURLE_CHUNK_FAILED: return URLError::cannotParseResponse;
     case CURLE_OUT_OF_MEMORY:
-      // Also what a header line beyond all measure is called.
-      return numberOf(easy, CURLINFO_RESPONSE_CODE) != 0 ? URLError::cannotParseResponse
+      // libcurl also returns this code for a header line that is too long.
+      return longInfo(easy, CURLINFO_RESPONSE_CODE) != 0 ? URLError::cannotParseResponse
                                                          : URLError::unknown;
     case CURLE_PARTIAL_FILE:
     case CURLE_GOT_NOTHING:
@@ -134,7 +134,8 @@ std::int64_t urlErrorCode(CURLcode code, CURL* easy) {
 std::string networkErrorText(CURLcode code, std::string_view errorBuffer,
                              const std::string& caFile) {
   std::string text(errorBuffer.empty() ? curl_easy_strerror(code) : errorBuffer);
-  if (code == CURLE_SSL_CACERT_BADFILE && !caFile.empty()) text += "; " + whyUnusable(caFile);
+  if (code == CURLE_SSL_CACERT_BADFILE && !caFile.empty())
+    text += "; " + unusableFileReason(caFile);
   const bool isText = isUTF8(text);
   std::replace_if(
       text.begin(), text.end(),

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+// Maps failures of libcurl to errors of this library.
 #pragma once
 
 #include <curl/curl.h>
@@ -9,11 +10,11 @@
 
 namespace quorvelkit {
 
-/// The code of URLError for a transfer that the network library ended with a failure of its own.
+/// Returns the URLError code for a transfer that libcurl ended with a failure.
 std::int64_t urlErrorCode(CURLcode code, CURL* easy);
 
-/// What the network library says of such a failure in its error buffer, in printable characters;
-/// for authorities that cannot be read, also why.
+/// Returns libcurl's description of the failure with control characters replaced by spaces. If the
+/// CA file cannot be used, the text also says why.
 std::string networkErrorText(CURLcode code, std::string_view errorBuffer,
                              const std::string& caFile);
 

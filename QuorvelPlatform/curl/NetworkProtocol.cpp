@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelPlatform/ASCII_p.h>
-#include <QuorvelPlatform/Load_p.h>
 #include <QuorvelPlatform/SessionEngine_p.h>
+#include <QuorvelPlatform/TaskLoader_p.h>
 #include <QuorvelPlatform/URLError.h>
-#include <QuorvelPlatform/curl/HostLines_p.h>
+#include <QuorvelPlatform/curl/HostConnectionLimiter_p.h>
 #include <QuorvelPlatform/curl/NetworkProtocol_p.h>
-#include <QuorvelPlatform/curl/NetworkState_p.h>
 #include <QuorvelPlatform/curl/RedirectRule_p.h>
+#include <QuorvelPlatform/curl/TransferPool_p.h>
 
 #include <mutex>
 #include <new>
@@ -16,8 +16,8 @@ namespace quorvelkit {
 
 namespace {
 
-// The code of URLError for a request that cannot be sent, 0 for one that can.
-std::int64_t refusal(const URLRequest& request) {
+// Returns the URLError code if the request cannot be sent, otherwise 0.
+std::int64_t requestError(const URLRequest& request) {
   const std::string_view scheme = request.url().scheme().value_or("");
   if (!equalsIgnoringASCIICase(scheme, "http") && !equalsIgnoringASCIICase(scheme, "https")) {
     return URLError::unsupportedURL;
@@ -30,88 +30,90 @@ std::int64_t refusal(const URLRequest& request) {
   return 0;
 }
 
-// One task's way over the network, redirects included.
+// Sends the request of one data task over HTTP and follows redirects.
 class NetworkProtocol final : public URLProtocol,
-                              private TransferOwner,
-                              private HostLines::Visitor {
+                              private TransferDelegate,
+                              private HostConnectionLimiter::Client {
  public:
-  NetworkProtocol(SessionEngine& engine, Load& load, std::shared_ptr<NetworkState> state)
-      : engine_(engine), load_(load), state_(std::move(state)) {}
+  NetworkProtocol(SessionEngine& engine, TaskLoader& loader, std::shared_ptr<TransferPool> pool)
+      : engine_(engine), loader_(loader), pool_(std::move(pool)) {}
 
   void startLoading(const URLRequest& request, std::shared_ptr<URLProtocolClient>) override {
-    if (const std::int64_t code = refusal(request)) return load_.end(Outcome::failure(code));
+    if (const std::int64_t code = requestError(request)) {
+      return loader_.end(TaskResult::failure(code));
+    }
     send(request);
   }
 
   void stopLoading() override {
     if (transfer_) {
-      engine_.network().remove(*transfer_);
+      engine_.transferLoop().remove(*transfer_);
       transfer_.reset();
     }
-    engine_.network().hosts().leave(*this);
+    engine_.transferLoop().connectionLimiter().release(*this);
   }
 
  private:
   void send(const URLRequest& request) {
     request_ = &request;
-    engine_.network().hosts().enter(*this, request.url());
+    engine_.transferLoop().connectionLimiter().acquire(*this, request.url());
   }
 
-  // The network library locks something of its own while it makes a handle.
-  void connectionIsFree() override try {
-    const std::lock_guard lock(engine_.network().atWork());
-    transfer_ = state_->takeTransfer();
+  // libcurl locks internal mutexes while it creates a handle.
+  void didAcquireConnection() override try {
+    const std::lock_guard lock(engine_.transferLoop().libcurlMutex());
+    transfer_ = pool_->take();
     transfer_->prepare(*this, *request_,
-                       std::chrono::ceil<std::chrono::milliseconds>(load_.idleInterval()));
-    engine_.network().add(*transfer_);
+                       std::chrono::ceil<std::chrono::milliseconds>(loader_.idleInterval()));
+    engine_.transferLoop().add(*transfer_);
   } catch (const std::bad_alloc&) {
-    load_.end(Outcome::outOfMemory());
+    loader_.end(TaskResult::outOfMemory());
   }
 
-  void didMove() override { load_.touch(engine_.now()); }
+  void didTransferBytes() override { loader_.restartIdleTimer(engine_.now()); }
 
   void didEnd(CURLcode code) override try {
-    if (transfer_->metStrayInput()) return connectionIsFree();
-    Outcome outcome;
-    if (transfer_->ranOutOfMemory(code)) outcome = Outcome::outOfMemory();
-    outcome.errorCode = transfer_->errorCode(code);
-    if (outcome.errorCode != 0) outcome.technicalText = transfer_->technicalText(code);
-    const bool isRedirect = outcome.errorCode == 0 && transfer_->redirect().has_value();
+    if (transfer_->foundStaleInput()) return didAcquireConnection();
+    TaskResult result;
+    if (transfer_->ranOutOfMemory(code)) result = TaskResult::outOfMemory();
+    result.errorCode = transfer_->errorCode(code);
+    if (result.errorCode != 0) result.technicalText = transfer_->technicalText(code);
+    const bool isRedirect = result.errorCode == 0 && transfer_->redirect().has_value();
     if (isRedirect) {
-      redirected_ = std::exchange(transfer_->redirect(), std::nullopt);
-      if (++redirects_ > maximumRedirects) outcome.errorCode = URLError::httpTooManyRedirects;
+      redirectedRequest_ = std::exchange(transfer_->redirect(), std::nullopt);
+      if (++redirectCount_ > maximumRedirects) result.errorCode = URLError::httpTooManyRedirects;
     }
-    if (outcome.errorCode == 0 && !isRedirect) {
-      HTTPHead& head = outcome.head.emplace();
-      head.statusCode = transfer_->statusCode();
-      head.lines = transfer_->takeHeaderLines();
-      if (redirected_) head.url = redirected_->url();
-      outcome.body = Data(transfer_->takeBody());
+    if (result.errorCode == 0 && !isRedirect) {
+      HTTPHeaderBlock& header = result.header.emplace();
+      header.statusCode = transfer_->statusCode();
+      header.lines = transfer_->takeHeaderLines();
+      if (redirectedRequest_) header.url = redirectedRequest_->url();
+      result.body = Data(transfer_->takeBody());
     }
-    if (transfer_->canBeUsedAgain(code)) state_->giveBack(std::move(transfer_));
+    if (transfer_->isReusable(code)) pool_->recycle(std::move(transfer_));
     transfer_.reset();
-    engine_.network().hosts().leave(*this);
-    if (outcome.errorCode == 0 && isRedirect) return send(*redirected_);
-    load_.end(std::move(outcome));
+    engine_.transferLoop().connectionLimiter().release(*this);
+    if (result.errorCode == 0 && isRedirect) return send(*redirectedRequest_);
+    loader_.end(std::move(result));
   } catch (const std::bad_alloc&) {
-    load_.end(Outcome::outOfMemory());
+    loader_.end(TaskResult::outOfMemory());
   }
 
   SessionEngine& engine_;
-  Load& load_;
-  const std::shared_ptr<NetworkState> state_;
+  TaskLoader& loader_;
+  const std::shared_ptr<TransferPool> pool_;
   const URLRequest* request_ = nullptr;
   std::unique_ptr<Transfer> transfer_;
-  std::optional<URLRequest> redirected_;
-  int redirects_ = 0;
+  std::optional<URLRequest> redirectedRequest_;
+  int redirectCount_ = 0;
 };
 
 }  // namespace
 
-std::unique_ptr<URLProtocol> makeNetworkProtocol(SessionEngine& engine, Load& load,
+std::unique_ptr<URLProtocol> makeNetworkProtocol(SessionEngine& engine, TaskLoader& loader,
                                                  SessionState& session) {
-  return std::make_unique<NetworkProtocol>(engine, load,
-                                           NetworkState::of(session, engine.network().sockets()));
+  return std::make_unique<NetworkProtocol>(
+      engine, loader, TransferPool::of(session, engine.transferLoop().sockets()));
 }
 
 }  // namespace quorvelkit

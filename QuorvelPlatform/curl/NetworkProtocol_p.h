@@ -7,12 +7,13 @@
 
 namespace quorvelkit {
 
-class Load;
 class SessionEngine;
 class SessionState;
+class TaskLoader;
 
-/// The protocol that answers what no registered one wants: HTTP over the network.
-std::unique_ptr<URLProtocol> makeNetworkProtocol(SessionEngine& engine, Load& load,
+/// Creates the URL protocol that sends the loader's request over HTTP and follows redirects. Used
+/// if no registered protocol accepts the request.
+std::unique_ptr<URLProtocol> makeNetworkProtocol(SessionEngine& engine, TaskLoader& loader,
                                                  SessionState& session);
 
 }  // namespace quorvelkit

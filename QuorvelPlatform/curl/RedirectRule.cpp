@@ -27,9 +27,9 @@ bool haveSameOrigin(const URL& a, const URL& b) {
          port(a) == port(b);
 }
 
-// Where the answer leads, with the fragment of the URL it is for unless it brings one; absent when
-// that cannot be used.
-std::optional<URL> target(const URL& from, std::string_view location) {
+// Returns the absolute URL of a Location field, or nothing if it is not usable. If the location has
+// no fragment, the fragment of the request's URL is kept.
+std::optional<URL> resolvedLocation(const URL& from, std::string_view location) {
   const auto reference = URL::parse(location);
   if (!reference) return std::nullopt;
   auto to = from.resolving(*reference);
@@ -45,10 +45,10 @@ std::optional<URL> target(const URL& from, std::string_view location) {
 
 }  // namespace
 
-std::optional<URLRequest> redirected(const URLRequest& request, int statusCode,
-                                     std::optional<std::string_view> location) {
+std::optional<URLRequest> redirectedRequest(const URLRequest& request, int statusCode,
+                                            std::optional<std::string_view> location) {
   if (!isRedirect(statusCode) || !location) return std::nullopt;
-  auto url = target(request.url(), *location);
+  auto url = resolvedLocation(request.url(), *location);
   if (!url) return std::nullopt;
   const bool sameOrigin = haveSameOrigin(request.url(), *url);
 

@@ -8,13 +8,14 @@
 
 namespace quorvelkit {
 
-/// Redirects followed for one task; the next one fails it.
+/// The number of redirects that one data task follows. The next redirect fails the task.
 constexpr int maximumRedirects = 20;
 
-/// The request that an answer asks to send in place of this one (RFC 9110, section 15.4); absent
-/// when the answer is to be delivered. Nothing of the request but Accept and Content-Type goes to
-/// another origin, no body goes there either, and no redirect leads from https to http.
-std::optional<URLRequest> redirected(const URLRequest& request, int statusCode,
-                                     std::optional<std::string_view> location);
+/// Returns the request to send after a redirect answer (RFC 9110, section 15.4), or nothing if the
+/// answer is not followed and must be delivered. To another origin, the new request has no body and
+/// no header fields of the old one except Accept and Content-Type. A redirect from https to http
+/// is not followed.
+std::optional<URLRequest> redirectedRequest(const URLRequest& request, int statusCode,
+                                            std::optional<std::string_view> location);
 
 }  // namespace quorvelkit

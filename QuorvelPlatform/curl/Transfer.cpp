@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelPlatform/ASCII_p.h>
-#include <QuorvelPlatform/HTTPHead_p.h>
+#include <QuorvelPlatform/HTTPHeaderBlock_p.h>
 #include <QuorvelPlatform/MemoryPages_p.h>
 #include <QuorvelPlatform/URLError.h>
 #include <QuorvelPlatform/curl/ErrorMap_p.h>
@@ -15,11 +15,12 @@ namespace quorvelkit {
 
 namespace {
 
-// More header lines than this are an attack: parsing them is quadratic.
+// More header lines than this are refused, because the time to parse them grows with the square of
+// their number.
 constexpr int maximumHeaderLines = 1000;
 
-// The value of a header line when it is of this field.
-std::optional<std::string_view> valueOf(std::string_view field, std::string_view line) {
+// Returns the value of a header line if the line has this field name.
+std::optional<std::string_view> fieldValue(std::string_view field, std::string_view line) {
   if (line.size() <= field.size() || line[field.size()] != ':') return std::nullopt;
   if (!equalsIgnoringASCIICase(line.substr(0, field.size()), field)) return std::nullopt;
   line.remove_prefix(field.size() + 1);
@@ -31,25 +32,25 @@ std::optional<std::string_view> valueOf(std::string_view field, std::string_view
 }  // namespace
 
 Transfer::Transfer(const URLSessionConfiguration& configuration, CURLSH* share,
-                   OpenSockets& sockets)
+                   SocketTable& sockets)
     : maximumBodySize_(configuration.maximumBodySize),
       sockets_(sockets),
       handle_(configuration, share, sockets, *this) {}
 
-void Transfer::prepare(TransferOwner& owner, const URLRequest& request,
+void Transfer::prepare(TransferDelegate& delegate, const URLRequest& request,
                        std::chrono::milliseconds connectTimeout) {
   clear();
-  owner_ = &owner;
+  delegate_ = &delegate;
   request_ = &request;
   handle_.prepare(request, connectTimeout);
 }
 
 void Transfer::clear() {
   handle_.clear();
-  connections_ = 0;
-  metStrayInput_ = false;
+  connectionCount_ = 0;
+  foundStaleInput_ = false;
   statusCode_ = 0;
-  headIsWhole_ = false;
+  headerIsComplete_ = false;
   lineCount_ = 0;
   headerLines_.clear();
   length_.reset();
@@ -57,140 +58,142 @@ void Transfer::clear() {
   isChunked_ = false;
   body_ = {};
   bodySize_ = 0;
-  sent_ = 0;
+  bytesSent_ = 0;
   redirect_.reset();
-  ownError_ = 0;
+  errorCode_ = 0;
   ranOutOfMemory_ = false;
 }
 
 bool Transfer::mayUseConnection(const ConnectionPorts& ports) {
   ports_ = ports;
-  ++connections_;
-  head_ = Head::awaitsStatusLine;
-  metStrayInput_ = sockets_.hasStrayInput(ports);
-  return !metStrayInput_;
+  ++connectionCount_;
+  headerState_ = HeaderState::beforeStatusLine;
+  foundStaleInput_ = sockets_.hasStaleInput(ports);
+  return !foundStaleInput_;
 }
 
-// Before 8.2 libcurl adds a folded line to the field that it stored last, even when that belonged
-// to the answer before and is freed: until an exchange has a field, its lines are looked at before.
-// What libcurl stores is neither the first line of a head nor one that begins with a line end.
-void Transfer::watchForFirstField(std::string_view headerLine) {
-  if (head_ == Head::hasField) return;
+// libcurl before 8.2 appends a folded line to the field that it stored last, even if that field
+// belongs to the previous answer and is freed memory. Until this exchange has a stored field, its
+// raw header lines are therefore checked before libcurl stores them. libcurl stores neither the
+// first line of a header block nor a line that begins with a line end.
+void Transfer::trackFirstField(std::string_view headerLine) {
+  if (headerState_ == HeaderState::hasField) return;
   if (headerLine.starts_with('\r') || headerLine.starts_with('\n')) {
-    head_ = Head::awaitsStatusLine;
+    headerState_ = HeaderState::beforeStatusLine;
   } else {
-    head_ = head_ == Head::awaitsStatusLine ? Head::awaitsField : Head::hasField;
+    headerState_ = headerState_ == HeaderState::beforeStatusLine ? HeaderState::beforeFirstField
+                                                                 : HeaderState::hasField;
   }
-  handle_.showRaw(head_ == Head::awaitsField);
+  handle_.setRawCallbacks(headerState_ == HeaderState::beforeFirstField);
 }
 
-// Blanks between the status line and the first field are a reason to refuse the answer (RFC 9112,
+// A folded line between the status line and the first field makes the answer invalid (RFC 9112,
 // section 2.2).
 bool Transfer::didReceiveRawHeaderLine(std::string_view line) {
   const bool isFolded = line.starts_with(' ') || line.starts_with('\t');
-  return !isFolded || head_ != Head::awaitsField || stop(URLError::cannotParseResponse);
+  return !isFolded || headerState_ != HeaderState::beforeFirstField ||
+         fail(URLError::cannotParseResponse);
 }
 
 bool Transfer::didReceiveHeaderLine(std::string_view line) try {
-  owner_->didMove();
-  watchForFirstField(line);
+  delegate_->didTransferBytes();
+  trackFirstField(line);
   const bool isStatusLine = line.starts_with("HTTP/");
-  if (isStatusLine && (statusCode_ == 0 || (headIsWhole_ && statusCode_ < 200))) {
+  if (isStatusLine && (statusCode_ == 0 || (headerIsComplete_ && statusCode_ < 200))) {
     long status = 0;
     curl_easy_getinfo(easy(), CURLINFO_RESPONSE_CODE, &status);
     statusCode_ = static_cast<int>(status);
-    headIsWhole_ = false;
+    headerIsComplete_ = false;
     headerLines_.clear();
     length_.reset();
     coding_ = Coding::none;
     isChunked_ = false;
     return true;
   }
-  if (!headIsWhole_ && (line == "\r\n" || line == "\n")) return didReceiveHead();
-  if (++lineCount_ > maximumHeaderLines) return stop(URLError::cannotParseResponse);
-  if (headIsWhole_) return true;  // A trailer.
+  if (!headerIsComplete_ && (line == "\r\n" || line == "\n")) return didReceiveHeaderBlock();
+  if (++lineCount_ > maximumHeaderLines) return fail(URLError::cannotParseResponse);
+  if (headerIsComplete_) return true;  // A trailer field.
   headerLines_ += line;
-  return takeNote(line);
+  return readBodyField(line);
 } catch (const std::bad_alloc&) {
-  return runOutOfMemory();
+  return failOutOfMemory();
 }
 
-// Takes note of the fields that say how the body comes. A length that is not one length is an
-// error (RFC 9112, section 6.3): one side would take for the next answer what the other takes for
-// the body. The network library believes the last line, or what it can read of it.
-bool Transfer::takeNote(std::string_view line) {
-  if (const auto text = valueOf("content-length", line)) {
+// Reads the fields that describe the body. Contradicting or invalid lengths are an error (RFC 9112,
+// section 6.3): client and server would disagree about where the next answer begins. libcurl would
+// use the last length, or the digits at its start.
+bool Transfer::readBodyField(std::string_view line) {
+  if (const auto text = fieldValue("content-length", line)) {
     std::int64_t length = 0;
     const char* const end = text->data() + text->size();
     const auto [stopped, error] = std::from_chars(text->data(), end, length);
-    if (stopped != end || text->starts_with('-')) return stop(URLError::cannotParseResponse);
-    if (error == std::errc::result_out_of_range) return stop(URLError::dataLengthExceedsMaximum);
+    if (stopped != end || text->starts_with('-')) return fail(URLError::cannotParseResponse);
+    if (error == std::errc::result_out_of_range) return fail(URLError::dataLengthExceedsMaximum);
     if (error != std::errc() || length_.value_or(length) != length) {
-      return stop(URLError::cannotParseResponse);
+      return fail(URLError::cannotParseResponse);
     }
     length_ = length;
-  } else if (const auto coding = valueOf("content-encoding", line)) {
+  } else if (const auto coding = fieldValue("content-encoding", line)) {
     if (coding->empty() || equalsIgnoringASCIICase(*coding, "identity")) return true;
     const bool isGzip =
         equalsIgnoringASCIICase(*coding, "gzip") || equalsIgnoringASCIICase(*coding, "x-gzip");
     coding_ = isGzip && coding_ == Coding::none ? Coding::gzip : Coding::other;
-  } else if (const auto transferCoding = valueOf("transfer-encoding", line)) {
+  } else if (const auto transferCoding = fieldValue("transfer-encoding", line)) {
     isChunked_ = true;
     if (!equalsIgnoringASCIICase(*transferCoding, "chunked")) coding_ = Coding::other;
   }
   return true;
 }
 
-bool Transfer::didReceiveHead() {
-  headIsWhole_ = true;
+bool Transfer::didReceiveHeaderBlock() {
+  headerIsComplete_ = true;
   if (statusCode_ < 200) return true;
   if (statusCode_ >= 300 && statusCode_ < 400) {
-    const HTTPHeaderFields fields = parseHeaderLines(headerLines_);
-    redirect_ = redirected(*request_, statusCode_, fields.value("Location"));
+    const HTTPHeaderFields fields = parseHeaderFields(headerLines_);
+    redirect_ = redirectedRequest(*request_, statusCode_, fields.value("Location"));
   }
   long version = 0;
   curl_easy_getinfo(easy(), CURLINFO_HTTP_VERSION, &version);
   const bool isHTTP1 = version <= CURL_HTTP_VERSION_1_1;
-  if (isHTTP1) sockets_.answersInTurn(ports_);
+  if (isHTTP1) sockets_.markAsHTTP1(ports_);
   if (coding_ != Coding::none) {
-    gzipTail_.reset(isHTTP1 && isChunked_);
-    handle_.showRaw(true);
+    gzipTrailer_.reset(isHTTP1 && isChunked_);
+    handle_.setRawCallbacks(true);
   }
   return true;
 }
 
-bool Transfer::stop(std::int64_t code) {
-  ownError_ = code;
+bool Transfer::fail(std::int64_t code) {
+  errorCode_ = code;
   return false;
 }
 
-bool Transfer::runOutOfMemory() {
+bool Transfer::failOutOfMemory() {
   body_ = {};
   ranOutOfMemory_ = true;
-  return stop(URLError::unknown);
+  return fail(URLError::unknown);
 }
 
 bool Transfer::didReceiveBody(std::string_view piece) {
-  owner_->didMove();
-  if (bodySize_ == 0 && !expectBody()) return false;
+  delegate_->didTransferBytes();
+  if (bodySize_ == 0 && !checkBodyStart()) return false;
   bodySize_ += piece.size();
-  if (bodySize_ > maximumBodySize_) return stop(URLError::dataLengthExceedsMaximum);
+  if (bodySize_ > maximumBodySize_) return fail(URLError::dataLengthExceedsMaximum);
   if (redirect_) return true;
   try {
-    if (body_.empty()) makeRoomForBody();
+    if (body_.empty()) reserveBody();
     body_ += piece;
   } catch (const std::bad_alloc&) {
-    return runOutOfMemory();
+    return failOutOfMemory();
   }
   return true;
 }
 
-// Refuses a coding that was not asked for, and holds the length that the server announces against
-// the limit, unless decoding will make it another.
-bool Transfer::expectBody() {
-  if (coding_ == Coding::other) return stop(URLError::cannotDecodeContentData);
+// Refuses content codings other than gzip, and a body whose announced size is above the limit.
+bool Transfer::checkBodyStart() {
+  if (coding_ == Coding::other) return fail(URLError::cannotDecodeContentData);
   if (announcedBodySize().value_or(0) <= maximumBodySize_) return true;
-  return stop(URLError::dataLengthExceedsMaximum);
+  return fail(URLError::dataLengthExceedsMaximum);
 }
 
 std::optional<std::uint64_t> Transfer::announcedBodySize() const {
@@ -198,46 +201,46 @@ std::optional<std::uint64_t> Transfer::announcedBodySize() const {
   return static_cast<std::uint64_t>(*length_);
 }
 
-// A server may announce more than it sends, so that room is made for a modest size only. Of many
-// large bodies under way at once, the memory is mostly new: the C library gives that of those that
-// are done with back to the system.
-void Transfer::makeRoomForBody() {
+// Reserves at most 1 MiB, because a server may announce more than it sends. The memory pages of a
+// large body are populated at once: the C library has mostly returned the memory of earlier large
+// bodies to the system, so that each page would cause a page fault.
+void Transfer::reserveBody() {
   constexpr std::uint64_t large = 128 << 10;
-  constexpr std::uint64_t modest = 1 << 20;
+  constexpr std::uint64_t maximum = 1 << 20;
   const auto announced = announcedBodySize();
-  if (!announced || *announced > modest) return;
+  if (!announced || *announced > maximum) return;
   body_.reserve(static_cast<std::size_t>(*announced));
   if (*announced >= large) detail::populatePages(body_.data(), body_.capacity());
 }
 
 bool Transfer::didSend(std::int64_t total) {
-  if (total != sent_) owner_->didMove();
-  sent_ = total;
-  return ownError_ == 0;
+  if (total != bytesSent_) delegate_->didTransferBytes();
+  bytesSent_ = total;
+  return errorCode_ == 0;
 }
 
 std::string Transfer::technicalText(CURLcode code) const {
-  return code == CURLE_OK || ownError_ != 0 ? std::string() : handle_.errorText(code);
+  return code == CURLE_OK || errorCode_ != 0 ? std::string() : handle_.errorText(code);
 }
 
-// libcurl (7.88) keeps the system error of a connection that failed, and counts, up to five, how
-// often it sent a request again on another connection.
-bool Transfer::canBeUsedAgain(CURLcode code) const {
+// libcurl 7.88 keeps two values in the handle: the system error of a failed connection, and the
+// number of requests that it repeated on another connection (five at most).
+bool Transfer::isReusable(CURLcode code) const {
   long systemError = 0;
   curl_easy_getinfo(easy(), CURLINFO_OS_ERRNO, &systemError);
-  return code == CURLE_OK && systemError == 0 && connections_ == 1;
+  return code == CURLE_OK && systemError == 0 && connectionCount_ == 1;
 }
 
 std::int64_t Transfer::errorCode(CURLcode code) const {
-  if (ownError_ != 0) return ownError_;
+  if (errorCode_ != 0) return errorCode_;
   if (code == CURLE_WRITE_ERROR && coding_ != Coding::none) {
     return URLError::cannotDecodeContentData;
   }
   if (code != CURLE_OK) return urlErrorCode(code, easy());
-  if (!headIsWhole_ || statusCode_ < 200) return URLError::networkConnectionLost;
-  const bool isCut = coding_ == Coding::gzip && !gzipTail_.isComplete(bodySize_);
-  const bool isUnread = coding_ == Coding::other && !gzipTail_.isEmpty();
-  return isCut || isUnread ? URLError::cannotDecodeContentData : 0;
+  if (!headerIsComplete_ || statusCode_ < 200) return URLError::networkConnectionLost;
+  const bool isTruncated = coding_ == Coding::gzip && !gzipTrailer_.isComplete(bodySize_);
+  const bool isNotDecoded = coding_ == Coding::other && !gzipTrailer_.isEmpty();
+  return isTruncated || isNotDecoded ? URLError::cannotDecodeContentData : 0;
 }
 
 }  // namespace quorvelkit

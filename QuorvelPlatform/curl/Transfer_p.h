@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <QuorvelPlatform/Outcome_p.h>
+#include <QuorvelPlatform/TaskResult_p.h>
 #include <QuorvelPlatform/curl/EasyHandle_p.h>
-#include <QuorvelPlatform/curl/GzipTail_p.h>
-#include <QuorvelPlatform/curl/OpenSockets_p.h>
+#include <QuorvelPlatform/curl/GzipTrailer_p.h>
+#include <QuorvelPlatform/curl/SocketTable_p.h>
 
 #include <cstdint>
 #include <optional>
@@ -13,94 +13,99 @@
 
 namespace quorvelkit {
 
-/// Who a transfer is for.
-class TransferOwner {
+/// Receives the events of a transfer.
+class TransferDelegate {
  public:
-  /// Bytes went one way or the other.
-  virtual void didMove() = 0;
+  /// Bytes were sent or received.
+  virtual void didTransferBytes() = 0;
   virtual void didEnd(CURLcode code) = 0;
 
  protected:
-  ~TransferOwner() = default;
+  ~TransferDelegate() = default;
 };
 
-/// One exchange after another over one handle: takes the answer's head and body, and stops what
-/// must not go on.
+/// Sends one request at a time over one easy handle, collects the answer and checks it against the
+/// limits. Used on the IO thread.
 class Transfer {
  public:
-  Transfer(const URLSessionConfiguration& configuration, CURLSH* share, OpenSockets& sockets);
+  Transfer(const URLSessionConfiguration& configuration, CURLSH* share, SocketTable& sockets);
 
-  /// Makes ready for a request, which must stay until the transfer ends.
-  void prepare(TransferOwner& owner, const URLRequest& request,
+  /// Prepares the transfer for a request, which must exist until the transfer ends.
+  void prepare(TransferDelegate& delegate, const URLRequest& request,
                std::chrono::milliseconds connectTimeout);
-  /// Gives up what belongs to the request and its answer.
+  /// Frees the data of the request and its answer.
   void clear();
 
-  /// What the answer leads to instead of being delivered, known as soon as its head is through.
+  /// The request that follows a redirect answer. Set when the header block is complete.
   std::optional<URLRequest>& redirect() { return redirect_; }
-  /// The code of URLError for the end of the exchange, 0 for a whole answer.
+  /// Returns the URLError code of the result, or 0 if the answer is complete and valid.
   std::int64_t errorCode(CURLcode code) const;
-  /// What the network library says of such an end; empty when it took the exchange for a whole one
-  /// or when the exchange was stopped here.
+  /// Returns libcurl's description of the failure. Empty if libcurl reported success or if this
+  /// class ended the exchange.
   std::string technicalText(CURLcode code) const;
-  /// Whether there was no memory for the answer, here or in the network library. That gives the
-  /// same code for a line of a head or trailer beyond its limits, which is no want of memory.
+  /// Returns true if this class or libcurl had not enough memory for the answer. libcurl also
+  /// returns CURLE_OUT_OF_MEMORY for a header or trailer line that is too long; that case gives
+  /// false.
   bool ranOutOfMemory(CURLcode code) const {
-    return ranOutOfMemory_ || (ownError_ == 0 && code == CURLE_OUT_OF_MEMORY &&
-                               (statusCode_ == 0 || (headIsWhole_ && !isChunked_)));
+    return ranOutOfMemory_ || (errorCode_ == 0 && code == CURLE_OUT_OF_MEMORY &&
+                               (statusCode_ == 0 || (headerIsComplete_ && !isChunked_)));
   }
-  /// Whether nothing is left in the handle that the next exchange would take for its own.
-  bool canBeUsedAgain(CURLcode code) const;
-  /// Whether nothing was sent, because something came before on the connection that was to be
-  /// used, which is closed now.
-  bool metStrayInput() const { return metStrayInput_; }
+  /// Returns true if the easy handle keeps no state that would change the next exchange.
+  bool isReusable(CURLcode code) const;
+  /// Returns true if nothing was sent because there was stale input on the connection. The
+  /// connection is closed.
+  bool foundStaleInput() const { return foundStaleInput_; }
   int statusCode() const { return statusCode_; }
   std::string takeHeaderLines() { return std::move(headerLines_); }
   std::string takeBody() { return std::move(body_); }
 
   CURL* easy() const { return handle_.get(); }
-  TransferOwner& owner() { return *owner_; }
+  TransferDelegate& delegate() { return *delegate_; }
 
-  /// Called by the network library; false stops the transfer.
+  /// Called by libcurl's callbacks. Those that return false stop the transfer.
   bool mayUseConnection(const ConnectionPorts& ports);
   bool didReceiveHeaderLine(std::string_view line);
   bool didReceiveBody(std::string_view piece);
   bool didReceiveRawHeaderLine(std::string_view line);
-  void didReceiveRawBody(std::string_view piece) { gzipTail_.take(piece); }
+  void didReceiveRawBody(std::string_view piece) { gzipTrailer_.append(piece); }
   bool didSend(std::int64_t total);
 
  private:
-  /// How the body is encoded. The network library decodes more than gzip, but tells of nothing
-  /// else whether it came to its end.
+  /// The content coding of the body. libcurl also decodes other codings than gzip, but only a gzip
+  /// stream allows a check that it is complete.
   enum class Coding { none, gzip, other };
 
-  void watchForFirstField(std::string_view headerLine);
-  bool takeNote(std::string_view headerLine);
-  bool didReceiveHead();
-  bool expectBody();
-  /// What the server said of the size of the body as it is delivered.
+  void trackFirstField(std::string_view headerLine);
+  bool readBodyField(std::string_view headerLine);
+  bool didReceiveHeaderBlock();
+  bool checkBodyStart();
+  /// Returns the decoded size of the body if the header fields tell it.
   std::optional<std::uint64_t> announcedBodySize() const;
-  void makeRoomForBody();
-  /// Ends the exchange with a code of URLError.
-  bool stop(std::int64_t code);
-  bool runOutOfMemory();
+  void reserveBody();
+  /// Stores a URLError code as the result. Returns false, which stops the transfer.
+  bool fail(std::int64_t code);
+  bool failOutOfMemory();
 
   const std::size_t maximumBodySize_;
-  OpenSockets& sockets_;
+  SocketTable& sockets_;
   EasyHandle handle_;
-  TransferOwner* owner_ = nullptr;
+  TransferDelegate* delegate_ = nullptr;
   const URLRequest* request_ = nullptr;
 
   ConnectionPorts ports_;
-  int connections_ = 0;
-  bool metStrayInput_ = false;
+  int connectionCount_ = 0;
+  bool foundStaleInput_ = false;
 
-  /// How far it is, over the present connection, to a field that the network library stores.
-  enum class Head { awaitsStatusLine, awaitsField, hasField } head_ = Head::awaitsStatusLine;
+  /// The position in the header block (trackFirstField).
+  enum class HeaderState {
+    beforeStatusLine,
+    beforeFirstField,
+    hasField
+  } headerState_ = HeaderState::beforeStatusLine;
 
-  // The answer so far.
+  // The answer.
   int statusCode_ = 0;
-  bool headIsWhole_ = false;
+  bool headerIsComplete_ = false;
   int lineCount_ = 0;
   std::string headerLines_;
   std::optional<std::int64_t> length_;
@@ -108,10 +113,10 @@ class Transfer {
   bool isChunked_ = false;
   std::string body_;
   std::uint64_t bodySize_ = 0;
-  std::int64_t sent_ = 0;
-  GzipTail gzipTail_;
+  std::int64_t bytesSent_ = 0;
+  GzipTrailer gzipTrailer_;
   std::optional<URLRequest> redirect_;
-  std::int64_t ownError_ = 0;
+  std::int64_t errorCode_ = 0;
   bool ranOutOfMemory_ = false;
 };
 

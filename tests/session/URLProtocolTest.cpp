@@ -217,7 +217,7 @@ TEST(URLProtocolDeathTest, ProgrammingErrorsStopTheProcess) {
         call.task->cancel();
         call.result();
       },
-      "exception left a completion handler");
+      "completion handler .* threw an exception");
 }
 
 }  // namespace

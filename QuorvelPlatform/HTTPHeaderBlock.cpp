@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <QuorvelPlatform/HTTPHead_p.h>
+#include <QuorvelPlatform/HTTPHeaderBlock_p.h>
 
 #include <string>
 #include <utility>
@@ -14,7 +14,7 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(begin, text.find_last_not_of(" \t\r\n") - begin + 1);
 }
 
-// Takes the first line, with the folded ones behind it, from the front of the lines.
+// Removes the first line, with its folded lines, and returns it.
 std::string_view takeLine(std::string_view& lines) {
   std::size_t end = lines.find('\n');
   while (end != lines.npos && end + 1 < lines.size() &&
@@ -37,7 +37,7 @@ std::string unfolded(std::string_view value) {
 
 }  // namespace
 
-HTTPHeaderFields parseHeaderLines(std::string_view lines) {
+HTTPHeaderFields parseHeaderFields(std::string_view lines) {
   HTTPHeaderFields fields;
   while (!lines.empty()) {
     const std::string_view line = takeLine(lines);
@@ -53,9 +53,10 @@ HTTPHeaderFields parseHeaderLines(std::string_view lines) {
   return fields;
 }
 
-std::shared_ptr<const HTTPURLResponse> makeResponse(const URL& requested, HTTPHead head) {
-  return std::make_shared<const HTTPURLResponse>(head.url ? *std::move(head.url) : requested,
-                                                 head.statusCode, parseHeaderLines(head.lines));
+std::shared_ptr<const HTTPURLResponse> makeResponse(const URL& requested, HTTPHeaderBlock header) {
+  return std::make_shared<const HTTPURLResponse>(header.url ? *std::move(header.url) : requested,
+                                                 header.statusCode,
+                                                 parseHeaderFields(header.lines));
 }
 
 }  // namespace quorvelkit

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelPlatform/FatalError.h>
-#include <QuorvelPlatform/curl/MultiLoop_p.h>
+#include <QuorvelPlatform/curl/TransferLoop_p.h>
 #include <QuorvelPlatform/curl/Transfer_p.h>
 
 #include <curl/curl.h>
@@ -17,8 +17,8 @@ namespace quorvelkit {
 
 namespace {
 
-// Hides a variable of the environment for as long as this lives: its place holds another one, so
-// that threads that look at other variables meanwhile notice nothing.
+// Hides an environment variable while this object exists. It replaces the entry by a placeholder
+// and does not move other entries, since other threads may read them at the same time.
 class HiddenVariable {
  public:
   explicit HiddenVariable(std::string_view name) {
@@ -42,38 +42,41 @@ class HiddenVariable {
 };
 
 CURLM* makeMulti() {
-  // What this names is a file for the keys of all TLS connections. It is looked at here alone.
+  // With this variable, libcurl writes the keys of all TLS connections to a file. libcurl reads the
+  // variable only in curl_global_init().
   const HiddenVariable keyLog("SSLKEYLOGFILE");
   if (curl_global_init(CURL_GLOBAL_DEFAULT) != CURLE_OK) {
-    fatalError("The network library could not be initialised.");
+    fatalError("The network library cannot be initialised.");
   }
   CURLM* const multi = curl_multi_init();
-  if (multi == nullptr) fatalError("The network library could not make its loop.");
-  curl_multi_setopt(multi, CURLMOPT_MAX_HOST_CONNECTIONS, long{HostLines::connectionsPerHost});
+  if (multi == nullptr) fatalError("The network library cannot create a multi handle.");
+  curl_multi_setopt(multi, CURLMOPT_MAX_HOST_CONNECTIONS,
+                    long{HostConnectionLimiter::connectionsPerHost});
   curl_multi_setopt(multi, CURLMOPT_MAXCONNECTS, 32L);
   return multi;
 }
 
 }  // namespace
 
-MultiLoop::MultiLoop() : multi_(makeMulti()), bell_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
-  if (bell_ < 0) fatalError("The network loop could not get a file descriptor.");
+TransferLoop::TransferLoop()
+    : multi_(makeMulti()), wakeUpDescriptor_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+  if (wakeUpDescriptor_ < 0) fatalError("The URL session cannot create its wake-up descriptor.");
 }
 
-void MultiLoop::add(Transfer& transfer) {
-  const std::lock_guard lock(atWork_);
+void TransferLoop::add(Transfer& transfer) {
+  const std::lock_guard lock(libcurlMutex_);
   if (curl_multi_add_handle(multi_, transfer.easy()) != CURLM_OK) throw std::bad_alloc();
   isIdle_ = false;
 }
 
-void MultiLoop::remove(Transfer& transfer) {
-  const std::lock_guard lock(atWork_);
+void TransferLoop::remove(Transfer& transfer) {
+  const std::lock_guard lock(libcurlMutex_);
   curl_multi_remove_handle(multi_, transfer.easy());
   isIdle_ = false;
 }
 
-void MultiLoop::perform() {
-  const std::lock_guard lock(atWork_);
+void TransferLoop::perform() {
+  const std::lock_guard lock(libcurlMutex_);
   isIdle_ = true;
   int running = 0;
   curl_multi_perform(multi_, &running);
@@ -85,29 +88,29 @@ void MultiLoop::perform() {
     Transfer* transfer = nullptr;
     curl_easy_getinfo(easy, CURLINFO_PRIVATE, &transfer);
     curl_multi_remove_handle(multi_, easy);
-    // Transfers that waited for the connection of this one are to go on at once, but libcurl
-    // (7.88) may leave the last of them without a timer that says so: it would wait for ever.
+    // Transfers that wait for this connection can start now. libcurl 7.88 may not set a timer for
+    // the last of them: without another perform() it would wait forever.
     if (running > 0) isIdle_ = false;
-    transfer->owner().didEnd(code);
+    transfer->delegate().didEnd(code);
   }
 }
 
-bool MultiLoop::wait(std::chrono::nanoseconds longest) {
+bool TransferLoop::wait(std::chrono::nanoseconds limit) {
   if (!isIdle_) return true;
   using std::chrono::milliseconds;
   const auto rounded = std::chrono::ceil<milliseconds>(
-      std::min<std::chrono::nanoseconds>(longest, std::chrono::hours(1)));
+      std::min<std::chrono::nanoseconds>(limit, std::chrono::hours(1)));
   const auto timeout = std::max(rounded, milliseconds(0)).count();
-  curl_waitfd bell{bell_, CURL_WAIT_POLLIN, 0};
+  curl_waitfd wakeUp{wakeUpDescriptor_, CURL_WAIT_POLLIN, 0};
   int ready = 0;
-  curl_multi_poll(multi_, &bell, 1, static_cast<int>(timeout), &ready);
-  if (bell.revents != 0) {
-    eventfd_t rings = 0;
-    eventfd_read(bell_, &rings);
+  curl_multi_poll(multi_, &wakeUp, 1, static_cast<int>(timeout), &ready);
+  if (wakeUp.revents != 0) {
+    eventfd_t count = 0;
+    eventfd_read(wakeUpDescriptor_, &count);
   }
   return ready > 0;
 }
 
-void MultiLoop::wakeUp() { eventfd_write(bell_, 1); }
+void TransferLoop::wakeUp() { eventfd_write(wakeUpDescriptor_, 1); }
 
 }  // namespace quorvelkit

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelPlatform/SessionEngine_p.h>
-#include <QuorvelPlatform/curl/NetworkState_p.h>
+#include <QuorvelPlatform/curl/TransferPool_p.h>
 
 #include <new>
 #include <utility>
@@ -24,39 +24,40 @@ CURLSH* makeShare() {
 
 }  // namespace
 
-std::shared_ptr<NetworkState> NetworkState::of(SessionState& session, OpenSockets& sockets) {
+std::shared_ptr<TransferPool> TransferPool::of(SessionState& session, SocketTable& sockets) {
   const int generation = SessionEngine::processGeneration();
-  if (session.networkGeneration != generation) session.leaveNetwork();
-  if (!session.network) {
-    session.network = std::make_shared<NetworkState>(session.configuration, sockets);
+  if (session.transferPoolGeneration != generation) session.leakTransferPool();
+  if (!session.transferPool) {
+    session.transferPool = std::make_shared<TransferPool>(session.configuration, sockets);
   }
-  session.networkGeneration = generation;
-  return session.network;
+  session.transferPoolGeneration = generation;
+  return session.transferPool;
 }
 
-NetworkState::NetworkState(const URLSessionConfiguration& configuration, OpenSockets& sockets)
+TransferPool::TransferPool(const URLSessionConfiguration& configuration, SocketTable& sockets)
     : configuration_(configuration), share_(makeShare()), sockets_(sockets) {}
 
-NetworkState::~NetworkState() {
+TransferPool::~TransferPool() {
   idle_.clear();
   curl_share_cleanup(share_);
 }
 
-std::unique_ptr<Transfer> NetworkState::takeTransfer() {
+std::unique_ptr<Transfer> TransferPool::take() {
   if (idle_.empty()) return std::make_unique<Transfer>(configuration_, share_, sockets_);
   auto transfer = std::move(idle_.back());
   idle_.pop_back();
   return transfer;
 }
 
-void NetworkState::giveBack(std::unique_ptr<Transfer> transfer) {
-  // libcurl stores trailers of a proxy's answer, though not its head, without showing them before.
+void TransferPool::recycle(std::unique_ptr<Transfer> transfer) {
+  // With a proxy, a handle may still refer to a trailer of the proxy's answer: libcurl stores such
+  // trailers without calling the debug function first (Transfer::trackFirstField).
   if (!configuration_.proxy.empty() || idle_.size() >= maximumIdleTransfers) return;
   transfer->clear();
   try {
     idle_.push_back(std::move(transfer));
   } catch (const std::bad_alloc&) {
-    return;  // The next exchange makes a new one.
+    return;  // The next exchange creates a new transfer.
   }
 }
 

@@ -1,48 +1,48 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelPlatform/ASCII_p.h>
-#include <QuorvelPlatform/curl/GzipTail_p.h>
+#include <QuorvelPlatform/curl/GzipTrailer_p.h>
 
 #include <algorithm>
 
 namespace quorvelkit {
 
-void GzipTail::reset(bool isChunked) {
+void GzipTrailer::reset(bool isChunked) {
   framing_ = isChunked ? Framing::size : Framing::none;
-  chunkRest_ = 0;
+  chunkBytesLeft_ = 0;
   count_ = 0;
 }
 
-void GzipTail::take(std::string_view raw) {
+void GzipTrailer::append(std::string_view raw) {
   while (!raw.empty()) {
-    if (framing_ == Framing::none) return takeContent(raw);
+    if (framing_ == Framing::none) return appendContent(raw);
     if (framing_ == Framing::data) {
-      const std::size_t part = std::min<std::uint64_t>(raw.size(), chunkRest_);
-      takeContent(raw.substr(0, part));
+      const std::size_t part = std::min<std::uint64_t>(raw.size(), chunkBytesLeft_);
+      appendContent(raw.substr(0, part));
       raw.remove_prefix(part);
-      chunkRest_ -= part;
-      if (chunkRest_ == 0) framing_ = Framing::dataEnd;
+      chunkBytesLeft_ -= part;
+      if (chunkBytesLeft_ == 0) framing_ = Framing::dataEnd;
     } else {
-      takeFraming(raw.front());
+      readFraming(raw.front());
       raw.remove_prefix(1);
     }
   }
 }
 
-void GzipTail::takeFraming(char c) {
+void GzipTrailer::readFraming(char c) {
   const char lowered = asciiLowered(c);
   if (framing_ == Framing::size && c >= '0' && c <= '9') {
-    chunkRest_ = chunkRest_ * 16 + static_cast<std::uint64_t>(c - '0');
+    chunkBytesLeft_ = chunkBytesLeft_ * 16 + static_cast<std::uint64_t>(c - '0');
   } else if (framing_ == Framing::size && lowered >= 'a' && lowered <= 'f') {
-    chunkRest_ = chunkRest_ * 16 + static_cast<std::uint64_t>(lowered - 'a' + 10);
+    chunkBytesLeft_ = chunkBytesLeft_ * 16 + static_cast<std::uint64_t>(lowered - 'a' + 10);
   } else if (framing_ == Framing::dataEnd) {
     if (c == '\n') framing_ = Framing::size;
   } else if (framing_ != Framing::ended) {
     framing_ = Framing::sizeLineEnd;
-    if (c == '\n') framing_ = chunkRest_ == 0 ? Framing::ended : Framing::data;
+    if (c == '\n') framing_ = chunkBytesLeft_ == 0 ? Framing::ended : Framing::data;
   }
 }
 
-void GzipTail::takeContent(std::string_view content) {
+void GzipTrailer::appendContent(std::string_view content) {
   count_ += content.size();
   if (content.size() > last_.size()) content.remove_prefix(content.size() - last_.size());
   for (const char byte : content) {
@@ -51,7 +51,7 @@ void GzipTail::takeContent(std::string_view content) {
   }
 }
 
-bool GzipTail::isComplete(std::uint64_t decodedSize) const {
+bool GzipTrailer::isComplete(std::uint64_t decodedSize) const {
   constexpr std::uint64_t shortestStream = 18;
   if (count_ == 0) return true;
   const std::uint32_t announced = last_[0] | static_cast<std::uint32_t>(last_[1]) << 8U |

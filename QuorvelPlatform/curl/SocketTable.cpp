@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <QuorvelPlatform/curl/OpenSockets_p.h>
+#include <QuorvelPlatform/curl/SocketTable_p.h>
 
 #include <netinet/in.h>
 #include <sys/socket.h>
@@ -16,13 +16,13 @@ int localPortOf(int socket) {
   socklen_t size = sizeof address;
   auto* const generic = reinterpret_cast<sockaddr*>(&address);
   if (::getsockname(socket, generic, &size) != 0) return 0;
-  // The port stands at the same place for IPv4 and IPv6.
+  // IPv4 and IPv6 addresses have the port at the same offset.
   return ntohs(reinterpret_cast<const sockaddr_in*>(&address)->sin_port);
 }
 
 }  // namespace
 
-int OpenSockets::open(int family, int type, int protocol, int remotePort) {
+int SocketTable::open(int family, int type, int protocol, int remotePort) {
   entries_.push_back({-1, remotePort, 0, false});
   const int socket = ::socket(family, type | SOCK_CLOEXEC, protocol);
   entries_.back().socket = socket;
@@ -30,12 +30,12 @@ int OpenSockets::open(int family, int type, int protocol, int remotePort) {
   return socket;
 }
 
-void OpenSockets::close(int socket) {
+void SocketTable::close(int socket) {
   std::erase_if(entries_, [&](const Entry& entry) { return entry.socket == socket; });
   ::close(socket);
 }
 
-OpenSockets::Entry* OpenSockets::find(const ConnectionPorts& ports) {
+SocketTable::Entry* SocketTable::find(const ConnectionPorts& ports) {
   for (Entry& entry : entries_) {
     if (entry.remotePort != ports.remote) continue;
     if (entry.localPort == 0) entry.localPort = localPortOf(entry.socket);
@@ -44,13 +44,13 @@ OpenSockets::Entry* OpenSockets::find(const ConnectionPorts& ports) {
   return nullptr;
 }
 
-void OpenSockets::answersInTurn(const ConnectionPorts& ports) {
-  if (Entry* const entry = find(ports)) entry->inTurn = true;
+void SocketTable::markAsHTTP1(const ConnectionPorts& ports) {
+  if (Entry* const entry = find(ports)) entry->isHTTP1 = true;
 }
 
-bool OpenSockets::hasStrayInput(const ConnectionPorts& ports) {
+bool SocketTable::hasStaleInput(const ConnectionPorts& ports) {
   const Entry* const entry = find(ports);
-  if (entry == nullptr || !entry->inTurn) return false;
+  if (entry == nullptr || !entry->isHTTP1) return false;
   char byte = 0;
   return ::recv(entry->socket, &byte, 1, MSG_PEEK | MSG_DONTWAIT) >= 0;
 }
