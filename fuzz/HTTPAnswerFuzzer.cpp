@@ -42,7 +42,7 @@ class Server {
   void serve(int socket) {
     for (;;) {
       test::Connection connection(::accept(socket, nullptr, nullptr), nullptr);
-      if (!connection.readHead()) continue;
+      if (!connection.readHeaderBlock()) continue;
       const std::lock_guard lock(mutex_);
       connection.send(left_-- > 0 ? bytes_ : "HTTP/1.1 204 Last\r\n\r\n");
     }

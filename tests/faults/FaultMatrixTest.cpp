@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Every service call against every row of the fault table, through the real session.
+// Runs every service call against every row of the fault table, with the real session.
 #include "tests/faults/FaultTable.h"
 #include "tests/faults/Scripts.h"
 #include "tests/kit/FakeServer.h"
@@ -21,9 +21,9 @@ namespace {
 
 using namespace quorvelkit::test;
 
-// A request of the library as an application may use it: with secrets, and as a row wants it.
+// A request with secrets in it and with the changes of a row.
 template <class Request>
-struct Tried : Request {
+struct TestedRequest : Request {
   using Request::Request;
   const Fault* fault = nullptr;
 
@@ -33,16 +33,16 @@ struct Tried : Request {
     if (!made) return made;
     made->setValue("canary-authorization", "Authorization");
     made->setValue("own=canary-cookie", "Cookie");
-    if (fault != nullptr && fault->way.patience.count() > 0)
-      made->setTimeoutInterval(fault->way.patience);
-    if (fault != nullptr && fault->way.change) fault->way.change(*made);
+    if (fault != nullptr && fault->conditions.timeout.count() > 0)
+      made->setTimeoutInterval(fault->conditions.timeout);
+    if (fault != nullptr && fault->conditions.changeRequest) fault->conditions.changeRequest(*made);
     return made;
   }
 };
 
 using Handler = std::function<void(std::shared_ptr<QVBaseResponse>)>;
 
-// A kind of call: what it is called in errors, and how it starts.
+// A service call: the domain of its errors, and the function that starts it.
 struct Service {
   const char* responseName;
   std::function<std::shared_ptr<URLSessionDataTask>(const Fault*, Handler)> start;
@@ -58,7 +58,7 @@ Service service(const char* responseName,
                 Arguments... arguments) {
   return {responseName,
           [=](const Fault* fault, Handler handler) {
-            const auto request = std::make_shared<Tried<Request>>(arguments...);
+            const auto request = std::make_shared<TestedRequest<Request>>(arguments...);
             request->fault = fault;
             return call(request, std::move(handler));
           },
@@ -79,15 +79,14 @@ const Service configuration = service<QVConfigurationRequest, QVConfigurationRes
 
 class FaultMatrixTest : public testing::Test {
  protected:
-  // One for all tests of a process, as is the session.
-  static std::unique_ptr<const FaultTable> theTable;
-  static void SetUpTestSuite() { theTable = std::make_unique<FaultTable>(); }
-  static void TearDownTestSuite() { theTable.reset(); }
+  static std::unique_ptr<const FaultTable> sharedTable;
+  static void SetUpTestSuite() { sharedTable = std::make_unique<FaultTable>(); }
+  static void TearDownTestSuite() { sharedTable.reset(); }
 
-  const FaultTable& table = *theTable;
+  const FaultTable& table = *sharedTable;
   const std::thread::id mainThread = std::this_thread::get_id();
   std::list<int> handlerRuns;
-  std::ostringstream said;
+  std::ostringstream printed;
 
   FaultMatrixTest() {
     URLSessionConfiguration settings;
@@ -99,14 +98,16 @@ class FaultMatrixTest : public testing::Test {
     QuorvelKit::setAccessToken("canary-access-token");
   }
 
-  // What was delivered, exactly once and on the main thread, shows in the end.
+  // Checks all calls of the test: each handler ran exactly once, and no secret was printed or sent
+  // to the other server.
   ~FaultMatrixTest() override {
     MainQueue::main().runPending();
     for (const int runs : handlerRuns)
       EXPECT_EQ(runs, 1);
     for (const char* canary : {"canary", "kvm40972", "D41F06A3"}) {
-      EXPECT_EQ(said.str().find(canary), std::string::npos) << "was printed:\n" << said.str();
-      EXPECT_EQ(table.heardElsewhere().find(canary), std::string::npos) << table.heardElsewhere();
+      EXPECT_EQ(printed.str().find(canary), std::string::npos) << "was printed:\n" << printed.str();
+      EXPECT_EQ(table.requestsToOtherServer().find(canary), std::string::npos)
+          << table.requestsToOtherServer();
     }
   }
 
@@ -124,18 +125,19 @@ class FaultMatrixTest : public testing::Test {
   }
 
   void print(const QVBaseResponse& response) {
-    if (response.task()) said << response.task()->originalRequest() << '\n';
-    if (response.response()) said << response.response()->url() << '\n';
+    if (response.task()) printed << response.task()->originalRequest() << '\n';
+    if (response.response()) printed << response.response()->url() << '\n';
     if (!response.error()) return;
-    said << *response.error() << ' ' << response.error()->localizedDescription() << '\n';
+    printed << *response.error() << ' ' << response.error()->localizedDescription() << '\n';
     for (const auto& [key, text] : response.error()->userInfo())
-      said << key << '=' << text << '\n';
+      printed << key << '=' << text << '\n';
   }
 
   void check(const Service& service, const Fault& fault, const QVBaseResponse& response) {
     print(response);
-    const Expected& expected =
-        service.isPost && fault.way.ofPost ? *fault.way.ofPost : fault.expected;
+    const Expected& expected = service.isPost && fault.conditions.expectedOfPost
+                                   ? *fault.conditions.expectedOfPost
+                                   : fault.expected;
     const auto& error = response.error();
     ASSERT_EQ(error ? error->code() : 0, expected.code)
         << (error ? error->localizedDescription() : response.data()->view());
@@ -155,34 +157,35 @@ class FaultMatrixTest : public testing::Test {
     EXPECT_EQ(error->localizedDescription(), expected.description);
   }
 
-  // Runs a row; `pointAt` tells the library where the row's server is, `alsoDo` what to try on it.
+  // Runs one row. `configureRoot` tells the library the root URL of the row's server, `afterwards`
+  // runs while the server still exists.
   void run(const Service& service, const Fault& fault,
-           const std::function<void(const std::string& root)>& pointAt,
-           const std::function<void()>& alsoDo = nullptr) {
-    SCOPED_TRACE(std::string(service.responseName) + ", " + fault.phase + ": " + fault.name);
+           const std::function<void(const std::string& root)>& configureRoot,
+           const std::function<void()>& afterwards = nullptr) {
+    SCOPED_TRACE(std::string(service.responseName) + ", " + fault.group + ": " + fault.name);
     std::optional<TestServer::TLS> tls;
-    if (!fault.way.certificate.empty()) {
-      tls = table.certificates().tls(fault.way.certificate);
-      tls->highestVersion = fault.way.highestTLSVersion;
-      tls->http2 = fault.way.http2;
+    if (!fault.conditions.certificate.empty()) {
+      tls = table.certificates().tls(fault.conditions.certificate);
+      tls->highestVersion = fault.conditions.highestTLSVersion;
+      tls->http2 = fault.conditions.http2;
     }
     const TestServer server(fault.script, tls);
-    std::string root = fault.way.root.empty() ? server.url("") : fault.way.root;
+    std::string root = fault.conditions.root.empty() ? server.url("") : fault.conditions.root;
     if (const std::size_t at = root.find("PORT"); at != std::string::npos)
       root.replace(at, 4, std::to_string(server.port()));
-    pointAt(root);
-    if (fault.way.isSecond) {
+    configureRoot(root);
+    if (fault.conditions.reusesConnection) {
       EXPECT_EQ(deliver(service, nullptr)->error(), std::nullopt);
-      pointAt(root);
+      configureRoot(root);
     }
-    if (fault.way.meeting) {
-      fault.way.meeting->answered.set(true);
-      fault.way.meeting->ready.get();
+    if (fault.conditions.idleEvent) {
+      fault.conditions.idleEvent->answered.set(true);
+      fault.conditions.idleEvent->ready.get();
     }
-    online = !fault.way.isOffline;
+    online = !fault.conditions.isOffline;
     check(service, fault, *deliver(service, &fault));
     online = true;
-    if (alsoDo) alsoDo();
+    if (afterwards) afterwards();
   }
 
   void runAll(const Service& service) {
@@ -190,19 +193,19 @@ class FaultMatrixTest : public testing::Test {
       run(service, fault, [](const std::string& root) { configure(roots(root, root)); });
   }
 
-  // No route or search call delivers anything when loading the configuration came, or comes, to
-  // nothing.
-  void expectSilence() {
+  // Checks that route and search calls drop their handlers if the configuration cannot be loaded.
+  void expectDroppedHandlers() {
     const auto witness = std::make_shared<int>();
     for (const Service* service : {&route, &candidates, &suggestions, &reverseGeocoding}) {
-      EXPECT_EQ(service->start(nullptr, [witness](const auto&) { ADD_FAILURE() << "it spoke"; }),
+      EXPECT_EQ(service->start(nullptr, [witness](const auto&) { ADD_FAILURE() << "handler ran"; }),
                 nullptr);
     }
-    EXPECT_TRUE(runMainQueueUntil([&] { return witness.use_count() == 1; })) << "something waits";
+    EXPECT_TRUE(runMainQueueUntil([&] { return witness.use_count() == 1; }))
+        << "handler was not dropped";
   }
 };
 
-std::unique_ptr<const FaultTable> FaultMatrixTest::theTable;
+std::unique_ptr<const FaultTable> FaultMatrixTest::sharedTable;
 
 TEST_F(FaultMatrixTest, Route) { runAll(route); }
 TEST_F(FaultMatrixTest, Candidates) { runAll(candidates); }
@@ -219,9 +222,9 @@ TEST_F(FaultMatrixTest, Configuration) {
           QVBackendless::setBaseURL(root);
         },
         [&] {
-          expectSilence();
+          expectDroppedHandlers();
           QVConfiguration::setCachedResponse(nullptr);
-          if (fault.isPlain() && !fault.way.http2) expectSilence();
+          if (fault.needsOnlyServer() && !fault.conditions.http2) expectDroppedHandlers();
         });
   }
 }
@@ -234,30 +237,30 @@ TEST_F(FaultMatrixTest, Login) {
   }
 }
 
-// The first call of a process goes through the fault to log in, and to a server that keeps those
-// out who did not.
-TEST_F(FaultMatrixTest, CallsBehindAFailedLogin) {
-  const TestServer strict([](const ReceivedRequest& received, Connection& to) {
+// The login meets the fault; the configuration request then goes to a server that requires a login.
+TEST_F(FaultMatrixTest, ConfigurationAfterFailedLogin) {
+  const TestServer loginRequired([](const ReceivedRequest& received, Connection& to) {
     received.value("user-token").empty() ? to.answer(401, "who") : to.answer(200, "{}");
   });
-  struct Strict : QVConfigurationRequest {
-    explicit Strict(std::string url) : url_(std::move(url)) {}
+  struct RequestToRoot : QVConfigurationRequest {
+    explicit RequestToRoot(std::string url) : url_(std::move(url)) {}
     std::optional<URL> url() override { return URL::parse(url_); }
     std::string url_;
   };
-  const Service load{"QVConfigurationResponse", [&](const Fault*, Handler handler) {
-                       return QVConfiguration::get(std::make_shared<Strict>(strict.url()),
-                                                   std::move(handler));
-                     }};
+  const Service configurationAfterLogin{
+      "QVConfigurationResponse", [&](const Fault*, Handler handler) {
+        return QVConfiguration::get(std::make_shared<RequestToRoot>(loginRequired.url()),
+                                    std::move(handler));
+      }};
   for (const Fault& fault : table.rows()) {
-    if (!fault.isPlain()) continue;
-    Fault behind = fault;
-    behind.expected = answers(401, "who");
-    run(load, behind, [](const std::string& root) {
+    if (!fault.needsOnlyServer()) continue;
+    Fault row = fault;
+    row.expected = answers(401, "who");
+    run(configurationAfterLogin, row, [](const std::string& root) {
       QVConfiguration::setCachedResponse(nullptr);
       QVBackendless::setBaseURL(root);
     });
-    expectSilence();
+    expectDroppedHandlers();
   }
 }
 

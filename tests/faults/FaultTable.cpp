@@ -13,36 +13,36 @@ Expected answers(int status, const std::string& body,
 }
 
 FaultTable::FaultTable()
-    : elsewhere_([this](const ReceivedRequest& received, Connection& to) {
+    : otherServer_([this](const ReceivedRequest& received, Connection& to) {
         {
           const std::lock_guard lock(mutex_);
-          heard_ += received.head + received.body;
+          otherServerRequests_ += received.headerBlock + received.body;
         }
         to.answer(200, R"({"from":"elsewhere"})");
       }),
-      silent_([](Connection& connection) { connection.stall(); }) {
+      silentServer_([](Connection& connection) { connection.stall(); }) {
   addConnecting();
   addTLS();
   addEarlyEnds();
-  addHeads();
+  addHeaderBlocks();
   addBodies();
   addDocuments();
   addCodings();
   addStatuses();
   addRedirects();
   addConnectionReuse();
-  addSlowness();
+  addSlowAnswers();
   addHTTP2();
 }
 
-std::string FaultTable::heardElsewhere() const {
+std::string FaultTable::requestsToOtherServer() const {
   const std::lock_guard lock(mutex_);
-  return heard_;
+  return otherServerRequests_;
 }
 
-void FaultTable::add(const std::string& phase, std::vector<Fault> rows) {
+void FaultTable::add(const std::string& group, std::vector<Fault> rows) {
   for (Fault& row : rows) {
-    row.phase = phase;
+    row.group = group;
     rows_.push_back(std::move(row));
   }
 }

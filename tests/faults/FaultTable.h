@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// What can go wrong between a call and its answer, and what the call must make of it.
+// The fault table: server faults, and the result that each service call must have. docs/testing.md
+// shows how to add a row.
 #pragma once
 
 #include "tests/support/Awaited.h"
@@ -18,93 +19,98 @@
 
 namespace quorvelkit::test {
 
-/// What a call delivers: a failure of the transport and nothing else, or an answer.
+/// The result of a call: a transport error, or an answer.
 struct Expected {
-  /// Of the error: below zero one of URLError, above the status; 0 for no error.
+  /// The code of the error: negative for a URLError, positive for a status, 0 for no error.
   std::int64_t code = 0;
   int status = 0;
   std::string body;
-  /// Of the error of an answer.
+  /// The description of the error.
   std::string description;
 };
+/// A transport error.
 Expected fails(std::int64_t code);
-/// An answer; the description of its error is its body, unless that is no text.
+/// An answer. For a status of 400 or above, the description of the error is the body unless another
+/// one is given.
 Expected answers(int status, const std::string& body = "{}",
                  const std::optional<std::string>& description = std::nullopt);
 
-/// What a script and a call wait for when one call goes well before the fault.
-struct Meeting {
+/// Synchronizes test and script for an event on an idle connection: the test sets `answered` after
+/// the first call, the script sets `ready` after the event.
+struct IdleEvent {
   Awaited<bool> answered, ready;
 };
 
-/// How a call reaches the server of its row.
-struct Way {
-  /// The server's certificate (Certificates); empty for plain HTTP.
+/// The conditions of a call, apart from the script of the server.
+struct Conditions {
+  /// The name of the server's certificate (Certificates). Empty for plain HTTP.
   std::string certificate = {};
   int highestTLSVersion = 0;
   bool http2 = false;
-  /// In place of the server's own address; PORT stands for its port.
+  /// The root URL of the call, with PORT for the port of the server. Empty for the server's URL.
   std::string root = {};
-  /// The idle time-out of the request, 0 for one that no test waits for.
-  std::chrono::milliseconds patience{0};
-  /// Whether a call comes first that goes well, over the same connection where it may.
-  bool isSecond = false;
-  std::optional<Meeting> meeting = {};
+  /// The idle time-out of the request. 0 for one minute.
+  std::chrono::milliseconds timeout{0};
+  /// Whether a successful call over the same connection comes first.
+  bool reusesConnection = false;
+  std::optional<IdleEvent> idleEvent = {};
   bool isOffline = false;
-  /// What an application does to the request.
-  std::function<void(URLRequest&)> change = {};
-  /// For a request with a body, when that makes a difference.
-  std::optional<Expected> ofPost = {};
+  /// Changes the request before it is sent.
+  std::function<void(URLRequest&)> changeRequest = {};
+  /// The result of a POST, if it is different.
+  std::optional<Expected> expectedOfPost = {};
 };
 
+/// One row of the fault table.
 struct Fault {
   std::string name;
   TestServer::Script script;
   Expected expected;
-  Way way = {};
-  /// When it happens; add() fills it in.
-  std::string phase = {};
+  Conditions conditions = {};
+  /// The group of the row. Set by add().
+  std::string group = {};
 
-  /// Whether nothing but the server makes the fault.
-  bool isPlain() const {
-    return way.patience.count() == 0 && !way.isSecond && !way.isOffline && !way.change;
+  /// Returns true if the script alone causes the fault.
+  bool needsOnlyServer() const {
+    return conditions.timeout.count() == 0 && !conditions.reusesConnection &&
+           !conditions.isOffline && !conditions.changeRequest;
   }
 };
 
-/// The table, and the servers that its scripts need beside those of the rows.
+/// All rows, and two servers that several rows use.
 class FaultTable {
  public:
-  /// The largest body that the session under test may take.
+  /// The body limit of the session under test, in bytes.
   static constexpr std::size_t bodyLimit = 100'000;
-  /// What a document and its models may take in memory.
+  /// The memory limit for a document and its models, in bytes.
   static constexpr std::size_t documentLimit = 500'000;
 
   FaultTable();
 
   const std::vector<Fault>& rows() const { return rows_; }
   const Certificates& certificates() const { return certificates_; }
-  /// The heads of all requests that were led to another server than that of their row.
-  std::string heardElsewhere() const;
+  /// Header blocks and bodies of all requests that redirects sent to the other server.
+  std::string requestsToOtherServer() const;
 
  private:
   void addConnecting();
   void addTLS();
   void addEarlyEnds();
-  void addHeads();
+  void addHeaderBlocks();
   void addBodies();
   void addDocuments();
   void addCodings();
   void addStatuses();
   void addRedirects();
   void addConnectionReuse();
-  void addSlowness();
+  void addSlowAnswers();
   void addHTTP2();
-  void add(const std::string& phase, std::vector<Fault> rows);
+  void add(const std::string& group, std::vector<Fault> rows);
 
   const Certificates certificates_;
   mutable std::mutex mutex_;
-  std::string heard_;
-  TestServer elsewhere_, silent_;
+  std::string otherServerRequests_;
+  TestServer otherServer_, silentServer_;
   std::vector<Fault> rows_;
 };
 

@@ -16,17 +16,17 @@ const std::string helloDeflate("\x78\x9c\xcb\x48\xcd\xc9\xc9\x57\xc8\x40\x90\x00
                                16);
 const std::string helloBrotli("\x0b\x02\x80hello\x03", 9);
 
-// The bits of the stream, one letter each: a literal, then copies of the longest length from the
-// distance 1, all in the fixed code of RFC 1951, section 3.2.6.
+// Builds the stream bit by bit, as text: a literal, then copies with the maximum length and the
+// distance 1, with fixed Huffman codes (RFC 1951, section 3.2.6).
 std::string gzipBomb(std::size_t size) {
-  std::string bits = "110";  // the last block, of fixed codes
+  std::string bits = "110";  // last block, fixed codes
   bits += std::bitset<8>(0x30 + 'x').to_string();
   for (std::size_t made = 1; made < size; made += 258)
-    bits += "1100010100000";  // the length 258, the distance 1
-  bits += "0000000";          // the end of the block
+    bits += "1100010100000";  // length 258, distance 1
+  bits += "0000000";          // end of block
   bits.resize((bits.size() + 7) / 8 * 8, '0');
   std::string stream("\x1f\x8b\x08\x00\x00\x00\x00\x00\x02\x03", 10);
-  // The first bit of a byte is its lowest, hence the last to be read.
+  // The first bit of each byte is the least significant one.
   std::reverse(bits.begin(), bits.end());
   for (std::size_t at = bits.size(); at > 0; at -= 8)
     stream += static_cast<char>(std::bitset<8>(bits, at - 8, 8).to_ulong());
@@ -34,7 +34,7 @@ std::string gzipBomb(std::size_t size) {
 }
 
 std::string storedGzip(const std::string& text) {
-  constexpr std::size_t longestBlock = 65535;
+  constexpr std::size_t maximumBlockSize = 65535;
   const auto littleEndian = [](std::uint32_t number, int bytes) {
     std::string letters;
     for (; bytes-- > 0; number >>= 8U)
@@ -43,10 +43,10 @@ std::string storedGzip(const std::string& text) {
   };
   std::string stream("\x1f\x8b\x08\x00\x00\x00\x00\x00\x02\x03", 10);
   std::uint32_t checksum = 0xFFFFFFFFU;
-  for (std::size_t at = 0; at < text.size(); at += longestBlock) {
-    const std::string block = text.substr(at, longestBlock);
+  for (std::size_t at = 0; at < text.size(); at += maximumBlockSize) {
+    const std::string block = text.substr(at, maximumBlockSize);
     const auto size = static_cast<std::uint32_t>(block.size());
-    stream += at + longestBlock < text.size() ? '\0' : '\1';
+    stream += at + maximumBlockSize < text.size() ? '\0' : '\1';
     stream += littleEndian(size, 2) + littleEndian(~size, 2) + block;
     for (const char letter : block) {
       checksum ^= static_cast<unsigned char>(letter);
@@ -67,7 +67,7 @@ std::string chunked(const std::string& body, std::size_t pieceSize) {
   return text.str() + "0\r\nTrailer: x\r\n\r\n";
 }
 
-std::string head(int status, std::string_view headerLines) {
+std::string header(int status, std::string_view headerLines) {
   return "HTTP/1.1 " + std::to_string(status) + " Status\r\n" + std::string(headerLines);
 }
 
@@ -89,8 +89,8 @@ std::uint32_t fromBigEndian(std::string_view bytes) {
   return number;
 }
 
-// Reads frames until a request is whole.
-bool takeRequest(Connection& connection) {
+// Reads frames until a request is complete.
+bool readRequest(Connection& connection) {
   constexpr std::size_t prefaceSize = 24, frameHeadSize = 9;
   if (!connection.take(prefaceSize)) return false;
   for (;;) {
@@ -109,7 +109,7 @@ std::string frame(Type type, int flags, std::string_view payload, int stream) {
          std::string(payload);
 }
 
-// The static table of RFC 7541, appendix A, holds ":status: 200" at 8 and "content-length" at 28.
+// Entries of the static table (RFC 7541, appendix A): 8 is ":status: 200", 28 is "content-length".
 std::string ok(int length) {
   std::string block = "\x88";
   if (length >= 0) {
@@ -123,12 +123,12 @@ std::string reset(int errorCode) {
   return frame(rstStream, 0, bigEndian(static_cast<std::uint32_t>(errorCode), 4));
 }
 
-TestServer::Script answering(std::string frames, bool stays) {
-  return [frames = std::move(frames), stays](Connection& connection) {
+TestServer::Script answering(std::string frames, bool keepsOpen) {
+  return [frames = std::move(frames), keepsOpen](Connection& connection) {
     constexpr int acknowledgement = 1;
-    if (!takeRequest(connection)) return;
+    if (!readRequest(connection)) return;
     connection.send(frame(settings, 0, "", 0) + frame(settings, acknowledgement, "", 0) + frames);
-    if (stays) connection.stall();
+    if (keepsOpen) connection.stall();
   };
 }
 

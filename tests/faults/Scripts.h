@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Scripts of servers that misbehave, and answers as they stand on the wire, whole ones and others.
+// Scripts for faulty servers, and answers in wire format.
 #pragma once
 
 #include "tests/support/TestServer.h"
@@ -12,19 +12,19 @@
 
 namespace quorvelkit::test {
 
-/// "hello hello hello" as gzip, as deflate and as brotli make it.
+/// "hello hello hello", encoded.
 extern const std::string helloGzip, helloDeflate, helloBrotli;
-/// A gzip stream of so many times "x", without the checksums at its end.
+/// A gzip stream of this many "x", without its trailer.
 std::string gzipBomb(std::size_t size);
-/// A whole gzip stream of a text, stored as it is.
+/// A complete gzip stream of a text, without compression.
 std::string storedGzip(const std::string& text);
 
-/// A body in chunks of that size.
+/// A body in chunks of this size, with chunk extensions and a trailer.
 std::string chunked(const std::string& body, std::size_t pieceSize);
-/// A status line with header lines.
-std::string head(int status, std::string_view headerLines = {});
+/// A status line with these header lines, without the empty line.
+std::string header(int status, std::string_view headerLines = {});
 
-/// HTTP/2 (RFC 9113): frames for the one stream that a test asks on.
+/// HTTP/2 frames (RFC 9113) for the one stream of a test.
 namespace http2 {
 
 enum Type : unsigned char {
@@ -39,42 +39,44 @@ enum Type : unsigned char {
 constexpr int endStream = 1, endHeaders = 4;
 
 std::string frame(Type type, int flags, std::string_view payload, int stream = 1);
-/// A header block for the status 200, with that length unless it is below zero.
+/// A header block with status 200 and, if not negative, this content length.
 std::string ok(int length = -1);
 std::string reset(int errorCode);
-/// Takes a request and then sends the frames behind the settings; ends when the client does, or
+/// Reads a request, sends settings and these frames, and then waits until the client closes or
 /// closes at once.
-TestServer::Script answering(std::string frames, bool stays = true);
+TestServer::Script answering(std::string frames, bool keepsOpen = true);
 
 }  // namespace http2
 
 using E = URLError;
 using namespace std::chrono_literals;
 
-// Too short for much to happen in it, short enough for a test to wait for.
-constexpr auto impatient = 30ms;
+// A time-out for faults that end with it. Tests wait for it.
+constexpr auto shortTimeout = 30ms;
 
-inline const std::string ok = head(200), okGzip = head(200, "Content-Encoding: gzip\r\n"),
-                         okChunked = head(200, "Transfer-Encoding: chunked\r\n"),
-                         good = withLength(ok, "{}"),
-                         shortBody = head(200, "Content-Length: 9\r\n\r\nbod");
+inline const std::string ok = header(200), okGzip = header(200, "Content-Encoding: gzip\r\n"),
+                         okChunked = header(200, "Transfer-Encoding: chunked\r\n"),
+                         goodAnswer = withLength(ok, "{}"),
+                         shortBody = header(200, "Content-Length: 9\r\n\r\nbod");
 
-// Reads a request, sends some bytes, and then closes, resets or stands still.
-enum class End { close, reset, stall };
+// Reads a request, sends some bytes, and then closes, resets or waits until the client closes.
+enum class Ending { close, reset, stall };
 
-inline TestServer::Script breaking(std::string bytes, End end, bool readFirst = true) {
+inline TestServer::Script sendThen(std::string bytes, Ending ending, bool readFirst = true) {
   return [=, bytes = std::move(bytes)](Connection& connection) {
     if (readFirst && !connection.read()) return;
     connection.send(bytes);
-    if (end == End::reset) connection.reset();
-    if (end == End::stall) connection.stall();
+    if (ending == Ending::reset) connection.reset();
+    if (ending == Ending::stall) connection.stall();
   };
 }
 
-// Sends these bytes and closes.
-inline TestServer::Script once(const std::string& bytes) { return breaking(bytes, End::close); }
+// Reads a request, sends these bytes and closes.
+inline TestServer::Script sendAndClose(const std::string& bytes) {
+  return sendThen(bytes, Ending::close);
+}
 
-// Sends the same over and over again, for as long as it is taken.
+// Sends the start once and then the bytes repeatedly until the client closes.
 inline TestServer::Script endless(const std::string& start, const std::string& bytes) {
   return [=](Connection& connection) {
     connection.read();
@@ -84,16 +86,17 @@ inline TestServer::Script endless(const std::string& start, const std::string& b
   };
 }
 
-inline TestServer::Script whole() {
-  return TestServer::answering([](const auto&, auto& connection) { connection.send(good); });
+inline TestServer::Script goodServer() {
+  return TestServer::answering([](const auto&, auto& connection) { connection.send(goodAnswer); });
 }
 
-// Answers well, except that the second request of the first connection meets with something else.
-inline TestServer::Script secondMeets(TestServer::Script script) {
+// Answers all requests with goodAnswer, except that the script handles the second request of the
+// first connection.
+inline TestServer::Script onSecondRequest(TestServer::Script script) {
   return [script = std::move(script)](Connection& connection) {
-    if (connection.number > 1) return whole()(connection);
+    if (connection.number > 1) return goodServer()(connection);
     connection.read();
-    connection.send(good);
+    connection.send(goodAnswer);
     script(connection);
   };
 }

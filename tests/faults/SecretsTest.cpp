@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// What lets an application or its user in somewhere is printed nowhere, and nothing switches the
-// verification of servers off. FaultMatrixTest looks for the same canaries in all failures.
+// Secrets are never printed, and no public call disables the verification of servers.
+// FaultMatrixTest looks for the same canaries in all failures.
 #include <QuorvelKit/QVBackendless.h>
 #include <QuorvelKit/QVConfiguration.h>
 #include <QuorvelKit/QVNavigation.h>
@@ -34,7 +34,7 @@ std::string printed(const T& value) {
   return out.str();
 }
 
-TEST(SecretsTest, PrintedRequestsNameFieldsAndShowNoValues) {
+TEST(SecretsTest, PrintedRequestsContainNoValues) {
   QVLoginRequest logIn;
   EXPECT_EQ(printed(static_cast<const QVBaseRequest&>(logIn)),
             "QuorvelKit.QVLoginRequest login=... password=...");
@@ -55,7 +55,7 @@ TEST(SecretsTest, PrintedRequestsNameFieldsAndShowNoValues) {
     EXPECT_THAT(text, hasNoSecret) << key;
 }
 
-TEST(SecretsTest, TheLastWordsOfAProcessTellTheMisuseAndNoSecret) {
+TEST(SecretsTest, FatalErrorMessagesContainNoSecret) {
   QuorvelKit::setAccessToken("canary");
   QVBackendless::setUserToken("canary");
   const auto request = AllOf(hasNoSecret, HasSubstr("needs a request"));
@@ -83,20 +83,20 @@ std::string publicHeaders() {
   return text;
 }
 
-TEST(SecretsTest, NoPublicCallSwitchesVerificationOff) {
+TEST(SecretsTest, NoPublicCallDisablesVerification) {
   const std::string text = publicHeaders();
   const std::regex identifier("[A-Za-z_][A-Za-z_0-9]*"),
-      telling("verif|trust|certif|ssl|tls|insecure|unsafe|pinn|hostname|allowany|skip",
-              std::regex::icase);
+      suspicious("verif|trust|certif|ssl|tls|insecure|unsafe|pinn|hostname|allowany|skip",
+                 std::regex::icase);
   std::set<std::string> found;
   for (std::sregex_iterator each(text.begin(), text.end(), identifier), end; each != end; ++each) {
-    if (std::regex_search(each->str(), telling)) found.insert(each->str());
+    if (std::regex_search(each->str(), suspicious)) found.insert(each->str());
   }
   EXPECT_THAT(found, ElementsAre("clientCertificateRequired", "serverCertificateHasBadDate",
                                  "serverCertificateHasUnknownRoot", "serverCertificateNotYetValid",
                                  "serverCertificateUntrusted"));
 
-  // All that a session may be told.
+  // The complete list of session settings.
   const std::size_t begin = text.find("struct QUORVELKIT_EXPORT URLSessionConfiguration {");
   ASSERT_NE(begin, std::string::npos);
   const std::string body = text.substr(begin, text.find("};", begin) - begin);

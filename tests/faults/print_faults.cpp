@@ -6,17 +6,19 @@
 
 int main() {
   const quorvelkit::test::FaultTable table;
-  std::cout << "| # | phase | fault | what the call delivers |\n|---|---|---|---|\n";
+  std::cout << "| # | group | fault | what the call delivers |\n|---|---|---|---|\n";
   int number = 0;
-  for (const auto& [name, script, expected, way, phase] : table.rows()) {
-    std::cout << "| " << ++number << " | " << phase << " | " << name << " | ";
+  for (const auto& [name, script, expected, conditions, group] : table.rows()) {
+    std::cout << "| " << ++number << " | " << group << " | " << name << " | ";
     if (expected.code < 0) {
       std::cout << "URLError " << expected.code;
     } else {
       std::cout << "status " << expected.status << (expected.code > 0 ? ", an error" : "");
     }
-    if (way.ofPost) {
-      std::cout << " (of a POST: " << (way.ofPost->code < 0 ? way.ofPost->code : way.ofPost->status)
+    if (conditions.expectedOfPost) {
+      std::cout << " (of a POST: "
+                << (conditions.expectedOfPost->code < 0 ? conditions.expectedOfPost->code
+                                                        : conditions.expectedOfPost->status)
                 << ')';
     }
     std::cout << " |\n";

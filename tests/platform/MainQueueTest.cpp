@@ -26,7 +26,7 @@ class MainQueueTest : public testing::Test {
   Ran ran;
 };
 
-TEST_F(MainQueueTest, KeepsTheOrderOfEachThread) {
+TEST_F(MainQueueTest, KeepsOrderOfEachThread) {
   constexpr int threads = 4, each = 1000;
   std::vector<int> last(threads, -1);
   int count = 0;
@@ -58,7 +58,7 @@ TEST_F(MainQueueTest, RunOnceWaitsForOneBlock) {
   EXPECT_EQ(ran, (Ran{1, 2}));
 }
 
-TEST_F(MainQueueTest, RunPendingLeavesWhatItsBlocksAdd) {
+TEST_F(MainQueueTest, RunPendingLeavesNewBlocksForNextCall) {
   queue.async([&] { add(2); });
   add(1);
   queue.runPending();
@@ -68,7 +68,7 @@ TEST_F(MainQueueTest, RunPendingLeavesWhatItsBlocksAdd) {
   EXPECT_EQ(ran, (Ran{1, 2}));
 }
 
-TEST_F(MainQueueTest, ANestedRunPendingRunsTheBlocksThatFollow) {
+TEST_F(MainQueueTest, NestedRunPendingRunsFollowingBlocks) {
   queue.async([&] {
     queue.runPending();
     ran.push_back(3);
@@ -79,7 +79,7 @@ TEST_F(MainQueueTest, ANestedRunPendingRunsTheBlocksThatFollow) {
   EXPECT_EQ(ran, (Ran{1, 2, 3}));
 }
 
-TEST_F(MainQueueTest, ABlockThatThrowsLeavesTheQueueUsable) {
+TEST_F(MainQueueTest, QueueStaysUsableAfterException) {
   int woken = 0;
   queue.setWakeUpHook([&] { ++woken; });
   const auto fill = [&] {
@@ -88,7 +88,7 @@ TEST_F(MainQueueTest, ABlockThatThrowsLeavesTheQueueUsable) {
   };
   fill();
   EXPECT_THROW(queue.runPending(), std::runtime_error);
-  EXPECT_EQ(woken, 2);  // For the first block, and for the one left over.
+  EXPECT_EQ(woken, 2);  // For the first block and for the remaining one.
   queue.runPending();
   EXPECT_EQ(ran.size(), 1U);
   fill();
@@ -102,7 +102,7 @@ TEST_F(MainQueueTest, ABlockThatThrowsLeavesTheQueueUsable) {
   queue.setWakeUpHook(nullptr);
 }
 
-TEST_F(MainQueueTest, StopEndsTheRunUnderWayOrTheNext) {
+TEST_F(MainQueueTest, StopEndsCurrentOrNextRun) {
   queue.stop();
   queue.async([&] { queue.stop(); });
   add(1);
@@ -113,11 +113,11 @@ TEST_F(MainQueueTest, StopEndsTheRunUnderWayOrTheNext) {
   EXPECT_EQ(ran, Ran{1});
 }
 
-TEST_F(MainQueueTest, TheHookIsCalledWheneverTheQueueStopsBeingEmpty) {
+TEST_F(MainQueueTest, HookIsCalledWhenQueueStopsBeingEmpty) {
   int first = 0, second = 0;
   EXPECT_FALSE(queue.hasWakeUpHook());
   queue.async([] {});
-  // Called outside all locks: it may use the queue.
+  // The hook may use the queue: no mutex is locked.
   queue.setWakeUpHook([&] { first += queue.hasWakeUpHook() ? 1 : 100; });
   EXPECT_TRUE(queue.hasWakeUpHook());
   EXPECT_EQ(first, 1);
@@ -126,7 +126,7 @@ TEST_F(MainQueueTest, TheHookIsCalledWheneverTheQueueStopsBeingEmpty) {
   queue.runPending();
   queue.async([&] { queue.async([] {}); });
   EXPECT_EQ(first, 2);
-  // The block that this one adds wakes twice: when it comes, and when the call ends without it.
+  // The new block causes two calls: when it is added, and at the end of runPending().
   queue.runPending();
   EXPECT_EQ(first, 4);
   queue.setWakeUpHook([&] { ++second; });
@@ -139,7 +139,7 @@ TEST_F(MainQueueTest, TheHookIsCalledWheneverTheQueueStopsBeingEmpty) {
   EXPECT_EQ(second, 1);
 }
 
-TEST_F(MainQueueTest, ABlockIsDestroyedWhereItRan) {
+TEST_F(MainQueueTest, BlockIsDestroyedOnThreadThatRanIt) {
   struct Tracker {
     std::thread::id* destroyedOn = nullptr;
     ~Tracker() { *destroyedOn = std::this_thread::get_id(); }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Numbers, dates and encodings as text, whatever locale and time zone the process has.
+// Numbers, dates and encodings as text, in different locales and time zones.
 #include <QuorvelPlatform/ASCII_p.h>
 #include <QuorvelPlatform/DateFormatter.h>
 #include <QuorvelPlatform/DoubleText.h>
@@ -21,7 +21,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// A locale whose decimal point is a comma and whose groups are dots, on systems that have none.
+// A locale with decimal commas and grouping dots, for systems without such a locale.
 struct Commas : std::numpunct<char> {
   char do_decimal_point() const override { return ','; }
   char do_thousands_sep() const override { return '.'; }
@@ -42,10 +42,10 @@ class TextTest : public testing::TestWithParam<bool> {
 };
 
 INSTANTIATE_TEST_SUITE_P(OfTheProcess, TextTest, testing::Bool(), [](const auto& kind) {
-  return kind.param ? "ForeignLocaleAndZone" : "PlainLocale";
+  return kind.param ? "OtherLocaleAndTimeZone" : "DefaultLocale";
 });
 
-TEST_P(TextTest, DoublesHaveTheirDefaultText) {
+TEST_P(TextTest, DoublesHaveDefaultText) {
   for (const std::string text :
        {"0.0", "-0.0", "34.0", "-1.0", "1.5", "0.1", "39.2904", "-76.6122", "0.0001", "1e-05",
         "123456.789", "100000000000000.0", "1e+15", "1e+300", "inf", "-inf"}) {
@@ -64,7 +64,7 @@ TEST_P(TextTest, DoublesHaveTheirDefaultText) {
     EXPECT_EQ(defaultText(value), text);
 }
 
-TEST_P(TextTest, InstantsAreWrittenInUTC) {
+TEST_P(TextTest, TimePointsAreFormattedInUTC) {
   using std::chrono::sys_days;
   const std::pair<std::chrono::sys_time<std::chrono::milliseconds>, const char*> cases[] = {
       {sys_days(2017y / 3 / 1) + 14h + 5min, "2017-03-01T14:05:00Z"},
@@ -100,7 +100,7 @@ TEST_P(TextTest, QueriesArePercentEncoded) {
   EXPECT_FALSE(percentEncodedForQuery("\xFF"));
 }
 
-TEST(UTF8Test, TellsWellFormedFromIllFormed) {
+TEST(UTF8Test, DistinguishesValidAndInvalidUTF8) {
   const std::pair<std::string_view, std::size_t> counts[] = {
       {"", 0},
       {"abc", 3},
@@ -121,14 +121,14 @@ TEST(UTF8Test, TellsWellFormedFromIllFormed) {
   }
 }
 
-TEST(ASCIITest, IgnoresTheCaseOfASCIIAlone) {
+TEST(ASCIITest, IgnoresCaseOfASCIILettersOnly) {
   EXPECT_TRUE(equalsIgnoringASCIICase("Content-TYPE", "content-type"));
   EXPECT_FALSE(equalsIgnoringASCIICase("a", "ab"));
   EXPECT_FALSE(equalsIgnoringASCIICase("@[", "`{"));
   EXPECT_FALSE(equalsIgnoringASCIICase("\xC3\x89", "\xC3\xA9"));
 }
 
-TEST(FatalErrorDeathTest, SaysWhyAndAborts) {
+TEST(FatalErrorDeathTest, PrintsMessageAndAborts) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   EXPECT_EXIT(fatalError("some reason"), testing::KilledBySignal(SIGABRT), "^some reason\n");
   EXPECT_DEATH(urlEncode("\xFF"),

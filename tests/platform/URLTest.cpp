@@ -17,8 +17,8 @@ std::vector<std::string> words(const std::string& text) {
   return {std::istream_iterator<std::string>(stream), {}};
 }
 
-// Taken apart as appendix B of RFC 3986 does it.
-TEST(URLTest, TextsThatAreURLs) {
+// The expected components come from the regular expression of RFC 3986, appendix B.
+TEST(URLTest, ParsesValidURLs) {
   const std::regex parts(R"((([^:/?#]+):)?(//([^/?#]*))?([^?#]*)(\?([^#]*))?(#(.*))?)");
   const std::regex authority(R"((.*@)?(\[(.*)\]|([^:]*))(:([0-9]*))?)");
   const auto matched = [](const std::ssub_match& part) {
@@ -51,7 +51,7 @@ TEST(URLTest, TextsThatAreURLs) {
   }
 }
 
-TEST(URLTest, TextsThatAreNot) {
+TEST(URLTest, RejectsInvalidURLs) {
   std::vector<std::string> texts = words(
       R"(: :// ://h.test/ http://h.test/a"b http://h.test/<a> http://h.test/a[1]
          http://h.test/?a[0]=1 http://h.test/#a[0] http://h.test/a|b http://h.test/a^b
@@ -70,7 +70,7 @@ TEST(URLTest, TextsThatAreNot) {
 }
 
 // The examples of RFC 3986, sections 5.4.1 and 5.4.2.
-TEST(URLTest, ReferencesAreResolved) {
+TEST(URLTest, ResolvesReferences) {
   const auto base = URL::parse("http://a/b/c/d;p?q");
   std::istringstream references(R"(
       g:h            g:h                       g              http://a/b/c/g
@@ -102,7 +102,7 @@ TEST(URLTest, ReferencesAreResolved) {
     EXPECT_EQ(resolved->absoluteString(), target);
   }
   EXPECT_EQ(URL::parse("http://a")->resolving(*URL::parse("g"))->absoluteString(), "http://a/g");
-  // Without an authority a path may begin with what the rest does not let through.
+  // Without an authority, the merged path may begin with dot segments, which are removed.
   EXPECT_EQ(URL::parse("m:x")->resolving(*URL::parse("../.././g"))->absoluteString(), "m:g");
   EXPECT_EQ(URL::parse("m:x")->resolving(*URL::parse(".."))->absoluteString(), "m:");
   EXPECT_FALSE(URL::parse("/no/scheme")->resolving(*URL::parse("g")));

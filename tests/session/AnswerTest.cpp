@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What a session makes of the answers of servers, good and bad.
+// How a session handles valid and invalid answers.
 #include "tests/support/Call.h"
 #include "tests/support/TestServer.h"
 
@@ -20,10 +20,10 @@ const std::string okChunked = ok + "Transfer-Encoding: chunked\r\n";
 
 const std::string goodAnswer = withLength(ok + "First: 1\r\nLast: 2\r\n", "body");
 
-// A head that begins with a folded line continues nothing, least of all the answer before it.
-TEST(AnswerTest, AFoldedLineContinuesNoOtherAnswer) {
+// A folded line that follows the status line must not be appended to a field of the answer before.
+TEST(AnswerTest, FoldedFirstHeaderLineFails) {
   const std::string early = "HTTP/1.1 103 Hints\r\n";
-  const std::string heads[] = {
+  const std::string headerBlocks[] = {
       ok + " folded: 3\r\n",
       ok + "\tfolded: 3\r\nOther: 4\r\n",
       "http/1.1 200 OK\r\n folded: 3\r\n",
@@ -31,10 +31,10 @@ TEST(AnswerTest, AFoldedLineContinuesNoOtherAnswer) {
       early + "\r\n" + ok + " folded: 3\r\n",
       early + "\rx: y\r\n" + ok + " folded: 3\r\n",
   };
-  for (const std::string& head : heads) {
-    SCOPED_TRACE(head);
+  for (const std::string& headerBlock : headerBlocks) {
+    SCOPED_TRACE(headerBlock);
     const TestServer server([&](const auto& request, auto& connection) {
-      connection.send(request.target == "/good" ? goodAnswer : withLength(head, "body"));
+      connection.send(request.target == "/good" ? goodAnswer : withLength(headerBlock, "body"));
     });
     const auto session = URLSession::make();
     for (int round = 0; round < 2; ++round) {
@@ -45,7 +45,7 @@ TEST(AnswerTest, AFoldedLineContinuesNoOtherAnswer) {
   }
 }
 
-TEST(AnswerTest, AFoldedTrailerOfAProxyContinuesNoAnswer) {
+TEST(AnswerTest, FoldedTrailerOfProxyFails) {
   const TestServer proxy([](const auto& request, auto& connection) {
     connection.send(request.method == "GET"
                         ? goodAnswer
@@ -60,7 +60,7 @@ TEST(AnswerTest, AFoldedTrailerOfAProxyContinuesNoAnswer) {
   EXPECT_EQ(send(requestFor("https://a.test/"), session).code(), URLError::networkConnectionLost);
 }
 
-TEST(AnswerTest, HeaderFieldsKeepTheirSpellingAndJoin) {
+TEST(AnswerTest, HeaderFieldsKeepSpellingAndAreJoined) {
   const TestServer server([](const auto&, auto& connection) {
     connection.send(withLength("HTTP/1.1 103 Hints\r\nX-Early: x\r\n\r\n" + ok +
                                    "x-Odd-CASE:  value \t\r\nSet-Cookie: a=1\r\n"
@@ -77,8 +77,8 @@ TEST(AnswerTest, HeaderFieldsKeepTheirSpellingAndJoin) {
   EXPECT_FALSE(response.value("X-Early"));
 }
 
-// Room for a body is made in other ways the larger it is said to be.
-TEST(AnswerTest, BodiesOfAllSizesArriveAsTheyWereSent) {
+// The announced size decides how the memory of the body is allocated.
+TEST(AnswerTest, BodiesOfAllSizesArriveUnchanged) {
   std::mt19937_64 random(1);
   std::string bytes;
   while (bytes.size() < 5'000'000) {
@@ -96,7 +96,7 @@ TEST(AnswerTest, BodiesOfAllSizesArriveAsTheyWereSent) {
   }
 }
 
-TEST(AnswerTest, RequestsThatCannotBeSentFail) {
+TEST(AnswerTest, InvalidRequestsFail) {
   using E = URLError;
   const std::pair<const char*, std::int64_t> cases[] = {
       {"ftp://127.0.0.1/", E::unsupportedURL},
@@ -113,22 +113,23 @@ TEST(AnswerTest, RequestsThatCannotBeSentFail) {
             E::dataLengthExceedsMaximum);
 }
 
-// A call that stands still with the same time-out, and begins later, tells when that is over.
-TEST(AnswerTest, ASlowUploadThatMovesIsNoTimeOut) {
+// A second call with the same time-out, which starts later and receives nothing, tells when the
+// time-out is over.
+TEST(AnswerTest, SlowUploadDoesNotTimeOut) {
   constexpr auto timeout = 1s;
   constexpr std::size_t size = 40'000'000, piece = 200'000;
   const TestServer silent([](Connection& connection) { connection.stall(); });
-  URLRequest standing = requestFor(silent.url());
-  standing.setTimeoutInterval(timeout);
-  const Call clock(standing);
+  URLRequest idleRequest = requestFor(silent.url());
+  idleRequest.setTimeoutInterval(timeout);
+  const Call idleCall(idleRequest);
   const TestServer server([&](Connection& connection) {
-    connection.readHead();
-    clock.task->resume();
-    std::size_t taken = 0;
-    for (; !clock.isDone(5ms) && taken + piece < size; taken += piece)
+    connection.readHeaderBlock();
+    idleCall.task->resume();
+    std::size_t received = 0;
+    for (; !idleCall.isDone(5ms) && received + piece < size; received += piece)
       connection.take(piece);
-    clock.result();
-    connection.take(size - taken);
+    idleCall.result();
+    connection.take(size - received);
     connection.send(withLength(ok, "at last"));
     connection.stall();
   });
@@ -137,7 +138,7 @@ TEST(AnswerTest, ASlowUploadThatMovesIsNoTimeOut) {
   EXPECT_EQ(send(request).body(), "at last");
 }
 
-TEST(AnswerTest, TheWholeTransferHasALimitToo) {
+TEST(AnswerTest, EndlessAnswerFailsAfterResourceTimeout) {
   const TestServer server([](Connection& connection) {
     connection.read();
     connection.send(okChunked + "\r\n");

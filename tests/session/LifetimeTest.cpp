@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Cancellation, destruction, process exit and fork while requests are in flight.
+// Cancellation, destruction, process exit and fork while tasks are running.
 #include "tests/support/Call.h"
 #include "tests/support/Certificates.h"
 #include "tests/support/TestServer.h"
@@ -16,8 +16,8 @@ namespace {
 
 using namespace quorvelkit::test;
 
-// Answers "/quick", keeps silent on "/stall", resets on "/reset", and else stands still in the
-// body.
+// Answers "/quick", sends nothing for "/stall", resets for "/reset". For other paths, sends a part
+// of the body and then nothing.
 TestServer::Script script() {
   return TestServer::answering([](const ReceivedRequest& received, Connection& connection) {
     if (received.target == "/stall") return connection.stall();
@@ -28,7 +28,7 @@ TestServer::Script script() {
   });
 }
 
-TEST(LifetimeTest, AHandlerMayCancelAndStartOthersAndDropEverything) {
+TEST(LifetimeTest, HandlerMayCancelStartAndDestroyOtherCalls) {
   const TestServer server(script());
   auto session = URLSession::make();
   auto stalled = std::make_unique<Call>(requestFor(server.url("/stall")), session);
@@ -50,7 +50,7 @@ TEST(LifetimeTest, AHandlerMayCancelAndStartOthersAndDropEverything) {
 }
 
 // One thread cancels while another starts.
-TEST(LifetimeTest, AThousandCancellationsAtRandomMomentsCompleteOnceEach) {
+TEST(LifetimeTest, RandomCancellationsCompleteOnce) {
   const TestServer server(script());
   const auto session = URLSession::make();
   std::minstd_rand random(7);
@@ -60,13 +60,13 @@ TEST(LifetimeTest, AThousandCancellationsAtRandomMomentsCompleteOnceEach) {
     calls.push_back(std::make_unique<Call>(requestFor(server.url(paths[random() % 4])), session));
   std::atomic<std::size_t> started = 0;
   std::jthread canceller([&] {
-    std::minstd_rand own(1);
+    std::minstd_rand cancelRandom(1);
     for (std::size_t i = 0; i < calls.size(); ++i) {
       while (started <= i)
         std::this_thread::yield();
-      // One of the last, or one that is to be started soon.
+      // A task that was started recently or starts soon.
       const std::size_t last = std::min(i + 5, calls.size() - 1);
-      calls[last - own() % std::min<std::size_t>(last, 25)]->task->cancel();
+      calls[last - cancelRandom() % std::min<std::size_t>(last, 25)]->task->cancel();
     }
   });
   for (const auto& call : calls) {
@@ -84,30 +84,30 @@ TEST(LifetimeTest, AThousandCancellationsAtRandomMomentsCompleteOnceEach) {
         << result.code();
     EXPECT_EQ(result.data.has_value(), result.code() == 0);
   }
-  // The session is as good as before, and nobody was called twice.
+  // The session still works, and no handler ran twice.
   EXPECT_EQ(send(requestFor(server.url("/quick")), session).body(), "quick");
   for (const auto& call : calls)
     EXPECT_EQ(call->completions(), 1);
 }
 
-// AddressSanitizer (Clang 14) does not keep its own locks across the fork of a process with
-// threads, and takes what the threads of the parent held for leaks of the child.
-const std::vector<const char*> ways = {
+// AddressSanitizer (Clang 14) does not support fork() in a process with threads: it may deadlock,
+// and it reports memory of the parent's threads as leaks of the child.
+const std::vector<const char*> exitScenarios = {
     "main", "handler",   "protocol",        "late", "idle", "name", "threadless",
 #ifndef QUORVELKIT_TESTS_ADDRESSES
     "fork", "fork-name", "fork-threadless",
 #endif
 };
 
-TEST(LifetimeTest, ProcessesEndInPeaceWithRequestsInFlight) {
+TEST(LifetimeTest, ProcessExitsCleanlyWithRunningTasks) {
   const Certificates certificates;
   const TestServer plain(script()), secure(script(), certificates.tls("good"));
-  for (const char* way : ways) {
+  for (const char* scenario : exitScenarios) {
     for (const TestServer* server : {&plain, &secure}) {
       for (int round = 0; round < 2; ++round) {
-        SCOPED_TRACE(std::string(way) + ' ' + server->url());
-        const std::string command = std::string("exec '" QUORVELKIT_EXIT_PROGRAM "' ") + way + ' ' +
-                                    server->url() + ' ' + certificates.caFile();
+        SCOPED_TRACE(std::string(scenario) + ' ' + server->url());
+        const std::string command = std::string("exec '" QUORVELKIT_EXIT_PROGRAM "' ") + scenario +
+                                    ' ' + server->url() + ' ' + certificates.caFile();
         const int status = std::system(command.c_str());
         ASSERT_TRUE(WIFEXITED(status));
         ASSERT_EQ(WEXITSTATUS(status), 0);

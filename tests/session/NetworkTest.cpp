@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// A network that goes and comes back, in a namespace of this test's own.
+// A network that goes down and comes up again, in a separate network namespace.
 #include "tests/support/Call.h"
 #include "tests/support/TestServer.h"
 
@@ -18,7 +18,7 @@ namespace {
 using namespace std::chrono_literals;
 using namespace quorvelkit::test;
 
-// Switches the loopback interface of the namespace.
+// Switches the loopback interface of the namespace on or off. Returns true on success.
 bool setLoopback(bool up) {
   const int socket = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
   ifreq request{};
@@ -29,10 +29,11 @@ bool setLoopback(bool up) {
   return done;
 }
 
-// The sessions' threads start in the namespace of the thread that starts the first task: this one.
-TEST(NetworkTest, ComesBackWithoutARestart) {
+// The threads of the session inherit the namespace of this thread, because it starts the first
+// task.
+TEST(NetworkTest, SessionWorksAgainAfterNetworkOutage) {
   if (::unshare(CLONE_NEWNET) != 0 || !setLoopback(true)) {
-    GTEST_SKIP() << "a namespace for networks takes the rights of root";
+    GTEST_SKIP() << "creating a network namespace requires root";
   }
   const TestServer server([](const ReceivedRequest& received, Connection& connection) {
     received.target == "/stall" ? connection.stall() : connection.answer(200, "ok");
@@ -40,17 +41,17 @@ TEST(NetworkTest, ComesBackWithoutARestart) {
   const auto session = URLSession::make();
   for (int round = 0; round < 3; ++round) {
     EXPECT_EQ(send(requestFor(server.url()), session).body(), "ok");
-    const auto impatient = [&](const char* path) {
+    const auto requestWithShortTimeout = [&](const char* path) {
       URLRequest request = requestFor(server.url(path));
       request.setTimeoutInterval(100ms);
       return request;
     };
-    const Call underWay(impatient("/stall"), session);
-    underWay.task->resume();
+    const Call running(requestWithShortTimeout("/stall"), session);
+    running.task->resume();
     ASSERT_TRUE(setLoopback(false));
-    EXPECT_EQ(underWay.result().code(), URLError::timedOut);
-    // Some kernels tell that there is no way, others lose what is sent.
-    EXPECT_THAT(send(impatient("/"), session).code(),
+    EXPECT_EQ(running.result().code(), URLError::timedOut);
+    // Some kernels report an unreachable network, others drop the packets.
+    EXPECT_THAT(send(requestWithShortTimeout("/"), session).code(),
                 testing::AnyOf(URLError::notConnectedToInternet, URLError::timedOut));
     ASSERT_TRUE(setLoopback(true));
     EXPECT_EQ(send(requestFor(server.url()), session).body(), "ok");

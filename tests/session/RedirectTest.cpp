@@ -9,11 +9,11 @@ namespace {
 
 using namespace quorvelkit::test;
 
-// Answers "/STATUS?LOCATION" with a redirect there and everything else with what it saw.
+// Answers "/STATUS?LOCATION" with a redirect, and other targets with a copy of the request.
 void redirect(const ReceivedRequest& received, Connection& connection) {
   const std::size_t question = received.target.find('?');
   if (question != std::string::npos) {
-    connection.answer(std::stoi(received.target.substr(1)), "thrown away",
+    connection.answer(std::stoi(received.target.substr(1)), "redirect body",
                       "Location: " + received.target.substr(question + 1) + "\r\n");
   } else {
     connection.answer(200, received.method + ' ' + received.target + ' ' + received.body,
@@ -23,7 +23,7 @@ void redirect(const ReceivedRequest& received, Connection& connection) {
   }
 }
 
-TEST(RedirectTest, TheMethodFollowsTheStatus) {
+TEST(RedirectTest, MethodDependsOnStatus) {
   const TestServer server(redirect);
   const std::tuple<int, const char*, std::optional<std::string>, const char*> cases[] = {
       {301, "GET", {}, "GET /to "},       {301, "POST", "b", "GET /to "},
@@ -41,10 +41,11 @@ TEST(RedirectTest, TheMethodFollowsTheStatus) {
   }
 }
 
-TEST(RedirectTest, LocationsAreResolvedOrDelivered) {
+TEST(RedirectTest, LocationIsResolvedOrAnswerIsDelivered) {
   const TestServer target(redirect);
   const std::string port = std::to_string(target.port());
-  // Where the answer comes from in the end; the fault table has more that is not followed.
+  // The path of the final URL, or null if the redirect is not followed. The fault table has further
+  // redirects that are not followed.
   const std::pair<std::string, const char*> cases[] = {
       {"to", "/dir/to#kept"},
       {"./a/../to#own", "/dir/to#own"},
@@ -72,7 +73,7 @@ TEST(RedirectTest, LocationsAreResolvedOrDelivered) {
   }
 }
 
-TEST(RedirectTest, TwentyAreFollowedAndNoMore) {
+TEST(RedirectTest, FailsAfterTwentyRedirects) {
   const TestServer server([](const auto& received, auto& connection) {
     const int left = std::stoi(received.target.substr(1));
     if (left == 0) return connection.answer(200, "end");
@@ -82,7 +83,7 @@ TEST(RedirectTest, TwentyAreFollowedAndNoMore) {
   EXPECT_EQ(send(requestFor(server.url("/21"))).code(), URLError::httpTooManyRedirects);
 }
 
-TEST(RedirectTest, NothingSecretAndNoBodyGoesToAnotherOrigin) {
+TEST(RedirectTest, OtherOriginGetsNoSecretsAndNoBody) {
   const TestServer target(redirect), server(redirect);
   const auto seen = [&](const std::string& url, const char* method,
                         std::optional<std::string> body = std::nullopt) {
@@ -99,7 +100,7 @@ TEST(RedirectTest, NothingSecretAndNoBodyGoesToAnotherOrigin) {
   EXPECT_EQ(seen(server.url("/307?" + there), "GET"), "(none),a/b,c/d,(none)");
   EXPECT_EQ(seen(server.url("/307?" + there), "POST", ""), "(none),a/b,c/d,(none)");
   EXPECT_EQ(seen(server.url("/307?" + there), "POST", "body"), "307");
-  // What was dropped stays dropped on the way back.
+  // A redirect back to the first origin does not restore dropped fields.
   EXPECT_EQ(seen(server.url("/302?" + target.url("/302?" + here)), "GET"), "(none),a/b,c/d,(none)");
 }
 

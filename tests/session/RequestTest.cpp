@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What servers see of requests: lines, bodies, connections, cookies, proxies.
+// Requests as servers receive them: header lines, bodies, connections, cookies, proxies.
 #include "tests/support/Call.h"
 #include "tests/support/TestServer.h"
 
@@ -28,7 +28,7 @@ URLRequest request(const char* method, std::optional<std::string> body = std::nu
   return made;
 }
 
-TEST(RequestTest, RequestsAreSentAsTheyWereSet) {
+TEST(RequestTest, RequestIsSentAsSet) {
   const auto has = [](const char* text) { return HasSubstr(text); };
   const auto lacks = [](const char* text) { return Not(HasSubstr(text)); };
   const std::string large(2'000'000, 'x');
@@ -41,21 +41,20 @@ TEST(RequestTest, RequestsAreSentAsTheyWereSet) {
       {"POST", request("POST", "a=b"),
        AllOf(StartsWith("POST /"), has("Content-Length: 3\r\n"),
              has("Content-Type: application/x-www-form-urlencoded\r\n"))},
-      {"POST of a type", request("POST", "{}", {{"content-type", "application/json"}}),
+      {"POST with a content type", request("POST", "{}", {{"content-type", "application/json"}}),
        AllOf(has("content-type: application/json\r\n"), lacks("form"))},
       {"POST without a body", request("POST"),
        AllOf(has("Content-Length: 0\r\n"), lacks("Content-Type"))},
-      {"POST of much", request("POST", large),
+      {"POST with a large body", request("POST", large),
        AllOf(lacks("Expect"), has("Content-Length: 2000000"))},
       {"PUT", request("put", "x"),
        AllOf(StartsWith("PUT /"), has("Content-Length: 1\r\n"), lacks("Content-Type"))},
       {"PUT without a body", request("PUT"), has("Content-Length: 0\r\n")},
       {"DELETE", request("DELETE"), AllOf(StartsWith("DELETE /"), lacks("Content-"))},
       {"DELETE with a body", request("DELETE", "x"), has("Content-Length: 1\r\n")},
-      {"a method of its own", request("pAtCh", "x"), StartsWith("pAtCh /")},
-      {"bytes that are no text", request("POST", std::string("\0\xff\r\n", 4)),
-       has("Content-Length: 4\r\n")},
-      {"own fields",
+      {"custom method", request("pAtCh", "x"), StartsWith("pAtCh /")},
+      {"binary body", request("POST", std::string("\0\xff\r\n", 4)), has("Content-Length: 4\r\n")},
+      {"custom fields",
        request("GET", {},
                {{"x-oWn", "v"},
                 {"Empty", ""},
@@ -66,7 +65,7 @@ TEST(RequestTest, RequestsAreSentAsTheyWereSet) {
        AllOf(has("x-oWn: v\r\n"), has("Empty:\r\n"), has("Accept: a/b\r\n"),
              has("User-Agent: me\r\n"), has("Accept-Encoding: identity\r\n"),
              has("Authorization: secret\r\n"), lacks("*/*"), lacks("QuorvelKit"), lacks("gzip"))},
-      {"fields that are the session's business",
+      {"fields that the session sets",
        request("POST", "abc",
                {{"Host", "evil"},
                 {"content-length", "1"},
@@ -82,33 +81,34 @@ TEST(RequestTest, RequestsAreSentAsTheyWereSet) {
     seen.set(received);
     connection.answer(200);
   });
-  std::map<std::string, std::string> heads;
+  std::map<std::string, std::string> headerBlocks;
   const auto sendCase = [&](const auto& each, const auto& session) {
     URLRequest sent = std::get<URLRequest>(each);
     sent.setURL(*URL::parse(server.url("/a/../b%7e?c=d&e#f")));
     EXPECT_EQ(send(sent, session).code(), 0);
   };
   for (const auto& each : cases) {
-    const auto& [name, base, head] = each;
+    const auto& [name, base, headerBlock] = each;
     SCOPED_TRACE(name);
     sendCase(each, URLSession::make());
-    EXPECT_THAT(seen.get().head, head);
+    EXPECT_THAT(seen.get().headerBlock, headerBlock);
     EXPECT_EQ(seen.get().body, base.httpBody().value_or(Data()).view());
     EXPECT_EQ(seen.get().value("Host"), "127.0.0.1:" + std::to_string(server.port()));
-    heads[name] = seen.get().head;
+    headerBlocks[name] = seen.get().headerBlock;
   }
-  // The same when another request was sent with the same means before.
+  // The result does not depend on the request before, which may use the same easy handle.
   const auto session = URLSession::make();
   for (const auto& before : cases) {
     for (const auto& each : cases) {
       sendCase(before, session);
       sendCase(each, session);
-      EXPECT_EQ(seen.get().head, heads[std::get<0>(each)]) << "after " << std::get<0>(before);
+      EXPECT_EQ(seen.get().headerBlock, headerBlocks[std::get<0>(each)])
+          << "after " << std::get<0>(before);
     }
   }
 }
 
-TEST(RequestTest, ConnectionsAreKeptAndAtMostSix) {
+TEST(RequestTest, ReusesAtMostSixConnections) {
   std::latch six(6);
   const TestServer server([&](const auto& received, auto& connection) {
     if (received.target == "/together") six.arrive_and_wait();
@@ -118,8 +118,9 @@ TEST(RequestTest, ConnectionsAreKeptAndAtMostSix) {
   for (int i = 0; i < 5; ++i)
     EXPECT_EQ(send(requestFor(server.url()), session).code(), 0);
   EXPECT_EQ(server.connectionCount(), 1);
-  // The latch opens only when six answer at a time. The others wait for a connection, and must go
-  // on when one gets free, also when nothing else is left to happen: the last ones of each round.
+  // The latch opens only if six connections are open at the same time. The other requests wait for
+  // a connection. They must start when one is free, also the last ones of each round, when there is
+  // no other event that wakes the IO thread.
   for (int round = 0; round < 100; ++round) {
     std::list<Call> calls;
     for (int i = 0; i < 64; ++i) {
@@ -133,8 +134,8 @@ TEST(RequestTest, ConnectionsAreKeptAndAtMostSix) {
   EXPECT_EQ(server.connectionCount(), 6);
 }
 
-// The server takes a second request on a kept connection and closes without an answer.
-TEST(RequestTest, OnlyAnIdempotentRequestIsSentAgainOnADeadConnection) {
+// The server reads a second request on the same connection and closes without an answer.
+TEST(RequestTest, OnlyIdempotentRequestIsRepeatedAfterClose) {
   for (const std::string method : {"GET", "PUT", "POST", "PATCH", "own"}) {
     SCOPED_TRACE(method);
     std::atomic<int> seen = 0;
@@ -153,7 +154,7 @@ TEST(RequestTest, OnlyAnIdempotentRequestIsSentAgainOnADeadConnection) {
   }
 }
 
-TEST(RequestTest, ItMattersNotHowManyConnectionsDied) {
+TEST(RequestTest, AnyNumberOfClosedConnectionsIsReplaced) {
   const TestServer server([](Connection& connection) {
     if (connection.read()) connection.answer(200);
     connection.read();
@@ -164,7 +165,7 @@ TEST(RequestTest, ItMattersNotHowManyConnectionsDied) {
   EXPECT_EQ(server.connectionCount(), 20);
 }
 
-TEST(RequestTest, CookiesLiveInTheirSessionAndGoInOneLine) {
+TEST(RequestTest, CookiesBelongToSessionAndAreSentInOneLine) {
   std::string lastCookie;
   const TestServer server([&](const auto& received, auto& connection) {
     lastCookie = received.value("Cookie");
@@ -191,7 +192,7 @@ TEST(RequestTest, CookiesLiveInTheirSessionAndGoInOneLine) {
   EXPECT_EQ(cookieSeen("/", URLSession::make(), "own=6"), "own=6");
 }
 
-TEST(RequestTest, TheProxyComesFromTheConfigurationNeverFromTheEnvironment) {
+TEST(RequestTest, ProxyIsReadFromConfigurationOnly) {
   const std::string dead = "http://127.0.0.1:" + std::to_string(unusedPort());
   for (const char* name : {"http_proxy", "HTTP_PROXY", "all_proxy", "ALL_PROXY"})
     setenv(name, dead.c_str(), 1);
@@ -203,25 +204,25 @@ TEST(RequestTest, TheProxyComesFromTheConfigurationNeverFromTheEnvironment) {
   configuration.proxy = server.url("");
   const auto proxied = URLSession::make(configuration);
   EXPECT_EQ(send(requestFor("http://far.invalid/away"), proxied).body(), "http://far.invalid/away");
-  // Its credentials are encoded in the setting, and end with the last "@".
-  const TestServer asking([](const auto& received, auto& connection) {
+  // The credentials in the URL are percent-encoded and end at the last "@".
+  const TestServer authenticating([](const auto& received, auto& connection) {
     connection.answer(200, received.value("Proxy-Authorization"));
   });
-  configuration.proxy = "http://us%65r:p@ss@" + asking.url("").substr(7);
+  configuration.proxy = "http://us%65r:p@ss@" + authenticating.url("").substr(7);
   EXPECT_EQ(send(requestFor("http://far.invalid/"), URLSession::make(configuration)).body(),
             "Basic dXNlcjpwQHNz");
-  // With TLS it is told where to connect to, and no more.
-  const Awaited<std::string> told;
-  const TestServer leaving([&](Connection& connection) {
-    if (const auto received = connection.readHead()) told.set(received->head);
+  // For https, the proxy receives only the host and the port.
+  const Awaited<std::string> proxyHeader;
+  const TestServer closing([&](Connection& connection) {
+    if (const auto received = connection.readHeaderBlock()) proxyHeader.set(received->headerBlock);
   });
-  configuration.proxy = leaving.url("");
+  configuration.proxy = closing.url("");
   URLRequest secret = requestFor("https://far.invalid/secret");
   for (const char* name : {"Authorization", "Cookie"})
     secret.setValue("secret", name);
   EXPECT_EQ(send(secret, URLSession::make(configuration)).code(), URLError::networkConnectionLost);
-  EXPECT_TRUE(told.get().starts_with("CONNECT far.invalid:443 ")) << told.get();
-  EXPECT_EQ(told.get().find("secret"), std::string::npos) << told.get();
+  EXPECT_TRUE(proxyHeader.get().starts_with("CONNECT far.invalid:443 ")) << proxyHeader.get();
+  EXPECT_EQ(proxyHeader.get().find("secret"), std::string::npos) << proxyHeader.get();
   configuration.proxy = dead;
   EXPECT_EQ(send(requestFor(server.url()), URLSession::make(configuration)).code(),
             URLError::cannotConnectToHost);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Names that do not resolve, or not yet.
+// Host names that cannot be resolved, or not yet.
 #include "tests/support/Call.h"
 #include "tests/support/Resolver.h"
 #include "tests/support/TestServer.h"
@@ -11,14 +11,14 @@ namespace {
 
 using namespace quorvelkit::test;
 
-TEST(ResolverTest, AProxyThatIsUnknownIsToldLikeAHost) {
+TEST(ResolverTest, UnknownProxyFailsLikeUnknownHost) {
   URLSessionConfiguration configuration;
   configuration.proxy = "http://unknown.test:1";
   EXPECT_EQ(send(requestFor("http://127.0.0.1/"), URLSession::make(configuration)).code(),
             URLError::cannotFindHost);
 }
 
-TEST(ResolverTest, ARefusalOfOneAddressIsNoErrorOfTheNextAnswer) {
+TEST(ResolverTest, RefusedAddressDoesNotChangeNextError) {
   const TestServer server([](const auto& request, auto& connection) {
     if (request.target == "/good") return connection.answer(200);
     connection.send("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nno size\r\n");
@@ -29,7 +29,7 @@ TEST(ResolverTest, ARefusalOfOneAddressIsNoErrorOfTheNextAnswer) {
   EXPECT_EQ(send(requestFor(server.url("/bad")), session).code(), URLError::cannotParseResponse);
 }
 
-TEST(ResolverTest, ACancelledTaskDoesNotWaitForItsName) {
+TEST(ResolverTest, CancelledTaskDoesNotWaitForResolver) {
   const Call call(requestFor("http://slow.test/"));
   call.task->resume();
   slowName->asked.get();

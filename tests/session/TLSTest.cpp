@@ -30,8 +30,8 @@ class TLSTest : public testing::Test {
   const Certificates certificates;
 };
 
-// A server of a bad certificate gets nothing of a request. The errors are in the fault table.
-TEST_F(TLSTest, NothingIsSentToAServerThatIsNotWhoItSays) {
+// The fault table checks the errors.
+TEST_F(TLSTest, ServerWithBadCertificateGetsNoRequest) {
   for (const char* certificate : {"expired", "other-host", "untrusted", "self-signed"}) {
     SCOPED_TRACE(certificate);
     std::atomic<bool> served = false;
@@ -42,8 +42,8 @@ TEST_F(TLSTest, NothingIsSentToAServerThatIsNotWhoItSays) {
   }
 }
 
-// The network library would write the keys of its connections to a file of this name.
-TEST_F(TLSTest, NoKeysAreWrittenWhereTheEnvironmentSays) {
+// libcurl would write the TLS keys of its connections to this file.
+TEST_F(TLSTest, KeyLogVariableIsIgnored) {
   const std::string file = testing::TempDir() + "/keys-" + std::to_string(getpid());
   setenv("SSLKEYLOGFILE", file.c_str(), 1);
   const TestServer server(answer, certificates.tls("good"));
@@ -52,7 +52,7 @@ TEST_F(TLSTest, NoKeysAreWrittenWhereTheEnvironmentSays) {
   EXPECT_EQ(std::getenv("SSLKEYLOGFILE"), file);
 }
 
-TEST_F(TLSTest, TheSystemsAuthoritiesDoNotKnowTheTests) {
+TEST_F(TLSTest, FailsWithoutTrustedAuthority) {
   const TestServer server(answer, certificates.tls("good"));
   EXPECT_EQ(send(requestFor(server.url())).code(), URLError::serverCertificateHasUnknownRoot);
   URLSessionConfiguration configuration;
@@ -61,11 +61,11 @@ TEST_F(TLSTest, TheSystemsAuthoritiesDoNotKnowTheTests) {
             URLError::secureConnectionFailed);
 }
 
-// A connection that dies while TLS still writes raises SIGPIPE, which would end this process.
-TEST_F(TLSTest, BrokenPipesReachNobody) {
+// Writing to a closed TLS connection raises SIGPIPE, which would end this process.
+TEST_F(TLSTest, BrokenPipeRaisesNoSignal) {
   const TestServer server(
       [](Connection& connection) {
-        connection.readHead();
+        connection.readHeaderBlock();
         connection.reset();
       },
       certificates.tls("good"));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// A process that may start no thread, or too few.
+// A process that cannot start threads, or only one.
 #include "tests/support/Call.h"
 #include "tests/support/TestServer.h"
 #include "tests/support/ThreadStart.h"
@@ -17,7 +17,7 @@ namespace {
 using namespace quorvelkit::test;
 using testing::HasSubstr;
 
-// The parameter is how many of the session's two threads start.
+// The parameter is the number of session threads that can start: 0 or 1.
 class ThreadStartTest : public testing::TestWithParam<int> {
  protected:
   const TestServer server{
@@ -37,7 +37,7 @@ class ThreadStartTest : public testing::TestWithParam<int> {
   }
 };
 
-TEST_P(ThreadStartTest, CallsEndWithAnErrorOnceAndLaterOnesTryAgain) {
+TEST_P(ThreadStartTest, TasksFailOnceAndLaterTasksTryAgain) {
   const Call first(requestFor(server.url()), session), second(requestFor(server.url()), session),
       cancelled(requestFor(server.url()), session), last(requestFor(server.url()), session);
   threadsLeft = GetParam();
@@ -74,10 +74,10 @@ TEST_P(ThreadStartTest, CallsEndWithAnErrorOnceAndLaterOnesTryAgain) {
     EXPECT_EQ(call->completions(), 1);
 }
 
-TEST_P(ThreadStartTest, ThreadsMayCallWhileTheShortageEnds) {
+TEST_P(ThreadStartTest, ConcurrentTasksCompleteOnceWhenThreadsStart) {
   std::atomic<int> running = 0, done = 0;
   const auto inHandler = [&] {
-    EXPECT_EQ(running++, 0) << "two handlers at a time";
+    EXPECT_EQ(running++, 0) << "two handlers at the same time";
     --running;
     ++done;
   };
@@ -108,8 +108,8 @@ TEST_P(ThreadStartTest, ThreadsMayCallWhileTheShortageEnds) {
 
 INSTANTIATE_TEST_SUITE_P(StartedThreads, ThreadStartTest, testing::Values(0, 1));
 
-// The network library starts a thread for each name.
-TEST(ResolverThreadTest, ANameThatNoThreadLooksUpIsNotFound) {
+// libcurl starts a thread for each host name.
+TEST(ResolverThreadTest, HostIsNotFoundWithoutResolverThread) {
   const TestServer server([](const auto&, auto& connection) { connection.answer(200); });
   const auto session = URLSession::make();
   EXPECT_EQ(send(requestFor(server.url()), session).code(), 0);

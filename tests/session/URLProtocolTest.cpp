@@ -16,42 +16,42 @@ using namespace std::chrono_literals;
 using namespace quorvelkit::test;
 using State = URLSessionDataTask::State;
 
-// What a protocol was asked for.
-struct Seen {
+// Records the calls of a protocol.
+struct ProtocolCalls {
   std::atomic<int> started = 0, stopped = 0;
   std::thread::id startThread, stopThread;
-  Awaited<bool> gone;
+  Awaited<bool> destroyed;
 };
 
-// A protocol whose behaviour is a function.
+// A protocol that runs a function.
 using Script = std::function<void(const URLRequest&, std::shared_ptr<URLProtocolClient>)>;
-class Scripted : public URLProtocol {
+class ScriptedProtocol : public URLProtocol {
  public:
-  Scripted(Script script, std::shared_ptr<Seen> seen)
-      : script_(std::move(script)), seen_(std::move(seen)) {}
-  ~Scripted() override { seen_->gone.set(true); }
+  ScriptedProtocol(Script script, std::shared_ptr<ProtocolCalls> calls)
+      : script_(std::move(script)), calls_(std::move(calls)) {}
+  ~ScriptedProtocol() override { calls_->destroyed.set(true); }
   void startLoading(const URLRequest& request, std::shared_ptr<URLProtocolClient> client) override {
-    ++seen_->started;
-    seen_->startThread = std::this_thread::get_id();
+    ++calls_->started;
+    calls_->startThread = std::this_thread::get_id();
     script_(request, std::move(client));
   }
   void stopLoading() override {
-    ++seen_->stopped;
-    seen_->stopThread = std::this_thread::get_id();
+    ++calls_->stopped;
+    calls_->stopThread = std::this_thread::get_id();
   }
 
  private:
   const Script script_;
-  const std::shared_ptr<Seen> seen_;
+  const std::shared_ptr<ProtocolCalls> calls_;
 };
 
 class URLProtocolTest : public testing::Test {
  protected:
-  std::shared_ptr<Seen> seen = std::make_shared<Seen>();
+  std::shared_ptr<ProtocolCalls> calls = std::make_shared<ProtocolCalls>();
 
   URLProtocol::Registration install(Script script) {
-    return URLProtocol::registerFactory([script = std::move(script), seen = seen](const auto&) {
-      return std::make_unique<Scripted>(script, seen);
+    return URLProtocol::registerFactory([script = std::move(script), calls = calls](const auto&) {
+      return std::make_unique<ScriptedProtocol>(script, calls);
     });
   }
 };
@@ -60,7 +60,7 @@ std::shared_ptr<const URLResponse> someResponse(const URLRequest& request) {
   return std::make_shared<URLResponse>(request.url(), "text/plain", 2, std::nullopt);
 }
 
-TEST_F(URLProtocolTest, AnswersInPlaceOfTheNetwork) {
+TEST_F(URLProtocolTest, AnswersInsteadOfNetwork) {
   install([](const URLRequest& request, auto client) {
     client->didReceive(someResponse(request));
     for (const char* piece : {"", "a", "", "b", "c"})
@@ -81,15 +81,15 @@ TEST_F(URLProtocolTest, AnswersInPlaceOfTheNetwork) {
   call.task->cancel();
   call.task->resume();
   EXPECT_EQ(call.task->state(), State::completed);
-  seen->gone.get();
-  EXPECT_EQ(seen->started, 1);
-  EXPECT_EQ(seen->stopped, 1);
-  EXPECT_EQ(seen->startThread, seen->stopThread);
+  calls->destroyed.get();
+  EXPECT_EQ(calls->started, 1);
+  EXPECT_EQ(calls->stopped, 1);
+  EXPECT_EQ(calls->startThread, calls->stopThread);
   EXPECT_NE(std::this_thread::get_id(), result.thread);
   EXPECT_EQ(call.completions(), 1);
 }
 
-TEST_F(URLProtocolTest, TheFactoryRegisteredLastIsAskedFirstUntilItGoes) {
+TEST_F(URLProtocolTest, LastRegisteredFactoryIsAskedFirst) {
   const auto answering = [](const char* text) {
     return [text](const URLRequest&, auto client) {
       client->didLoad(Data(text));
@@ -106,8 +106,8 @@ TEST_F(URLProtocolTest, TheFactoryRegisteredLastIsAskedFirstUntilItGoes) {
   EXPECT_EQ(answer(), "first");
 }
 
-TEST_F(URLProtocolTest, AFailedTaskGivesNeitherBodyNorResponse) {
-  // What comes after a response and the first part of a body.
+TEST_F(URLProtocolTest, FailedTaskHasNoBodyAndNoResponse) {
+  // The event that follows a response and the first part of a body.
   const std::pair<std::int64_t, std::function<void(URLProtocolClient&)>> cases[] = {
       {URLError::badServerResponse,
        [](auto& client) {
@@ -115,14 +115,15 @@ TEST_F(URLProtocolTest, AFailedTaskGivesNeitherBodyNorResponse) {
        }},
       {URLError::timedOut, [](auto&) {}},
       {URLError::dataLengthExceedsMaximum, [](auto& client) { client.didLoad(Data("1234567")); }}};
-  for (const auto& [code, goOn] : cases) {
+  for (const auto& [code, nextEvent] : cases) {
     SCOPED_TRACE(code);
-    seen = std::make_shared<Seen>();
-    const auto registration = install([goOn = goOn](const URLRequest& request, auto client) {
-      client->didReceive(someResponse(request));
-      client->didLoad(Data("part"));
-      goOn(*client);
-    });
+    calls = std::make_shared<ProtocolCalls>();
+    const auto registration =
+        install([nextEvent = nextEvent](const URLRequest& request, auto client) {
+          client->didReceive(someResponse(request));
+          client->didLoad(Data("part"));
+          nextEvent(*client);
+        });
     URLSessionConfiguration configuration;
     configuration.maximumBodySize = 10;
     configuration.timeoutIntervalForRequest = 20ms;
@@ -132,13 +133,13 @@ TEST_F(URLProtocolTest, AFailedTaskGivesNeitherBodyNorResponse) {
     EXPECT_EQ(result.error->domain(), URLError::domain);
     EXPECT_EQ(result.error->code(), code);
     EXPECT_EQ(result.error->userInfo().at(std::string(URLError::failingURLKey)), "http://h.test/");
-    seen->gone.get();
-    EXPECT_EQ(seen->stopped, 1);
+    calls->destroyed.get();
+    EXPECT_EQ(calls->stopped, 1);
     URLProtocol::unregister(registration);
   }
 }
 
-TEST_F(URLProtocolTest, CancelsAtEveryState) {
+TEST_F(URLProtocolTest, CancelWorksInEveryState) {
   const Awaited<std::shared_ptr<URLProtocolClient>> started;
   install([started](const URLRequest&, auto client) { started.set(client); });
 
@@ -156,20 +157,20 @@ TEST_F(URLProtocolTest, CancelsAtEveryState) {
   inFlight.task->cancel();
   EXPECT_EQ(inFlight.result().error->code(), URLError::cancelled);
   client->didFinishLoading();
-  seen->gone.get();
-  EXPECT_EQ(seen->started, 1);
+  calls->destroyed.get();
+  EXPECT_EQ(calls->started, 1);
   EXPECT_EQ(before.completions() + inFlight.completions(), 2);
 }
 
-// A handler that is still running holds back the next delivery, which then sees the cancellation
-// although its transfer has ended.
-TEST_F(URLProtocolTest, ACancellationBeforeTheHandlerIsAlwaysSeen) {
+// While the first handler runs, the second task has ended but cannot complete. A cancel() at that
+// time must still be seen.
+TEST_F(URLProtocolTest, CancelBeforeHandlerGivesCancelledError) {
   install([](const URLRequest&, auto client) { client->didFinishLoading(); });
   const auto session = URLSession::make();
   Call second(requestFor("a:b"), session);
   Call first(requestFor("a:b"), session, [&] {
     second.task->resume();
-    while (seen->stopped < 2)
+    while (calls->stopped < 2)
       std::this_thread::yield();
     second.task->cancel();
     EXPECT_EQ(second.task->state(), State::canceling);
@@ -180,9 +181,9 @@ TEST_F(URLProtocolTest, ACancellationBeforeTheHandlerIsAlwaysSeen) {
   EXPECT_EQ(second.result().error->code(), URLError::cancelled);
 }
 
-TEST_F(URLProtocolTest, ATaskLetsGoOfItsHandlerOnceThatHasRun) {
+TEST_F(URLProtocolTest, HandlerIsDestroyedAfterItRan) {
   install([](const URLRequest&, auto client) { client->didFinishLoading(); });
-  // A handler that holds the last references to its session and, in a circle, to its own task.
+  // The handler owns its session and, as a reference cycle, its own task.
   struct Owned {
     std::shared_ptr<URLSession> session = URLSession::make();
     std::shared_ptr<URLSessionDataTask> task;
@@ -207,7 +208,7 @@ TEST_F(URLProtocolTest, ATaskLetsGoOfItsHandlerOnceThatHasRun) {
   EXPECT_EQ(droppedGone.get(), std::this_thread::get_id());
 }
 
-TEST(URLProtocolDeathTest, ProgrammingErrorsStopTheProcess) {
+TEST(URLProtocolDeathTest, ProgrammingErrorsStopProcess) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   EXPECT_DEATH(URLSession::make()->dataTask(requestFor("a:b"), nullptr), "completion handler");
   EXPECT_DEATH(URLProtocol::registerFactory(nullptr), "factory");

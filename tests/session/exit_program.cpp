@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-// Leaves a process while requests are in flight, in one of several ways; ends with 0 when nothing
-// was delivered or destroyed that must not be.
-//   exit_program WAY URL CA_FILE
-// The server must answer URL + "quick" and keep silent on URL + "stall".
+// Exits, in one of several scenarios, while data tasks are running. The exit status is 0 unless a
+// Forbidden object was destroyed or its handler ran.
+//   exit_program SCENARIO URL CA_FILE
+// The server must answer URL + "quick" and send nothing for URL + "stall".
 #include "tests/support/Call.h"
 #include "tests/support/Resolver.h"
 #include "tests/support/ThreadStart.h"
@@ -22,7 +22,7 @@ using namespace quorvelkit::test;
 
 namespace {
 
-// The captures of a handler that must neither run nor be destroyed.
+// Captured by handlers that must neither run nor be destroyed.
 struct Forbidden {
   ~Forbidden() { _exit(10); }
 };
@@ -34,7 +34,7 @@ void startForbidden(URLSession& session, const std::string& url) {
       ->resume();
 }
 
-void stallSome(URLSession& session, const std::string& url) {
+void startStalledTasks(URLSession& session, const std::string& url) {
   for (int i = 0; i < 5; ++i)
     startForbidden(session, url + "stall");
 }
@@ -44,18 +44,18 @@ struct ExitInProtocol : URLProtocol {
   void stopLoading() override {}
 };
 
-// Goes when the session's threads have stopped already; may start requests then.
-struct LateComer {
+// Destroyed after the session threads have stopped. Starts tasks then if it has a URL.
+struct StaticObject {
   std::shared_ptr<URLSession> session;
   std::string url;
-  ~LateComer() {
-    if (!url.empty()) stallSome(*session, url);
+  ~StaticObject() {
+    if (!url.empty()) startStalledTasks(*session, url);
   }
 };
 
-// Returns 0 when the call under way ends in the parent alone, with that code.
-int forkInFlight(const std::shared_ptr<URLSession>& session, const std::string& url,
-                 std::int64_t code) {
+// Returns 0 if the running call ends only in the parent process, with this code.
+int forkWhileRunning(const std::shared_ptr<URLSession>& session, const std::string& url,
+                     std::int64_t code) {
   const Call call(requestFor(url + "stall"), session);
   const Call suspended(requestFor(url + "quick"), session);
   call.task->resume();
@@ -79,44 +79,44 @@ int forkInFlight(const std::shared_ptr<URLSession>& session, const std::string& 
 
 }  // namespace
 
-// A child that starts threads after a fork with threads is what is under test here. Waiting a
-// second at each exit would show no more: the session's threads have ended by then.
+// This program tests a child that starts threads after a fork with threads. The default wait of one
+// second at exit is not necessary, since the session threads have ended by then.
 extern "C" const char* __tsan_default_options();
 extern "C" const char* __tsan_default_options() { return "die_after_fork=0:atexit_sleep_ms=50"; }
 
 int main(int, char** arguments) {
-  const std::string way = arguments[1], url = arguments[2];
-  static LateComer lateComer;
+  const std::string scenario = arguments[1], url = arguments[2];
+  static StaticObject staticObject;
   URLSessionConfiguration configuration;
   configuration.caFile = arguments[3];
   const auto session = URLSession::make(configuration);
-  if (way == "name" || way == "fork-name") {
+  if (scenario == "name" || scenario == "fork-name") {
     startForbidden(*session, "http://slow.test/");
     slowName->asked.get();
   }
-  if (way.ends_with("threadless")) threadsLeft = 0;
-  if (way == "fork-threadless") return forkInFlight(session, url, URLError::unknown);
-  if (way.starts_with("fork")) return forkInFlight(session, url, URLError::cancelled);
-  if (way == "idle") {
-    lateComer.session = session;
+  if (scenario.ends_with("threadless")) threadsLeft = 0;
+  if (scenario == "fork-threadless") return forkWhileRunning(session, url, URLError::unknown);
+  if (scenario.starts_with("fork")) return forkWhileRunning(session, url, URLError::cancelled);
+  if (scenario == "idle") {
+    staticObject.session = session;
   } else {
-    stallSome(*session, url);
+    startStalledTasks(*session, url);
   }
-  if (way == "threadless") return 0;
-  if (way == "protocol") {
+  if (scenario == "threadless") return 0;
+  if (scenario == "protocol") {
     URLProtocol::registerFactory([](const URLRequest& request) {
       return request.url().scheme() == "leave" ? std::make_unique<ExitInProtocol>() : nullptr;
     });
     send(requestFor("leave:now"), session);
   }
   if (send(requestFor(url + "quick"), session).status() != 200) return 16;
-  if (way == "handler") {
+  if (scenario == "handler") {
     Call(requestFor(url + "quick"), session, [] { exit(0); }).task->resume();
     pause();
   }
-  if (way == "late") {
-    lateComer.session = session;
-    lateComer.url = url;
+  if (scenario == "late") {
+    staticObject.session = session;
+    staticObject.url = url;
   }
   return 0;
 }

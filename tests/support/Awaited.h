@@ -11,8 +11,8 @@
 
 namespace quorvelkit::test {
 
-/// A value that one thread sets and another waits for. Copies share it, so that it may be set
-/// while the one who waits goes away.
+/// A value that one thread sets and another thread waits for. Copies share the value, so that one
+/// copy may be destroyed while another one is set. Thread-safe.
 template <class T>
 class Awaited {
  public:
@@ -23,13 +23,14 @@ class Awaited {
     }
     shared_->changed.notify_all();
   }
-  /// The value; throws when none comes in half a minute.
+  /// Waits for the value. Throws after 30 seconds.
   T get() const {
-    if (!waitFor(std::chrono::seconds(30))) throw std::runtime_error("Waited in vain.");
+    if (!waitFor(std::chrono::seconds(30)))
+      throw std::runtime_error("The awaited value was not set.");
     const std::lock_guard lock(shared_->mutex);
     return *shared_->value;
   }
-  /// Whether there is a value, now or within so much time.
+  /// Waits for the value. Returns false if it is not set within this time.
   bool waitFor(std::chrono::milliseconds time) const {
     std::unique_lock lock(shared_->mutex);
     return shared_->changed.wait_for(lock, time, [&] { return shared_->value.has_value(); });

@@ -35,8 +35,8 @@ inline JSON fromOracle(const Oracle& value) {
   return JSON();
 }
 
-/// What the oracle reads in a text; absent when that is no document. The oracle takes a NUL for
-/// the end of the text, which no document may contain as it is.
+/// Parses a text with the oracle. Absent if it is not a document. The oracle stops at a NUL byte,
+/// which is not allowed in a document.
 inline std::optional<JSON> parsedByOracle(const std::string& text) {
   const Oracle oracle = Oracle::parse(text, nullptr, false);
   const bool accepted = !oracle.is_discarded() && text.find('\0') == std::string::npos;

@@ -12,7 +12,7 @@
 
 namespace {
 
-// One block each, list and address.
+// List entry and address in one block of memory.
 struct Entry {
   addrinfo info;
   sockaddr_in address;

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-// The names and interfaces of a test program. One that is built with Resolver.cpp and exports its
-// symbols resolves names here: nothing asks a name server.
+// Replaces the resolver and the network interfaces of a test program. The program must be built
+// with Resolver.cpp and must export its symbols. No request goes to a name server.
 //
 //   unknown.test         does not exist
-//   later.test           cannot be resolved for now
-//   slow.test            cannot be resolved before slowName.mayAnswer
-//   second.test          127.0.0.2, where nothing listens, then 127.0.0.1
-//   any other            127.0.0.1
+//   later.test           cannot be resolved at the moment
+//   slow.test            does not exist; the look-up waits for slowName.mayAnswer
+//   second.test          127.0.0.2, which refuses connections, then 127.0.0.1
+//   other names          127.0.0.1
 #pragma once
 
 #include "tests/support/Awaited.h"
@@ -17,10 +17,11 @@
 
 namespace quorvelkit::test {
 
-/// Whether an interface other than the loopback is up.
+/// Whether an interface other than the loopback interface is up.
 inline std::atomic<bool> online = true;
 
-/// The resolver's thread may outlive the test.
+/// Controls the look-up of slow.test. Never destroyed, because the resolver thread may run longer
+/// than the test.
 struct SlowName {
   Awaited<bool> asked, mayAnswer;
 };

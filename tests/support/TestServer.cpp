@@ -25,7 +25,7 @@ ssl_ctx_st* makeContext(const TestServer::TLS& tls) {
   SSL_CTX* const context = SSL_CTX_new(TLS_server_method());
   if (SSL_CTX_use_certificate_chain_file(context, tls.certificateFile.c_str()) != 1 ||
       SSL_CTX_use_PrivateKey_file(context, tls.keyFile.c_str(), SSL_FILETYPE_PEM) != 1) {
-    throw std::runtime_error("No certificate could be read.");
+    throw std::runtime_error("The certificate of the test server could not be read.");
   }
   if (tls.highestVersion != 0) {
     SSL_CTX_set_security_level(context, 0);
@@ -46,13 +46,13 @@ std::pair<int, sockaddr_in> boundSocket() {
   socklen_t size = sizeof address;
   auto* const generic = reinterpret_cast<sockaddr*>(&address);
   if (::bind(socket, generic, size) != 0 || ::getsockname(socket, generic, &size) != 0) {
-    throw std::runtime_error("No port could be had.");
+    throw std::runtime_error("No port could be bound.");
   }
   return {socket, address};
 }
 
-std::string withLength(const std::string& head, std::string_view body) {
-  return (head + "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n").append(body);
+std::string withLength(const std::string& header, std::string_view body) {
+  return (header + "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n").append(body);
 }
 
 Connection::~Connection() {
@@ -95,15 +95,15 @@ std::optional<std::string> Connection::take(std::size_t count) {
   return taken;
 }
 
-std::optional<ReceivedRequest> Connection::readHead() {
+std::optional<ReceivedRequest> Connection::readHeaderBlock() {
   std::size_t end = 0;
   while ((end = unread_.find("\r\n\r\n")) == std::string::npos) {
     if (!receiveMore()) return std::nullopt;
   }
   ReceivedRequest request;
-  request.head = unread_.substr(0, end + 2);
+  request.headerBlock = unread_.substr(0, end + 2);
   unread_.erase(0, end + 4);
-  std::string_view rest = request.head;
+  std::string_view rest = request.headerBlock;
   const std::string_view first = rest.substr(0, rest.find("\r\n"));
   request.method = first.substr(0, first.find(' '));
   request.target = first.substr(first.find(' ') + 1);
@@ -119,7 +119,7 @@ std::optional<ReceivedRequest> Connection::readHead() {
 }
 
 std::optional<ReceivedRequest> Connection::read() {
-  auto request = readHead();
+  auto request = readHeaderBlock();
   if (!request) return std::nullopt;
   const std::string length = std::string(request->fields.value("Content-Length").value_or("0"));
   auto body = take(std::strtoull(length.c_str(), nullptr, 10));
@@ -209,7 +209,7 @@ void TestServer::accept() {
   }
 }
 
-// A client that goes while TLS writes to it must not end the test's process.
+// Blocks SIGPIPE: TLS may write to a connection that the client has closed.
 void TestServer::serve(const std::shared_ptr<Connection>& connection) {
   sigset_t brokenPipe;
   sigemptyset(&brokenPipe);
@@ -221,10 +221,10 @@ void TestServer::serve(const std::shared_ptr<Connection>& connection) {
   connections_.remove(connection);
 }
 
-// The socket stays bound, so that no server gets the port after all.
+// The socket stays open, so that no other program gets the port.
 int unusedPort() { return ntohs(boundSocket().second.sin_port); }
 
-// More wait there than it has places for, for good.
+// Fills the queue of waiting connections and never accepts one.
 int deafPort() {
   const auto [socket, address] = boundSocket();
   ::listen(socket, 0);

@@ -22,10 +22,10 @@ struct ssl_st;
 
 namespace quorvelkit::test {
 
-/// A request as it came over the wire.
+/// A request as the server received it.
 struct ReceivedRequest {
-  std::string method, target, head, body;
-  /// The fields; those of one name are joined with "|", so that a second line shows.
+  std::string method, target, headerBlock, body;
+  /// The header fields. Several values of one name are joined with "|".
   HTTPHeaderFields fields;
 
   std::string value(std::string_view name) const {
@@ -33,7 +33,7 @@ struct ReceivedRequest {
   }
 };
 
-/// One accepted connection: what a server may do to a client.
+/// One connection that a server accepted.
 class Connection {
  public:
   Connection(int socket, ssl_st* tls, int count = 1) : number(count), socket_(socket), tls_(tls) {}
@@ -41,32 +41,32 @@ class Connection {
   Connection& operator=(const Connection&) = delete;
   ~Connection();
 
-  /// The next request; absent once the client has closed.
+  /// Reads the next request. Absent if the client has closed.
   std::optional<ReceivedRequest> read();
-  /// Only the head of the next request; its body stays unread.
-  std::optional<ReceivedRequest> readHead();
-  /// The next bytes, so many; absent once the client has closed.
+  /// Reads the header block of the next request, but not its body.
+  std::optional<ReceivedRequest> readHeaderBlock();
+  /// Reads this many bytes. Absent if the client has closed.
   std::optional<std::string> take(std::size_t count);
-  /// Sends bytes as they are; false once the client has closed.
+  /// Sends bytes unchanged. Returns false if the client has closed.
   bool send(std::string_view bytes);
-  /// Sends a whole answer with its length.
+  /// Sends a complete answer with a Content-Length field.
   void answer(int status, std::string_view body = {}, std::string_view headerLines = {});
-  /// Stands still until the client closes.
+  /// Sends nothing and waits until the client closes.
   void stall();
   void close();
-  /// Closes with a reset in place of an orderly end.
+  /// Closes with a TCP reset.
   void reset();
   bool isOpen() const { return socket_ >= 0; }
   bool finishHandshake();
-  /// Wakes a thread that is reading or writing.
+  /// Ends the wait of a thread that is reading or writing.
   void interrupt();
 
-  /// Counted from 1 in each server.
+  /// The number of the connection in its server, from 1.
   const int number;
 
  private:
   std::ptrdiff_t receive(char* into, std::size_t size);
-  /// Receives some more of what is unread; false once the client has closed.
+  /// Receives further bytes into unread_. Returns false if the client has closed.
   bool receiveMore();
 
   std::mutex mutex_;
@@ -75,8 +75,8 @@ class Connection {
   std::string unread_;
 };
 
-/// A server on the loopback interface, for HTTP or whatever its script does to a connection. Each
-/// connection has a thread.
+/// A server on a free port of the loopback interface. Runs its script for each connection, on a
+/// thread per connection.
 class TestServer {
  public:
   using Script = std::function<void(Connection&)>;
@@ -84,9 +84,9 @@ class TestServer {
 
   struct TLS {
     std::string certificateFile, keyFile;
-    /// The highest version, as OpenSSL numbers them; 0 for the newest.
+    /// The highest TLS version as an OpenSSL constant, or 0 for the newest.
     int highestVersion = 0;
-    /// Whether HTTP/2 is what the server wants to speak.
+    /// Whether the server selects HTTP/2.
     bool http2 = false;
   };
 
@@ -97,12 +97,12 @@ class TestServer {
   TestServer& operator=(const TestServer&) = delete;
   ~TestServer();
 
-  /// A script that hands one request after another to a handler.
+  /// Creates a script that calls the handler for each request.
   static Script answering(Handler handler);
 
   int port() const { return port_; }
   std::string url(std::string_view path = "/") const;
-  /// What was accepted since the start.
+  /// The number of connections accepted since the start.
   int connectionCount() const { return connectionCount_; }
 
  private:
@@ -121,14 +121,14 @@ class TestServer {
   std::thread acceptor_;
 };
 
-/// The head of an answer, the length of the body, and the body, as they stand on the wire.
-std::string withLength(const std::string& head, std::string_view body);
+/// Returns an answer in wire format: the header lines, a Content-Length field and the body.
+std::string withLength(const std::string& header, std::string_view body);
 
-/// A socket bound to a free port of the loopback interface, and its address.
+/// Returns a socket that is bound to a free port of the loopback interface, and its address.
 std::pair<int, sockaddr_in> boundSocket();
-/// A port of the loopback interface on which nothing listens.
+/// Returns a port of the loopback interface that refuses connections.
 int unusedPort();
-/// A port of the loopback interface that takes no notice of who wants to connect.
+/// Returns a port of the loopback interface that does not answer connection attempts.
 int deafPort();
 
 }  // namespace quorvelkit::test

@@ -8,7 +8,7 @@
 
 using Start = int(pthread_t*, const pthread_attr_t*, void* (*)(void*), void*);
 
-// The function of a sanitizer, which has to know of each thread.
+// The function of a sanitizer, which must intercept the start of each thread.
 extern "C" __attribute__((weak)) Start __interceptor_pthread_create;
 
 extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attributes,

@@ -6,8 +6,8 @@
 
 namespace quorvelkit::test {
 
-/// How many threads may still start in a test program that is built with ThreadStart.cpp and
-/// exports its symbols.
+/// The number of threads that can still start in a test program. The program must be built with
+/// ThreadStart.cpp and must export its symbols.
 inline std::atomic<int> threadsLeft = INT_MAX;
 
 }  // namespace quorvelkit::test
