@@ -1,9 +1,9 @@
 # SPDX-License-Identifier: Apache-2.0
-# How every target of this project is compiled.
+# Compiler and linker settings of all targets of this project.
 
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-  # Two checkouts of the same sources share what was compiled once.
+  # Two checkouts of the same sources share the cache.
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}
       CCACHE_NOHASHDIR=true CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE_PROGRAM})
 endif()
@@ -13,7 +13,7 @@ target_compile_options(quorvelkit_build_settings INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow
   $<$<BOOL:${QUORVELKIT_WARNINGS_AS_ERRORS}>:-Werror>)
 if(QUORVELKIT_SANITIZERS)
-  # Every object takes part, also those of the tests: a half-instrumented program misses races.
+  # The tests are instrumented too: ThreadSanitizer misses races with code that is not.
   add_compile_options(-fsanitize=${QUORVELKIT_SANITIZERS} -fno-sanitize-recover=all
                       -fno-omit-frame-pointer -O1)
   add_link_options(-fsanitize=${QUORVELKIT_SANITIZERS})
@@ -26,8 +26,8 @@ if(QUORVELKIT_SANITIZERS)
   endif()
 endif()
 
-# A shared library is optimised as a whole. A static one is not: its objects would only link with the
-# compiler that made them.
+# The shared library is built with link-time optimisation. The static library is not, because its
+# objects would only link with the compiler that made them.
 if(BUILD_SHARED_LIBS)
   include(CheckIPOSupported)
   check_ipo_supported(RESULT QUORVELKIT_OPTIMISE_WHOLE LANGUAGES CXX)
@@ -38,16 +38,16 @@ if(QUORVELKIT_COVERAGE)
   add_link_options(-fprofile-instr-generate)
 endif()
 
-# What nearly every source includes is read once a target, with further headers where given; worth it
-# from three sources on.
+# Precompiles the headers that most sources include, and the given ones. Saves time for targets with
+# three sources or more.
 function(quorvelkit_precompile_headers target)
   target_precompile_headers(${target} PRIVATE
     <algorithm> <chrono> <functional> <map> <memory> <mutex> <optional> <string> <string_view>
     <utility> <vector> ${ARGN})
 endfunction()
 
-# A program, test or tool of this project. With a sanitizer it is compiled without optimisation, in a
-# third of the time; the library, which does the work, is not.
+# Settings of a program, a test or a tool of this project. With a sanitizer, programs are compiled
+# without optimisation, which takes a third of the time; the library is optimised.
 function(quorvelkit_program_settings target)
   target_link_libraries(${target} PRIVATE quorvelkit_build_settings)
   if(QUORVELKIT_SANITIZERS)
@@ -55,14 +55,14 @@ function(quorvelkit_program_settings target)
   endif()
 endfunction()
 
-# A library that applications link: hidden symbols, SONAME, headers included from the root.
+# Settings of a library that applications link: hidden symbols, SONAME, includes relative to the root.
 function(quorvelkit_library_settings target)
   target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:quorvelkit_build_settings>)
   target_compile_features(${target} PUBLIC cxx_std_20)
-  # Its functions call each other directly: nobody puts others in their place.
+  # Calls between functions of the library are direct. Programs cannot replace one of them.
   target_compile_options(${target} PRIVATE -fno-semantic-interposition)
-  # What a call returns in two registers stays in them: put together in one vector register by way
-  # of memory, it is waited for longer than a look-up takes.
+  # GCC 12 would move a result from two registers to one vector register through memory, which takes
+  # longer than a look-up.
   target_compile_options(${target} PRIVATE -fno-tree-slp-vectorize)
   target_link_options(${target} PRIVATE -Wl,-Bsymbolic-functions)
   quorvelkit_precompile_headers(${target})

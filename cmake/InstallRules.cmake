@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-# Installs the library, its headers, and what find_package and pkg-config read.
+# Installs the library, its headers and the files for find_package and pkg-config.
 include(CMakePackageConfigHelpers)
 
 set(QUORVELKIT_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/QuorvelKit)
@@ -9,8 +9,8 @@ install(TARGETS QuorvelKit EXPORT QuorvelKitTargets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
   FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 if(BUILD_SHARED_LIBS)
-  # gdb reads the script that has the whole path of the library, below its own data folder, which is
-  # that of the prefix /usr.
+  # gdb loads a script automatically if its path below gdb's data folder, which is that of the prefix
+  # /usr, is the path of the library.
   install(FILES QuorvelKit/JSON/gdb/printers.py
     DESTINATION ${CMAKE_INSTALL_DATADIR}/gdb/auto-load\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}
     RENAME $<TARGET_FILE_NAME:QuorvelKit>-gdb.py)
@@ -25,7 +25,7 @@ install(FILES
   ${PROJECT_BINARY_DIR}/QuorvelKitConfigVersion.cmake
   DESTINATION ${QUORVELKIT_CMAKE_DIR})
 
-# A static library leaves linking its own dependencies to the application.
+# An application that links the static library also links the dependencies of the library.
 if(BUILD_SHARED_LIBS)
   set(QUORVELKIT_PC_REQUIRES "Requires.private: libcurl liburiparser")
 else()

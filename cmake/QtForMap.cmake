@@ -1,6 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-# Decides whether QuorvelKit::Map is built, and finds Qt for it: sets QUORVELKIT_HAS_MAP. A machine
-# without Qt builds the core all the same.
+# Finds Qt for QuorvelKit::Map and sets QUORVELKIT_HAS_MAP. Without Qt only the core is built.
 set(QUORVELKIT_BUILD_MAP AUTO CACHE STRING
     "Build QuorvelKit::Map: AUTO (where Qt is found), ON or OFF")
 set_property(CACHE QUORVELKIT_BUILD_MAP PROPERTY STRINGS AUTO ON OFF)

@@ -150,7 +150,7 @@ TEST(MapStyleTest, NoteContainsErrorsOfTheStyleAndDocumentsAreRequestedOnce) {
 TEST(MapStyleTest, AttributionsAreShownAsTextAndLinksInsideTheView) {
   const TestApplication application;
   FixedAnswerServer tileJSON(200, R"({"tiles":[],"attribution":"&copy; Surveyors"})");
-  FixedAnswerServer missing(404, R"({"attribution":"nobody"})");
+  FixedAnswerServer missing(404, R"({"attribution":"no owner"})");
   const QByteArray attribution =
       R"(<h1>&copy;</h1><img src='file:///x.png' width=300 height=300>)"
       R"(<a href='https://a.example/?b=1&amp;c'>Some <b>body</b></a>)"
