@@ -25,7 +25,7 @@ class QUORVELKIT_EXPORT MainQueue {
  public:
   using Block = std::function<void()>;
 
-  /// A block with a preallocated queue entry: async() then needs no memory and cannot fail. If it
+  /// A block with a preallocated queue entry: async() then allocates no memory. If it
   /// is not added to the queue, the block is destroyed with this object.
   class Prepared {
    public:

@@ -9,8 +9,8 @@
 
 namespace quorvelkit {
 
-/// The settings of a session. Certificates and host names are always verified; there is no setting
-/// against that.
+/// The settings of a session. Certificates and host names are always verified; no setting
+/// disables that.
 struct QUORVELKIT_EXPORT URLSessionConfiguration {
   using TimeInterval = std::chrono::duration<double>;
 
@@ -32,10 +32,11 @@ struct QUORVELKIT_EXPORT URLSessionConfiguration {
   /// variables are not read.
   std::string proxy;
 
-  /// Returns the settings of the shared session: the values above, or those of setDefault().
-  /// Thread-safe.
+  /// Returns the default settings, which the shared session uses: the values above, or those of
+  /// setDefault(). Thread-safe.
   static URLSessionConfiguration defaultConfiguration();
-  /// Sets the settings of the shared session. Has no effect on it after its first use. Thread-safe.
+  /// Changes the default settings. Has no effect on the shared session after its first use.
+  /// Thread-safe.
   static void setDefault(URLSessionConfiguration configuration);
 };
 
