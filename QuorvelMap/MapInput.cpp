@@ -60,7 +60,7 @@ TouchGeometry touchGeometry(const std::vector<QPointF>& fingers) {
 QPointF MapInput::center() const { return QRectF(QPointF(), QSizeF(view_.size())).center(); }
 
 // Moves the world position at the point `from` to the point `to` and zooms. Calculates with world
-// positions, because a small view can show a coordinate more than once.
+// positions, because a view can show several copies of the world.
 void MapInput::move(QPointF from, QPointF to, double levels) {
   const MapCamera camera{view_.centerCoordinate(), view_.zoomLevel()};
   const double fillingLevel = std::log2(std::max(view_.width(), view_.height()) / worldWidth(0));
