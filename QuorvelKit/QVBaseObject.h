@@ -30,7 +30,8 @@ class QUORVELKIT_EXPORT QVBaseObject {
   virtual void setJSON(std::optional<JSON> json);
 
   /// Returns the untyped value of a member: null if the member is missing, nullopt if the object
-  /// has no JSON. All properties are read through this function, so an override affects them all.
+  /// has no JSON. All properties are read through this function, so an override affects them all,
+  /// except objects and locations inside this object, which are read from json().
   virtual std::optional<Value> getValue(const KeyView& key) const;
 
  protected:

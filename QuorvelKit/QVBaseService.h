@@ -49,7 +49,8 @@ struct QVCallSteps {
 ///  - Return value: the running task if the configuration is loaded. Otherwise null, although a
 ///    response follows. A cancelled task still delivers a response; its isCancelled() is true.
 ///  - Errors: every failure is in QVBaseResponse::error. No request is sent twice. If memory runs
-///    out after the first byte of the answer, the error is URLError::outOfMemory().
+///    out after the first byte of the answer, the error is URLError::outOfMemory(), or
+///    URLError::cannotParseResponse where libcurl cannot tell it from a line that is too long.
 ///  - Threads: any thread may call. A request object belongs to one call until the HTTP request of
 ///    that call is made. Calls that share a request object must come from one thread.
 ///  - Programming errors: a null request and an empty completion handler stop the process.

@@ -36,7 +36,8 @@ std::shared_ptr<URLSessionDataTask> QVConfiguration::get(
   // response, because it is destroyed on the main queue.
   steps.inspectResponse =
       [previous = std::shared_ptr<QVConfigurationResponse>()](const auto& response) mutable {
-        previous = storedResponse().set(response);
+        // Without a task nothing was sent: the next call tries again.
+        if (response->task()) previous = storedResponse().set(response);
       };
   return call(std::move(request), std::move(completionHandler), std::move(steps));
 }

@@ -48,7 +48,9 @@ class PendingCall {
 
   explicit PendingCall(ApplicationObjects given)
       : objects(std::make_shared<ApplicationObjects>(std::move(given))),
-        delivery_([moved = objects] { moved->completionHandler(std::move(moved->response)); }) {}
+        delivery_([moved = objects] { moved->completionHandler(std::move(moved->response)); }) {
+    static_cast<void>(URLError::outOfMemory());  // Created while there is memory.
+  }
 
   /// Null after the end of the call.
   std::shared_ptr<ApplicationObjects> objects;

@@ -17,9 +17,8 @@ class QUORVELKIT_EXPORT QVRouteResponse : public QVBaseResponse {
 
   /// The body as a route. Absent if the body is absent, empty or not JSON, which is possible
   /// without an error(): a network that requires a login answers with status 200 and HTML. Any
-  /// other JSON
-  /// (`null`, the document of an error) makes a route without points. Check error(), then route(),
-  /// then its points.
+  /// other JSON (`null`, the document of an error) makes a route without points. Check error(),
+  /// then route(), then its points.
   const std::optional<QVRoute>& route() const { return route_; }
 
  protected:

@@ -25,8 +25,8 @@ class QUORVELKIT_EXPORT MainQueue {
  public:
   using Block = std::function<void()>;
 
-  /// A block with a preallocated queue entry: async() then allocates no memory. If it
-  /// is not added to the queue, the block is destroyed with this object.
+  /// A block with a preallocated queue entry: async() then allocates no memory. If it is not added
+  /// to the queue, the block is destroyed with this object.
   class Prepared {
    public:
     /// No block.

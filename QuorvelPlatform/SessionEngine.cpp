@@ -2,7 +2,6 @@
 // The way of a data task through the engine: start(), messages to the IO thread, a loader, the
 // completion queue. SessionThreads.cpp starts and stops the threads.
 #include <QuorvelPlatform/FatalError.h>
-#include <QuorvelPlatform/MainQueue.h>
 #include <QuorvelPlatform/ProtocolRegistry_p.h>
 #include <QuorvelPlatform/SessionEngine_p.h>
 #include <QuorvelPlatform/URLError.h>
@@ -50,6 +49,7 @@ void SessionEngine::post(TaskMessages messages) {
 }
 
 void SessionEngine::enqueueCompletion(std::shared_ptr<DataTask> task, TaskResult result) {
+  if (threadCount_ == 0) prepareMainQueueRun();
   if (!completions_.push(std::move(task), std::move(result))) return;
   if (isIOThread()) {
     constexpr std::chrono::microseconds maximumBatchTime(500);
@@ -59,13 +59,26 @@ void SessionEngine::enqueueCompletion(std::shared_ptr<DataTask> task, TaskResult
   }
 }
 
+// Allocates the block that completes tasks on the main queue before a task is added, because a task
+// that is in the completion queue must complete also if no memory is left.
+void SessionEngine::prepareMainQueueRun() {
+  MainQueue::Prepared prepared([this] {
+    if (threadCount_ == 0) completions_.run(1);
+    if (completions_.needsThread()) notifyOtherThread();
+  });
+  const std::lock_guard lock(mutex_);
+  mainQueueRun_ = std::move(prepared);
+}
+
 // Notifies a waiting thread. If no thread could be started, the main queue completes the tasks.
 void SessionEngine::notifyOtherThread() {
   if (threadCount_ == 0) {
-    return MainQueue::main().async([this] {
-      if (threadCount_ == 0) completions_.run(1);
-      if (completions_.needsThread()) notifyOtherThread();
-    });
+    MainQueue::Prepared run;
+    {
+      const std::lock_guard lock(mutex_);
+      std::swap(run, mainQueueRun_);
+    }
+    return MainQueue::main().async(std::move(run));
   }
   // After this lock, a thread that found no work before is waiting and receives the notification.
   { const std::lock_guard lock(mutex_); }

@@ -3,6 +3,7 @@
 
 #include <QuorvelPlatform/CompletionQueue_p.h>
 #include <QuorvelPlatform/DataTask_p.h>
+#include <QuorvelPlatform/MainQueue.h>
 #include <QuorvelPlatform/TaskLoader_p.h>
 #include <QuorvelPlatform/TaskResult_p.h>
 #include <QuorvelPlatform/curl/TransferLoop_p.h>
@@ -68,6 +69,7 @@ class SessionEngine {
   std::string startThreads();
   void stop();
   void runThread();
+  void prepareMainQueueRun();
   void notifyOtherThread();
   bool hasIOThread() const { return ioThread_.load() != std::thread::id(); }
   bool isIOThread() const { return ioThread_.load() == std::this_thread::get_id(); }
@@ -87,11 +89,12 @@ class SessionEngine {
   std::array<std::thread, 2> threads_;
   std::atomic<std::size_t> threadCount_ = 0;
 
-  std::mutex mutex_;  // Guards the inbox and ioThreadSleeps_.
+  std::mutex mutex_;  // Guards the inbox, ioThreadSleeps_ and mainQueueRun_.
   std::condition_variable hasWork_;
   std::atomic<bool> stopping_ = false;
   TaskMessages inbox_;  // Messages of other threads to the IO thread.
   bool ioThreadSleeps_ = false;
+  MainQueue::Prepared mainQueueRun_;  // Set while the engine has no thread and a task is added.
   std::atomic<std::thread::id> ioThread_;  // No thread if nothing is running.
 
   CompletionQueue completions_;

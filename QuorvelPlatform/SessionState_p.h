@@ -21,8 +21,8 @@ class SessionState {
   void leakTransferPool();
 
   const URLSessionConfiguration configuration;
-  /// Used on the IO thread of the process that created it, and by no other process. Null until the
-  /// first network request.
+  /// Used on the IO thread of the process that created it, and by no other process. Destroyed on
+  /// the thread that releases the session or its last task. Null until the first network request.
   std::shared_ptr<TransferPool> transferPool;
   /// SessionEngine::processGeneration() of the process that created the pool.
   int transferPoolGeneration = 0;

@@ -24,7 +24,8 @@ struct QUORVELKIT_EXPORT URLSessionConfiguration {
   /// The most memory in bytes for the document of an answer and its models while a service call
   /// builds its response. If they need more, the call fails with
   /// URLError::dataLengthExceedsMaximum. A route needs about two bytes per byte of its body. The
-  /// body itself and documents that an application parses are not counted.
+  /// body itself is not counted. Documents that a step of the application's response parses are
+  /// counted, all others are not.
   std::size_t maximumDocumentSize = std::size_t{768} << 20U;
   /// A PEM file with the trusted certificate authorities. Empty: those of the system.
   std::string caFile;

@@ -20,10 +20,13 @@ class QUORVELKIT_EXPORT URLSessionDataTask {
   URLSessionDataTask& operator=(const URLSessionDataTask&) = delete;
   virtual ~URLSessionDataTask();
 
-  /// Starts the task. Does nothing if the task was started or cancelled before.
+  /// Starts the task. Does nothing if the task was started or cancelled before. If this throws
+  /// std::bad_alloc, the handler never runs.
   virtual void resume() = 0;
   /// Ends the task with URLError::cancelled, also if it was never resumed. In the state canceling,
   /// the handler always receives that error. Does nothing after the handler has begun.
+  /// If this throws std::bad_alloc, a running task continues, and the handler of a suspended one
+  /// never runs.
   virtual void cancel() = 0;
   virtual State state() const = 0;
   virtual const URLRequest& originalRequest() const = 0;

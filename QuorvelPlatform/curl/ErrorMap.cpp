@@ -139,7 +139,11 @@ std::string networkErrorText(CURLcode code, std::string_view errorBuffer,
   const bool isText = isUTF8(text);
   std::replace_if(
       text.begin(), text.end(),
-      [&](char c) { return (c >= '\0' && c < ' ') || c == '\x7f' || (c < '\0' && !isText); }, ' ');
+      [&](char c) {
+        const auto byte = static_cast<unsigned char>(c);
+        return byte < ' ' || byte == 0x7F || (byte > 0x7F && !isText);
+      },
+      ' ');
   return text;
 }
 

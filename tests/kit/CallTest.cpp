@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <thread>
 
 namespace quorvelkit {
@@ -70,6 +71,19 @@ TEST(CallTest, ModelsAboveTheMemoryBudgetAreAnError) {
   }
   // The budget does not limit an application's own models.
   EXPECT_EQ(QVRoute(JSON::parse(listBody("points", "0", 90'000))).points().size(), 90'000U);
+}
+
+TEST(CallTest, ConfigurationIsNotCachedIfItsRequestHadNoMemory) {
+  struct RequestWithoutMemory : QVConfigurationRequest {
+    std::optional<URLRequest> request() override { throw std::bad_alloc(); }
+  };
+  FakeServer server;
+  std::shared_ptr<QVConfigurationResponse> answer;
+  QVConfiguration::get(std::make_shared<RequestWithoutMemory>(),
+                       [&](auto response) { answer = std::move(response); });
+  EXPECT_TRUE(runMainQueueUntil([&] { return answer != nullptr; }));
+  EXPECT_EQ(answer->error(), URLError::outOfMemory());
+  EXPECT_EQ(QVConfiguration::cachedResponse(), nullptr);
 }
 
 TEST(CallTest, SecondProceedStopsTheProcess) {

@@ -133,21 +133,20 @@ std::vector<QRect> completeLabels(const QImage& picture) {
       start = x + 1;
     }
   }
-  for (std::size_t i = 0; i < runs.size(); ++i) {
-    const auto bottom = std::find_if(runs.begin() + i + 1, runs.end(), [&](const QRect& run) {
-      return run.left() == runs[i].left() && run.right() == runs[i].right() &&
-             run.y() - runs[i].y() > 10;
+  for (auto top = runs.begin(); top != runs.end(); ++top) {
+    const auto bottom = std::find_if(top + 1, runs.end(), [&](const QRect& run) {
+      return run.left() == top->left() && run.right() == top->right() && run.y() - top->y() > 10;
     });
     if (bottom == runs.end()) continue;
-    const int middle = (runs[i].y() + bottom->y()) / 2;
+    const int middle = (top->y() + bottom->y()) / 2;
     // The corners are rounded, so the vertical edges are outside the horizontal ones.
-    int left = runs[i].left(), right = runs[i].right();
-    while (left > runs[i].left() - 6 && !isEdge(left, middle))
+    int left = top->left(), right = top->right();
+    while (left > top->left() - 6 && !isEdge(left, middle))
       --left;
-    while (right < runs[i].right() + 6 && !isEdge(right, middle))
+    while (right < top->right() + 6 && !isEdge(right, middle))
       ++right;
     if (isEdge(left, middle) && isEdge(right, middle))
-      labels.emplace_back(QPoint(left, runs[i].y()), QPoint(right, bottom->y()));
+      labels.emplace_back(QPoint(left, top->y()), QPoint(right, bottom->y()));
     *bottom = QRect();
   }
   return labels;

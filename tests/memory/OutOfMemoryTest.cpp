@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-// Every allocation of the library's threads fails once, while calls are under way. The servers are
-// another process, so that all threads but the main one are the library's.
+// Makes each allocation of the library's threads fail once while calls are pending. The servers run
+// in another process, so that all threads except the main thread are threads of the library.
 #include "tests/faults/Scripts.h"
 #include "tests/kit/FakeServer.h"
+#include "tests/support/ThreadStart.h"
 
 #include <QuorvelKit/QVFind.h>
 #include <QuorvelKit/QVNavigation.h>
@@ -27,11 +28,12 @@ void* __libc_realloc(void* block, std::size_t size) noexcept;
 namespace {
 
 const pthread_t mainThread = pthread_self();
-std::atomic<bool> isFailing{false}, failsFromThenOn{false};
+std::atomic<bool> isFailing{false}, failsOnMainThread{false}, failsFromThenOn{false};
 std::atomic<int> failingAllocation{0}, allocations{0};
 
 bool failsNow() noexcept {
-  if (!isFailing || pthread_equal(pthread_self(), mainThread) != 0) return false;
+  const bool isMainThread = pthread_equal(pthread_self(), mainThread) != 0;
+  if (!isFailing || isMainThread != failsOnMainThread) return false;
   const int number = ++allocations;
   const bool fails = failsFromThenOn ? number >= failingAllocation : number == failingAllocation;
   if (fails) errno = ENOMEM;
@@ -40,7 +42,7 @@ bool failsNow() noexcept {
 
 }  // namespace
 
-// In the place of the C library's, also for the other libraries.
+// Replace the functions of the C library, also for other libraries.
 extern "C" {
 void* malloc(std::size_t size) noexcept { return failsNow() ? nullptr : __libc_malloc(size); }
 void* calloc(std::size_t count, std::size_t size) noexcept {
@@ -59,8 +61,8 @@ using namespace test;
 const std::string routeBody =
     R"({"points":[{"lat":1.5,"turn":{"st":{"name":"Fleet Street","hwy":{}}}},0],"distance":"\u00e9"})";
 
-// Its port, in a process that ends with this one.
-int serverInAnotherProcess() {
+// Returns the port of a server in a child process, which ends with this process.
+int startServerProcess() {
   int ends[2] = {-1, -1};
   if (pipe(ends) != 0) return 0;
   if (fork() == 0) {
@@ -98,7 +100,7 @@ int serverInAnotherProcess() {
 
 using Handler = std::function<void(std::shared_ptr<QVBaseResponse>)>;
 
-// A call, and what of its response must be there unless it has an error of the transport.
+// A call, and the condition for its response if that has no error of the transport.
 struct Row {
   const char* path;
   std::function<void(Handler)> start;
@@ -141,10 +143,10 @@ const Row rows[] = {
      [](const auto& r) { return !r.error() && !r.data()->empty(); }},
 };
 
-// Gives the number of allocations.
+// Returns the number of allocations.
 int callWithFailures(const Row& row, int failing, bool fromThenOn) {
   SCOPED_TRACE(std::string(row.path) + ", allocation " + std::to_string(failing) +
-               (fromThenOn ? " and all behind it" : ""));
+               (fromThenOn ? " and all later ones" : ""));
   failingAllocation = failing;
   failsFromThenOn = fromThenOn;
   allocations = 0;
@@ -171,8 +173,8 @@ int callWithFailures(const Row& row, int failing, bool fromThenOn) {
   return allocations;
 }
 
-TEST(OutOfMemoryTest, aCallEndsOnceWhateverAllocationFails) {
-  const std::string root = "http://127.0.0.1:" + std::to_string(serverInAnotherProcess());
+TEST(OutOfMemoryTest, CallEndsOnceIfAnyAllocationFails) {
+  const std::string root = "http://127.0.0.1:" + std::to_string(startServerProcess());
   QVBackendless::setBaseURL(root);
   for (const Row& row : rows) {
     for (const bool fromThenOn : {false, true}) {
@@ -182,6 +184,41 @@ TEST(OutOfMemoryTest, aCallEndsOnceWhateverAllocationFails) {
         if (HasFailure()) return;
     }
   }
+}
+
+TEST(OutOfMemoryTest, CallOfAProcessWithoutThreadsEndsOnceOrThrows) {
+  threadsLeft = 0;
+  QVBackendless::setBaseURL("http://127.0.0.1:1");
+  const auto login = [](const std::shared_ptr<int>& runs) {
+    QVBackendless::login([runs](const auto&) { ++*runs; });
+  };
+  failsOnMainThread = true;
+  int failing = 0;
+  do {
+    SCOPED_TRACE("allocation " + std::to_string(++failing));
+    const auto runs = std::make_shared<int>(0);
+    bool hasThrown = false;
+    failingAllocation = failing;
+    allocations = 0;
+    isFailing = true;
+    try {
+      login(runs);
+    } catch (const std::bad_alloc&) {
+      hasThrown = true;
+    }
+    isFailing = false;
+    // The first block completes the task, the second one runs the completion handler.
+    MainQueue::main().runPending();
+    MainQueue::main().runPending();
+    EXPECT_EQ(*runs, hasThrown ? 0 : 1);
+    EXPECT_EQ(runs.use_count(), 1);
+  } while (allocations >= failing && !HasFailure());
+  EXPECT_GT(failing, 20);
+  // With threads again, no earlier task completes a second time.
+  threadsLeft = INT_MAX;
+  const auto runs = std::make_shared<int>(0);
+  login(runs);
+  EXPECT_TRUE(runMainQueueUntil([&] { return *runs > 0; }));
 }
 
 }  // namespace
