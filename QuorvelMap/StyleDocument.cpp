@@ -48,16 +48,21 @@ QString partWithMapboxURL(const QJsonObject& style) {
   return QString();
 }
 
+QJsonObject parseObject(const QByteArray& text, QString& error) {
+  QJsonParseError parseError;
+  const QJsonObject object = QJsonDocument::fromJson(text, &parseError).object();
+  if (parseError.error != QJsonParseError::NoError) error = parseError.errorString();
+  return object;
+}
+
 }  // namespace
 
-StyleDocument::StyleDocument(const QByteArray& text) : text_(text) {
-  QJsonParseError error;
-  style_ = QJsonDocument::fromJson(text, &error).object();
+StyleDocument::StyleDocument(const QByteArray& text)
+    : text_(text), style_(parseObject(text, error_)) {
+  if (!error_.isEmpty()) return;
   const QString part = partWithMapboxURL(style_);
-  if (error.error != QJsonParseError::NoError) {
-    error_ = error.errorString();
-  } else if (style_.value(QStringLiteral("version")).toInt() != 8 ||
-             !style_.value(QStringLiteral("layers")).isArray()) {
+  if (style_.value(QStringLiteral("version")).toInt() != 8 ||
+      !style_.value(QStringLiteral("layers")).isArray()) {
     error_ = QStringLiteral("it is not a Mapbox style of version 8");
   } else if (!part.isEmpty()) {
     error_ = QStringLiteral("its %1 has a mapbox: URL, which needs an access token").arg(part);

@@ -26,7 +26,7 @@ void CompletionQueue::run(int batches) {
   if (isRunning_) return;
   isRunning_ = true;
   for (; batches > 0 && firstWaiting_ && !stopping_; --batches) {
-    batch_ = std::move(firstWaiting_);
+    batch_ = std::exchange(firstWaiting_, nullptr);
     lock.unlock();
     while (batch_ && !stopping_) {
       try {
