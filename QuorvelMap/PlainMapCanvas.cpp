@@ -49,9 +49,10 @@ class PlainWidget : public QWidget {
         const QRectF bounds = points.boundingRect().adjusted(-line.width, 0, line.width, 0);
         const double world = worldWidth(camera_.zoomLevel);
         // Paints the piece in each visible copy of the world.
-        for (double copy = -std::floor(bounds.right() / world) * world;
-             bounds.left() + copy <= width(); copy += world) {
+        double copy = -std::floor(bounds.right() / world) * world;
+        while (bounds.left() + copy <= width()) {
           painter.drawPolyline(points.translated(copy, 0));
+          copy += world;
         }
       }
     }

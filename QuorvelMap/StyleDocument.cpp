@@ -50,7 +50,7 @@ QString partWithMapboxURL(const QJsonObject& style) {
 
 QJsonObject parseObject(const QByteArray& text, QString& error) {
   QJsonParseError parseError;
-  const QJsonObject object = QJsonDocument::fromJson(text, &parseError).object();
+  QJsonObject object = QJsonDocument::fromJson(text, &parseError).object();
   if (parseError.error != QJsonParseError::NoError) error = parseError.errorString();
   return object;
 }

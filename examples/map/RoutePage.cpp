@@ -7,6 +7,7 @@
 
 #include <QLabel>
 #include <QPointer>
+#include <memory>
 
 using namespace quorvelkit;
 
@@ -62,7 +63,7 @@ void RoutePage::showScreen() {
   if (!QVRouteRequest(screen_->origin(), screen_->destination()).url())
     return showNoRoute("the server has no routing service");
   // The first call of view() sends the request.
-  delete replaceWidget(0, screen_->view());
+  const std::unique_ptr<QWidget> replaced(replaceWidget(0, screen_->view()));
   arrange();
   screen_->mapview()->setVisibleCoordinates({screen_->origin(), screen_->destination()},
                                             endMargins);

@@ -5,6 +5,7 @@
 #include <QListWidget>
 #include <QVBoxLayout>
 #include <cmath>
+#include <memory>
 
 using namespace quorvelkit;
 
@@ -27,9 +28,10 @@ QString instructionText(const QVTurn& turn) {
 
 TurnList::TurnList(std::function<void(Coordinate turn)> selected)
     : selected_(std::move(selected)), text_(new QLabel(this)), list_(new QListWidget(this)) {
-  auto* const layout = new QVBoxLayout(this);
+  auto layout = std::make_unique<QVBoxLayout>();
   layout->addWidget(text_);
   layout->addWidget(list_);
+  setLayout(layout.release());
   text_->setObjectName("message");
   text_->setWordWrap(true);
   text_->setMargin(4);

@@ -90,7 +90,7 @@ bool waitUntil(const std::function<bool()>& condition) {
   QElapsedTimer clock;
   clock.start();
   for (qint64 waited = 0; !condition(); waited += std::min<qint64>(clock.restart(), 1000)) {
-    if (waited > 30000) return false;
+    if (waited > 60000) return false;
     // The timer ends the wait if there is no event.
     QTimer::singleShot(10, [] {});
     QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);

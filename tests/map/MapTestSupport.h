@@ -43,7 +43,7 @@ class TestApplication {
   std::unique_ptr<QApplication> application_;
 };
 
-/// Runs the event loop until the condition is true. Returns false after 30 seconds.
+/// Runs the event loop until the condition is true. Returns false after 60 seconds.
 bool waitUntil(const std::function<bool()>& condition);
 
 /// The color that the widget shows at a point.
