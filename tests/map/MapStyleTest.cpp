@@ -142,7 +142,13 @@ TEST(MapStyleTest, NoteContainsErrorsOfTheStyleAndDocumentsAreRequestedOnce) {
   view.setStyleURL(QUrl());
   EXPECT_EQ(view.engineNote(), byMapboxgl) << "errors of the previous style";
   qWarning("[ ERROR ] of the application");
-  EXPECT_EQ(output.text(), "[ ERROR ] of the application\n");
+  std::string printed = output.text();
+  // Qt Network prints this if a connection of the engine fails twice.
+  const std::string lineOfQt =
+      "QNetworkReplyImplPrivate::error: Internal problem, this method must only be called once.\n";
+  for (std::size_t at; (at = printed.find(lineOfQt)) != std::string::npos;)
+    printed.erase(at, lineOfQt.size());
+  EXPECT_EQ(printed, "[ ERROR ] of the application\n");
 }
 
 // Two sources with an attribution, one with an attribution in its TileJSON document, and one whose
