@@ -53,6 +53,8 @@ struct QVCallSteps {
 ///    URLError::cannotParseResponse where libcurl cannot tell it from a line that is too long.
 ///  - Threads: any thread may call. A request object belongs to one call until the HTTP request of
 ///    that call is made. Calls that share a request object must come from one thread.
+///  - Other forms: QVCall waits for the result of a call in a coroutine, by a std::future or by
+///    blocking, always delivers a result, and has a deadline, retries and a std::stop_token.
 ///  - Programming errors: a null request and an empty completion handler stop the process.
 ///  - Exceptions: an exception from url() or another function that makes the HTTP request leaves
 ///    the call, or MainQueue::run() if the HTTP request is made there; the completion handler is
@@ -105,7 +107,8 @@ std::shared_ptr<URLSessionDataTask> QVBaseService::call(
   using PendingCall = detail::PendingCall<Response>;
   const auto prepare = std::exchange(steps.prepare, nullptr);
   const auto pendingCall = std::make_shared<PendingCall>(typename PendingCall::ApplicationObjects{
-      std::move(request), std::move(completionHandler), std::move(steps)});
+      std::move(request), std::move(completionHandler), std::move(steps),
+      detail::CallControl::takeCurrent()});
   const auto proceed = [pendingCall] {
     pendingCall->proceedOnce();
     send(pendingCall);
@@ -116,6 +119,7 @@ std::shared_ptr<URLSessionDataTask> QVBaseService::call(
 
 template <class Response>
 void QVBaseService::send(const std::shared_ptr<detail::PendingCall<Response>>& pendingCall) try {
+  if (pendingCall->isInterrupted()) return pendingCall->drop();
   const auto& request = pendingCall->objects->request;
   const auto& makeHTTPRequest = pendingCall->objects->steps.makeHTTPRequest;
   auto httpRequest = makeHTTPRequest ? makeHTTPRequest() : request->request();

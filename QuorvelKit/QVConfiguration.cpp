@@ -23,10 +23,18 @@ std::shared_ptr<URLSessionDataTask> QVConfiguration::get(
       return nullptr;
     }
   }
-  QVCallSteps<QVConfigurationResponse> steps;
-  steps.prepare = [](const auto& proceed) {
+  return load(std::move(request), std::move(completionHandler), [](const auto& proceed) {
     QVBackendless::login([proceed](const auto& /*response*/) { proceed(); });
-  };
+  });
+}
+
+// Requests the configuration, also if one is cached.
+std::shared_ptr<URLSessionDataTask> QVConfiguration::load(
+    std::shared_ptr<QVConfigurationRequest> request,
+    QVCompletionHandler<QVConfigurationResponse> completionHandler,
+    std::function<void(std::function<void()>)> login) {
+  QVCallSteps<QVConfigurationResponse> steps;
+  steps.prepare = std::move(login);
   steps.makeHTTPRequest = [request] {
     auto httpRequest = request->request();
     if (httpRequest) httpRequest->setValue(QVBackendless::userToken(), "user-token");

@@ -36,6 +36,13 @@ class QUORVELKIT_EXPORT QVConfiguration : public QVBaseService {
   /// it is not sent, and its handler never runs.
   static std::shared_ptr<QVConfigurationResponse> cachedResponse();
   static void setCachedResponse(std::shared_ptr<QVConfigurationResponse> cachedResponse);
+
+ private:
+  friend class QVStartUp;
+  static std::shared_ptr<URLSessionDataTask> load(
+      std::shared_ptr<QVConfigurationRequest> request,
+      QVCompletionHandler<QVConfigurationResponse> completionHandler,
+      std::function<void(std::function<void()>)> login);
 };
 
 }  // namespace quorvelkit

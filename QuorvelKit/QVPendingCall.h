@@ -3,6 +3,7 @@
 
 #include <QuorvelKit/JSON/MemoryBudget.h>
 #include <QuorvelKit/QVBaseResponse.h>
+#include <QuorvelKit/QVCallControl.h>
 #include <QuorvelKit/QVReservedMemory.h>
 #include <QuorvelPlatform/Export.h>
 #include <QuorvelPlatform/FatalError.h>
@@ -43,6 +44,7 @@ class PendingCall {
     std::shared_ptr<QVBaseRequest> request;
     std::function<void(std::shared_ptr<Response>)> completionHandler;
     QVCallSteps<Response> steps;
+    std::shared_ptr<CallControl> control;  // Null unless a QVCall started this call.
     std::shared_ptr<Response> response = nullptr;
   };
 
@@ -50,6 +52,7 @@ class PendingCall {
       : objects(std::make_shared<ApplicationObjects>(std::move(given))),
         delivery_([moved = objects] { moved->completionHandler(std::move(moved->response)); }) {
     static_cast<void>(URLError::outOfMemory());  // Created while there is memory.
+    if (objects->control) objects->control->didStart(objects->request);
   }
 
   /// Null after the end of the call.
@@ -63,10 +66,14 @@ class PendingCall {
     const std::lock_guard lock(mutex_);
     return task_;
   }
-  void setTask(std::shared_ptr<URLSessionDataTask> started) {
-    const std::lock_guard lock(mutex_);
-    task_ = std::move(started);
+  void setTask(const std::shared_ptr<URLSessionDataTask>& started) {
+    {
+      const std::lock_guard lock(mutex_);
+      task_ = started;
+    }
+    if (objects->control) objects->control->didMakeTask(started);
   }
+  bool isInterrupted() const { return objects->control && objects->control->isInterrupted(); }
 
   /// Ends the call without running its completion handler.
   void drop() {

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelPlatform/ASCII_p.h>
 #include <QuorvelPlatform/HTTPURLResponse.h>
+#include <QuorvelPlatform/curl/HTTPDate_p.h>
 
+#include <algorithm>
 #include <charconv>
 #include <string>
 #include <utility>
@@ -44,23 +46,40 @@ std::optional<std::string> textEncodingOf(const HTTPHeaderFields& fields) {
   return std::nullopt;
 }
 
-std::optional<std::int64_t> contentLengthOf(const HTTPHeaderFields& fields) {
-  const std::string_view text = trimmed(fields.value("Content-Length").value_or(""));
-  std::int64_t length = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), length);
-  if (error != std::errc() || end != text.data() + text.size() || length < 0) return std::nullopt;
-  return length;
+std::optional<std::int64_t> numberOf(const HTTPHeaderFields& fields, std::string_view name) {
+  const std::string_view text = trimmed(fields.value(name).value_or(""));
+  std::int64_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size() || number < 0) return std::nullopt;
+  return number;
+}
+
+std::optional<std::chrono::sys_seconds> dateOf(const HTTPHeaderFields& fields,
+                                               std::string_view name) {
+  return parseHTTPDate(std::string(fields.value(name).value_or("")));
 }
 
 }  // namespace
 
 HTTPURLResponse::HTTPURLResponse(URL url, int statusCode, HTTPHeaderFields headerFields)
-    : URLResponse(std::move(url), mimeTypeOf(headerFields), contentLengthOf(headerFields),
-                  textEncodingOf(headerFields)),
+    : URLResponse(std::move(url), mimeTypeOf(headerFields),
+                  numberOf(headerFields, "Content-Length"), textEncodingOf(headerFields)),
       statusCode_(statusCode),
       headerFields_(std::move(headerFields)) {}
 
 HTTPURLResponse::~HTTPURLResponse() = default;
+
+std::optional<std::chrono::seconds> HTTPURLResponse::retryAfter() const {
+  std::optional<std::chrono::seconds> time;
+  if (const auto number = numberOf(headerFields_, "Retry-After")) {
+    time = std::chrono::seconds(*number);
+  } else if (const auto date = dateOf(headerFields_, "Retry-After")) {
+    const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+    time = *date - dateOf(headerFields_, "Date").value_or(now);
+  }
+  if (!time) return std::nullopt;
+  return std::clamp<std::chrono::seconds>(*time, std::chrono::seconds(0), std::chrono::hours(24));
+}
 
 std::string_view HTTPURLResponse::localizedString(int statusCode) noexcept {
   switch (statusCode) {

@@ -5,6 +5,7 @@
 #include <QuorvelPlatform/HTTPHeaderFields.h>
 #include <QuorvelPlatform/URLResponse.h>
 
+#include <chrono>
 #include <optional>
 #include <string_view>
 
@@ -25,6 +26,11 @@ class QUORVELKIT_EXPORT HTTPURLResponse : public URLResponse {
   std::optional<std::string_view> value(std::string_view headerField) const {
     return headerFields_.value(headerField);
   }
+
+  /// Returns the time that the server asks to wait before another request: the field Retry-After in
+  /// seconds, or its date compared with the field Date or, without it, with the system clock (RFC
+  /// 9110, section 10.2.3). Not negative and at most one day. Absent without a valid field.
+  std::optional<std::chrono::seconds> retryAfter() const;
 
   /// Returns the text of a status code in English lower case, such as "not found". Unknown codes
   /// have the text of their class ("client error"), codes outside 100 to 599 "server error". Does

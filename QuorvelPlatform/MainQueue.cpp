@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelPlatform/MainQueue.h>
 #include <QuorvelPlatform/NeverDestroyed_p.h>
+#include <QuorvelPlatform/WakeUpHook.h>
 
 #include <pthread.h>
+#include <sys/types.h>
+#include <unistd.h>
 
+#include <atomic>
 #include <condition_variable>
 #include <list>
 #include <mutex>
@@ -20,6 +24,8 @@ struct MainQueue::State {
   std::list<Block> blocks;
   bool stopped = false;
   Hook hook;
+  // The thread that runs the blocks, or 0 for the initial thread of the process.
+  std::atomic<pid_t> thread = 0;
 
   std::optional<Block> take(std::unique_lock<std::mutex>& lock) {
     if (blocks.empty()) return std::nullopt;
@@ -41,6 +47,37 @@ struct MainQueue::State {
 };
 
 namespace {
+
+// A fork changes the identifier of the thread that calls it.
+std::atomic<int> forkCount = 0;
+
+// Registers the current thread as the thread of a queue until the thread ends.
+class ThreadRegistration {
+ public:
+  ThreadRegistration() = default;
+  ThreadRegistration(const ThreadRegistration&) = delete;
+  ThreadRegistration& operator=(const ThreadRegistration&) = delete;
+  ~ThreadRegistration() {
+    pid_t own = id();
+    if (thread_ != nullptr) thread_->compare_exchange_strong(own, 0);
+  }
+  void registerAt(std::atomic<pid_t>& thread) {
+    thread_ = &thread;
+    if (thread.load(std::memory_order_relaxed) != id()) thread = id();
+  }
+  pid_t id() {
+    const int forks = forkCount.load(std::memory_order_relaxed);
+    if (std::exchange(forks_, forks) != forks) id_ = gettid();
+    return id_;
+  }
+
+ private:
+  std::atomic<pid_t>* thread_ = nullptr;
+  int forks_ = -1;
+  pid_t id_ = 0;
+};
+
+thread_local ThreadRegistration threadRegistration;
 
 // Calls a function at the end of a scope, also after an exception.
 template <class Function>
@@ -66,7 +103,11 @@ MainQueue& MainQueue::main() {
 // fork() locks the mutex, so that the child process gets a consistent queue.
 MainQueue::MainQueue(State& state) : state_(state) {
   pthread_atfork([] { main().state_.mutex.lock(); }, [] { main().state_.mutex.unlock(); },
-                 [] { main().state_.mutex.unlock(); });
+                 [] {
+                   ++forkCount;
+                   main().state_.thread = 0;
+                   main().state_.mutex.unlock();
+                 });
 }
 
 void MainQueue::async(Block block) { async(Prepared(std::move(block))); }
@@ -83,6 +124,7 @@ void MainQueue::async(Prepared block) {
 }
 
 void MainQueue::run() {
+  bindToCurrentThread();
   for (;;) {
     std::unique_lock lock(state_.mutex);
     state_.changed.wait(lock, [&] { return state_.stopped || !state_.blocks.empty(); });
@@ -93,6 +135,7 @@ void MainQueue::run() {
 }
 
 bool MainQueue::runOnce(std::chrono::milliseconds timeout) {
+  bindToCurrentThread();
   std::unique_lock lock(state_.mutex);
   state_.changed.wait_for(lock, timeout, [&] { return !state_.blocks.empty(); });
   const auto block = state_.take(lock);
@@ -101,6 +144,7 @@ bool MainQueue::runOnce(std::chrono::milliseconds timeout) {
 }
 
 void MainQueue::runPending() {
+  bindToCurrentThread();
   const AtScopeEnd wakeUp([&] { state_.wakeUpIfWaiting(); });
   std::size_t pending = 0;
   {
@@ -136,6 +180,41 @@ void MainQueue::setWakeUpHook(std::function<void()> hook) {
 bool MainQueue::hasWakeUpHook() const {
   const std::lock_guard lock(state_.mutex);
   return state_.hook != nullptr;
+}
+
+bool MainQueue::isCurrentThread() const {
+  const pid_t thread = state_.thread;
+  const pid_t own = threadRegistration.id();
+  return own == (thread != 0 ? thread : getpid());
+}
+
+void MainQueue::bindToCurrentThread() { threadRegistration.registerAt(state_.thread); }
+
+WakeUpHook::WakeUpHook(std::function<void()> hook)
+    : active_(std::make_shared<Active>(std::move(hook))),
+      installed_(std::make_shared<const std::function<void()>>([active = active_] {
+        const std::lock_guard lock(active->mutex);
+        if (active->hook) active->hook();
+      })) {
+  MainQueue::State& state = MainQueue::main().state_;
+  MainQueue::main().bindToCurrentThread();
+  {
+    const std::lock_guard lock(state.mutex);
+    replaced_ = std::exchange(state.hook, installed_);
+  }
+  state.wakeUpIfWaiting();
+}
+
+WakeUpHook::~WakeUpHook() {
+  MainQueue::State& state = MainQueue::main().state_;
+  {
+    const std::lock_guard lock(state.mutex);
+    if (state.hook == installed_) state.hook = replaced_;
+  }
+  state.wakeUpIfWaiting();
+  std::function<void()> hook;
+  const std::lock_guard lock(active_->mutex);
+  hook.swap(active_->hook);
 }
 
 }  // namespace quorvelkit

@@ -69,7 +69,15 @@ class QUORVELKIT_EXPORT MainQueue {
   void setWakeUpHook(std::function<void()> hook);
   bool hasWakeUpHook() const;
 
+  /// Returns true on the thread that runs the blocks: the last one that called a run function or
+  /// bindToCurrentThread(). Before that, and after the end of that thread, it is the initial thread
+  /// of the process. Thread-safe.
+  bool isCurrentThread() const;
+  /// Tells the queue that the calling thread is going to run its blocks.
+  void bindToCurrentThread();
+
  private:
+  friend class WakeUpHook;
   struct State;
 
   explicit MainQueue(State& state);

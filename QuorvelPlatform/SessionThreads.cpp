@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 // Starts and stops the engine and its threads, and handles exit and fork.
+#include <QuorvelPlatform/BlockingWait_p.h>
 #include <QuorvelPlatform/FatalError.h>
 #include <QuorvelPlatform/NeverDestroyed_p.h>
 #include <QuorvelPlatform/ProtocolRegistry_p.h>
 #include <QuorvelPlatform/SessionEngine_p.h>
+#include <QuorvelPlatform/SignalBlocker_p.h>
 
 #include <pthread.h>
 
-#include <csignal>
 #include <cstdlib>
 #include <exception>
 #include <list>
@@ -20,27 +21,16 @@ namespace {
 std::mutex engineMutex;
 std::atomic<SessionEngine*> currentEngine = nullptr;
 std::atomic<int> generation = 0;
-
-// Blocks all signals in the current thread while this object exists. New threads inherit the mask:
-// the application's threads handle signals, and SIGPIPE of a broken connection is never delivered.
-class SignalBlocker {
- public:
-  SignalBlocker() {
-    sigset_t all;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &previousMask_);
-  }
-  SignalBlocker(const SignalBlocker&) = delete;
-  SignalBlocker& operator=(const SignalBlocker&) = delete;
-  ~SignalBlocker() { pthread_sigmask(SIG_SETMASK, &previousMask_, nullptr); }
-
- private:
-  sigset_t previousMask_{};
-};
+thread_local bool runsEngine = false;  // True on the threads of an engine.
 
 }  // namespace
 
 int SessionEngine::processGeneration() { return generation.load(std::memory_order_relaxed); }
+
+bool SessionEngine::isStopped() {
+  const SessionEngine* const engine = currentEngine.load(std::memory_order_acquire);
+  return engine != nullptr && engine->stopping_;
+}
 
 SessionEngine& SessionEngine::shared() {
   if (SessionEngine* engine = currentEngine.load(std::memory_order_acquire)) return *engine;
@@ -56,6 +46,14 @@ SessionEngine& SessionEngine::shared() {
 
 SessionEngine::SessionEngine() { registerExitAndForkHandlers(); }
 
+void requireThreadThatMayWait() {
+  if (runsEngine)
+    fatalError(
+        "A thread of the URL session must not wait for a call, because it completes the call.");
+  if (SessionEngine::isStopped())
+    fatalError("The process exits: a wait for a call would never end.");
+}
+
 // Starts the threads that are not running. Returns the reason if a thread cannot be started.
 std::string SessionEngine::startThreads() {
   if (threadCount_ == threads_.size()) return {};
@@ -64,7 +62,10 @@ std::string SessionEngine::startThreads() {
   const SignalBlocker signalBlocker;
   try {
     for (; threadCount_ < threads_.size(); ++threadCount_)
-      threads_[threadCount_] = std::thread([this] { runThread(); });
+      threads_[threadCount_] = std::thread([this] {
+        runsEngine = true;
+        runThread();
+      });
   } catch (const std::exception& exception) {
     return std::string("A thread of the URL session cannot be started: ") + exception.what();
   }
@@ -111,6 +112,7 @@ void SessionEngine::registerExitAndForkHandlers() {
       [] {
         forEachLock(unlock);
         ++generation;
+        runsEngine = false;
         // If a completion handler forked, the child must not run the handlers of its parent.
         if (SessionEngine* const engine = currentEngine.exchange(nullptr)) {
           engine->completions_.stop();

@@ -56,6 +56,10 @@ Error URLError::make(std::int64_t code, const URL& failingURL, std::string techn
   return {std::string(domain), code, std::move(userInfo)};
 }
 
+Error URLError::make(std::int64_t code) {
+  return Error::described(std::string(domain), code, std::string(description(code)));
+}
+
 const Error& URLError::outOfMemory() {
   static const NeverDestroyed<Error> error(
       Error::described(std::string(domain), unknown, "There is not enough memory for the answer."));

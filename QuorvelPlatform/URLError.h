@@ -48,6 +48,8 @@ struct QUORVELKIT_EXPORT URLError {
   /// text for Error::technicalDescription().
   static Error make(std::int64_t code, const URL& failingURL,
                     std::string technicalDescription = {});
+  /// Creates an error of a request whose URL is not known.
+  static Error make(std::int64_t code);
   /// Returns the error for an answer that needs more memory than there is. It has the code unknown
   /// and no URL. Allocates memory in the first call only.
   static const Error& outOfMemory();

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QuorvelKit/Calls/QVRetryPolicy.h>
+#include <QuorvelPlatform/Scheduler.h>
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <stop_token>
+#include <variant>
+
+namespace quorvelkit {
+
+/// The time at which a call ends at the latest: a point in time, or a duration from the start of
+/// the call.
+class QVDeadline {
+ public:
+  template <class Rep, class Period>
+  QVDeadline(std::chrono::duration<Rep, Period> fromStart)
+      : value_(std::chrono::ceil<Duration>(fromStart)) {}
+  QVDeadline(Scheduler::TimePoint time) : value_(time) {}
+
+  /// Returns the point in time for a call that starts at `start`.
+  Scheduler::TimePoint time(Scheduler::TimePoint start) const {
+    const auto* const fromStart = std::get_if<Duration>(&value_);
+    if (fromStart == nullptr) return std::get<Scheduler::TimePoint>(value_);
+    const bool isLater = *fromStart < Scheduler::TimePoint::max() - start;
+    return isLater ? start + *fromStart : Scheduler::TimePoint::max();
+  }
+
+ private:
+  using Duration = Scheduler::TimePoint::duration;
+  std::variant<Duration, Scheduler::TimePoint> value_;
+};
+
+/// Settings of a QVCall. The defaults keep the behaviour of the completion handler.
+struct QVCallOptions {
+  /// Limits the whole call: login, configuration, retries and their backoff included. Then the call
+  /// is cancelled, and its response has the error URLError::timedOut. Default: no limit; each
+  /// transfer has its own time-outs.
+  std::optional<QVDeadline> deadline = std::nullopt;
+  /// Cancels the call, like QVCall::cancel().
+  std::stop_token stopToken = {};
+  /// True cancels the call when the last QVCall that refers to it is destroyed, and no future and
+  /// no handler waits for its result. A coroutine that is destroyed while it waits destroys its
+  /// QVCall.
+  bool cancelsWhenAbandoned = false;
+  /// Repeats the call after a transient error. Default: no retry.
+  std::optional<QVRetryPolicy> retry = std::nullopt;
+  /// The clock of deadline and backoff. Null: Scheduler::shared().
+  std::shared_ptr<Scheduler> scheduler = nullptr;
+};
+
+}  // namespace quorvelkit

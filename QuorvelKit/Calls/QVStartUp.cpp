@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <QuorvelKit/Calls/QVStartUp.h>
+#include <QuorvelKit/QVBackendless.h>
+#include <QuorvelKit/QVConfiguration.h>
+#include <QuorvelPlatform/HTTPURLResponse.h>
+#include <QuorvelPlatform/MainQueue.h>
+
+#include <unistd.h>
+
+#include <limits>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+namespace quorvelkit {
+
+namespace {
+
+using Response = std::shared_ptr<QVConfigurationResponse>;
+using Handler = QVCompletionHandler<QVConfigurationResponse>;
+
+bool hasRootURL(const QVConfigurationResponse& response) {
+  return response.quorvelNavigationRootURL() || response.quorvelFindRootURL();
+}
+
+bool isUsable(const Response& response) {
+  return response && !response->error() && hasRootURL(*response);
+}
+
+bool isRefused(const QVBaseResponse& response) {
+  const auto* const answer = dynamic_cast<const HTTPURLResponse*>(response.response().get());
+  return answer != nullptr && (answer->statusCode() == 401 || answer->statusCode() == 403);
+}
+
+// Returns a copy that contains an error. The given response stays in the cache unchanged.
+Response withError(const QVConfigurationResponse& response, const Error& error) {
+  auto copy = makeResponse<QVConfigurationResponse>(response.data(), response.request(),
+                                                    response.response(), error, response.task());
+  copy->setError(error);
+  return copy;
+}
+
+}  // namespace
+
+// One login and one request for the configuration, with the handlers that wait for them. The
+// handlers of login and request own this object: if both are dropped, it drops its handlers.
+class QVStartUp::Attempt {
+ public:
+  // Adds the handler to the running attempt, or starts one.
+  static void join(Handler handler) {
+    static auto& mutex = *new std::mutex;
+    static auto& current = *new std::weak_ptr<Attempt>;
+    std::shared_ptr<Attempt> started;
+    {
+      const std::lock_guard lock(mutex);
+      const auto running = current.lock();
+      if (running && running->add(handler)) return;
+      started = std::make_shared<Attempt>();
+      started->add(std::move(handler));
+      current = started;
+    }
+    start(started);
+  }
+
+ private:
+  // Returns false if the attempt has ended, or runs in the parent process.
+  bool add(const Handler& handler) {
+    const std::lock_guard lock(mutex_);
+    if (hasEnded_ || process_ != getpid()) return false;
+    handlers_.push_back(handler);
+    return true;
+  }
+
+  static void start(const std::shared_ptr<Attempt>& attempt) {
+    const auto request = std::make_shared<QVConfigurationRequest>();
+    // Each call that waits for this attempt counts a retry.
+    request->setMaxNumberOfRetries(std::numeric_limits<std::int64_t>::max());
+    const std::string storedToken = QVBackendless::userToken();
+    QVConfiguration::load(
+        request,
+        [attempt, storedToken](const Response& response) {
+          if (isRefused(*response) && QVBackendless::userToken() == storedToken)
+            QVBackendless::setUserToken("");
+          attempt->end(attempt->result(response));
+        },
+        [attempt](const auto& proceed) {
+          QVBackendless::login([attempt, proceed](const auto& response) {
+            attempt->login_ = response;
+            proceed();
+          });
+        });
+  }
+
+  Response result(const Response& response) const {
+    if (isUsable(response)) return response;
+    if (!response->error()) {
+      return withError(*response,
+                       Error::described(std::string(errorDomain), noConfiguration,
+                                        "The answer of the backend is no configuration."));
+    }
+    if (!login_->error()) return response;
+    auto failure = makeResponse<QVConfigurationResponse>(
+        login_->data(), response->request(), login_->response(), std::nullopt, login_->task());
+    failure->setError(login_->error());
+    return failure;
+  }
+
+  void end(const Response& response) {
+    std::vector<Handler> handlers;
+    {
+      const std::lock_guard lock(mutex_);
+      hasEnded_ = true;
+      handlers.swap(handlers_);
+    }
+    for (Handler& handler : handlers)
+      MainQueue::main().async([moved = std::move(handler), response] { moved(response); });
+  }
+
+  std::mutex mutex_;
+  std::vector<Handler> handlers_;
+  bool hasEnded_ = false;
+  const pid_t process_ = getpid();
+  std::shared_ptr<QVLoginResponse> login_;
+};
+
+QVCall<QVConfigurationResponse> QVStartUp::loadConfiguration(QVCallOptions options) {
+  return QVCall(&load, std::make_shared<QVConfigurationRequest>(), std::move(options));
+}
+
+std::shared_ptr<URLSessionDataTask> QVStartUp::load(
+    std::shared_ptr<QVConfigurationRequest> /*request*/, Handler completionHandler) {
+  // Cancelling one call does not cancel the login that it shares with others.
+  detail::CallControl::takeCurrent();
+  if (auto cached = QVConfiguration::cachedResponse(); isUsable(cached)) {
+    MainQueue::main().async(
+        [moved = std::move(completionHandler), response = std::move(cached)] { moved(response); });
+  } else {
+    Attempt::join(std::move(completionHandler));
+  }
+  return nullptr;
+}
+
+}  // namespace quorvelkit

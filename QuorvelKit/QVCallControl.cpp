@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <QuorvelKit/QVCallControl.h>
+
+#include <utility>
+
+namespace quorvelkit::detail {
+
+namespace {
+
+thread_local std::shared_ptr<CallControl> current;
+
+}  // namespace
+
+CallControl::Scope::Scope(std::shared_ptr<CallControl> control)
+    : previous_(std::exchange(current, std::move(control))) {}
+
+CallControl::Scope::~Scope() { current = std::move(previous_); }
+
+std::shared_ptr<CallControl> CallControl::takeCurrent() { return std::exchange(current, nullptr); }
+
+CallControl::~CallControl() = default;
+
+}  // namespace quorvelkit::detail
