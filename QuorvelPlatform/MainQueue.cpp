@@ -207,11 +207,13 @@ WakeUpHook::WakeUpHook(std::function<void()> hook)
 
 WakeUpHook::~WakeUpHook() {
   MainQueue::State& state = MainQueue::main().state_;
+  bool isInstalled = false;
   {
     const std::lock_guard lock(state.mutex);
-    if (state.hook == installed_) state.hook = replaced_;
+    isInstalled = state.hook == installed_;
+    if (isInstalled) state.hook = replaced_;
   }
-  state.wakeUpIfWaiting();
+  if (isInstalled) state.wakeUpIfWaiting();
   std::function<void()> hook;
   const std::lock_guard lock(active_->mutex);
   hook.swap(active_->hook);

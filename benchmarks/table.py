@@ -54,6 +54,8 @@ PEERS = [
     ("fetch_1MB/quorvelkit/64", "fetch_1MB/qt/64", "rate", None),
     ("fetch_1MB/quorvelkit/1", "fetch_1MB/easy/1", "rate", None),
     ("fetch_1MB/quorvelkit/1", "fetch_1MB/qt/1", "rate", None),
+    *((f"call_64/{form}", "call_64/handler", "time", 1.1)
+      for form in ("onResult", "co_await", "future", "wait")),
     ("load/quorvelkit", "load/libcurl", "time", None),
 ]
 

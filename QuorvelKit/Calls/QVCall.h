@@ -23,7 +23,7 @@ namespace quorvelkit {
 ///
 ///     auto request = std::make_shared<QVRouteRequest>(Coordinate{39.30, -76.54},
 ///                                                     Coordinate{39.27, -76.60});
-///     const auto result = QVCall(QVNavigation::route, request, {.deadline = 30s}).wait();
+///     const auto result = QVCall(QVNavigation::route, request, QVDeadline(30s)).wait();
 ///     if (const auto error = result.error()) return report(*error);
 ///     if (!result->route()) return report("The answer is not a route.");
 ///     draw(result->route()->points());
@@ -104,7 +104,9 @@ class QVCall {
   /// Waits in a coroutine, which is resumed on the main queue: `co_await call`. For a temporary
   /// QVCall and for a variable.
   QVCallAwaiter<Response> operator co_await() const { return {state_, nullptr}; }
-  /// Waits in a coroutine, which the executor resumes: `co_await call.resumingOn(executor)`.
+  /// Waits in a coroutine, which the executor resumes: `co_await call.resumingOn(executor)`. Store
+  /// an executor with captures in a variable: GCC 12 destroys a lambda with captures twice if it is
+  /// a temporary of a co_await expression.
   QVCallAwaiter<Response> resumingOn(QVExecutor executor) const {
     return {state_, std::move(executor)};
   }

@@ -35,21 +35,30 @@ class QVDeadline {
 };
 
 /// Settings of a QVCall. The defaults keep the behaviour of the completion handler.
+///
+///     QVCallOptions options;
+///     options.deadline = 30s;
+///     options.retry = QVRetryPolicy();
 struct QVCallOptions {
+  // GCC 12 destroys aggregates in a co_await expression twice, so this struct has a constructor.
+  QVCallOptions() = default;
+  /// Options with this deadline.
+  QVCallOptions(QVDeadline callDeadline) : deadline(callDeadline) {}
+
   /// Limits the whole call: login, configuration, retries and their backoff included. Then the call
   /// is cancelled, and its response has the error URLError::timedOut. Default: no limit; each
   /// transfer has its own time-outs.
-  std::optional<QVDeadline> deadline = std::nullopt;
+  std::optional<QVDeadline> deadline;
   /// Cancels the call, like QVCall::cancel().
-  std::stop_token stopToken = {};
+  std::stop_token stopToken;
   /// True cancels the call when the last QVCall that refers to it is destroyed, and no future and
   /// no handler waits for its result. A coroutine that is destroyed while it waits destroys its
   /// QVCall.
   bool cancelsWhenAbandoned = false;
   /// Repeats the call after a transient error. Default: no retry.
-  std::optional<QVRetryPolicy> retry = std::nullopt;
+  std::optional<QVRetryPolicy> retry;
   /// The clock of deadline and backoff. Null: Scheduler::shared().
-  std::shared_ptr<Scheduler> scheduler = nullptr;
+  std::shared_ptr<Scheduler> scheduler;
 };
 
 }  // namespace quorvelkit

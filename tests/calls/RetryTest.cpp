@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/calls/CallForms.h"
+#include "tests/support/ManualScheduler.h"
+
+#include <QuorvelPlatform/HTTPURLResponse.h>
+
+#include <gtest/gtest.h>
+
+namespace quorvelkit {
+namespace {
+
+using namespace test;
+using namespace std::chrono_literals;
+
+std::shared_ptr<const URLResponse> answer(int status, HTTPHeaderFields fields = {}) {
+  return std::make_shared<HTTPURLResponse>(*URL::parse("http://a.test"), status, std::move(fields));
+}
+
+std::shared_ptr<QVRouteResponse> responseWith(std::shared_ptr<const URLResponse> http,
+                                              std::optional<Error> error = std::nullopt) {
+  return makeResponse<QVRouteResponse>(std::nullopt, routeRequest(), std::move(http),
+                                       std::move(error));
+}
+
+TEST(RetryPolicyTest, TransientErrors) {
+  for (const int status : {200, 400, 401, 404, 408, 428, 430, 500, 501, 505})
+    EXPECT_FALSE(QVRetryPolicy::isTransient(*responseWith(answer(status)))) << status;
+  for (const int status : {429, 502, 503, 504})
+    EXPECT_TRUE(QVRetryPolicy::isTransient(*responseWith(answer(status)))) << status;
+  const auto isTransient = [](const Error& error) {
+    return QVRetryPolicy::isTransient(*responseWith(nullptr, error));
+  };
+  for (const auto code :
+       {URLError::timedOut, URLError::cannotFindHost, URLError::cannotConnectToHost,
+        URLError::networkConnectionLost, URLError::notConnectedToInternet})
+    EXPECT_TRUE(isTransient(URLError::make(code))) << code;
+  for (const auto code :
+       {URLError::unknown, URLError::cancelled, URLError::badURL, URLError::cannotParseResponse,
+        URLError::dataLengthExceedsMaximum, URLError::serverCertificateUntrusted})
+    EXPECT_FALSE(isTransient(URLError::make(code))) << code;
+  EXPECT_FALSE(isTransient(Error("Other", URLError::timedOut)));
+}
+
+TEST(RetryPolicyTest, BackoffGrowsAndFollowsTheServer) {
+  const QVRetryPolicy policy{.initialBackoff = 100ms, .maximumBackoff = 1s, .jitter = 0.5};
+  const auto silent = responseWith(answer(503));
+  struct Row {
+    std::int64_t retry;
+    double random;
+    std::chrono::milliseconds backoff;
+  };
+  for (const auto& [retry, random, backoff] :
+       {Row{0, 0, 100ms}, Row{1, 0, 200ms}, Row{3, 0, 800ms}, Row{4, 0, 1s}, Row{4000, 0, 1s},
+        Row{0, 1, 50ms}, Row{1, 0.5, 150ms}})
+    EXPECT_EQ(policy.backoff(retry, random, *silent), backoff) << retry << ", " << random;
+  EXPECT_EQ(policy.backoff(0, 0, *responseWith(nullptr)), 100ms);
+
+  const std::string date = "Sun, 06 Nov 1994 08:49:37 GMT";
+  struct Field {
+    std::string retryAfter, date;
+    std::chrono::milliseconds backoff;
+  };
+  for (const auto& [retryAfter, sent, backoff] :
+       {Field{"7", "", 7s}, Field{" 7 ", "", 7s}, Field{"0", "", 100ms}, Field{"-7", "", 100ms},
+        Field{"7.5", date, 100ms}, Field{"99999999", "", 24h},
+        Field{"99999999999999999999", "", 100ms}, Field{date, "Sun, 06 Nov 1994 08:49:30 GMT", 7s},
+        Field{date, "", 100ms}, Field{date, "Sun, 06 Nov 1994 08:49:38 GMT", 100ms},
+        Field{"soon", "", 100ms}}) {
+    HTTPHeaderFields fields;
+    fields.set("Retry-After", retryAfter);
+    if (!sent.empty()) fields.set("Date", sent);
+    EXPECT_EQ(policy.backoff(0, 0, *responseWith(answer(503, fields))), backoff) << retryAfter;
+  }
+}
+
+class RetryTest : public testing::Test {
+ protected:
+  RetryTest() {
+    configure(roots("http://nav.test", "http://find.test"));
+    server.set("/v4/route", {503, "busy"});
+  }
+  RouteCall start(std::optional<QVDeadline> deadline = std::nullopt) {
+    return RouteCall(QVNavigation::route, request,
+                     with({.deadline = deadline,
+                           .retry = QVRetryPolicy{.initialBackoff = 1s, .jitter = 0},
+                           .scheduler = scheduler}));
+  }
+  // Runs the main queue until this attempt has failed and the next one is scheduled.
+  bool isWaitingAfter(std::size_t attempts, std::size_t timers = 1) {
+    return runUntil(
+        [&] { return server.requests().size() == attempts && scheduler->waiting() == timers; });
+  }
+
+  FakeServer server;
+  std::shared_ptr<ManualScheduler> scheduler = std::make_shared<ManualScheduler>();
+  std::shared_ptr<QVRouteRequest> request = routeRequest();
+};
+
+TEST_F(RetryTest, RepeatsUntilSuccess) {
+  auto call = start();
+  ASSERT_TRUE(isWaitingAfter(1));
+  scheduler->advance(999ms);
+  EXPECT_EQ(scheduler->waiting(), 1U);
+  scheduler->advance(1ms);
+  ASSERT_TRUE(isWaitingAfter(2));
+  server.set("/v4/route", {200, twoPoints});
+  EXPECT_FALSE(call.result());
+  scheduler->advance(2s);
+  EXPECT_EQ(describe(call.wait()), "2 points");
+  EXPECT_EQ(request->retryCount(), 2);
+}
+
+TEST_F(RetryTest, EndsWithTheLastErrorWhenTheRequestAllowsNoRetry) {
+  request->setMaxNumberOfRetries(1);
+  auto call = start();
+  ASSERT_TRUE(isWaitingAfter(1));
+  scheduler->advance(1s);
+  EXPECT_EQ(describe(call.wait()), "QuorvelKit.QVRouteResponse 503");
+  EXPECT_EQ(server.requests().size(), 2U);
+}
+
+TEST_F(RetryTest, DoesNotRepeatOtherErrors) {
+  server.set("/v4/route", {404, "no"});
+  EXPECT_EQ(describe(start().wait()), "QuorvelKit.QVRouteResponse 404");
+  EXPECT_EQ(request->retryCount(), 0);
+}
+
+TEST_F(RetryTest, EndsWhenTheNextAttemptWouldMissTheDeadline) {
+  auto call = start(2500ms);
+  ASSERT_TRUE(isWaitingAfter(1, 2));
+  scheduler->advance(1s);
+  EXPECT_EQ(describe(call.wait()), "QuorvelKit.QVRouteResponse 503");
+  EXPECT_EQ(server.requests().size(), 2U);
+  EXPECT_EQ(scheduler->waiting(), 0U);
+}
+
+TEST_F(RetryTest, CancelEndsTheBackoff) {
+  auto call = start();
+  ASSERT_TRUE(isWaitingAfter(1));
+  call.cancel();
+  EXPECT_EQ(describe(call.wait()), "QuorvelKit.URLError -999");
+  EXPECT_EQ(scheduler->waiting(), 0U);
+}
+
+// During the backoff only the scheduler refers to the call.
+TEST_F(RetryTest, ContinuesWithoutItsHandle) {
+  auto future = start().future();
+  ASSERT_TRUE(isWaitingAfter(1));
+  server.set("/v4/route", {200, twoPoints});
+  scheduler->advance(1s);
+  EXPECT_EQ(describe(resultOfFuture(std::move(future))), "2 points");
+  EXPECT_EQ(request.use_count(), 1);
+}
+
+}  // namespace
+}  // namespace quorvelkit
