@@ -41,10 +41,10 @@ Value::Value(ValueMap members) {
   ValueAccess::setCell(*this, makeCell<MapCell>(std::move(members)), ValueTag::map);
 }
 
-Value Value::unsupported(std::any thing) {
-  Value value;
-  ValueAccess::setCell(value, makeCell<UnsupportedCell>(std::move(thing)), ValueTag::unsupported);
-  return value;
+Value Value::unsupported(std::any value) {
+  Value result;
+  ValueAccess::setCell(result, makeCell<UnsupportedCell>(std::move(value)), ValueTag::unsupported);
+  return result;
 }
 
 std::optional<ValueArray> Value::elements() const {

@@ -85,14 +85,14 @@ class QUORVELKIT_EXPORT Value : public ValueView {
   explicit Value(ValueMap members);
   /// The value of an optional; null if it is empty.
   template <class T>
-  requires std::is_convertible_v<const T&, Value> Value(const std::optional<T>& thing)
-      : Value(thing ? Value(*thing) : Value()) {}
+  requires std::is_convertible_v<const T&, Value> Value(const std::optional<T>& value)
+      : Value(value ? Value(*value) : Value()) {}
   /// The object of a JSON value.
   template <std::same_as<JSON> J>
   Value(const J& json) : Value(json.object()) {}
   /// An unsupported value. It can be stored in arrays and maps but not written as JSON. Assigned to
   /// a JSON, it makes the type `unknown`.
-  static Value unsupported(std::any thing);
+  static Value unsupported(std::any value);
   using ValueView::unsupported;
 
   /// Becomes an owner of the data that the view refers to.

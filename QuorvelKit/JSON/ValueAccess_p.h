@@ -24,8 +24,8 @@ struct TextCell : ReferenceCounted {
   std::string text;
 };
 struct UnsupportedCell : ReferenceCounted {
-  explicit UnsupportedCell(std::any t) : thing(std::move(t)) {}
-  std::any thing;
+  explicit UnsupportedCell(std::any v) : value(std::move(v)) {}
+  std::any value;
 };
 // A mutable container. The members here are used only for destruction: a list of cells to destroy.
 struct ContainerCell : ReferenceCounted {

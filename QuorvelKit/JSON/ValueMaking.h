@@ -68,15 +68,15 @@ Value makeArray(auto& elements);
 Value makeMap(auto& members);
 
 template <class T>
-Value makeValue(const T& thing) {
+Value makeValue(const T& element) {
   if constexpr (std::is_convertible_v<const T&, Value>) {
-    return thing;
+    return element;
   } else if constexpr (isOptional<T>) {
-    return thing ? makeValue(*thing) : Value();
+    return element ? makeValue(*element) : Value();
   } else if constexpr (KeyedPair<std::ranges::range_value_t<const T>>) {
-    return makeMap(thing);
+    return makeMap(element);
   } else {
-    return makeArray(thing);
+    return makeArray(element);
   }
 }
 

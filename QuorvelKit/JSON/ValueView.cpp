@@ -107,7 +107,7 @@ ValueView ValueView::findGeneral(ValueView map, const KeyView& key) noexcept {
 
 const std::any* ValueView::unsupported() const noexcept {
   if (bits_.tag() != ValueTag::unsupported) return nullptr;
-  return &ValueAccess::cell<detail::UnsupportedCell>(*this).thing;
+  return &ValueAccess::cell<detail::UnsupportedCell>(*this).value;
 }
 
 }  // namespace quorvelkit
