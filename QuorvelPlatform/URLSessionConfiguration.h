@@ -28,10 +28,10 @@ struct QUORVELKIT_EXPORT URLSessionConfiguration {
   /// counted, all others are not.
   std::size_t maximumDocumentSize = std::size_t{768} << 20U;
   /// A PEM file with the trusted certificate authorities. Empty: those of the system.
-  std::string caFile;
+  std::string caFile = {};
   /// The URL of the proxy, such as "http://proxy.example:3128". Empty: no proxy. Environment
   /// variables are not read.
-  std::string proxy;
+  std::string proxy = {};
 
   /// Returns the default settings, which the shared session uses: the values above, or those of
   /// setDefault(). Thread-safe.

@@ -89,12 +89,10 @@ class FaultMatrixTest : public testing::Test {
   std::ostringstream printed;
 
   FaultMatrixTest() {
-    URLSessionConfiguration settings;
-    settings.caFile = table.certificates().caFile();
-    settings.maximumBodySize = FaultTable::bodyLimit;
-    settings.maximumDocumentSize = FaultTable::documentLimit;
-    settings.timeoutIntervalForRequest = std::chrono::minutes(1);
-    URLSessionConfiguration::setDefault(settings);
+    URLSessionConfiguration::setDefault({.timeoutIntervalForRequest = std::chrono::minutes(1),
+                                         .maximumBodySize = FaultTable::bodyLimit,
+                                         .maximumDocumentSize = FaultTable::documentLimit,
+                                         .caFile = table.certificates().caFile()});
     QuorvelKit::setAccessToken("canary-access-token");
   }
 

@@ -99,7 +99,7 @@ TEST(SecretsTest, NoPublicCallDisablesVerification) {
   // The complete list of session settings.
   const std::size_t begin = text.find("struct QUORVELKIT_EXPORT URLSessionConfiguration {");
   ASSERT_NE(begin, std::string::npos);
-  const std::string body = text.substr(begin, text.find("};", begin) - begin);
+  const std::string body = text.substr(begin, text.find("\n};", begin) - begin);
   const std::regex member(R"(\n  (?:TimeInterval|std::\w+|bool|int|long|char) (\w+)[^(\n]*[;=])");
   std::vector<std::string> members;
   for (std::sregex_iterator each(body.begin(), body.end(), member), end; each != end; ++each)

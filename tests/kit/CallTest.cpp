@@ -34,9 +34,7 @@ std::shared_ptr<Response> answerOf(std::shared_ptr<URLSessionDataTask> (*call)(
 
 // The fault table tests the documents that the parser refuses.
 TEST(CallTest, ModelsAboveTheMemoryBudgetAreAnError) {
-  URLSessionConfiguration settings;
-  settings.maximumDocumentSize = 1'000'000;
-  URLSessionConfiguration::setDefault(settings);
+  URLSessionConfiguration::setDefault({.maximumDocumentSize = 1'000'000});
   FakeServer server;
   constexpr Coordinate here{1, 2};
   const auto routeOf = [&](const std::string& body) {

@@ -88,7 +88,7 @@ void expectProperty(const std::string& key, T (Model::*property)() const,
   }
 }
 
-TEST(QVCandidateTest, PropertiesAcceptOneType) {
+TEST(ModelsTest, PropertiesOfPlacesAcceptOneType) {
   expectProperty("Address", &QVCandidate::address);
   expectProperty("score", &QVCandidate::score);
   expectProperty("attributes", &QVCandidate::attributes);
@@ -103,6 +103,33 @@ TEST(QVCandidateTest, PropertiesAcceptOneType) {
   expectProperty("Match_addr", &QVCandidate::matchAddress, attributes, "}");
   expectProperty("magicKey", &QVCandidate::placeAddress, attributes, "}");
   expectProperty("Addr_type", &QVCandidate::addressType, attributes, "}");
+
+  expectProperty("text", &QVSuggestion::text);
+  expectProperty("magicKey", &QVSuggestion::magicKey);
+  expectProperty("isCollection", &QVSuggestion::isCollection);
+  expectProperty("origin", &QVSuggestion::origin);
+  expectProperty("provide", &QVSuggestion::provider);
+  expectProperty("score", &QVSuggestion::score);
+  expectProperty("rating", &QVSuggestion::rating);
+  expectProperty("reviewCount", &QVSuggestion::reviewCount);
+  expectProperty("price", &QVSuggestion::price);
+  expectProperty("providerUrl", &QVSuggestion::providerUrl);
+  expectProperty("menuUrl", &QVSuggestion::menuUrl);
+  expectProperty("url", &QVSuggestion::url);
+  expectProperty("phone", &QVSuggestion::phone);
+  expectProperty("categories", &QVSuggestion::categories);
+
+  expectProperty("Region", &QVAddress::region);
+  expectProperty("Postal", &QVAddress::postal);
+  expectProperty("Match_addr", &QVAddress::matchAddress);
+  expectProperty("Loc_name", &QVAddress::locationName);
+  expectProperty("Address", &QVAddress::address);
+  expectProperty("CountryCode", &QVAddress::countyCode);
+  expectProperty("PostalExt", &QVAddress::postalExtension);
+  expectProperty("Neighborhood", &QVAddress::neighborhood);
+  expectProperty("Subregion", &QVAddress::subregion);
+  expectProperty("City", &QVAddress::city);
+  EXPECT_EQ(QVAddress(std::nullopt).city(), std::nullopt);
 }
 
 TEST(QVCandidateTest, MissingCoordinatesAreZero) {
@@ -120,50 +147,15 @@ TEST(QVCandidateTest, MissingCoordinatesAreZero) {
   EXPECT_EQ(none.location(), (Coordinate{1, 2}));
 }
 
-TEST(QVSuggestionTest, PropertiesAcceptOneType) {
-  expectProperty("text", &QVSuggestion::text);
-  expectProperty("magicKey", &QVSuggestion::magicKey);
-  expectProperty("isCollection", &QVSuggestion::isCollection);
-  expectProperty("origin", &QVSuggestion::origin);
-  expectProperty("provide", &QVSuggestion::provider);
-  expectProperty("score", &QVSuggestion::score);
-  expectProperty("rating", &QVSuggestion::rating);
-  expectProperty("reviewCount", &QVSuggestion::reviewCount);
-  expectProperty("price", &QVSuggestion::price);
-  expectProperty("providerUrl", &QVSuggestion::providerUrl);
-  expectProperty("menuUrl", &QVSuggestion::menuUrl);
-  expectProperty("url", &QVSuggestion::url);
-  expectProperty("phone", &QVSuggestion::phone);
-  expectProperty("categories", &QVSuggestion::categories);
-}
-
-TEST(QVAddressTest, PropertiesAcceptOneType) {
-  expectProperty("Region", &QVAddress::region);
-  expectProperty("Postal", &QVAddress::postal);
-  expectProperty("Match_addr", &QVAddress::matchAddress);
-  expectProperty("Loc_name", &QVAddress::locationName);
-  expectProperty("Address", &QVAddress::address);
-  expectProperty("CountryCode", &QVAddress::countyCode);
-  expectProperty("PostalExt", &QVAddress::postalExtension);
-  expectProperty("Neighborhood", &QVAddress::neighborhood);
-  expectProperty("Subregion", &QVAddress::subregion);
-  expectProperty("City", &QVAddress::city);
-  EXPECT_EQ(QVAddress(std::nullopt).city(), std::nullopt);
-}
-
-TEST(QVLoginResponseTest, PropertiesAcceptOneType) {
+TEST(ModelsTest, PropertiesOfTheLoginAndOfRoutesAcceptOneType) {
   expectProperty("code", &QVLoginResponse::code);
   expectProperty("message", &QVLoginResponse::message);
   expectProperty("objectId", &QVLoginResponse::objectId);
   expectProperty("user-token", &QVLoginResponse::userToken);
-}
 
-TEST(QVConfigurationResponseTest, PropertiesAcceptOneType) {
   expectProperty("quorvel-navigation-root-url", &QVConfigurationResponse::quorvelNavigationRootURL);
   expectProperty("quorvel-find-root-url", &QVConfigurationResponse::quorvelFindRootURL);
-}
 
-TEST(QVRouteTest, PropertiesAcceptOneType) {
   expectProperty("distance", &QVRoute::totalDistanceInMiles);
   expectProperty("duration", &QVRoute::totalDurationInMinutes);
   expectProperty("startNode", &QVRoute::startNode);

@@ -17,86 +17,57 @@ namespace quorvelkit::test {
 
 namespace {
 
-// Adds a map and other widgets to a window of 700 x 600 pixels.
-struct Arrangement {
-  const char* name;
-  void (*arrange)(QMainWindow& window, QWidget* map);
-  // The minimum size of the map in that window.
-  QSize minimum;
-};
-
-template <class Layout, class Add>
-void fill(QMainWindow& window, Add add) {
+// Adds a map and other widgets to a window.
+void arrange(const std::string& kind, QMainWindow& window, QWidget* map) {
   auto* const middle = new QWidget;
-  add(*new Layout(middle));
   window.setCentralWidget(middle);
+  if (kind == "form") {
+    auto* const form = new QFormLayout(middle);
+    form->addRow("From", new QLineEdit);
+    form->addRow("Route", map);
+    form->addRow("To", new QLineEdit);
+  } else if (kind == "box") {
+    auto* const box = new QVBoxLayout(middle);
+    box->addWidget(new QLabel("Route"));
+    box->addWidget(map);
+    box->addWidget(new QLineEdit);
+  } else if (kind == "grid") {
+    auto* const grid = new QGridLayout(middle);
+    grid->addWidget(new QLabel("Route"), 0, 0);
+    grid->addWidget(map, 0, 1);
+    grid->addWidget(new QLineEdit, 1, 1);
+  } else if (kind == "splitter") {
+    auto* const splitter = new QSplitter;
+    splitter->addWidget(new QTextEdit);
+    splitter->addWidget(map);
+    window.setCentralWidget(splitter);
+  } else if (kind == "dock") {
+    auto* const dock = new QDockWidget;
+    dock->setWidget(map);
+    window.setCentralWidget(new QTextEdit);
+    window.addDockWidget(Qt::RightDockWidgetArea, dock);
+  } else {
+    auto* const area = new QScrollArea;
+    area->setWidgetResizable(kind == "resizable scroll area");
+    area->setWidget(map);
+    window.setCentralWidget(area);
+  }
 }
-
-const Arrangement arrangements[] = {{"form",
-                                     [](QMainWindow& window, QWidget* map) {
-                                       fill<QFormLayout>(window, [&](QFormLayout& form) {
-                                         form.addRow("From", new QLineEdit);
-                                         form.addRow("Route", map);
-                                         form.addRow("To", new QLineEdit);
-                                       });
-                                     },
-                                     {500, 400}},
-                                    {"box",
-                                     [](QMainWindow& window, QWidget* map) {
-                                       fill<QVBoxLayout>(window, [&](QVBoxLayout& box) {
-                                         box.addWidget(new QLabel("Route"));
-                                         box.addWidget(map);
-                                         box.addWidget(new QLineEdit);
-                                       });
-                                     },
-                                     {600, 400}},
-                                    {"grid",
-                                     [](QMainWindow& window, QWidget* map) {
-                                       fill<QGridLayout>(window, [&](QGridLayout& grid) {
-                                         grid.addWidget(new QLabel("Route"), 0, 0);
-                                         grid.addWidget(map, 0, 1);
-                                         grid.addWidget(new QLineEdit, 1, 1);
-                                       });
-                                     },
-                                     {500, 400}},
-                                    {"splitter",
-                                     [](QMainWindow& window, QWidget* map) {
-                                       auto* const splitter = new QSplitter;
-                                       splitter->addWidget(new QTextEdit);
-                                       splitter->addWidget(map);
-                                       window.setCentralWidget(splitter);
-                                     },
-                                     {300, 500}},
-                                    {"dock",
-                                     [](QMainWindow& window, QWidget* map) {
-                                       auto* const dock = new QDockWidget;
-                                       dock->setWidget(map);
-                                       window.setCentralWidget(new QTextEdit);
-                                       window.addDockWidget(Qt::RightDockWidgetArea, dock);
-                                     },
-                                     {300, 500}},
-                                    {"scroll area",
-                                     [](QMainWindow& window, QWidget* map) {
-                                       auto* const area = new QScrollArea;
-                                       area->setWidget(map);
-                                       window.setCentralWidget(area);
-                                     },
-                                     {480, 360}},
-                                    {"resizable scroll area",
-                                     [](QMainWindow& window, QWidget* map) {
-                                       auto* const area = new QScrollArea;
-                                       area->setWidgetResizable(true);
-                                       area->setWidget(map);
-                                       window.setCentralWidget(area);
-                                     },
-                                     {600, 500}}};
 
 // The server must start before the application object, because its queue must outlive it.
 TEST(MapSizeTest, MapsFillTheSpaceInLayouts) {
   const FakeServer server;
   const TestApplication application(TestApplication::Screen::none);
   const auto screen = QVViewController::make();
-  for (const auto& [name, arrange, minimum] : arrangements) {
+  // The minimum size of a map in a window of 700 x 600 pixels.
+  const std::pair<const char*, QSize> arrangements[] = {{"form", {500, 400}},
+                                                        {"box", {600, 400}},
+                                                        {"grid", {500, 400}},
+                                                        {"splitter", {300, 500}},
+                                                        {"dock", {300, 500}},
+                                                        {"scroll area", {480, 360}},
+                                                        {"resizable scroll area", {600, 500}}};
+  for (const auto& [arrangement, minimum] : arrangements) {
     auto* const route = new QVRouteWidget;
     for (const auto& controller : {screen, route->controller()}) {
       controller->setOrigin({1, 2});
@@ -105,9 +76,9 @@ TEST(MapSizeTest, MapsFillTheSpaceInLayouts) {
     const std::pair<const char*, QWidget*> maps[] = {
         {"map", new MGLMapView}, {"screen", screen->view()}, {"widget", route}};
     for (const auto& [kind, map] : maps) {
-      SCOPED_TRACE(std::string(kind) + " in a " + name);
+      SCOPED_TRACE(std::string(kind) + " in a " + arrangement);
       QMainWindow window;
-      arrange(window, map);
+      arrange(arrangement, window, map);
       window.resize(700, 600);
       window.show();
       EXPECT_GE(map->width(), minimum.width());

@@ -53,9 +53,7 @@ TEST(AnswerTest, FoldedTrailerOfProxyFails) {
                           "Transfer-Encoding: chunked\r\n\r\n0\r\n folded: 3\r\n\r\n");
     if (request.method != "GET") connection.close();
   });
-  URLSessionConfiguration configuration;
-  configuration.proxy = proxy.url("");
-  const auto session = URLSession::make(configuration);
+  const auto session = URLSession::make({.proxy = proxy.url("")});
   EXPECT_EQ(send(requestFor("http://a.test/"), session).header("Last"), "2");
   EXPECT_EQ(send(requestFor("https://a.test/"), session).code(), URLError::networkConnectionLost);
 }
@@ -145,10 +143,8 @@ TEST(AnswerTest, EndlessAnswerFailsAfterResourceTimeout) {
     while (connection.send("1\r\nx\r\n")) {
     }
   });
-  URLSessionConfiguration configuration;
-  configuration.timeoutIntervalForResource = 200ms;
-  EXPECT_EQ(send(requestFor(server.url()), URLSession::make(configuration)).code(),
-            URLError::timedOut);
+  const auto session = URLSession::make({.timeoutIntervalForResource = 200ms});
+  EXPECT_EQ(send(requestFor(server.url()), session).code(), URLError::timedOut);
 }
 
 }  // namespace

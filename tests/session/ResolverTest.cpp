@@ -11,13 +11,6 @@ namespace {
 
 using namespace quorvelkit::test;
 
-TEST(ResolverTest, UnknownProxyFailsLikeUnknownHost) {
-  URLSessionConfiguration configuration;
-  configuration.proxy = "http://unknown.test:1";
-  EXPECT_EQ(send(requestFor("http://127.0.0.1/"), URLSession::make(configuration)).code(),
-            URLError::cannotFindHost);
-}
-
 TEST(ResolverTest, RefusedAddressDoesNotChangeNextError) {
   const TestServer server([](const auto& request, auto& connection) {
     if (request.target == "/good") return connection.answer(200);

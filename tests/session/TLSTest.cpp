@@ -18,10 +18,7 @@ using namespace quorvelkit::test;
 class TLSTest : public testing::Test {
  protected:
   std::shared_ptr<URLSession> session() const {
-    URLSessionConfiguration configuration;
-    configuration.caFile = certificates.caFile();
-    configuration.timeoutIntervalForRequest = 5s;
-    return URLSession::make(configuration);
+    return URLSession::make({.timeoutIntervalForRequest = 5s, .caFile = certificates.caFile()});
   }
   static void answer(const ReceivedRequest&, Connection& connection) {
     connection.answer(200, "ok");
@@ -52,13 +49,10 @@ TEST_F(TLSTest, KeyLogVariableIsIgnored) {
   EXPECT_EQ(std::getenv("SSLKEYLOGFILE"), file);
 }
 
+// TechnicalTextTest has CA files that cannot be read.
 TEST_F(TLSTest, FailsWithoutTrustedAuthority) {
   const TestServer server(answer, certificates.tls("good"));
   EXPECT_EQ(send(requestFor(server.url())).code(), URLError::serverCertificateHasUnknownRoot);
-  URLSessionConfiguration configuration;
-  configuration.caFile = "/nonexistent.pem";
-  EXPECT_EQ(send(requestFor(server.url()), URLSession::make(configuration)).code(),
-            URLError::secureConnectionFailed);
 }
 
 // Writing to a closed TLS connection raises SIGPIPE, which would end this process.

@@ -36,14 +36,12 @@ std::string withSecrets(const std::string& root) {
 
 void expect(const Failure& failure) {
   SCOPED_TRACE(failure.name);
-  URLSessionConfiguration configuration;
-  configuration.caFile = failure.caFile;
-  configuration.proxy = failure.proxy;
   URLRequest request = requestFor(withSecrets(failure.url), "POST", "canary");
   for (const char* name : {"AccessToken", "Authorization", "Cookie"})
     request.setValue("canary", name);
   request.setTimeoutInterval(failure.timeout);
-  const Result result = send(request, URLSession::make(configuration));
+  const Result result =
+      send(request, URLSession::make({.caFile = failure.caFile, .proxy = failure.proxy}));
   ASSERT_EQ(result.code(), failure.code);
   const std::string text = result.error->technicalDescription().value_or("");
   EXPECT_THAT(text, HasSubstr(failure.reason));

@@ -124,10 +124,9 @@ TEST_F(URLProtocolTest, FailedTaskHasNoBodyAndNoResponse) {
           client->didLoad(Data("part"));
           nextEvent(*client);
         });
-    URLSessionConfiguration configuration;
-    configuration.maximumBodySize = 10;
-    configuration.timeoutIntervalForRequest = 20ms;
-    const Result result = send(requestFor("http://h.test/"), URLSession::make(configuration));
+    const Result result =
+        send(requestFor("http://h.test/"),
+             URLSession::make({.timeoutIntervalForRequest = 20ms, .maximumBodySize = 10}));
     EXPECT_FALSE(result.data);
     EXPECT_FALSE(result.response);
     EXPECT_EQ(result.error->domain(), URLError::domain);

@@ -87,9 +87,7 @@ extern "C" const char* __tsan_default_options() { return "die_after_fork=0:atexi
 int main(int, char** arguments) {
   const std::string scenario = arguments[1], url = arguments[2];
   static StaticObject staticObject;
-  URLSessionConfiguration configuration;
-  configuration.caFile = arguments[3];
-  const auto session = URLSession::make(configuration);
+  const auto session = URLSession::make({.caFile = arguments[3]});
   if (scenario == "name" || scenario == "fork-name") {
     startForbidden(*session, "http://slow.test/");
     slowName->asked.get();
