@@ -5,6 +5,7 @@
 #include <QuorvelKit/QVSearchExtent.h>
 #include <QuorvelPlatform/Coordinate.h>
 #include <QuorvelPlatform/Export.h>
+#include <QuorvelPlatform/PercentEncoding.h>
 
 #include <optional>
 #include <string>
@@ -23,11 +24,11 @@ class QUORVELKIT_EXPORT QVSuggestRequest : public QVBaseRequest {
   /// The search text. It is sent unchanged, without percent-encoding. With a character that is not
   /// allowed in a URL (a space, a quotation mark, a non-ASCII letter) the request has no url() and
   /// is not sent; "&", "=" and "#" change the meaning of the URL. An application therefore encodes
-  /// the text and checks url() after the configuration is loaded:
+  /// the text by encodeQueryValue() and checks url() after the configuration is loaded:
   ///
-  ///     auto request = std::make_shared<QVSuggestRequest>(urlEncode("fells po"), here);
+  ///     auto request = std::make_shared<QVSuggestRequest>(encodeQueryValue("fells po"), here);
   ///     QVBaseService::loadConfiguration([request] {
-  ///       if (!request->url()) return report("No configuration, or the text makes no URL.");
+  ///       if (!request->url()) return report("There is no configuration.");
   ///       QVFind::suggest(request, show);
   ///     });
   const std::string& text() const { return text_; }

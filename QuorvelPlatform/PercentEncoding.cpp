@@ -7,20 +7,14 @@ namespace quorvelkit {
 
 namespace {
 
-constexpr bool isAllowedInQuery(char c) noexcept {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-         std::string_view("!$&'()*+,-./:;=?@_~").find(c) != std::string_view::npos;
-}
-
-}  // namespace
-
-std::optional<std::string> percentEncodedForQuery(std::string_view text) {
+// Percent-encodes each byte except letters, digits and the given characters.
+std::string percentEncoded(std::string_view text, std::string_view unencoded) {
   constexpr std::string_view digits = "0123456789ABCDEF";
-  if (!isUTF8(text)) return std::nullopt;
   std::string encoded;
   encoded.reserve(text.size());
   for (const char c : text) {
-    if (isAllowedInQuery(c)) {
+    if ((c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+        unencoded.find(c) != std::string_view::npos) {
       encoded += c;
     } else {
       const auto byte = static_cast<unsigned char>(c);
@@ -32,12 +26,23 @@ std::optional<std::string> percentEncodedForQuery(std::string_view text) {
   return encoded;
 }
 
+}  // namespace
+
+std::optional<std::string> percentEncodedForQuery(std::string_view text) {
+  if (!isUTF8(text)) return std::nullopt;
+  return percentEncoded(text, "!$&'()*+,-./:;=?@_~");
+}
+
 std::string urlEncode(std::string_view text) {
   auto encoded = percentEncodedForQuery(text);
   if (!encoded) {
     fatalError(std::string(unwrappedAbsentValue) + ": the text given to urlEncode is not UTF-8");
   }
   return *std::move(encoded);
+}
+
+QueryValue encodeQueryValue(std::string_view text) {
+  return QueryValue(percentEncoded(text, "-._~"));
 }
 
 }  // namespace quorvelkit

@@ -31,10 +31,11 @@ bool isText(const std::string& bytes) {
 
 }  // namespace
 
-// Input: a text. If it is UTF-8, the encoded text is a valid query and decodes to the text.
-// Otherwise the encoding fails.
+// Input: a text. Encoded as a query value it decodes to the text. If it is UTF-8, the text encoded
+// for a query is valid and decodes to the text. Otherwise that encoding fails.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   const std::string text = textOf(bytes, size);
+  require(decoded(encodeQueryValue(text)) == text);
   const auto encoded = percentEncodedForQuery(text);
   require(encoded.has_value() == isText(text) && encoded.has_value() == isUTF8(text));
   if (!encoded) return 0;

@@ -1,20 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "FindCall.h"
 
-#include <algorithm>
-
 using namespace quorvelkit;
-
-std::string searchableText(std::string text) {
-  std::replace_if(
-      text.begin(), text.end(), [](char c) { return c == '&' || c == '=' || c == '+' || c == '#'; },
-      ' ');
-  return text;
-}
 
 std::optional<QVCandidate> findPlace(const Backend& backend, std::ostream& trace,
                                      const std::string& text, const Coordinate& near) {
-  const auto request = std::make_shared<QVAddressCandidatesRequest>(searchableText(text), near);
+  const auto request = std::make_shared<QVAddressCandidatesRequest>(encodeQueryValue(text), near);
   const auto response = findCall(backend, trace, request, &QVFind::addressCandidates);
   if (!response) return std::nullopt;
   if (response->candidates().empty()) {

@@ -12,9 +12,6 @@
 #include <optional>
 #include <string>
 
-/// Replaces the characters that separate the parameters of a URL by spaces. A search ignores both.
-std::string searchableText(std::string text);
-
 /// A function of QVFind.
 template <class Request, class Response>
 using FindFunction = std::shared_ptr<quorvelkit::URLSessionDataTask> (*)(

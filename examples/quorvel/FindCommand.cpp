@@ -5,8 +5,6 @@
 #include "FindCall.h"
 #include "Table.h"
 
-#include <QuorvelPlatform/PercentEncoding.h>
-
 #include <cmath>
 #include <iostream>
 
@@ -91,10 +89,10 @@ int FindCommand::run() const {
 }
 
 int FindCommand::findCandidates() const {
-  const auto request =
-      std::make_shared<QVAddressCandidatesRequest>(searchableText(text_), *parseCoordinate(near_));
+  const auto request = std::make_shared<QVAddressCandidatesRequest>(encodeQueryValue(text_),
+                                                                    *parseCoordinate(near_));
   if (!extent_.empty()) request->setSearchExtent(parseExtent(extent_));
-  if (!key_.empty()) request->setMagicKey(key_);
+  if (!key_.empty()) request->setMagicKey(encodeQueryValue(key_));
   return callAndPrint(backend_, json_, request, &QVFind::addressCandidates, [this](auto& response) {
     if (response.candidates().empty()) {
       return fail("There is no such place on the server's map" +
@@ -109,10 +107,8 @@ int FindCommand::findCandidates() const {
 }
 
 int FindCommand::suggest() const {
-  // The library sends this text unchanged. Without the encoding, a text with a space or an accented
-  // letter would make no URL, and the request would not be sent.
   const auto request =
-      std::make_shared<QVSuggestRequest>(urlEncode(searchableText(text_)), *parseCoordinate(near_));
+      std::make_shared<QVSuggestRequest>(encodeQueryValue(text_), *parseCoordinate(near_));
   return callAndPrint(backend_, json_, request, &QVFind::suggest, [](auto& response) {
     if (response.suggestions().empty())
       return fail("Nothing on the server's map starts with this.");

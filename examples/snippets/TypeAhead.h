@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QuorvelKit/QVFind.h>
-#include <QuorvelPlatform/PercentEncoding.h>
 
 #include <functional>
 #include <memory>
@@ -27,7 +26,7 @@ class TypeAhead {
   void setText(const std::string& text) {
     using namespace quorvelkit;
     cancel();
-    const auto request = std::make_shared<QVSuggestRequest>(asQueryValue(text), state_->near);
+    const auto request = std::make_shared<QVSuggestRequest>(encodeQueryValue(text), state_->near);
     state_->latest = request;
     // Only this object owns the state. A response after its destruction is ignored.
     QVBaseService::loadConfiguration([request, weak = std::weak_ptr(state_)] {
@@ -56,24 +55,6 @@ class TypeAhead {
   void cancel() {
     if (state_->task) state_->task->cancel();
     state_->task = nullptr;
-  }
-
-  // The library sends the text unchanged, so it is encoded here. urlEncode() does not encode three
-  // characters that separate values in a query.
-  static std::string asQueryValue(const std::string& text) {
-    std::string value;
-    for (const char c : quorvelkit::urlEncode(text)) {
-      if (c == '&') {
-        value += "%26";
-      } else if (c == '+') {
-        value += "%2B";
-      } else if (c == '=') {
-        value += "%3D";
-      } else {
-        value += c;
-      }
-    }
-    return value;
   }
 
   std::shared_ptr<State> state_;

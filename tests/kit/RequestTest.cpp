@@ -158,6 +158,14 @@ TEST(QVAddressCandidatesRequestTest, URLEncodesTextAndKeyOnly) {
     request.setMagicKey(std::nullopt);
     EXPECT_EQ(text(request.url()), root + encoded + at + box);
   }
+  QVAddressCandidatesRequest request(encodeQueryValue("a&b +"), here, extent);
+  request.setMagicKey(encodeQueryValue("="));
+  EXPECT_EQ(text(request.url()), root + "a%26b%20%2B" + at + box + "&magicKey=%3D");
+  request.setSingleLine("%");
+  request.setMagicKey("%");
+  EXPECT_EQ(text(request.url()), root + "%25" + at + box + "&magicKey=%25");
+  request.setSingleLine(encodeQueryValue("%"));
+  EXPECT_EQ(text(request.url()), root + "%25" + at + box + "&magicKey=%25");
   const std::string cause = "unexpectedly found nil.*QVAddressCandidatesRequest::";
   EXPECT_DEATH(QVAddressCandidatesRequest("\xff", here).url(), cause + "singleLine is not UTF-8");
   EXPECT_DEATH(QVAddressCandidatesRequest("a", here, {}, "\xff").url(),

@@ -78,15 +78,17 @@ TEST_P(TextTest, TimePointsAreFormattedInUTC) {
 }
 
 TEST_P(TextTest, QueriesArePercentEncoded) {
-  std::string allowed;
+  std::string allowed, allowedInValue;
   for (int c = 0; c < 128; ++c) {
     const std::string one(1, static_cast<char>(c));
     const auto encoded = percentEncodedForQuery(one);
     ASSERT_TRUE(encoded);
     if (*encoded == one) allowed += one;
+    if (encodeQueryValue(one).encoded() == one) allowedInValue += one;
   }
   EXPECT_EQ(allowed,
             "!$&'()*+,-./0123456789:;=?@ABCDEFGHIJKLMNOPQRSTUVWXYZ_abcdefghijklmnopqrstuvwxyz~");
+  EXPECT_EQ(allowedInValue, "-.0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ_abcdefghijklmnopqrstuvwxyz~");
   const std::pair<std::string_view, std::string_view> cases[] = {
       {"", ""},
       {" %20#[]", "%20%2520%23%5B%5D"},
@@ -96,7 +98,9 @@ TEST_P(TextTest, QueriesArePercentEncoded) {
   for (const auto& [text, encoded] : cases) {
     EXPECT_EQ(percentEncodedForQuery(text), encoded);
     EXPECT_EQ(urlEncode(text), encoded);
+    EXPECT_EQ(encodeQueryValue(text).encoded(), encoded);
   }
+  EXPECT_EQ(encodeQueryValue("&\xFF").encoded(), "%26%FF");
   EXPECT_FALSE(percentEncodedForQuery("\xFF"));
 }
 

@@ -8,7 +8,6 @@
 #include <QuorvelKit/QVConfiguration.h>
 #include <QuorvelKit/QVFind.h>
 #include <QuorvelKit/QVNavigation.h>
-#include <QuorvelPlatform/PercentEncoding.h>
 
 #include <gmock/gmock.h>
 
@@ -137,6 +136,31 @@ TEST_F(SandboxTest, LibraryReadsARouteThroughTheTown) {
   EXPECT_THAT(met, testing::IsSupersetOf({"origin", "onramp", "interchange", "offramp",
                                           "destination", "exitright", "I 46", "I 246"}));
   EXPECT_GT(route.startNode().value_or(0), std::int64_t{1} << 31);
+}
+
+TEST(EncodedQueryTest, ServerReadsTheTextOfBothFindCallsUnchanged) {
+  HTTPServer server([](const HTTPRequest& request) {
+    ValueMap received;
+    for (const auto& [name, value] : request.parameters)
+      received.set(name, value);
+    return HTTPAnswer::json(JSON(received));
+  });
+  const std::string root = "http://127.0.0.1:" + std::to_string(server.bind(0));
+  server.start();
+  quorvelkit::test::configure(quorvelkit::test::roots(root, root));
+  constexpr Coordinate here{1, 2};
+  for (const std::string text : {"A&W", "a=b+c d", "?#/;,'\"", "100% %26 %2526", "Plaça €\n"}) {
+    Headers received;
+    const auto read = [&](const auto& response) {
+      for (const auto& [name, value] : response->json()->dictionaryValue())
+        received[name] = value.stringValue();
+    };
+    const QueryValue value = encodeQueryValue(text);
+    QVFind::addressCandidates(std::make_shared<QVAddressCandidatesRequest>(value, here), read);
+    QVFind::suggest(std::make_shared<QVSuggestRequest>(value, here), read);
+    ASSERT_TRUE(quorvelkit::test::runMainQueueUntil([&] { return received.size() == 3; }));
+    EXPECT_EQ(received, (Headers{{"singleLine", text}, {"text", text}, {"location", "2.0,1.0"}}));
+  }
 }
 
 TEST_F(SandboxTest, ConcurrentRequestsGetTheirOwnAnswers) {
