@@ -4,6 +4,14 @@
 /// headers that each source uses.
 #pragma once
 
+#include <QuorvelKit/Calls/QVCall.h>
+#include <QuorvelKit/Calls/QVCallAwaiter.h>
+#include <QuorvelKit/Calls/QVCallOptions.h>
+#include <QuorvelKit/Calls/QVCallResult.h>
+#include <QuorvelKit/Calls/QVCallState.h>
+#include <QuorvelKit/Calls/QVNotSent.h>
+#include <QuorvelKit/Calls/QVRetryPolicy.h>
+#include <QuorvelKit/Calls/QVStartUp.h>
 #include <QuorvelKit/JSON/Decimal.h>
 #include <QuorvelKit/JSON/JSON.h>
 #include <QuorvelKit/JSON/JSONError.h>
@@ -28,6 +36,7 @@
 #include <QuorvelKit/QVBaseRequest.h>
 #include <QuorvelKit/QVBaseResponse.h>
 #include <QuorvelKit/QVBaseService.h>
+#include <QuorvelKit/QVCallControl.h>
 #include <QuorvelKit/QVCandidate.h>
 #include <QuorvelKit/QVConfiguration.h>
 #include <QuorvelKit/QVConfigurationRequest.h>
@@ -66,7 +75,9 @@
 #include <QuorvelPlatform/HTTPHeaderFields.h>
 #include <QuorvelPlatform/HTTPURLResponse.h>
 #include <QuorvelPlatform/MainQueue.h>
+#include <QuorvelPlatform/MainQueueThread.h>
 #include <QuorvelPlatform/PercentEncoding.h>
+#include <QuorvelPlatform/Scheduler.h>
 #include <QuorvelPlatform/URL.h>
 #include <QuorvelPlatform/URLError.h>
 #include <QuorvelPlatform/URLProtocol.h>
@@ -76,3 +87,4 @@
 #include <QuorvelPlatform/URLSessionConfiguration.h>
 #include <QuorvelPlatform/URLSessionDataTask.h>
 #include <QuorvelPlatform/UTF8.h>
+#include <QuorvelPlatform/WakeUpHook.h>

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // Secrets are never printed, and no public call disables the verification of servers.
 // FaultMatrixTest looks for the same canaries in all failures.
+#include "tests/support/PublicHeaders.h"
+
 #include <QuorvelKit/QVBackendless.h>
 #include <QuorvelKit/QVConfiguration.h>
 #include <QuorvelKit/QVNavigation.h>
@@ -10,8 +12,6 @@
 #include <gmock/gmock.h>
 
 #include <cctype>
-#include <filesystem>
-#include <fstream>
 #include <regex>
 #include <set>
 #include <sstream>
@@ -67,24 +67,10 @@ TEST(SecretsTest, FatalErrorMessagesContainNoSecret) {
   EXPECT_DEATH(QVBaseService::loadConfiguration(nullptr), handler);
 }
 
-// The public headers without their comments.
-std::string publicHeaders() {
-  std::string text;
-  for (const char* folder : {"QuorvelPlatform", "QuorvelKit", "QuorvelKit/JSON", "QuorvelMap"}) {
-    for (const auto& file :
-         std::filesystem::directory_iterator(std::string(QUORVELKIT_SOURCE_DIR "/") + folder)) {
-      const std::string name = file.path().filename();
-      if (!name.ends_with(".h") || name.ends_with("_p.h")) continue;
-      std::ifstream in(file.path());
-      for (std::string line; std::getline(in, line);)
-        text += line.substr(0, line.find("//")) + '\n';
-    }
-  }
-  return text;
-}
-
 TEST(SecretsTest, NoPublicCallDisablesVerification) {
-  const std::string text = publicHeaders();
+  std::string text;
+  for (const auto& [path, header] : test::publicHeaders(QUORVELKIT_SOURCE_DIR))
+    text += std::regex_replace(header, std::regex("//[^\n]*"), "");
   const std::regex identifier("[A-Za-z_][A-Za-z_0-9]*"),
       suspicious("verif|trust|certif|ssl|tls|insecure|unsafe|pinn|hostname|allowany|skip",
                  std::regex::icase);

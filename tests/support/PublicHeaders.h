@@ -12,13 +12,12 @@ namespace quorvelkit::test {
 /// The public headers in the source folder: "QuorvelKit/QVRoute.h" and its text.
 inline std::map<std::string, std::string> publicHeaders(const std::string& sourceFolder) {
   std::map<std::string, std::string> headers;
-  for (const std::string folder :
-       {"QuorvelPlatform/", "QuorvelKit/", "QuorvelKit/JSON/", "QuorvelMap/"}) {
-    for (const auto& file : std::filesystem::directory_iterator(sourceFolder + '/' + folder)) {
-      const std::string name = file.path().filename();
-      if (!name.ends_with(".h") || name.ends_with("_p.h")) continue;
+  for (const char* folder : {"/QuorvelPlatform", "/QuorvelKit", "/QuorvelMap"}) {
+    for (const auto& file : std::filesystem::recursive_directory_iterator(sourceFolder + folder)) {
+      const std::string path = file.path().lexically_relative(sourceFolder);
+      if (!path.ends_with(".h") || path.ends_with("_p.h")) continue;
       std::ifstream text(file.path(), std::ios::binary);
-      headers[folder + name].assign(std::istreambuf_iterator<char>(text), {});
+      headers[path].assign(std::istreambuf_iterator<char>(text), {});
     }
   }
   return headers;
