@@ -1,16 +1,20 @@
 // SPDX-License-Identifier: Apache-2.0
-// Measures what a program needs before its first route: loading the library and the first call.
+// Measures what a program needs before its first route: compiling the header, loading the library
+// and the first call.
 // This program is not linked with the library, so that it measures the loading in a fresh process.
 #include "NginxServer.h"
 
 #include <benchmark/benchmark.h>
 #include <dlfcn.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
+#include <string>
 
 namespace quorvelkit::bench {
 namespace {
@@ -73,6 +77,33 @@ BENCHMARK_CAPTURE(call, second, false)
     ->Name("call/second")
     ->UseManualTime()
     ->Unit(benchmark::kMicrosecond);
+
+// The processor time of all child processes that have ended.
+double childSeconds() {
+  rusage usage{};
+  ::getrusage(RUSAGE_CHILDREN, &usage);
+  const auto seconds = [](const timeval& time) {
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
+  };
+  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+void include(benchmark::State& state, const char* source) {
+  const std::string command = std::string(QUORVELKIT_COMPILE_SOURCE " ") + source;
+  for (auto _ : state) {
+    const double before = childSeconds();
+    if (std::system(command.c_str()) != 0) return state.SkipWithError("the compiler failed");
+    state.SetIterationTime(childSeconds() - before);
+  }
+}
+BENCHMARK_CAPTURE(include, quorvelkit, QUORVELKIT_INCLUDE_SOURCE)
+    ->Name("include/quorvelkit")
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(include, standard, QUORVELKIT_INCLUDE_STANDARD_SOURCE)
+    ->Name("include/standard")
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 
 // The size of the stripped shared library, for the table.
 void size(benchmark::State& state) {
