@@ -38,12 +38,12 @@ if(QUORVELKIT_COVERAGE)
   add_link_options(-fprofile-instr-generate)
 endif()
 
-# Precompiles the headers that most sources include, and the given ones. Saves time for targets with
-# three sources or more.
+# Precompiles the headers that most sources include. Saves time for targets with three sources or
+# more.
 function(quorvelkit_precompile_headers target)
   target_precompile_headers(${target} PRIVATE
     <algorithm> <chrono> <functional> <map> <memory> <mutex> <optional> <string> <string_view>
-    <utility> <vector> ${ARGN})
+    <utility> <vector>)
 endfunction()
 
 # Settings of a program, a test or a tool of this project. With a sanitizer, programs are compiled
