@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <QuorvelMap/LineOutline_p.h>
 #include <QuorvelMap/PlainMapCanvas_p.h>
 
 #include <QPainter>
@@ -43,15 +44,15 @@ class PlainWidget : public QWidget {
     painter.fillRect(rect(), QColor(0xec, 0xe9, 0xe2));
     painter.setRenderHint(QPainter::Antialiasing);
     for (const DrawnLine& line : lines) {
-      painter.setPen(QPen(line.color, line.width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
       for (const auto& piece : line.pieces) {
         const QPolygonF points = polygon(piece);
         const QRectF bounds = points.boundingRect().adjusted(-line.width, 0, line.width, 0);
+        const QPainterPath outline = outlineOf(points, line.width);
         const double world = worldWidth(camera_.zoomLevel);
         // Paints the piece in each visible copy of the world.
         double copy = -std::floor(bounds.right() / world) * world;
         while (bounds.left() + copy <= width()) {
-          painter.drawPolyline(points.translated(copy, 0));
+          painter.fillPath(outline.translated(copy, 0), line.color);
           copy += world;
         }
       }

@@ -220,6 +220,31 @@ TEST(MGLMapViewTest, LinesHaveRoundJoinsAndCaps) {
   }
 }
 
+// The edges of the line are between pixels, so that a darker or lighter pixel is visible there.
+TEST(MGLMapViewTest, EdgesOfLinesAreEvenAtNearlyStraightJoins) {
+  for (const Screen screen : {Screen::none, Screen::x11}) {
+    const TestApplication application(screen);
+    Scene scene(town);
+    scene.view.show();
+    const auto at = [&](double x, double y) { return scene.view.convertPoint({300 + x, 200 + y}); };
+    for (const double bend : {-0.5, 0.5}) {
+      for (const double end : {-60, 60}) {
+        scene.view.removeAnnotations(scene.view.annotations());
+        scene.view.addAnnotations(
+            {makeLine({at(-end, 0.5 + bend), at(0, 0.5), at(end, 0.5 + bend)})});
+        EXPECT_TRUE(shows(scene.view, town, *scene.delegate->color));
+        const QImage picture = scene.view.grab().toImage();
+        for (int y = 190; y <= 210; ++y) {
+          const int join = picture.pixelColor(300, y).green();
+          const int beside =
+              (picture.pixelColor(290, y).green() + picture.pixelColor(310, y).green()) / 2;
+          EXPECT_NEAR(join, beside, 40) << y << " " << bend << " " << end;
+        }
+      }
+    }
+  }
+}
+
 TEST(MGLMapViewTest, MarkersAreVisibleAtEveryZoomLevel) {
   for (const Screen screen : {Screen::none, Screen::x11}) {
     const TestApplication application(screen);
