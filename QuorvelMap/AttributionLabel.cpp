@@ -44,8 +44,11 @@ AttributionLabel::AttributionLabel(QWidget* view) : QLabel(view) {
   hide();
 }
 
-void AttributionLabel::setHtml(const QString& html) {
-  fragments_ = parseFragments(html);
+void AttributionLabel::setHtml(const QStringList& texts) {
+  fragments_.clear();
+  for (const QString& html : texts)
+    append(html);
+  if (!fragments_.empty() && fragments_.back().text == QLatin1String(" ")) fragments_.pop_back();
   length_ = 0;
   for (const Fragment& fragment : fragments_)
     length_ += fragment.text.size();
@@ -55,11 +58,10 @@ void AttributionLabel::setHtml(const QString& html) {
 }
 
 // Replaces line breaks and sequences of spaces by one space.
-std::vector<AttributionLabel::Fragment> AttributionLabel::parseFragments(const QString& html) {
+void AttributionLabel::append(const QString& html) {
   TextOnlyDocument document;
   document.setUndoRedoEnabled(false);
   document.setHtml(html);
-  std::vector<Fragment> fragments;
   bool endsWithSpace = true;
   for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
     for (auto i = block.begin(); !i.atEnd(); ++i) {
@@ -67,25 +69,23 @@ std::vector<AttributionLabel::Fragment> AttributionLabel::parseFragments(const Q
       QString href = i.fragment().charFormat().anchorHref();
       href.replace(QLatin1String("&amp;"), QLatin1String("&"));
       const QUrl url(href);
-      const bool isLink =
-          url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
+      const bool isLink = !url.host().isEmpty() && (url.scheme() == QLatin1String("http") ||
+                                                    url.scheme() == QLatin1String("https"));
       const QString target = isLink ? url.toString(QUrl::FullyEncoded) : QString();
-      if (fragments.empty() || fragments.back().url != target)
-        fragments.push_back({QString(), target});
+      if (fragments_.empty() || fragments_.back().url != target)
+        fragments_.push_back({QString(), target});
       for (const QChar c : i.fragment().text()) {
         const bool isImage = c == QChar::ObjectReplacementCharacter;
         const bool isSpace = c.isSpace() || isImage;
         if (isSpace && endsWithSpace) continue;
         endsWithSpace = isSpace;
-        fragments.back().text += endsWithSpace ? QChar(u' ') : c;
+        fragments_.back().text += endsWithSpace ? QChar(u' ') : c;
       }
     }
-    if (!endsWithSpace) fragments.push_back({QStringLiteral(" "), QString()});
+    if (!endsWithSpace) fragments_.push_back({QStringLiteral(" "), QString()});
     endsWithSpace = true;
   }
-  std::erase_if(fragments, [](const Fragment& fragment) { return fragment.text.isEmpty(); });
-  if (!fragments.empty() && fragments.back().text == QLatin1String(" ")) fragments.pop_back();
-  return fragments;
+  std::erase_if(fragments_, [](const Fragment& fragment) { return fragment.text.isEmpty(); });
 }
 
 QString AttributionLabel::htmlOfFirst(int characterCount) const {

@@ -3,19 +3,21 @@
 
 #include <QLabel>
 #include <QString>
+#include <QStringList>
 #include <vector>
 
 namespace quorvelkit {
 
-/// A label that shows the attribution in the lower right corner of a map view. Shows only the text
+/// A label that shows the attributions in the lower right corner of a map view. Shows only the text
 /// of the HTML and its links to http and https URLs. Uses at most two lines. If the text is longer,
 /// the second line ends with a "…" link that opens the whole text in a popup window.
 class AttributionLabel : public QLabel {
  public:
   explicit AttributionLabel(QWidget* view);
 
-  /// Hides the label if the HTML contains no text.
-  void setHtml(const QString& html);
+  /// Each text is a separate document, so that one with an open tag or comment does not change the
+  /// others. Hides the label if they contain no text.
+  void setHtml(const QStringList& texts);
   /// Fits the text into the view.
   void layOut();
 
@@ -26,7 +28,7 @@ class AttributionLabel : public QLabel {
     QString url;
   };
 
-  static std::vector<Fragment> parseFragments(const QString& html);
+  void append(const QString& html);
   QString htmlOfFirst(int characterCount) const;
   bool setTextAndFit(const QString& html);
   void open(const QString& link);

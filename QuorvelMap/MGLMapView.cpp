@@ -115,7 +115,7 @@ struct MGLMapView::Private {
     canvas->show();
     canvas->lower();
     updateForCamera();
-    attribution->setHtml(engine.attribution());
+    attribution->setHtml(engine.attributions());
     layOut();
   }
 

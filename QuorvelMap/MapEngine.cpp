@@ -107,13 +107,13 @@ std::unique_ptr<MapCanvas> MapEngine::startQtLocation(const QString& engine, QSt
   if (drawsStyle) log_ = std::make_unique<EngineLog>();
   auto canvas = makeQuickMapCanvas(view_, settings, startError);
   if (!canvas) log_.reset();
-  attribution_ = drawsStyle ? style_.attribution : tileAttribution_;
+  attributions_ = drawsStyle ? style_.attributions : QStringList(tileAttribution_);
   return canvas;
 }
 
 void MapEngine::startPlain() {
   canvas_ = makePlainMapCanvas(view_, handlers_.cameraChanged);
-  attribution_.clear();
+  attributions_.clear();
 }
 
 void MapEngine::fallBack(const QString& reason) {

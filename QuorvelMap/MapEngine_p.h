@@ -6,6 +6,7 @@
 #include <QuorvelMap/StyleLoader_p.h>
 
 #include <QString>
+#include <QStringList>
 #include <QUrl>
 #include <functional>
 #include <memory>
@@ -46,8 +47,8 @@ class MapEngine {
   QUrl tileHost() const { return tileHost_; }
   void setTileHost(const QUrl& url, const QString& attribution);
 
-  /// The attribution of the visible map data, as HTML.
-  QString attribution() const { return attribution_; }
+  /// The attributions of the visible map data, each as HTML.
+  QStringList attributions() const { return attributions_; }
   /// The running engine, the reasons why the preferred engines do not run, and the errors of the
   /// style.
   QString note() const;
@@ -66,7 +67,7 @@ class MapEngine {
   LoadedStyle style_;
   QUrl tileHost_;
   QString tileAttribution_;
-  QString attribution_;
+  QStringList attributions_;
   QString note_ = QStringLiteral("No engine was started.");
   StyleLoader styleLoader_;
   std::unique_ptr<EngineLog> log_;

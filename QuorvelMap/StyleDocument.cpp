@@ -3,7 +3,6 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QStringList>
 
 namespace quorvelkit {
 
@@ -57,8 +56,7 @@ QJsonObject parseObject(const QByteArray& text, QString& error) {
 
 }  // namespace
 
-StyleDocument::StyleDocument(const QByteArray& text)
-    : text_(text), style_(parseObject(text, error_)) {
+StyleDocument::StyleDocument(const QByteArray& text) : style_(parseObject(text, error_)) {
   if (!error_.isEmpty()) return;
   const QString part = partWithMapboxURL(style_);
   if (style_.value(QStringLiteral("version")).toInt() != 8 ||
@@ -113,21 +111,20 @@ void StyleDocument::setSource(const QString& name, const QJsonValue& source) {
   // An undefined value removes the member.
   sources.insert(name, source);
   style_.insert(sourcesKey(), sources);
-  text_.clear();
 }
 
-QString StyleDocument::attribution() const {
+QStringList StyleDocument::attributions() const {
   QStringList texts;
   const QJsonObject sources = style_.value(sourcesKey()).toObject();
   for (const auto& source : sources)
     texts += source.toObject().value(attributionKey()).toString();
   texts.removeAll(QString());
   texts.removeDuplicates();
-  return texts.join(u' ');
+  return texts;
 }
 
 QByteArray StyleDocument::text() const {
-  return text_.isEmpty() ? QJsonDocument(style_).toJson(QJsonDocument::Compact) : text_;
+  return QJsonDocument(style_).toJson(QJsonDocument::Compact);
 }
 
 }  // namespace quorvelkit

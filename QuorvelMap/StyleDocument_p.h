@@ -4,6 +4,7 @@
 #include <QByteArray>
 #include <QJsonObject>
 #include <QString>
+#include <QStringList>
 #include <QUrl>
 #include <map>
 
@@ -23,16 +24,16 @@ class StyleDocument {
   /// returns the reason if the document cannot be used; returns an empty string otherwise.
   QString resolveSource(const QString& source, const QByteArray& tileJSON);
   void removeSource(const QString& source);
-  /// The attributions of all sources without duplicates, as HTML.
-  QString attribution() const;
+  /// The attributions of the sources without duplicates, each as HTML.
+  QStringList attributions() const;
+  /// Written anew from the values that were checked. The engine's parser reads some texts
+  /// differently, for example objects with duplicate keys.
   QByteArray text() const;
 
  private:
   void setSource(const QString& name, const QJsonValue& source);
 
   QString error_;
-  // The original text. Empty after a change of style_.
-  QByteArray text_;
   QJsonObject style_;
 };
 

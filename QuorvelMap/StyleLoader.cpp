@@ -54,7 +54,7 @@ void StyleLoader::load(const QUrl& url, Handler handler) {
 
 void StyleLoader::finishRead(const Handler& handler) {
   if (--pendingReads_ > 0) return;
-  handler({QString(), document_.text(), document_.attribution(), sourceErrors_});
+  handler({QString(), document_.text(), document_.attributions(), sourceErrors_});
 }
 
 void StyleLoader::read(const QUrl& url, ReadHandler handler) {

@@ -22,8 +22,8 @@ struct LoadedStyle {
   QString error;
   /// The style for the engine, with the content of its TileJSON documents.
   QByteArray text;
-  /// The attributions of the sources, as HTML.
-  QString attribution;
+  /// The attributions of the sources, each as HTML.
+  QStringList attributions;
   /// One message for each source that was removed.
   QStringList sourceErrors;
 };

@@ -32,6 +32,8 @@ TEST(MapStyleTest, LoadsStylesFromEachURLSchemeAndUsesDefaultAfterFailure) {
       {application.file("good file.json", styleWithBackground("#000060")), QColor(0, 0, 0x60), ""},
       {application.file("truncated.json", R"({"version":8,"lay)"), plainBackground,
        "truncated.json could not be used"},
+      {application.file("bom.json", "\xEF\xBB\xBF" + styleWithBackground("#606000")),
+       QColor(0x60, 0x60, 0), ""},
       {QUrl(), plainBackground, ""},
       {notAStyle.url("/"), plainBackground, "not a Mapbox style"},
       {QUrl::fromLocalFile("/none.json"), plainBackground, "No such file"},
@@ -78,6 +80,7 @@ TEST(MapStyleTest, StylesWithMapboxURLsAreRejectedBeforeAnyRequest) {
   const std::pair<QByteArray, const char*> table[] = {
       {styleWith(R"({"type":"vector","url":"mapbox://a.b"})"), "source a"},
       {styleWith(R"({"type":"raster","tiles":[")" + url + R"(","mapbox://tiles/a"]})"), "source a"},
+      {styleWith(R"({"type":"raster","tiles":[[" \u004dAPBOX:\/\/tiles/a"]]})"), "source a"},
       {styleWith(R"({"type":"geojson","data":"Mapbox://a.b"})"), "source a"},
       {styleWith(ours, R"(,"sprite":"mapbox://sprites/a/b")"), "sprite"},
       {styleWith(ours, R"(,"sprite":[{"id":"x","url":"mapbox://sprites/a/b"}])"), "sprite"},
@@ -98,6 +101,15 @@ TEST(MapStyleTest, StylesWithMapboxURLsAreRejectedBeforeAnyRequest) {
       application.file("style.json", styleWith(R"({"type":"vector","url":")" + foreign + R"("})")));
   EXPECT_TRUE(shows(view, {0.005, 0.005}, QColor(0, 0x60, 0)));
   EXPECT_TRUE(view.engineNote().contains("source a: it has a mapbox: URL"));
+  // The last of two equal keys is checked and used. The engine itself would use the first.
+  view.setStyleURL(application.file(
+      "style.json", styleWith(R"({"type":"raster","tiles":[]})",
+                              R"(,"sprite":")" + url + R"(","sprite":")" + foreign + "\"")));
+  EXPECT_TRUE(waitUntil([&] {
+    view.grab();
+    return view.engineNote().contains("sprite: ");
+  })) << view.engineNote().toStdString();
+  EXPECT_EQ(requests, 0);
 }
 
 TEST(MapStyleTest, NoteContainsErrorsOfTheStyleAndDocumentsAreRequestedOnce) {
@@ -151,8 +163,8 @@ TEST(MapStyleTest, NoteContainsErrorsOfTheStyleAndDocumentsAreRequestedOnce) {
   EXPECT_EQ(printed, "[ ERROR ] of the application\n");
 }
 
-// Two sources with an attribution, one with an attribution in its TileJSON document, and one whose
-// TileJSON document is missing.
+// A source whose attribution does not end its comment, two sources with the same attribution, one
+// with an attribution in its TileJSON document, and one whose TileJSON document is missing.
 TEST(MapStyleTest, AttributionsAreShownAsTextAndLinksInsideTheView) {
   const TestApplication application;
   FixedAnswerServer tileJSON(200, R"({"tiles":[],"attribution":"&copy; Surveyors"})");
@@ -163,6 +175,8 @@ TEST(MapStyleTest, AttributionsAreShownAsTextAndLinksInsideTheView) {
       R"( <a href='file:///etc/passwd'>with</a><style>@import 'x';</style>)"
       R"(<a href='javascript:x()'> a <table><tr><td>long</td></tr></table>)";
   FixedAnswerServer server(200, R"({"version":8,"layers":[],"sources":{
+      "0":{"type":"raster","tiles":[],"attribution":
+          "<a href='HTTPS://b.example'>Owner</a> <a href='http:b'>of</a> it <!-- <a href='x"},
       "a":{"type":"geojson","data":{"type":"FeatureCollection","features":[]},"attribution":")" +
                                     attribution + R"("},
       "b":{"type":"raster","tiles":[],"attribution":")" +
@@ -173,7 +187,8 @@ TEST(MapStyleTest, AttributionsAreShownAsTextAndLinksInsideTheView) {
       "d":{"type":"vector","url":")" +
                                     missing.url("/").toEncoded() + R"("}}})");
   const QString whole = QString::fromUtf8(
-      "© <a href=\"https://a.example/?b=1&amp;c\">Some body</a> with a long"
+      "<a href=\"https://b.example\">Owner</a> of it © <a "
+      "href=\"https://a.example/?b=1&amp;c\">Some body</a> with a long"
       " © Surveyors");
   MGLMapView view(QRect(0, 0, 600, 200));
   auto* const label = view.findChild<QLabel*>();
