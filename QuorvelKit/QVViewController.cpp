@@ -15,8 +15,8 @@ namespace quorvelkit {
 
 namespace {
 
-template <class T>
 // Stops the process if the value is absent.
+template <class T>
 const T& valueOrAbort(const std::optional<T>& value) {
   if (!value) fatalError(unwrappedAbsentValue);
   return *value;
@@ -146,10 +146,12 @@ std::optional<double> QVViewController::lineWidthForPolylineAnnotation(
 
 std::optional<QColor> QVViewController::strokeColorForShapeAnnotation(
     MGLMapView& mapView, const MGLAnnotation& annotation) {
+  const QPointer<MGLMapView> map(mapview_ ? mapview_.data() : &mapView);
   const auto active = activeDelegate();
   auto color = active ? active->strokeColorForShapeAnnotation(*mapview_, annotation) : std::nullopt;
-  if (color) return color;
-  QColor tint = (mapview_ ? *mapview_ : mapView).tintColor();
+  // The delegate may have destroyed the map view. Then nothing is drawn.
+  if (color || !map) return color;
+  QColor tint = map->tintColor();
   if (!tint.isValid()) fatalError(unwrappedAbsentValue);
   return tint;
 }

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <QuorvelMap/AnnotationAppearance_p.h>
 #include <QuorvelMap/AnnotationStore_p.h>
 #include <QuorvelMap/AttributionLabel_p.h>
 #include <QuorvelMap/MGLMapView.h>
 #include <QuorvelMap/MGLMapViewDelegate.h>
-#include <QuorvelMap/MGLPointAnnotation.h>
 #include <QuorvelMap/MainQueueHook.h>
 #include <QuorvelMap/MapAccessible_p.h>
 #include <QuorvelMap/MapControls_p.h>
@@ -19,16 +19,9 @@
 #include <QTouchEvent>
 #include <QWheelEvent>
 #include <algorithm>
-#include <optional>
 #include <utility>
 
 namespace quorvelkit {
-
-namespace {
-
-constexpr double defaultLineWidth = 3;
-
-}  // namespace
 
 struct MGLMapView::Private {
   explicit Private(MGLMapView* mapView)
@@ -41,18 +34,12 @@ struct MGLMapView::Private {
   Private(const Private&) = delete;
   Private& operator=(const Private&) = delete;
 
-  // The appearance of an annotation at the time when it was added.
-  struct Appearance {
-    std::optional<DrawnLine> line;
-    std::optional<DrawnMarker> marker;
-  };
-
   MGLMapView* const view;
   MarkerLayer* const markers;
   AttributionLabel* const attribution;
   QColor tintColor;
   std::weak_ptr<MGLMapViewDelegate> delegate;
-  AnnotationStore<std::shared_ptr<const MGLAnnotation>, Appearance> annotations;
+  AnnotationStore<std::shared_ptr<const MGLAnnotation>, AnnotationAppearance> annotations;
   MapEngine engine;
   MapInput input;
   MapControls controls;
@@ -64,49 +51,13 @@ struct MGLMapView::Private {
     controls.setFocusShown(byKeyboard);
   }
 
-  DrawnLine drawnLine(const MGLPolyline& polyline) {
-    std::optional<double> width;
-    std::optional<QColor> color;
-    std::optional<double> alpha;
-    if (const auto lockedDelegate = delegate.lock()) {
-      width = lockedDelegate->lineWidthForPolylineAnnotation(*view, polyline);
-      color = lockedDelegate->strokeColorForShapeAnnotation(*view, polyline);
-      alpha = lockedDelegate->alphaForShapeAnnotation(*view, polyline);
-    }
-    DrawnLine line;
-    line.pieces = splitAtAntimeridian(polyline.coordinates());
-    line.width = std::max(width.value_or(defaultLineWidth), 0.0);
-    line.color = color.value_or(view->tintColor());
-    line.color.setAlphaF(line.color.alphaF() * std::clamp(alpha.value_or(1), 0.0, 1.0));
-    return line;
-  }
-
-  DrawnMarker drawnMarker(const MGLPointAnnotation& point) {
-    DrawnMarker marker;
-    if (const auto lockedDelegate = delegate.lock()) {
-      const auto image = lockedDelegate->imageForAnnotation(*view, point);
-      if (image) marker.image = image->image();
-    }
-    marker.coordinate = point.coordinate();
-    marker.title = QString::fromStdString(point.title());
-    return marker;
-  }
-
-  Appearance appearanceOf(const MGLAnnotation& annotation) {
-    if (const auto* polyline = dynamic_cast<const MGLPolyline*>(&annotation))
-      return {drawnLine(*polyline), std::nullopt};
-    if (const auto* point = dynamic_cast<const MGLPointAnnotation*>(&annotation))
-      return {std::nullopt, drawnMarker(*point)};
-    return {};
-  }
-
-  void drawLine(const Appearance& appearance) {
+  void drawLine(const AnnotationAppearance& appearance) {
     if (engine.canvas() != nullptr && appearance.line && appearance.line->width > 0)
       engine.canvas()->add(*appearance.line);
   }
 
   void showCanvas() {
-    for (const Appearance& appearance : annotations.appearances())
+    for (const AnnotationAppearance& appearance : annotations.appearances())
       drawLine(appearance);
     QWidget* const canvas = engine.canvas()->widget();
     // The map view handles all events, so that input is the same for all engines.
@@ -202,9 +153,10 @@ const MGLMapView::Annotations& MGLMapView::annotations() const { return d_->anno
 void MGLMapView::addAnnotations(const Annotations& annotations) {
   for (const auto& annotation : annotations) {
     if (!annotation || d_->annotations.contains(annotation)) continue;
-    Private::Appearance appearance = d_->appearanceOf(*annotation);
-    if (!d_->annotations.add(annotation, std::move(appearance))) continue;
-    const Private::Appearance& drawn = d_->annotations.appearances().back();
+    auto appearance = appearanceOf(*this, *annotation);
+    if (!appearance) return;  // The delegate has destroyed this view.
+    if (!d_->annotations.add(annotation, *std::move(appearance))) continue;
+    const AnnotationAppearance& drawn = d_->annotations.appearances().back();
     d_->drawLine(drawn);
     if (drawn.marker) d_->markers->add(*drawn.marker);
   }

@@ -18,7 +18,8 @@ class MGLMapView;
 ///
 /// The map view calls the functions on the GUI thread when an annotation is added, and stores the
 /// results: width, color and alpha for a line, in this order, or the image for a point. Annotations
-/// that the delegate adds inside such a call are drawn below the annotation of the call.
+/// that the delegate adds inside such a call are drawn below the annotation of the call. The
+/// delegate may destroy the map view inside a call; then its result is ignored.
 class QUORVELKIT_EXPORT MGLMapViewDelegate {
  public:
   virtual ~MGLMapViewDelegate();

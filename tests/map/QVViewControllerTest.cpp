@@ -30,6 +30,7 @@ class CountingController : public QVViewController {
   std::vector<std::shared_ptr<QVRouteResponse>> responses;
   // The number of annotations when didReceiveRoute() was called.
   std::size_t annotationCount = 0;
+  std::function<void()> received = [] {};
 
  protected:
   void viewDidLoad() override {
@@ -49,6 +50,7 @@ class CountingController : public QVViewController {
     EXPECT_EQ(route().has_value(), response->route().has_value());
     annotationCount = mapview() != nullptr ? mapview()->annotations().size() : 0;
     QVViewController::didReceiveRoute(response);
+    received();
   }
 };
 
@@ -216,6 +218,70 @@ TEST_F(QVViewControllerTest, DeletedMapViewIsNotUsed) {
   loadAndDraw(*controller, twoPoints);
   EXPECT_TRUE(controller->route());
   EXPECT_EQ(controller->responses.size(), 1U);
+}
+
+// Runs an action in one of its calls.
+struct ActingDelegate : MGLMapViewDelegate {
+  int callsBefore = 0;
+  std::function<void()> action;
+
+  std::nullopt_t act() {
+    if (callsBefore-- == 0) action();
+    return std::nullopt;
+  }
+  std::optional<MGLAnnotationImage> imageForAnnotation(MGLMapView&, const MGLAnnotation&) override {
+    return act();
+  }
+  std::optional<double> lineWidthForPolylineAnnotation(MGLMapView&, const MGLPolyline&) override {
+    return act();
+  }
+  std::optional<QColor> strokeColorForShapeAnnotation(MGLMapView&, const MGLAnnotation&) override {
+    return act();
+  }
+  std::optional<double> alphaForShapeAnnotation(MGLMapView&, const MGLAnnotation&) override {
+    return act();
+  }
+};
+
+// Destroys one object in each of the five calls for two markers and a line, and after a response.
+TEST_F(QVViewControllerTest, ObjectsCanBeDestroyedInsideCallsOfDelegateAndController) {
+  constexpr int calls = 5;
+  server_.set(routePath, {200, twoPoints});
+  for (const std::string what : {"map view", "window", "controller", "delegate"}) {
+    for (int call = 0; call <= calls; ++call) {
+      SCOPED_TRACE(what + " in call " + std::to_string(call));
+      auto window = std::make_unique<QWidget>();
+      auto controller = makeReady<CountingController>();
+      const std::weak_ptr<CountingController> watched = controller;
+      auto delegate = std::make_shared<ActingDelegate>();
+      controller->setDelegate(delegate);
+      const QPointer<MGLMapView> map = controller->mapview();
+      delegate->callsBefore = call;
+      bool isDone = false;
+      delegate->action = controller->received = [&] {
+        if (what == "map view") delete map;
+        if (what == "window") window.reset();
+        if (what == "controller") controller.reset();
+        if (what == "delegate") delegate.reset();
+        isDone = true;
+      };
+      if (call == calls) {
+        controller->view()->setParent(window.get());
+        EXPECT_TRUE(waitUntil([&] { return isDone; }));
+      } else {
+        map->setParent(window.get());
+        map->addAnnotations({makeMarker({0, 0}, "a"), makeMarker({0, 1}, "b"), makeLine({})});
+      }
+      EXPECT_TRUE(isDone);
+      EXPECT_EQ(watched.expired(), what == "controller");
+      // The view controller takes the map view out of the window of its view.
+      const bool isMapLeft = what == "delegate" || (what == "window" && call == calls);
+      ASSERT_EQ(!map.isNull(), isMapLeft);
+      if (isMapLeft) {
+        EXPECT_EQ(map->annotations().size(), 3U);
+      }
+    }
+  }
 }
 
 // MissingEndTest.cpp tests the same without assertions.
