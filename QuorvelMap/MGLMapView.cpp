@@ -194,7 +194,10 @@ bool MGLMapView::event(QEvent* event) {
       return true;
     default: break;
   }
-  return QWidget::event(event);
+  const bool isHandled = QWidget::event(event);
+  // The sizes of the controls and of the attribution depend on them.
+  if (event->type() == QEvent::FontChange || event->type() == QEvent::LocaleChange) d_->layOut();
+  return isHandled;
 }
 
 // Shows the focus frame to keyboard users only. A window that becomes active does not change it.

@@ -73,11 +73,11 @@ class QUORVELKIT_EXPORT MGLMapView : public QWidget {
 
   /// The coordinate at the center of the view. Default: (0, 0). The engine moves it if the view
   /// would show the upper or lower edge of the world, so the value can differ from the one that was
-  /// set.
+  /// set. Setting a coordinate that is not finite has no effect.
   Coordinate centerCoordinate() const;
   void setCenterCoordinate(Coordinate center);
   /// At level 0, the world is 512 device-independent pixels wide; each level doubles the width.
-  /// Clamped to [0, 20]. Default: 0.
+  /// Clamped to [0, 20]. Setting NaN has no effect. Default: 0.
   double zoomLevel() const;
   void setZoomLevel(double level);
   /// Sets the center and the largest zoom level, at most 17, at which the view shows all
@@ -99,7 +99,8 @@ class QUORVELKIT_EXPORT MGLMapView : public QWidget {
   void removeAnnotations(const Annotations& annotations);
 
   /// A text for humans: the engine in use, why the preferred engines cannot run, and the errors of
-  /// the style. It changes when the engine or the style changes or fails.
+  /// the style. It changes when the engine or the style changes or fails. The Mapbox GL engine does
+  /// not say to which view an error belongs. Therefore each note contains its errors in all views.
   QString engineNote() const;
 
   /// The zoom buttons in the upper right corner and the scale bar in the lower left corner. The

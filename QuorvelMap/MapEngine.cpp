@@ -5,6 +5,7 @@
 
 #include <QTimer>
 #include <QWidget>
+#include <cmath>
 #include <utility>
 
 namespace quorvelkit {
@@ -57,6 +58,10 @@ void MapEngine::stop() {
 }
 
 void MapEngine::setCamera(const MapCamera& camera) {
+  if (!std::isfinite(camera.center.latitude) || !std::isfinite(camera.center.longitude) ||
+      !std::isfinite(camera.zoomLevel)) {
+    return;
+  }
   camera_ = camera;
   if (canvas_) canvas_->setCamera(camera);
 }

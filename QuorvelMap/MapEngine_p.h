@@ -39,6 +39,7 @@ class MapEngine {
   void stop();
 
   MapCamera camera() const { return canvas_ ? canvas_->camera() : camera_; }
+  /// Has no effect if a value is not finite.
   void setCamera(const MapCamera& camera);
 
   QUrl styleURL() const { return styleURL_; }

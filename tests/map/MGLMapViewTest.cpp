@@ -431,8 +431,13 @@ TEST(MGLMapViewTest, VisibleCoordinatesFillTheViewInsideTheMargins) {
   }
   MGLMapView view;
   view.setCenterCoordinate(town);
+  view.setZoomLevel(7);
   view.setVisibleCoordinates({});
-  EXPECT_EQ(view.centerCoordinate(), town) << "no coordinates";
+  view.setCenterCoordinate({NAN, 0});
+  view.setCenterCoordinate({0, INFINITY});
+  view.setZoomLevel(NAN);
+  EXPECT_EQ(view.centerCoordinate(), town) << "no finite coordinates";
+  EXPECT_EQ(view.zoomLevel(), 7);
 }
 
 }  // namespace

@@ -244,6 +244,9 @@ TEST(ScaleBarTest, LengthMatchesTheTextInTheUnitsOfTheLocale) {
     const Coordinate right = view.convertPoint({bar->width() - 12.0, 200});
     EXPECT_NEAR(metersBetween(left, right) / meters, 1, 0.02) << text;
   }
+  const int lowerEdge = bar->geometry().bottom();
+  view.setFont(QFont(view.font().family(), 30));
+  EXPECT_EQ(bar->geometry().bottom(), lowerEdge) << "a larger font";
   view.setShowsScaleBar(false);
   EXPECT_FALSE(view.showsScaleBar() || bar->isVisible());
 }
