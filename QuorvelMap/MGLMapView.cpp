@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelMap/AnnotationAppearance_p.h>
+#include <QuorvelMap/AnnotationFit_p.h>
 #include <QuorvelMap/AnnotationStore_p.h>
 #include <QuorvelMap/AttributionLabel_p.h>
 #include <QuorvelMap/MGLMapView.h>
@@ -71,8 +72,9 @@ struct MGLMapView::Private {
   }
 
   void updateForCamera() {
-    markers->setCamera(engine.camera());
     controls.updateScale();
+    markers->setObstacles(controls.areas());
+    markers->setCamera(engine.camera());
   }
 
   // The attribution is above all other widgets.
@@ -81,6 +83,7 @@ struct MGLMapView::Private {
     markers->setGeometry(view->rect());
     attribution->layOut();
     controls.layOut(attribution->isHidden() ? QRect() : attribution->geometry());
+    markers->setObstacles(controls.areas());
     attribution->raise();
   }
 };
@@ -140,6 +143,12 @@ void MGLMapView::setVisibleCoordinates(const std::vector<Coordinate>& coordinate
   if (camera) d_->engine.setCamera(*camera);
 }
 
+bool MGLMapView::showAnnotations() {
+  const auto camera = cameraFittingAnnotations(annotations(), size(), d_->controls.margins());
+  if (camera) d_->engine.setCamera(*camera);
+  return camera.has_value();
+}
+
 QPointF MGLMapView::convertCoordinate(Coordinate coordinate) const {
   return viewPosition(d_->engine.camera(), size(), coordinate);
 }
@@ -175,9 +184,15 @@ void MGLMapView::removeAnnotations(const Annotations& annotations) {
 QString MGLMapView::engineNote() const { return d_->engine.note(); }
 
 bool MGLMapView::showsZoomButtons() const { return d_->controls.showsButtons(); }
-void MGLMapView::setShowsZoomButtons(bool shown) { d_->controls.setShowsButtons(shown); }
+void MGLMapView::setShowsZoomButtons(bool shown) {
+  d_->controls.setShowsButtons(shown);
+  d_->updateForCamera();
+}
 bool MGLMapView::showsScaleBar() const { return d_->controls.showsScaleBar(); }
-void MGLMapView::setShowsScaleBar(bool shown) { d_->controls.setShowsScaleBar(shown); }
+void MGLMapView::setShowsScaleBar(bool shown) {
+  d_->controls.setShowsScaleBar(shown);
+  d_->updateForCamera();
+}
 
 QSize MGLMapView::sizeHint() const { return {480, 360}; }
 QSize MGLMapView::minimumSizeHint() const { return {160, 120}; }

@@ -85,6 +85,11 @@ class QUORVELKIT_EXPORT MGLMapView : public QWidget {
   /// Ignores coordinates that are not finite, and has no effect if there are no others.
   void setVisibleCoordinates(const std::vector<Coordinate>& coordinates,
                              const QMargins& edgePadding = QMargins());
+  /// Shows all lines (all markers if there are no lines), with space for markers and their labels.
+  /// If the view is large enough, the visible zoom buttons, the scale bar and the attribution do
+  /// not cover markers. Uses the current size of the view. Returns false and has no effect if there
+  /// is nothing to show. The Home key does the same.
+  bool showAnnotations();
   /// Converts between coordinates and points of this view. Units of points: device-independent
   /// pixels from the upper left corner.
   QPointF convertCoordinate(Coordinate coordinate) const;

@@ -5,6 +5,7 @@
 
 #include <QPainter>
 #include <QToolButton>
+#include <algorithm>
 #include <memory>
 
 namespace quorvelkit {
@@ -116,6 +117,25 @@ void MapControls::updateScale() {
   bar.moveBottomLeft({cornerMargin, view_.height() - 1 - cornerMargin});
   if (bar.intersects(attribution_)) bar.moveBottom(attribution_.top() - cornerMargin);
   scaleBar_->move(bar.topLeft());
+}
+
+std::vector<QRect> MapControls::areas() const {
+  std::vector<QRect> areas;
+  for (const QWidget* const widget : {zoomIn_, zoomOut_, static_cast<QWidget*>(scaleBar_)})
+    if (!widget->isHidden()) areas.push_back(widget->geometry());
+  if (!attribution_.isEmpty()) areas.push_back(attribution_);
+  return areas;
+}
+
+QMargins MapControls::margins() const {
+  QMargins margins(0, 0, 0, attribution_.height());
+  if (showsButtons()) margins.setRight(cornerMargin + buttonSize);
+  if (!showsScaleBar()) return margins;
+  const bool canMeetAttribution =
+      !attribution_.isEmpty() && attribution_.left() < cornerMargin + ScaleBar::maximumWidth;
+  const int below = canMeetAttribution ? attribution_.height() : 0;
+  margins.setBottom(std::max(margins.bottom(), below + cornerMargin + scaleBar_->height()));
+  return margins;
 }
 
 }  // namespace quorvelkit

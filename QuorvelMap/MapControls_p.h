@@ -3,7 +3,9 @@
 
 #include <QuorvelMap/MapInput_p.h>
 
+#include <QMargins>
 #include <QRect>
+#include <vector>
 
 class QWidget;
 
@@ -30,6 +32,12 @@ class MapControls {
   void layOut(const QRect& attribution);
   /// Updates the scale bar for the camera of the view.
   void updateScale();
+
+  /// The areas of the visible controls and of the attribution.
+  std::vector<QRect> areas() const;
+  /// The space at the edges of the view that the visible controls and the attribution need. For the
+  /// scale bar, this is the space below its upper edge at every scale.
+  QMargins margins() const;
 
  private:
   QWidget* makeButton(const char* name, const QString& text, MapInput& input, double levels);

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelMap/MGLMapView.h>
-#include <QuorvelMap/MGLPointAnnotation.h>
-#include <QuorvelMap/MGLPolyline.h>
 #include <QuorvelMap/MapInput_p.h>
 #include <QuorvelMap/WebMercator_p.h>
 
@@ -26,17 +24,6 @@ constexpr double wheelPerLevel = 300;
 // In device-independent pixels.
 constexpr double keyStep = 80;
 constexpr double fingerWidth = 40;
-// Space for the markers and labels at the ends of a route.
-constexpr QMargins routeMargins(70, 90, 70, 40);
-
-// Smaller margins for small views.
-QMargins marginsFor(const QSize& view) {
-  return {std::min(routeMargins.left(), view.width() / 4),
-          std::min(routeMargins.top(), view.height() / 3),
-          std::min(routeMargins.right(), view.width() / 4),
-          std::min(routeMargins.bottom(), view.height() / 4)};
-}
-
 // The center of the fingers and their mean distance from the center.
 struct TouchGeometry {
   QPointF center;
@@ -162,25 +149,9 @@ bool MapInput::key(const QKeyEvent& event) {
     case Qt::Key_Plus:
     case Qt::Key_Equal: zoom(1); return true;
     case Qt::Key_Minus: zoom(-1); return true;
-    case Qt::Key_Home: return showAnnotations();
+    case Qt::Key_Home: return view_.showAnnotations();
     default: return false;
   }
-}
-
-// Shows all lines, or all markers if there are no lines.
-bool MapInput::showAnnotations() {
-  std::vector<Coordinate> lines;
-  std::vector<Coordinate> points;
-  for (const auto& annotation : view_.annotations()) {
-    if (const auto* line = dynamic_cast<const MGLPolyline*>(annotation.get())) {
-      lines.insert(lines.end(), line->coordinates().begin(), line->coordinates().end());
-    } else if (const auto* point = dynamic_cast<const MGLPointAnnotation*>(annotation.get())) {
-      points.push_back(point->coordinate());
-    }
-  }
-  const auto& shown = lines.empty() ? points : lines;
-  view_.setVisibleCoordinates(shown, marginsFor(view_.size()));
-  return !shown.empty();
 }
 
 }  // namespace quorvelkit

@@ -35,7 +35,6 @@ class MapInput {
  private:
   void move(QPointF from, QPointF to, double levels);
   void zoomAbout(QPointF point, double levels) { move(point, point, levels); }
-  bool showAnnotations();
   void detectDoubleTap(const QTouchEvent& event);
   QPointF center() const;
 

@@ -12,12 +12,16 @@ namespace quorvelkit {
 namespace {
 
 constexpr double labelGap = 3;
+// The width of the frame that shows the keyboard focus.
+constexpr int edgeWidth = 4;
 constexpr std::size_t maximumAvoidedMarkers = 200;
 
 // The costs of a position of a label. The index of the position is added.
 constexpr double outsideViewCost = 1000;
 constexpr double overLabelCost = 100;
+constexpr double overObstacleCost = 100;
 constexpr double overImageCost = 10;
+constexpr double overEdgeCost = 3;
 
 double roundedToPixels(double value, double devicePixelRatio) {
   return std::round(value * devicePixelRatio) / devicePixelRatio;
@@ -28,20 +32,33 @@ QPointF roundedToPixels(QPointF point, double devicePixelRatio) {
           roundedToPixels(point.y(), devicePixelRatio)};
 }
 
-// Moves a label horizontally into the view, as far as it still touches the center of its image.
-QRectF movedIntoView(QRectF label, const QRectF& image, double viewWidth) {
-  double left = std::min(label.left(), viewWidth - label.width());
-  left = std::max(left, 0.0);
-  label.moveLeft(std::clamp(left, image.center().x() - label.width(), image.center().x()));
+// Moves a label horizontally into the view and out of obstacles, as far as it still touches the
+// center of its image. An obstacle limits the side of the image on which its center is.
+QRectF movedIntoSpace(QRectF label, const QRectF& image, double viewWidth,
+                      const std::vector<QRect>& obstacles) {
+  const double center = image.center().x();
+  double minimum = edgeWidth;
+  double maximum = viewWidth - edgeWidth;
+  for (const QRectF obstacle : obstacles) {
+    if (obstacle.bottom() <= label.top() || obstacle.top() >= label.bottom()) continue;
+    if (obstacle.center().x() < center) {
+      minimum = std::max(minimum, obstacle.right() + labelGap);
+    } else {
+      maximum = std::min(maximum, obstacle.left() - labelGap);
+    }
+  }
+  const double left = std::max(std::min(label.left(), maximum - label.width()), minimum);
+  label.moveLeft(std::clamp(left, center - label.width(), center));
   return label;
 }
 
 // The possible positions of a label, in the order of preference.
-std::array<QRectF, 8> labelPositions(QSizeF label, const QRectF& image, double viewWidth) {
+std::array<QRectF, 8> labelPositions(QSizeF label, const QRectF& image, double viewWidth,
+                                     const std::vector<QRect>& obstacles) {
   const double step = label.height() + labelGap;
   const double left = image.center().x() - label.width() / 2;
   const auto row = [&](double top) {
-    return movedIntoView(QRectF(QPointF(left, top), label), image, viewWidth);
+    return movedIntoSpace(QRectF(QPointF(left, top), label), image, viewWidth, obstacles);
   };
   const double above = image.top() - step;
   const double below = image.bottom() + labelGap;
@@ -69,6 +86,12 @@ void MarkerLayer::setCamera(const MapCamera& camera) {
   const QRegion before = coveredRegion();
   layOut();
   update(before | coveredRegion());
+}
+
+void MarkerLayer::setObstacles(const std::vector<QRect>& obstacles) {
+  if (obstacles == obstacles_) return;
+  obstacles_ = obstacles;
+  if (!markers_.empty()) invalidateLayout();
 }
 
 void MarkerLayer::add(const DrawnMarker& marker) {
@@ -136,13 +159,21 @@ void MarkerLayer::layOut() {
 }
 
 void MarkerLayer::placeLabel(Placement& placement, const std::vector<const Placement*>& avoided) {
-  const QSizeF size = labelSize(markers_[placement.marker].title, font(), width());
+  const int maximumWidth = std::max(width() - 2 * edgeWidth, 0);
+  const QSizeF size = labelSize(markers_[placement.marker].title, font(), maximumWidth);
   const bool isInView = std::find(avoided.begin(), avoided.end(), &placement) != avoided.end();
-  const auto positions = labelPositions(size, placement.image, width());
+  const auto positions = labelPositions(size, placement.image, width(), obstacles_);
+  const QRectF inner = rect().adjusted(edgeWidth, edgeWidth, -edgeWidth, -edgeWidth);
   double best = 0;
   for (std::size_t i = 0; i < positions.size(); ++i) {
     double cost = static_cast<double>(i);
-    if (!QRectF(rect()).contains(positions[i])) cost += outsideViewCost;
+    if (!QRectF(rect()).contains(positions[i])) {
+      cost += outsideViewCost;
+    } else if (!inner.contains(positions[i])) {
+      cost += overEdgeCost;
+    }
+    for (const QRectF obstacle : obstacles_)
+      if (obstacle.intersects(positions[i])) cost += overObstacleCost;
     for (const Placement* const other : avoided) {
       if (other == &placement) continue;
       if (other->label.intersects(positions[i])) cost += overLabelCost;

@@ -23,14 +23,17 @@ struct DrawnMarker {
 /// mouse events.
 ///
 /// Marker images are aligned to whole pixels. A label stands above its marker. If it would overlap
-/// another marker or the edge of the view there, it stands higher, below or beside its marker. A
-/// label is in the view if its marker is. Only the first 200 markers in the view are taken into
-/// account; the labels of the others always stand above them.
+/// another marker, an obstacle or the edge of the view there, it is moved to the left or right, or
+/// stands higher, below or beside its marker. A label is in the view if its marker is. Only the
+/// first 200 markers in the view are taken into account; the labels of the others always stand
+/// above them.
 class MarkerLayer : public QWidget {
  public:
   explicit MarkerLayer(QWidget* parent);
 
   void setCamera(const MapCamera& camera);
+  /// The areas of the view that labels avoid.
+  void setObstacles(const std::vector<QRect>& obstacles);
   void add(const DrawnMarker& marker);
   void clear();
 
@@ -54,6 +57,7 @@ class MarkerLayer : public QWidget {
   QRegion coveredRegion() const;
 
   MapCamera camera_;
+  std::vector<QRect> obstacles_;
   std::vector<DrawnMarker> markers_;
   std::vector<MarkerImage> images_;
   MarkerImage pinImage_;

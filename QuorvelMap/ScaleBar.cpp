@@ -19,9 +19,9 @@ constexpr double earthCircumference = 40075016.686;
 constexpr double metersPerFoot = 0.3048;
 constexpr double feetPerMile = 5280;
 // In device-independent pixels.
-constexpr double maximumLength = 120;
 constexpr int padding = 6;
 constexpr int tickHeight = 5;
+constexpr double maximumLength = ScaleBar::maximumWidth - 2 * padding;
 
 // The largest of ..., 1, 2, 5, 10, 20, ... that is at most the value.
 double roundedDown(double value) {
@@ -38,6 +38,7 @@ ScaleBar::ScaleBar(QWidget* parent) : QWidget(parent) {
   setObjectName(QStringLiteral("scaleBar"));
   setAttribute(Qt::WA_TransparentForMouseEvents);
   setAccessibleName(MGLMapView::tr("Scale"));
+  showScale(0, 0);
 }
 
 void ScaleBar::showScale(double latitude, double zoomLevel) {

@@ -10,6 +10,9 @@ namespace quorvelkit {
 /// kilometers, or feet and miles, by the locale of the widget.
 class ScaleBar : public QWidget {
  public:
+  /// In device-independent pixels.
+  static constexpr int maximumWidth = 132;
+
   explicit ScaleBar(QWidget* parent);
 
   /// Uses the scale at this latitude, in degrees.

@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "RouteScreen.h"
 
-#include <QMargins>
 #include <algorithm>
 
 using namespace quorvelkit;
 
 namespace {
 
-// Space for the markers and their labels at the ends of the line.
-constexpr QMargins routeMargins(70, 90, 70, 40);
 constexpr double turnZoomLevel = 16;
 
 }  // namespace
@@ -35,7 +32,7 @@ void RouteScreen::addOutline() {
   mapview()->removeAnnotations(drawn);
   mapview()->addAnnotations({routeDelegate_->makeOutline(*line)});
   mapview()->addAnnotations(drawn);
-  mapview()->setVisibleCoordinates(line->coordinates(), routeMargins);
+  mapview()->showAnnotations();
 }
 
 void RouteScreen::showTurn(Coordinate coordinate) {

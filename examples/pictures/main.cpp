@@ -13,7 +13,6 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QMargins>
 #include <QPainter>
 #include <QPixmap>
 #include <iostream>
@@ -85,13 +84,13 @@ bool draw(const QString& folder, const QString& engine) {
     if (routes[i].scaleFactor != view.devicePixelRatioF()) continue;
     const auto delegate = std::make_shared<OutlinedLineDelegate>();
     view.setDelegate(delegate);
-    view.setVisibleCoordinates(routes[i].points, QMargins(50, 70, 50, 30));
     if (!routes[i].points.empty()) {
       view.addAnnotations({std::make_shared<MGLPolyline>(routes[i].points)});
       delegate->isOutline = false;
       view.addAnnotations({marker("origin", routes[i].points.front()),
                            marker("destination", routes[i].points.back()),
                            std::make_shared<MGLPolyline>(routes[i].points)});
+      view.showAnnotations();
     }
     view.show();
     if (!pictureOf(view, routes[i].points.size() > 1).save(fileOf(folder, i, engine))) return false;
