@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "RoutePage.h"
 
+#include <QuorvelKit/QVBackendless.h>
 #include <QuorvelKit/QVBaseService.h>
 #include <QuorvelKit/QVConfiguration.h>
 #include <QuorvelKit/QVRouteRequest.h>
 
-#include <QLabel>
-#include <QPointer>
 #include <memory>
 
 using namespace quorvelkit;
@@ -50,8 +49,10 @@ void RoutePage::setMapStyle(const QUrl& style) {
   screen_->mapview()->setStyleURL(style.isEmpty() ? theme_.style : style);
 }
 
-// Loads the configuration first, because a request without a root URL gets no response.
+// Loads the configuration first, because a request without a root URL gets no response. Without a
+// usable URL of the backend, the handler of loadConfiguration() would not run.
 void RoutePage::load() {
+  if (!QVBackendless::isUsableBaseURL()) return showNoRoute("the URL of the server is not usable");
   QVBaseService::loadConfiguration([page = QPointer<RoutePage>(this)] {
     if (page) page->showScreen();
   });
@@ -79,6 +80,7 @@ void RoutePage::showAnswer(const QVRouteResponse& response) {
 }
 
 void RoutePage::showNoRoute(const QString& reason) {
+  if (waiting_) waiting_->clear();
   turns_->showMessage("No route: " + reason + (reason.endsWith('.') ? "" : "."));
   isFinished_ = true;
 }

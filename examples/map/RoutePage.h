@@ -4,6 +4,8 @@
 #include "RouteScreen.h"
 #include "TurnList.h"
 
+#include <QLabel>
+#include <QPointer>
 #include <QSplitter>
 #include <QUrl>
 #include <memory>
@@ -35,7 +37,8 @@ class RoutePage : public QSplitter {
 
   const Theme theme_;
   const std::shared_ptr<RouteScreen> screen_;
-  QLabel* const waiting_;
+  // Deleted when the map is shown.
+  const QPointer<QLabel> waiting_;
   TurnList* const turns_;
   bool isFinished_ = false;
   bool hasRoute_ = false;

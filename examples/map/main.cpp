@@ -28,12 +28,6 @@ std::optional<Coordinate> parseCoordinate(const QString& text) {
   return coordinate;
 }
 
-bool isHTTPURL(const QString& text) {
-  const QUrl url(text, QUrl::StrictMode);
-  return url.isValid() && !url.host().isEmpty() &&
-         (url.scheme() == "http" || url.scheme() == "https");
-}
-
 struct Options {
   Coordinate from;
   Coordinate to;
@@ -66,13 +60,15 @@ std::optional<Options> parseOptions(int argc, char** argv) {
     std::cerr << "quorvel-map: needs --from LAT,LON and --to LAT,LON (see --help)\n";
     return std::nullopt;
   }
-  if (parser.isSet("backend") && !isHTTPURL(parser.value("backend"))) {
-    std::cerr << "quorvel-map: --backend needs an http or https URL\n";
+  const QString backend = parser.value("backend");
+  if (parser.isSet("backend") && !QVBackendless::isUsableBaseURL(backend.toStdString())) {
+    std::cerr << "quorvel-map: --backend needs a URL with http or https and a host, as in "
+                 "http://127.0.0.1:8080\n";
     return std::nullopt;
   }
   return Options{*from,
                  *to,
-                 parser.value("backend"),
+                 backend,
                  QUrl(parser.value("style")),
                  parser.isSet("dark"),
                  size,

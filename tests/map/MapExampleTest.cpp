@@ -114,6 +114,7 @@ TEST(MapExampleTest, ShowsReasonIfThereIsNoRoute) {
   const TestApplication application(TestApplication::Screen::none);
   const std::tuple<std::string, Coordinate, const char*> table[] = {
       {"http://127.0.0.1:1", tripEnd, "No route: the server cannot be reached."},
+      {"http://127.0.0.1:1/?key=1", tripEnd, "No route: the URL of the server is not usable."},
       {sandbox.url(), {0, 0}, "No route: There is no road within a kilometer of 0,0"}};
   for (const auto& [backend, end, text] : table) {
     QVBackendless::setBaseURL(backend);
@@ -125,6 +126,8 @@ TEST(MapExampleTest, ShowsReasonIfThereIsNoRoute) {
     EXPECT_FALSE(page.hasRoute());
     EXPECT_TRUE(textOf(page).startsWith(text)) << textOf(page).toStdString();
     EXPECT_FALSE(page.findChild<QListWidget*>()->isVisible());
+    for (const auto* const label : page.findChildren<QLabel*>())
+      EXPECT_FALSE(label->text().startsWith("Connecting"));
   }
 }
 
@@ -139,7 +142,8 @@ TEST(MapExampleTest, WrongArgumentsAreRejected) {
   const TestApplication application(TestApplication::Screen::none);
   for (const char* const arguments :
        {"", " --from 1,2", " --from 1,2 --to 3", " --from 1,2 --to 3,4 --width 0",
-        " --from 1,2 --to 3,4 --backend localhost:80"}) {
+        " --from 1,2 --to 3,4 --backend localhost:80",
+        " --from 1,2 --to 3,4 --backend http://127.0.0.1:1/?key --screenshot /dev/null/x.png"}) {
     const sandbox::Output output = sandbox::run(program + arguments);
     EXPECT_EQ(output.exitCode, 2) << arguments;
     EXPECT_NE(output.err.find("needs "), std::string::npos);
