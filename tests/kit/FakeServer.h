@@ -71,6 +71,10 @@ class FakeServer {
                              [&] { return state_->requests.size() >= atLeast; });
     return state_->requests;
   }
+  void clearRequests() {
+    const std::lock_guard lock(state_->mutex);
+    state_->requests.clear();
+  }
   /// Sends the held answers.
   void release() {
     std::vector<std::function<void()>> held;
