@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QuorvelPlatform/Export.h>
+
 namespace quorvelkit {
 
 /// A position in degrees (WGS 84). The ranges are not checked. In models, (0, 0) means that the

@@ -1,11 +1,13 @@
 # SPDX-License-Identifier: Apache-2.0
 # Compiler and linker settings of all targets of this project.
 
-find_program(CCACHE_PROGRAM ccache)
-if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-  # Two checkouts of the same sources share the cache.
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}
-      CCACHE_NOHASHDIR=true CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE_PROGRAM})
+if(PROJECT_IS_TOP_LEVEL)
+  find_program(QUORVELKIT_CCACHE ccache)
+  if(QUORVELKIT_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    # Two checkouts of the same sources share the cache.
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}
+        CCACHE_NOHASHDIR=true CCACHE_SLOPPINESS=pch_defines,time_macros ${QUORVELKIT_CCACHE})
+  endif()
 endif()
 
 add_library(quorvelkit_build_settings INTERFACE)
@@ -73,7 +75,7 @@ function(quorvelkit_library_settings target)
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON
     POSITION_INDEPENDENT_CODE ON
-    VERIFY_INTERFACE_HEADER_SETS ON)
+    VERIFY_INTERFACE_HEADER_SETS ${PROJECT_IS_TOP_LEVEL})
   if(QUORVELKIT_OPTIMISE_WHOLE)
     set_target_properties(${target} PROPERTIES INTERPROCEDURAL_OPTIMIZATION_RELEASE ON)
   endif()

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QuorvelPlatform/Export.h>
+
 namespace quorvelkit {
 
 /// Options of the parser. Without allowFragments, the document must be an array or a map.

@@ -1,0 +1,13 @@
+# SPDX-License-Identifier: Apache-2.0
+# The oldest versions that work. README.md names the same ones.
+set(QUORVELKIT_MINIMUM_CURL 7.87)
+set(QUORVELKIT_MINIMUM_URIPARSER 0.9)
+set(QUORVELKIT_MINIMUM_QT 5.15)
+set(QUORVELKIT_MINIMUM_GNU 12)
+set(QUORVELKIT_MINIMUM_Clang 14)
+
+if(CMAKE_CXX_COMPILER_VERSION VERSION_LESS "${QUORVELKIT_MINIMUM_${CMAKE_CXX_COMPILER_ID}}")
+  message(FATAL_ERROR
+    "QuorvelKit needs GCC ${QUORVELKIT_MINIMUM_GNU} or Clang ${QUORVELKIT_MINIMUM_Clang}, or later. "
+    "The compiler is ${CMAKE_CXX_COMPILER_ID} ${CMAKE_CXX_COMPILER_VERSION}.")
+endif()
