@@ -72,10 +72,15 @@ foreach(program IN ITEMS quorvel quorvel-sandbox)
     file(RELATIVE_PATH libraries /prefix/${CMAKE_INSTALL_BINDIR} /prefix/${CMAKE_INSTALL_LIBDIR})
     set_target_properties(${program} PROPERTIES INSTALL_RPATH $ORIGIN/${libraries})
     install(TARGETS ${program} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT programs)
+    install(FILES docs/man/${program}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
+      COMPONENT programs)
+    install(FILES examples/quorvel/completion.bash RENAME ${program} COMPONENT programs
+      DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
   endif()
 endforeach()
 
 set(documentation ${CMAKE_INSTALL_DATAROOTDIR}/doc/quorvelkit)
 install(FILES README.md CHANGELOG.md LICENSE SECURITY.md DESTINATION ${documentation}
   COMPONENT documentation)
-install(DIRECTORY docs DESTINATION ${documentation} COMPONENT documentation)
+install(DIRECTORY docs DESTINATION ${documentation} COMPONENT documentation
+  PATTERN man EXCLUDE)

@@ -44,6 +44,7 @@ void logToStandardError(const std::string& line) {
 
 int run(int argc, char** argv) {
   CLI::App app("A local backend: login, configuration and routes on the streets of one map.");
+  app.set_version_flag("--version", "quorvel-sandbox " QUORVELKIT_VERSION);
   int port = 8080;
   std::string mapFile;
   bool logs = false;

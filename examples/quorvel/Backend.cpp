@@ -72,8 +72,9 @@ void Backend::traceExchange(std::ostream& trace, const QVBaseResponse& response)
   trace << request.httpMethod() << ' ' << request.url().absoluteString() << "\n  ";
   const auto answer = std::dynamic_pointer_cast<const HTTPURLResponse>(response.response());
   if (answer) {
-    trace << answer->statusCode() << ' ' << HTTPURLResponse::localizedString(answer->statusCode())
-          << ", " << (response.data() ? response.data()->size() : 0) << " bytes\n";
+    const std::size_t size = response.data() ? response.data()->size() : 0;
+    trace << "status " << answer->statusCode() << ", " << size
+          << (size == 1 ? " byte\n" : " bytes\n");
   } else {
     trace << "no answer\n";
   }

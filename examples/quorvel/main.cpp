@@ -14,6 +14,7 @@ constexpr int usageError = 2;
 
 int run(int argc, char** argv) {
   CLI::App program("Routes and place search on the command line, by QuorvelKit.");
+  program.set_version_flag("--version", "quorvel " QUORVELKIT_VERSION);
   program.require_subcommand(1);
   Backend backend;
   const RouteCommand route(program, backend);

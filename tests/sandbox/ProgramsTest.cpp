@@ -53,8 +53,8 @@ class QuorvelTest : public testing::Test {
 TEST_F(QuorvelTest, RoutePrintsDirections) {
   const Output output = route(routeEnds + " --trace");
   EXPECT_EQ(output.exitCode, 0) << output.err;
-  EXPECT_THAT(output.out, StartsWith("POST " + sandbox.url() + "/v1/users/login\n  200 "));
-  EXPECT_THAT(output.out, HasSubstr("/configuration.json\n  200 "));
+  EXPECT_THAT(output.out, StartsWith("POST " + sandbox.url() + "/v1/users/login\n  status 200, "));
+  EXPECT_THAT(output.out, HasSubstr("/configuration.json\n  status 200, "));
   EXPECT_THAT(output.out, HasSubstr("/v4/route?startLat=40.4523&"));
   EXPECT_THAT(output.out, HasSubstr(" mi, "));
   EXPECT_THAT(output.out,
