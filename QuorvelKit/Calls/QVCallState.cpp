@@ -111,14 +111,17 @@ bool CallState::isInterrupted() const {
   return interruption_ != Interruption::none;
 }
 
+// After an interruption the result comes from endInterrupted(), also if the response of the
+// cancelled task arrives first.
 void CallState::receive(std::shared_ptr<QVBaseResponse> response) {
+  if (isInterrupted()) return;
   if (!retries(*response)) finish(Result(std::move(response)), true);
 }
 
 // Schedules another attempt. Returns false if there is none. While the timer waits, it and this
 // object own each other; finish() destroys the timer.
 bool CallState::retries(QVBaseResponse& response) try {
-  if (!options_.retry || isInterrupted() || !QVRetryPolicy::isTransient(response)) return false;
+  if (!options_.retry || !QVRetryPolicy::isTransient(response)) return false;
   const Scheduler::TimePoint time =
       scheduler().now() + options_.retry->backoff(retryCount_, randomNumber(), response);
   if ((deadline_ && time >= *deadline_) || !response.shouldRetryRequest()) return false;

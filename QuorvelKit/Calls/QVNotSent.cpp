@@ -62,8 +62,13 @@ QVNotSent QVNotSent::reasonFor(QVBaseRequest& request) try {
 
 Error QVNotSent::error() const {
   std::string text = description(reason_);
-  if (reason_ == Reason::configurationFailed)
-    text += configurationError_ ? ": " + configurationError_->localizedDescription() : ".";
+  if (reason_ == Reason::configurationFailed) {
+    // The description is the body of the answer, which can be empty.
+    std::string cause = configurationError_ ? configurationError_->localizedDescription() : "";
+    if (cause.empty() && configurationError_)
+      cause = "error " + std::to_string(configurationError_->code());
+    text += cause.empty() ? "." : ": " + cause;
+  }
   return Error::described(std::string(domain), static_cast<std::int64_t>(reason_), std::move(text));
 }
 

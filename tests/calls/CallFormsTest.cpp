@@ -53,6 +53,7 @@ class CallFormsTest : public testing::Test {
     QVBackendless::setUserToken("");
     QVBackendless::setBaseURL("http://backend.test");
     server.clearRequests();
+    server.set(loginPath, {200, R"({"user-token":")" + token36 + "\"}"});
     server.set(configurationPath, {200, roots("http://nav.test", "http://find.test")});
     server.set("/v4/route", {200, twoPoints});
     scheduler = std::make_shared<ManualScheduler>();
@@ -132,7 +133,7 @@ TEST_F(CallFormsTest, EveryOutcomeInEveryForm) {
          fake.set("/v4/route", {0, ""});
        }},
       {"stopped before the start", cancelled, 0, [this](FakeServer&) { stop.request_stop(); }},
-      {"cancelled after the start", cancelled, 2, holding(loginPath), cancelAfter(0)},
+      {"cancelled after the start", cancelled, 2, [](FakeServer&) {}, cancelAfter(0)},
       {"cancelled in the login", cancelled, 2, holding(loginPath), cancelAfter(1)},
       {"cancelled while the configuration is loaded", cancelled, 2, holding(configurationPath),
        cancelAfter(2)},
@@ -144,7 +145,9 @@ TEST_F(CallFormsTest, EveryOutcomeInEveryForm) {
       {"deadline in the transfer", timedOut, 3, holding("/v4/route"), deadlineAfter(3)},
       {"base URL that does not parse", "The base URL of the backend is not usable.", 0,
        [](FakeServer&) { QVBackendless::setBaseURL("127.0.0.1:8080"); }},
-      {"failed configuration", "The configuration could not be loaded: internal server error", 2,
+      {"failed configuration", "The configuration could not be loaded: closed", 2,
+       configurationIs(500, "closed")},
+      {"failed configuration without a body", "The configuration could not be loaded: error 500", 2,
        configurationIs(500, "")},
       {"configuration without the root URL",
        "The configuration does not name the server for this request.", 2,
