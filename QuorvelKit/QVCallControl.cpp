@@ -7,16 +7,18 @@ namespace quorvelkit::detail {
 
 namespace {
 
-thread_local std::shared_ptr<CallControl> current;
+thread_local std::shared_ptr<CallControl> currentControl;
 
 }  // namespace
 
 CallControl::Scope::Scope(std::shared_ptr<CallControl> control)
-    : previous_(std::exchange(current, std::move(control))) {}
+    : previous_(std::exchange(currentControl, std::move(control))) {}
 
-CallControl::Scope::~Scope() { current = std::move(previous_); }
+CallControl::Scope::~Scope() { currentControl = std::move(previous_); }
 
-std::shared_ptr<CallControl> CallControl::takeCurrent() { return std::exchange(current, nullptr); }
+std::shared_ptr<CallControl> CallControl::takeCurrent() {
+  return std::exchange(currentControl, nullptr);
+}
 
 CallControl::~CallControl() = default;
 

@@ -21,7 +21,7 @@ namespace quorvelkit {
 
 namespace {
 
-class Runner {
+class QueueRunner {
  public:
   void start() {
     std::latch isRunning(1);
@@ -52,31 +52,31 @@ class Runner {
 // destroy the thread of its parent, and the exit handler may run on the thread.
 struct CurrentRunner {
   std::mutex mutex;
-  std::list<Runner> runners;
-  Runner* current = nullptr;
+  std::list<QueueRunner> runners;
+  QueueRunner* current = nullptr;
 
-  Runner* get() {
+  QueueRunner* get() {
     const std::lock_guard lock(mutex);
     return current;
   }
 };
 
-CurrentRunner& shared() {
+CurrentRunner& currentRunner() {
   static const NeverDestroyed<CurrentRunner> state;
   return *state;
 }
 
-void registerExitAndForkHandlers() {
+void registerRunnerHandlers() {
   static bool registered = false;
   if (std::exchange(registered, true)) return;
   const int failure = std::atexit([] {
-    if (Runner* const runner = shared().get()) runner->stop();
+    if (QueueRunner* const runner = currentRunner().get()) runner->stop();
   });
   const int forkFailure =
-      pthread_atfork([] { shared().mutex.lock(); }, [] { shared().mutex.unlock(); },
+      pthread_atfork([] { currentRunner().mutex.lock(); }, [] { currentRunner().mutex.unlock(); },
                      [] {
-                       shared().current = nullptr;
-                       shared().mutex.unlock();
+                       currentRunner().current = nullptr;
+                       currentRunner().mutex.unlock();
                      });
   if (failure != 0 || forkFailure != 0)
     fatalError("The thread of the main queue cannot register its exit and fork handlers.");
@@ -85,13 +85,13 @@ void registerExitAndForkHandlers() {
 }  // namespace
 
 MainQueueThread::MainQueueThread() : process_(getpid()) {
-  auto& [mutex, runners, current] = shared();
+  auto& [mutex, runners, current] = currentRunner();
   const std::lock_guard lock(mutex);
   if (current != nullptr) fatalError("The main queue has a MainQueueThread already.");
   if (MainQueue::main().hasWakeUpHook())
     fatalError("A MainQueueThread cannot run a main queue that has a wake-up hook.");
-  registerExitAndForkHandlers();
-  Runner& runner = runners.emplace_back();
+  registerRunnerHandlers();
+  QueueRunner& runner = runners.emplace_back();
   runner.start();
   current = &runner;
 }
@@ -99,12 +99,12 @@ MainQueueThread::MainQueueThread() : process_(getpid()) {
 MainQueueThread::~MainQueueThread() {
   if (process_ != getpid()) return;
   // The mutex is not locked while a handler is running, because fork() locks it.
-  Runner* const runner = shared().get();
+  QueueRunner* const runner = currentRunner().get();
   if (runner->isCurrentThread())
     fatalError("A MainQueueThread cannot be destroyed on its own thread.");
   runner->stop();
-  const std::lock_guard lock(shared().mutex);
-  shared().current = nullptr;
+  const std::lock_guard lock(currentRunner().mutex);
+  currentRunner().current = nullptr;
 }
 
 }  // namespace quorvelkit

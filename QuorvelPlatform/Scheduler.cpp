@@ -105,30 +105,30 @@ void ThreadScheduler::stop() {
   if (thread_.joinable() && thread_.get_id() != std::this_thread::get_id()) thread_.join();
 }
 
-std::atomic<ThreadScheduler*> current = nullptr;
-std::mutex creation;
+std::atomic<ThreadScheduler*> currentScheduler = nullptr;
+std::mutex schedulerCreation;
 
 // The parent's scheduler is neither used nor destroyed in a child process.
-void registerExitAndForkHandlers() {
+void registerSchedulerHandlers() {
   static bool registered = false;
   if (std::exchange(registered, true)) return;
   static constexpr auto unlock = [] {
-    if (ThreadScheduler* const scheduler = current) scheduler->mutex().unlock();
-    creation.unlock();
+    if (ThreadScheduler* const scheduler = currentScheduler) scheduler->mutex().unlock();
+    schedulerCreation.unlock();
   };
   const int failure = std::atexit([] {
-    if (ThreadScheduler* const scheduler = current) scheduler->stop();
+    if (ThreadScheduler* const scheduler = currentScheduler) scheduler->stop();
   });
   const int forkFailure = pthread_atfork(
       [] {
-        creation.lock();
-        if (ThreadScheduler* const scheduler = current) scheduler->mutex().lock();
+        schedulerCreation.lock();
+        if (ThreadScheduler* const scheduler = currentScheduler) scheduler->mutex().lock();
       },
       unlock,
       [] {
-        ThreadScheduler* const scheduler = current.exchange(nullptr);
+        ThreadScheduler* const scheduler = currentScheduler.exchange(nullptr);
         if (scheduler != nullptr) scheduler->mutex().unlock();
-        creation.unlock();
+        schedulerCreation.unlock();
       });
   if (failure != 0 || forkFailure != 0)
     fatalError("The scheduler cannot register its exit and fork handlers.");
@@ -137,14 +137,14 @@ void registerExitAndForkHandlers() {
 }  // namespace
 
 Scheduler& Scheduler::shared() {
-  if (ThreadScheduler* const scheduler = current.load()) return *scheduler;
-  const std::lock_guard lock(creation);
-  if (current.load() == nullptr) {
+  if (ThreadScheduler* const scheduler = currentScheduler.load()) return *scheduler;
+  const std::lock_guard lock(schedulerCreation);
+  if (currentScheduler.load() == nullptr) {
     static const NeverDestroyed<std::list<ThreadScheduler>> schedulers;
-    current = &schedulers->emplace_back();
-    registerExitAndForkHandlers();
+    currentScheduler = &schedulers->emplace_back();
+    registerSchedulerHandlers();
   }
-  return *current.load();
+  return *currentScheduler.load();
 }
 
 }  // namespace quorvelkit

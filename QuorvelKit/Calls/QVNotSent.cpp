@@ -21,14 +21,14 @@ bool isAnyOf(const QVBaseRequest& request) {
 }
 
 // Returns false if the configuration lacks the root URL of the server that the request needs.
-bool hasRootURL(const QVBaseRequest& request, const QVConfigurationResponse& configuration) {
+bool hasNeededRootURL(const QVBaseRequest& request, const QVConfigurationResponse& configuration) {
   if (isAnyOf<QVRouteRequest>(request)) return configuration.quorvelNavigationRootURL().has_value();
   if (isAnyOf<QVAddressCandidatesRequest, QVSuggestRequest, QVReverseGeocodeRequest>(request))
     return configuration.quorvelFindRootURL().has_value();
   return true;
 }
 
-std::string description(QVNotSent::Reason reason) {
+std::string descriptionOf(QVNotSent::Reason reason) {
   using enum QVNotSent::Reason;
   switch (reason) {
     case unusableBaseURL: return "The base URL of the backend is not usable.";
@@ -55,13 +55,13 @@ QVNotSent QVNotSent::reasonFor(QVBaseRequest& request) try {
     return QVNotSent(Reason::unusableBaseURL);
   if (!configuration) return QVNotSent(Reason::noConfiguration);
   if (configuration->error()) return QVNotSent(Reason::configurationFailed, configuration->error());
-  return QVNotSent(hasRootURL(request, *configuration) ? Reason::noURL : Reason::noRootURL);
+  return QVNotSent(hasNeededRootURL(request, *configuration) ? Reason::noURL : Reason::noRootURL);
 } catch (...) {
   return QVNotSent(Reason::handlerDropped);  // An exception from url() drops the handler.
 }
 
 Error QVNotSent::error() const {
-  std::string text = description(reason_);
+  std::string text = descriptionOf(reason_);
   if (reason_ == Reason::configurationFailed) {
     // The description is the body of the answer, which can be empty.
     std::string cause = configurationError_ ? configurationError_->localizedDescription() : "";

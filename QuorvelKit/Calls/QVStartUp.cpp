@@ -16,14 +16,14 @@ namespace quorvelkit {
 
 namespace {
 
-using Response = std::shared_ptr<QVConfigurationResponse>;
-using Handler = QVCompletionHandler<QVConfigurationResponse>;
+using ConfigurationResponse = std::shared_ptr<QVConfigurationResponse>;
+using ConfigurationHandler = QVCompletionHandler<QVConfigurationResponse>;
 
 bool hasRootURL(const QVConfigurationResponse& response) {
   return response.quorvelNavigationRootURL() || response.quorvelFindRootURL();
 }
 
-bool isUsable(const Response& response) {
+bool isUsable(const ConfigurationResponse& response) {
   return response && !response->error() && hasRootURL(*response);
 }
 
@@ -33,7 +33,7 @@ bool isRefused(const QVBaseResponse& response) {
 }
 
 // Returns a copy that contains an error. The given response stays in the cache unchanged.
-Response withError(const QVConfigurationResponse& response, const Error& error) {
+ConfigurationResponse withError(const QVConfigurationResponse& response, const Error& error) {
   auto copy = makeResponse<QVConfigurationResponse>(response.data(), response.request(),
                                                     response.response(), error, response.task());
   copy->setError(error);
@@ -47,7 +47,7 @@ Response withError(const QVConfigurationResponse& response, const Error& error) 
 class QVStartUp::Attempt {
  public:
   // Adds the handler to the running attempt, or starts one.
-  static void join(Handler handler) {
+  static void join(ConfigurationHandler handler) {
     static auto& mutex = *new std::mutex;
     static auto& current = *new std::weak_ptr<Attempt>;
     std::shared_ptr<Attempt> started;
@@ -64,7 +64,7 @@ class QVStartUp::Attempt {
 
  private:
   // Returns false if the attempt has ended, or runs in the parent process.
-  bool add(const Handler& handler) {
+  bool add(const ConfigurationHandler& handler) {
     const std::lock_guard lock(mutex_);
     if (hasEnded_ || process_ != getpid()) return false;
     handlers_.push_back(handler);
@@ -78,7 +78,7 @@ class QVStartUp::Attempt {
     const std::string storedToken = QVBackendless::userToken();
     QVConfiguration::load(
         request,
-        [attempt, storedToken](const Response& response) {
+        [attempt, storedToken](const ConfigurationResponse& response) {
           if (isRefused(*response) && QVBackendless::userToken() == storedToken)
             QVBackendless::setUserToken("");
           attempt->end(attempt->result(response));
@@ -91,7 +91,7 @@ class QVStartUp::Attempt {
         });
   }
 
-  Response result(const Response& response) const {
+  ConfigurationResponse result(const ConfigurationResponse& response) const {
     if (isUsable(response)) return response;
     if (!response->error()) {
       return withError(*response,
@@ -105,19 +105,19 @@ class QVStartUp::Attempt {
     return failure;
   }
 
-  void end(const Response& response) {
-    std::vector<Handler> handlers;
+  void end(const ConfigurationResponse& response) {
+    std::vector<ConfigurationHandler> handlers;
     {
       const std::lock_guard lock(mutex_);
       hasEnded_ = true;
       handlers.swap(handlers_);
     }
-    for (Handler& handler : handlers)
+    for (ConfigurationHandler& handler : handlers)
       MainQueue::main().async([moved = std::move(handler), response] { moved(response); });
   }
 
   std::mutex mutex_;
-  std::vector<Handler> handlers_;
+  std::vector<ConfigurationHandler> handlers_;
   bool hasEnded_ = false;
   const pid_t process_ = getpid();
   std::shared_ptr<QVLoginResponse> login_;
@@ -128,7 +128,7 @@ QVCall<QVConfigurationResponse> QVStartUp::loadConfiguration(QVCallOptions optio
 }
 
 std::shared_ptr<URLSessionDataTask> QVStartUp::load(
-    std::shared_ptr<QVConfigurationRequest> /*request*/, Handler completionHandler) {
+    std::shared_ptr<QVConfigurationRequest> /*request*/, ConfigurationHandler completionHandler) {
   // Cancelling one call does not cancel the login that it shares with others.
   detail::CallControl::takeCurrent();
   if (auto cached = QVConfiguration::cachedResponse(); isUsable(cached)) {

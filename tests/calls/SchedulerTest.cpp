@@ -10,6 +10,9 @@
 #include <thread>
 #include <vector>
 
+// The child processes of these tests start threads.
+extern "C" const char* __tsan_default_options() { return "die_after_fork=0"; }
+
 namespace quorvelkit {
 namespace {
 

@@ -101,7 +101,7 @@ TEST_F(QuorvelTest, RoutePrintsTheDepartureTimeOrAnError) {
 
 TEST(ProgramsTest, UnusableBackendURLIsAnError) {
   for (const std::string url : {"127.0.0.1:8080", "http://bad host", "", "ftp://x", "http://"}) {
-    expectEach(quorvelReadme, {{" '" + url + "'", 1, "URL needs http or https"}});
+    expectEach(quorvelReadme, {{" '" + url + "'", 1, "QuorvelKit.QVNotSent"}});
     expectEach(quorvel, {{" route --backend '" + url + "'" + routeEnds, 1, "URL is not usable"},
                          {" reverse 1,2 --backend '" + url + "'", 1, "URL is not usable"}});
   }
