@@ -129,8 +129,8 @@ TEST(ReadmeTest, PrintsDirectionsOrAnError) {
       [](const auto&, auto& connection) { connection.answer(503); });
   const std::string unreachable =
       " http://127.0.0.1:" + std::to_string(quorvelkit::test::unusedPort());
-  expectEach(quorvelReadme,
-             {{' ' + refusing.url(), 1, "no configuration"}, {unreachable, 1, "no configuration"}});
+  expectEach(quorvelReadme, {{' ' + refusing.url(), 1, "could not be loaded: error 503"},
+                             {unreachable, 1, "No connection to the server"}});
 }
 
 TEST(QuorvelFindTest, PrintsTheAnswerOrAnError) {
