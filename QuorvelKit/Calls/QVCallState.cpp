@@ -30,7 +30,7 @@ void CallState::Attempt::complete(std::shared_ptr<QVBaseResponse> response) {
 std::shared_ptr<CallState> CallState::start(Functions functions,
                                             std::shared_ptr<QVBaseRequest> request,
                                             QVCallOptions options) {
-  const auto state =
+  auto state =
       std::make_shared<CallState>(std::move(functions), std::move(request), std::move(options));
   state->applyOptions();
   state->startAttempt();
@@ -212,7 +212,7 @@ std::optional<CallState::Result> CallState::result() const {
 }
 
 std::optional<CallState::Result> CallState::waitUntil(std::chrono::steady_clock::time_point time) {
-  if (const auto known = result()) return known;
+  if (auto known = result()) return known;
   requireThreadThatMayWait();
   std::unique_lock lock(mutex_);
   if (!MainQueue::main().isCurrentThread()) {

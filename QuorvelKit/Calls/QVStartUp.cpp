@@ -46,20 +46,22 @@ ConfigurationResponse withError(const QVConfigurationResponse& response, const E
 // handlers of login and request own this object: if both are dropped, it drops its handlers.
 class QVStartUp::Attempt {
  public:
-  // Adds the handler to the running attempt, or starts one.
-  static void join(ConfigurationHandler handler) {
+  // Adds the handler to the running attempt, or starts one with this request.
+  static void join(std::shared_ptr<QVConfigurationRequest> request,
+                   const ConfigurationHandler& handler) {
     static auto& mutex = *new std::mutex;
     static auto& current = *new std::weak_ptr<Attempt>;
-    std::shared_ptr<Attempt> started;
+    // Both are destroyed after the mutex is unlocked, because handlers may join again.
+    std::shared_ptr<Attempt> started, running;
     {
       const std::lock_guard lock(mutex);
-      const auto running = current.lock();
+      running = current.lock();
       if (running && running->add(handler)) return;
       started = std::make_shared<Attempt>();
-      started->add(std::move(handler));
+      started->add(handler);
       current = started;
     }
-    start(started);
+    start(started, std::move(request));
   }
 
  private:
@@ -71,13 +73,11 @@ class QVStartUp::Attempt {
     return true;
   }
 
-  static void start(const std::shared_ptr<Attempt>& attempt) {
-    const auto request = std::make_shared<QVConfigurationRequest>();
-    // Each call that waits for this attempt counts a retry.
-    request->setMaxNumberOfRetries(std::numeric_limits<std::int64_t>::max());
+  static void start(const std::shared_ptr<Attempt>& attempt,
+                    std::shared_ptr<QVConfigurationRequest> request) {
     const std::string storedToken = QVBackendless::userToken();
     QVConfiguration::load(
-        request,
+        std::move(request),
         [attempt, storedToken](const ConfigurationResponse& response) {
           if (isRefused(*response) && QVBackendless::userToken() == storedToken)
             QVBackendless::setUserToken("");
@@ -127,15 +127,17 @@ QVCall<QVConfigurationResponse> QVStartUp::loadConfiguration(QVCallOptions optio
   return QVCall(&load, std::make_shared<QVConfigurationRequest>(), std::move(options));
 }
 
-std::shared_ptr<URLSessionDataTask> QVStartUp::load(
-    std::shared_ptr<QVConfigurationRequest> /*request*/, ConfigurationHandler completionHandler) {
+std::shared_ptr<URLSessionDataTask> QVStartUp::load(std::shared_ptr<QVConfigurationRequest> request,
+                                                    ConfigurationHandler completionHandler) {
   // Cancelling one call does not cancel the login that it shares with others.
   detail::CallControl::takeCurrent();
   if (auto cached = QVConfiguration::cachedResponse(); isUsable(cached)) {
     MainQueue::main().async(
         [moved = std::move(completionHandler), response = std::move(cached)] { moved(response); });
   } else {
-    Attempt::join(std::move(completionHandler));
+    // Each call that waits for the attempt counts a retry.
+    request->setMaxNumberOfRetries(std::numeric_limits<std::int64_t>::max());
+    Attempt::join(std::move(request), completionHandler);
   }
   return nullptr;
 }
