@@ -28,8 +28,8 @@ TEST(SchedulerTest, RunsBlocksInTheOrderOfTheirTimes) {
   const Awaited<bool> ended;
   Timers timers;
   const Awaited<bool> mayRun;
-  timers.push_back(scheduler.schedule(now, [&] { mayRun.get(); }));
-  timers.push_back(scheduler.schedule(now + 4ms, [&] { ended.set(true); }));
+  timers.push_back(scheduler.schedule(now, [mayRun] { mayRun.get(); }));
+  timers.push_back(scheduler.schedule(now + 4ms, [ended] { ended.set(true); }));
   timers.push_back(scheduler.schedule(now + 3ms, [&] { ran.push_back(3); }));
   timers.push_back(scheduler.schedule(now + 1ms, [&] { ran.push_back(1); }));
   timers.push_back(scheduler.schedule(now + 2ms, [&] { ran.push_back(99); }));
@@ -44,9 +44,10 @@ TEST(SchedulerTest, BlocksMayScheduleAndRemoveBlocks) {
   Scheduler& scheduler = Scheduler::shared();
   const Awaited<std::thread::id> first, second;
   std::unique_ptr<Scheduler::Timer> other = scheduler.schedule(scheduler.now() + 1h, [] {}), nested;
-  const auto timer = scheduler.schedule(scheduler.now() - 1h, [&] {
+  const auto timer = scheduler.schedule(scheduler.now() - 1h, [&, first, second] {
     other.reset();
-    nested = scheduler.schedule(scheduler.now(), [&] { second.set(std::this_thread::get_id()); });
+    nested =
+        scheduler.schedule(scheduler.now(), [second] { second.set(std::this_thread::get_id()); });
     first.set(std::this_thread::get_id());
   });
   EXPECT_EQ(first.get(), second.get());
@@ -58,14 +59,14 @@ TEST(SchedulerTest, ForkedChildBeginsAnew) {
   Scheduler& scheduler = Scheduler::shared();
   const Awaited<bool> ran;
   auto forbidden = scheduler.schedule(scheduler.now() + 1h, [] { _exit(2); });
-  const auto first = scheduler.schedule(scheduler.now(), [&] { ran.set(true); });
+  const auto first = scheduler.schedule(scheduler.now(), [ran] { ran.set(true); });
   EXPECT_TRUE(ran.get());
   const pid_t child = fork();
   if (child == 0) {
     forbidden.reset();
     Scheduler& own = Scheduler::shared();
     const Awaited<bool> ranInChild;
-    const auto timer = own.schedule(own.now(), [&] { ranInChild.set(true); });
+    const auto timer = own.schedule(own.now(), [ranInChild] { ranInChild.set(true); });
     const bool isGood = &own != &scheduler && ranInChild.get();
     exit(isGood ? 0 : 1);
   }
