@@ -24,6 +24,8 @@ struct MainQueue::State {
   std::list<Block> blocks;
   bool stopped = false;
   Hook hook;
+  // The hook was called after the last start of runPending().
+  bool isSignalled = false;
   // The thread that runs the blocks, or 0 for the initial thread of the process.
   std::atomic<pid_t> thread = 0;
 
@@ -35,12 +37,19 @@ struct MainQueue::State {
     return block;
   }
 
-  // Calls the hook if blocks are waiting.
+  // Returns the hook, for a call without the mutex.
+  Hook signal() {
+    isSignalled = hook != nullptr;
+    return hook;
+  }
+
+  // Calls a new hook if blocks are waiting.
   void wakeUpIfWaiting() {
     Hook current;
     {
       const std::lock_guard lock(mutex);
-      if (!blocks.empty()) current = hook;
+      isSignalled = false;
+      if (!blocks.empty()) current = signal();
     }
     if (current) (*current)();
   }
@@ -116,7 +125,7 @@ void MainQueue::async(Prepared block) {
   State::Hook hook;
   {
     const std::lock_guard lock(state_.mutex);
-    if (state_.blocks.empty()) hook = state_.hook;
+    if (state_.blocks.empty()) hook = state_.signal();
     state_.blocks.splice(state_.blocks.end(), block.place_);
   }
   state_.changed.notify_one();
@@ -145,16 +154,28 @@ bool MainQueue::runOnce(std::chrono::milliseconds timeout) {
 
 void MainQueue::runPending() {
   bindToCurrentThread();
-  const AtScopeEnd wakeUp([&] { state_.wakeUpIfWaiting(); });
   std::size_t pending = 0;
   {
     const std::lock_guard lock(state_.mutex);
+    state_.isSignalled = false;
     pending = state_.blocks.size();
   }
+  const AtScopeEnd wakeUp([&] {
+    State::Hook hook;
+    {
+      const std::lock_guard lock(state_.mutex);
+      if (!state_.blocks.empty() && !state_.isSignalled) hook = state_.signal();
+    }
+    if (hook) (*hook)();
+  });
   for (; pending > 0; --pending) {
     std::unique_lock lock(state_.mutex);
+    State::Hook hook;
+    // If the block runs an event loop, that loop must run the blocks that follow.
+    if (state_.blocks.size() > 1 && !state_.isSignalled) hook = state_.signal();
     const auto block = state_.take(lock);
     if (!block) return;
+    if (hook) (*hook)();
     (*block)();
   }
 }

@@ -59,13 +59,14 @@ class QUORVELKIT_EXPORT MainQueue {
   /// once. Thread-safe.
   void stop();
 
-  /// Sets a function that is called when the queue stops being empty, and at the end of
-  /// runPending() if blocks are left. Replaces an earlier hook; an empty function removes it. If
-  /// blocks are waiting, the hook is called inside this call. Thread-safe.
+  /// Sets a function that is called when the queue stops being empty, and during runPending() if
+  /// blocks are left: at the end, or before a block, because that may run an event loop, such as
+  /// that of a dialog. Replaces an earlier hook; an empty function removes it. If blocks are
+  /// waiting, the hook is called inside this call. Thread-safe.
   ///
-  /// The hook runs on the thread that added the block. It may use the queue, but should only signal
-  /// the event loop of the main thread. Another thread may call the old hook once more after this
-  /// call returned: keep the objects that it uses.
+  /// The hook runs on the thread that added the block, or on the main thread. It may use the queue,
+  /// but should only signal the event loop of the main thread. Another thread may call the old hook
+  /// once more after this call returned: keep the objects that it uses.
   void setWakeUpHook(std::function<void()> hook);
   bool hasWakeUpHook() const;
 

@@ -123,11 +123,11 @@ TEST_F(MainQueueTest, HookIsCalledWhenQueueStopsBeingEmpty) {
   EXPECT_EQ(first, 1);
   queue.async([] {});
   EXPECT_EQ(first, 1);
-  queue.runPending();
-  queue.async([&] { queue.async([] {}); });
+  queue.runPending();  // One call before the first of two blocks.
   EXPECT_EQ(first, 2);
-  // The new block causes two calls: when it is added, and at the end of runPending().
-  queue.runPending();
+  queue.async([&] { queue.async([] {}); });
+  EXPECT_EQ(first, 3);
+  queue.runPending();  // The new block causes one call.
   EXPECT_EQ(first, 4);
   queue.setWakeUpHook([&] { ++second; });
   EXPECT_EQ(second, 1);
