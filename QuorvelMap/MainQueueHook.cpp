@@ -1,43 +1,20 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelMap/MainQueueHook.h>
+#include <QuorvelPlatform/EventLoops/QtEventLoop.h>
 #include <QuorvelPlatform/MainQueue.h>
 
-#include <QCoreApplication>
-#include <QEvent>
-#include <QObject>
-#include <memory>
+#include <optional>
 
 namespace quorvelkit {
 
-namespace {
-
-// Runs the blocks of the main queue when Qt delivers its event.
-class MainQueueRunner : public QObject {
- public:
-  bool event(QEvent* event) override {
-    if (event->type() != QEvent::User) return QObject::event(event);
-    MainQueue::main().runPending();
-    return true;
-  }
-
-  // Qt's event queue owns the event.
-  void wakeUp() {
-    QCoreApplication::postEvent(this, std::make_unique<QEvent>(QEvent::User).release());
-  }
-};
-
-}  // namespace
-
 void installMainQueueHook() {
-  // Never destroyed: other threads may call the hook until the process ends.
-  static MainQueueRunner* runner = nullptr;
-  MainQueue& queue = MainQueue::main();
-  if (!queue.hasWakeUpHook()) {
-    if (runner == nullptr) runner = std::make_unique<MainQueueRunner>().release();
-    queue.setWakeUpHook([] { runner->wakeUp(); });
-  } else if (runner != nullptr) {
+  // Never destroyed: the application may make map views until the process ends.
+  static auto& loop = *new std::optional<QtEventLoop>;
+  if (!MainQueue::main().hasWakeUpHook()) {
+    loop.emplace();
+  } else if (loop) {
     // The destructor of an earlier application object has deleted the posted events.
-    runner->wakeUp();
+    loop->wakeUp();
   }
 }
 

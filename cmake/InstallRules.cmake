@@ -12,12 +12,14 @@ string(COMPARE EQUAL ${type} SHARED_LIBRARY QUORVELKIT_IS_SHARED)
 file(RELATIVE_PATH QUORVELKIT_PC_PREFIX /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 string(REGEX REPLACE "/$" "" QUORVELKIT_PC_PREFIX "${QUORVELKIT_PC_PREFIX}")
 
-# Installs a library, its headers and its file for pkg-config.
+# Installs a library, its headers and its file for pkg-config. Further arguments are those of
+# install(TARGETS).
 function(quorvelkit_install_library target export pc)
   install(TARGETS ${target} EXPORT ${export}
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
-    FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+    FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
+    ${ARGN})
   install(EXPORT ${export} NAMESPACE QuorvelKit:: DESTINATION ${QUORVELKIT_CMAKE_DIR}
     COMPONENT development)
   configure_file(cmake/${pc}.pc.in ${pc}.pc @ONLY)
@@ -41,12 +43,15 @@ foreach(module IN LISTS QUORVELKIT_MAP_QT_MODULES)
 endforeach()
 list(JOIN QUORVELKIT_MAP_QT_MODULES " " QUORVELKIT_MAP_QT_MODULES)
 
-quorvelkit_install_library(QuorvelKit QuorvelKitTargets quorvelkit)
+quorvelkit_install_library(QuorvelKit QuorvelKitTargets quorvelkit
+  FILE_SET event_loops DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+configure_file(cmake/QuorvelKitQtCoreConfig.cmake.in QuorvelKitQtCoreConfig.cmake @ONLY)
 configure_package_config_file(cmake/QuorvelKitConfig.cmake.in QuorvelKitConfig.cmake
   INSTALL_DESTINATION ${QUORVELKIT_CMAKE_DIR})
 write_basic_package_version_file(QuorvelKitSameMinorVersion.cmake COMPATIBILITY SameMinorVersion)
 install(FILES
   ${PROJECT_BINARY_DIR}/QuorvelKitConfig.cmake
+  ${PROJECT_BINARY_DIR}/QuorvelKitQtCoreConfig.cmake
   ${PROJECT_BINARY_DIR}/QuorvelKitSameMinorVersion.cmake
   cmake/QuorvelKitConfigVersion.cmake
   DESTINATION ${QUORVELKIT_CMAKE_DIR} COMPONENT development)
