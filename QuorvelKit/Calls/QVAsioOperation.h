@@ -36,7 +36,7 @@ class AsioOperation : public AsioContextUser,
  private:
   using Executor = decltype(Asio::executor(std::declval<const Handler&>()));
   using Service = AsioContextService<Asio>;
-  static constexpr bool hasSlot = requires(const Handler& handler) {
+  static constexpr bool isCancellable = requires(const Handler& handler) {
     Asio::cancellationSlot(handler);
   };
 
@@ -52,7 +52,7 @@ class AsioOperation : public AsioContextUser,
     context_ = Asio::context(state_->executor);
     if (context_ != nullptr)
       Asio::template service<Service>(*context_).add(this->shared_from_this());
-    if constexpr (hasSlot) {
+    if constexpr (isCancellable) {
       auto slot = Asio::cancellationSlot(state_->handler);
       if (slot.is_connected()) slot.assign([copy = call](auto /*type*/) mutable { copy.cancel(); });
     }
@@ -82,7 +82,7 @@ class AsioOperation : public AsioContextUser,
   }
 
   static void invoke(Handler handler, Result result) {
-    if constexpr (hasSlot) {
+    if constexpr (isCancellable) {
       auto slot = Asio::cancellationSlot(handler);
       if (slot.is_connected()) slot.clear();
     }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QuorvelPlatform/Export.h>
+
 #include <memory>
 #include <mutex>
 #include <set>
