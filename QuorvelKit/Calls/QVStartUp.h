@@ -14,9 +14,10 @@ namespace quorvelkit {
 
 /// Loads the configuration when an application starts, and says why if that fails. Thread-safe.
 ///
-///     const auto result = QVStartUp::loadConfiguration({.deadline = 1min, .retry =
-///     QVRetryPolicy()})
-///                             .wait();
+///     QVCallOptions options;
+///     options.deadline = 1min;
+///     options.retry = QVRetryPolicy();
+///     const auto result = QVStartUp::loadConfiguration(options).wait();
 ///     if (const auto error = result.error()) return report(*error);
 ///
 /// Differences to QVBaseService::loadConfiguration:
