@@ -11,6 +11,7 @@
 #include <condition_variable>
 #include <list>
 #include <mutex>
+#include <new>
 #include <optional>
 #include <utility>
 
@@ -19,6 +20,8 @@ namespace quorvelkit {
 struct MainQueue::State {
   using Hook = std::shared_ptr<const std::function<void()>>;
 
+  // Locked while the hook of a WakeUpHook runs, and before the other mutex.
+  std::mutex hookMutex;
   std::mutex mutex;
   std::condition_variable changed;
   std::list<Block> blocks;
@@ -109,14 +112,25 @@ MainQueue& MainQueue::main() {
   return queue;
 }
 
-// fork() locks the mutex, so that the child process gets a consistent queue.
+// fork() locks the mutexes, so that the child process gets a consistent queue. The threads that
+// wait in the parent do not exist in the child, so its condition variable is a new one.
 MainQueue::MainQueue(State& state) : state_(state) {
-  pthread_atfork([] { main().state_.mutex.lock(); }, [] { main().state_.mutex.unlock(); },
-                 [] {
-                   ++forkCount;
-                   main().state_.thread = 0;
-                   main().state_.mutex.unlock();
-                 });
+  static constexpr auto unlock = [] {
+    main().state_.mutex.unlock();
+    main().state_.hookMutex.unlock();
+  };
+  pthread_atfork(
+      [] {
+        main().state_.hookMutex.lock();
+        main().state_.mutex.lock();
+      },
+      unlock,
+      [] {
+        ++forkCount;
+        main().state_.thread = 0;
+        new (&main().state_.changed) std::condition_variable;
+        unlock();
+      });
 }
 
 void MainQueue::async(Block block) { async(Prepared(std::move(block))); }
@@ -212,10 +226,10 @@ bool MainQueue::isCurrentThread() const {
 void MainQueue::bindToCurrentThread() { threadRegistration.registerAt(state_.thread); }
 
 WakeUpHook::WakeUpHook(std::function<void()> hook)
-    : active_(std::make_shared<Active>(std::move(hook))),
+    : active_(std::make_shared<std::function<void()>>(std::move(hook))),
       installed_(std::make_shared<const std::function<void()>>([active = active_] {
-        const std::lock_guard lock(active->mutex);
-        if (active->hook) active->hook();
+        const std::lock_guard lock(MainQueue::main().state_.hookMutex);
+        if (*active) (*active)();
       })) {
   MainQueue::State& state = MainQueue::main().state_;
   MainQueue::main().bindToCurrentThread();
@@ -236,8 +250,8 @@ WakeUpHook::~WakeUpHook() {
   }
   if (isInstalled) state.wakeUpIfWaiting();
   std::function<void()> hook;
-  const std::lock_guard lock(active_->mutex);
-  hook.swap(active_->hook);
+  const std::lock_guard lock(state.hookMutex);
+  hook.swap(*active_);
 }
 
 }  // namespace quorvelkit

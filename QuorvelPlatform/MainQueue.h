@@ -32,6 +32,8 @@ class QUORVELKIT_EXPORT MainQueue {
     /// No block.
     Prepared() = default;
     explicit Prepared(Block block) { place_.push_back(std::move(block)); }
+    /// Runs the block on the calling thread. Without a block this is undefined.
+    void operator()() const { place_.front()(); }
 
    private:
     friend MainQueue;

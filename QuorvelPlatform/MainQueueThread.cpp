@@ -2,14 +2,16 @@
 #include <QuorvelPlatform/FatalError.h>
 #include <QuorvelPlatform/MainQueue.h>
 #include <QuorvelPlatform/MainQueueThread.h>
+#include <QuorvelPlatform/MainQueueThread_p.h>
 #include <QuorvelPlatform/NeverDestroyed_p.h>
-#include <QuorvelPlatform/SignalBlocker_p.h>
+#include <QuorvelPlatform/ProcessExit_p.h>
 
 #include <pthread.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <cstdlib>
 #include <latch>
 #include <list>
@@ -25,31 +27,53 @@ class QueueRunner {
  public:
   void start() {
     std::latch isRunning(1);
-    const SignalBlocker signalBlocker;
     thread_ = std::thread([this, &isRunning] {
       MainQueue::main().bindToCurrentThread();
+      id_ = std::this_thread::get_id();
       isRunning.count_down();
       while (!stopping_)
         MainQueue::main().runOnce(std::chrono::hours(1));
+      setState(State::ended);
     });
     isRunning.wait();
   }
+  // Waits for the block that is running and joins the thread. On the thread itself it only detaches
+  // the thread, which ends after its block.
   void stop() {
     stopping_ = true;
-    MainQueue::main().async([] {});  // Ends the wait.
-    const std::lock_guard lock(joining_);
-    if (thread_.joinable() && !isCurrentThread()) thread_.join();
+    if (!isCurrentThread()) {
+      MainQueue::main().async([] {});  // Ends the wait for a block.
+      std::unique_lock lock(mutex_);
+      changed_.wait(lock, [&] { return state_ != State::running; });
+      if (state_ == State::sleeping) return;
+    }
+    const std::lock_guard lock(mutex_);
+    if (!thread_.joinable()) return;
+    isCurrentThread() ? thread_.detach() : thread_.join();
   }
-  bool isCurrentThread() const { return thread_.get_id() == std::this_thread::get_id(); }
+  // The thread sleeps until the process ends.
+  void setSleeping() { setState(State::sleeping); }
+  bool isCurrentThread() const { return id_ == std::this_thread::get_id(); }
 
  private:
+  enum class State { running, sleeping, ended };
+
+  void setState(State state) {
+    const std::lock_guard lock(mutex_);
+    state_ = state;
+    changed_.notify_all();
+  }
+
   std::atomic<bool> stopping_ = false;
-  std::mutex joining_;
+  std::atomic<std::thread::id> id_;
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  State state_ = State::running;
   std::thread thread_;
 };
 
 // The runner of the only object. Runners are never destroyed, because a child process must not
-// destroy the thread of its parent, and the exit handler may run on the thread.
+// destroy the thread of its parent, and a thread may outlive its object.
 struct CurrentRunner {
   std::mutex mutex;
   std::list<QueueRunner> runners;
@@ -70,6 +94,7 @@ void registerRunnerHandlers() {
   static bool registered = false;
   if (std::exchange(registered, true)) return;
   const int failure = std::atexit([] {
+    isProcessExiting = true;
     if (QueueRunner* const runner = currentRunner().get()) runner->stop();
   });
   const int forkFailure =
@@ -83,6 +108,11 @@ void registerRunnerHandlers() {
 }
 
 }  // namespace
+
+void markSleepingMainQueueThread() {
+  QueueRunner* const runner = currentRunner().get();
+  if (runner != nullptr && runner->isCurrentThread()) runner->setSleeping();
+}
 
 MainQueueThread::MainQueueThread() : process_(getpid()) {
   auto& [mutex, runners, current] = currentRunner();
@@ -99,10 +129,7 @@ MainQueueThread::MainQueueThread() : process_(getpid()) {
 MainQueueThread::~MainQueueThread() {
   if (process_ != getpid()) return;
   // The mutex is not locked while a handler is running, because fork() locks it.
-  QueueRunner* const runner = currentRunner().get();
-  if (runner->isCurrentThread())
-    fatalError("A MainQueueThread cannot be destroyed on its own thread.");
-  runner->stop();
+  currentRunner().get()->stop();
   const std::lock_guard lock(currentRunner().mutex);
   currentRunner().current = nullptr;
 }

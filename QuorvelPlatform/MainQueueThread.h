@@ -14,10 +14,11 @@ namespace quorvelkit {
 /// does not end the thread. A handler that throws ends the process, as on any thread.
 ///
 /// The destructor waits for the block that is running and joins the thread. Blocks that have not
-/// run stay in the queue. Destroying the object on its own thread is a programming error and stops
-/// the process. If exit() is called while the object exists, the thread is stopped and joined
-/// there; objects that handlers use should be constructed before. A child process made by fork()
-/// has no such thread: there the destructor does nothing, and a new object can be constructed.
+/// run stay in the queue. On its own thread the destructor returns at once, and the thread ends
+/// after its block. If exit() is called while the object exists, the thread is stopped and joined
+/// there; construct objects that handlers use before. A handler that waits for a call at that
+/// moment never returns. A child process made by fork() has no such thread: there the destructor
+/// does nothing, and a new object can be constructed.
 class QUORVELKIT_EXPORT MainQueueThread {
  public:
   /// Starts the thread. Throws std::system_error if it cannot be started. When the constructor

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelPlatform/FatalError.h>
 #include <QuorvelPlatform/NeverDestroyed_p.h>
+#include <QuorvelPlatform/ProcessExit_p.h>
 #include <QuorvelPlatform/Scheduler.h>
 #include <QuorvelPlatform/SignalBlocker_p.h>
 
@@ -61,13 +62,14 @@ class ThreadScheduler::ScheduledBlock : public Timer {
 };
 
 std::unique_ptr<Scheduler::Timer> ThreadScheduler::schedule(TimePoint time, Block block) {
+  std::unique_ptr<Timer> timer;  // Destroyed after the mutex is unlocked.
   const std::lock_guard lock(mutex_);
   if (!thread_.joinable() && !stopping_) {
     const SignalBlocker signalBlocker;
     thread_ = std::thread([this] { run(); });
   }
   const Key key(time, ++count_);
-  auto timer = std::make_unique<ScheduledBlock>(*this, key);
+  timer = std::make_unique<ScheduledBlock>(*this, key);
   blocks_.emplace(key, std::move(block));
   if (blocks_.begin()->first == key) changed_.notify_one();
   return timer;
@@ -117,6 +119,7 @@ void registerSchedulerHandlers() {
     schedulerCreation.unlock();
   };
   const int failure = std::atexit([] {
+    isProcessExiting = true;
     if (ThreadScheduler* const scheduler = currentScheduler) scheduler->stop();
   });
   const int forkFailure = pthread_atfork(

@@ -38,8 +38,8 @@ class SessionEngine {
   /// Returns the number of forks between the first process and this one. A value that was created
   /// under another number belongs to another process.
   static int processGeneration();
-  /// Returns true when the exit handler has stopped the engine: no task completes any more.
-  static bool isStopped();
+  /// Returns true on the threads of an engine, which must not wait for data tasks.
+  static bool isEngineThread();
 
   /// Only for shared().
   SessionEngine();

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // Starts and stops the engine and its threads, and handles exit and fork.
-#include <QuorvelPlatform/BlockingWait_p.h>
 #include <QuorvelPlatform/FatalError.h>
 #include <QuorvelPlatform/NeverDestroyed_p.h>
+#include <QuorvelPlatform/ProcessExit_p.h>
 #include <QuorvelPlatform/ProtocolRegistry_p.h>
 #include <QuorvelPlatform/SessionEngine_p.h>
 #include <QuorvelPlatform/SignalBlocker_p.h>
@@ -27,11 +27,6 @@ thread_local bool runsEngine = false;  // True on the threads of an engine.
 
 int SessionEngine::processGeneration() { return generation.load(std::memory_order_relaxed); }
 
-bool SessionEngine::isStopped() {
-  const SessionEngine* const engine = currentEngine.load(std::memory_order_acquire);
-  return engine != nullptr && engine->stopping_;
-}
-
 SessionEngine& SessionEngine::shared() {
   if (SessionEngine* engine = currentEngine.load(std::memory_order_acquire)) return *engine;
   const std::lock_guard lock(engineMutex);
@@ -46,13 +41,7 @@ SessionEngine& SessionEngine::shared() {
 
 SessionEngine::SessionEngine() { registerExitAndForkHandlers(); }
 
-void requireThreadThatMayWait() {
-  if (runsEngine)
-    fatalError(
-        "A thread of the URL session must not wait for a call, because it completes the call.");
-  if (SessionEngine::isStopped())
-    fatalError("The process exits: a wait for a call would never end.");
-}
+bool SessionEngine::isEngineThread() { return runsEngine; }
 
 // Starts the threads that are not running. Returns the reason if a thread cannot be started.
 std::string SessionEngine::startThreads() {
@@ -82,6 +71,7 @@ void SessionEngine::registerExitAndForkHandlers() {
   static bool registered = false;
   if (std::exchange(registered, true)) return;
   int failure = std::atexit([] {
+    isProcessExiting = true;
     if (SessionEngine* engine = currentEngine.load()) engine->stop();
   });
   static constexpr auto forEachLock = [](void (*visit)(std::mutex&)) {

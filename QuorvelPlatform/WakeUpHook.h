@@ -5,8 +5,6 @@
 
 #include <functional>
 #include <memory>
-#include <mutex>
-#include <utility>
 
 namespace quorvelkit {
 
@@ -15,7 +13,7 @@ namespace quorvelkit {
 ///
 /// Construct it on the thread of the event loop. The hook runs on any thread, for one caller at a
 /// time, and never after the destructor. It must only signal the event loop: if it used the queue
-/// or this object, it would lock its own mutex twice. It must not throw.
+/// or this object, or called fork(), it would lock a mutex twice. It must not throw.
 ///
 /// The destructor restores the hook that was set before, unless another hook replaced this one.
 /// Destroy the objects in the reverse order of their construction.
@@ -27,13 +25,7 @@ class QUORVELKIT_EXPORT WakeUpHook {
   ~WakeUpHook();
 
  private:
-  struct Active {
-    explicit Active(std::function<void()> given) : hook(std::move(given)) {}
-    std::mutex mutex;
-    std::function<void()> hook;  // Empty after the destructor.
-  };
-
-  std::shared_ptr<Active> active_;
+  std::shared_ptr<std::function<void()>> active_;  // Empty after the destructor.
   std::shared_ptr<const std::function<void()>> installed_, replaced_;
 };
 

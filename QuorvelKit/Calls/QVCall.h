@@ -38,10 +38,13 @@ namespace quorvelkit {
 /// QVBaseService; with QVCallOptions::retry it belongs to the call until the end.
 ///
 /// Lifetime: copies refer to the same call. The call continues without them, unless
-/// QVCallOptions::cancelsWhenAbandoned is true. After exit() no result arrives any more.
+/// QVCallOptions::cancelsWhenAbandoned is true. After exit() no result arrives any more. A child
+/// process must not use a QVCall of its parent.
 ///
 /// Errors: an exception of a facade function leaves the constructor. The constructor also throws
 /// std::system_error if a deadline is set and the thread of Scheduler::shared() cannot be started.
+/// A function that throws std::bad_alloc has had no effect. If there is no memory for the response
+/// of a cancelled call, the call continues.
 ///
 /// Cost beside the completion handler: about five allocations for each call.
 template <std::derived_from<QVBaseResponse> Response>
@@ -60,7 +63,9 @@ class QVCall {
       : QVCall([facade,
                 request](auto completionHandler) { facade(request, std::move(completionHandler)); },
                request, std::move(options)) {}
-  /// Starts a call with any function. It may run later on the main queue again (retries).
+  /// Starts a call with any function. It may run later on the main queue again (retries). cancel()
+  /// and the deadline end the first call of a facade that the function starts. If they come before
+  /// that, the request of the response is a plain QVBaseRequest.
   explicit QVCall(Start start, QVCallOptions options = {})
       : QVCall(std::move(start), nullptr, std::move(options)) {}
 
@@ -75,7 +80,9 @@ class QVCall {
   /// Waits for the result. On the thread of the main queue (MainQueue::isCurrentThread) it runs the
   /// main queue meanwhile, so other handlers may run inside this call, and an exception of theirs
   /// leaves it. On other threads it only waits. A wait that could never end stops the process with
-  /// a message: on the threads of the session, and after exit() has stopped them.
+  /// a message: on the threads of the session, during exit(), and in a child process for a call of
+  /// its parent. If another thread calls exit() during a wait, the waiting thread sleeps until the
+  /// process ends.
   Result wait() { return *waitUntil(std::chrono::steady_clock::time_point::max()); }
   /// The same with a time-out. Absent if the result is not known then; the call continues.
   template <class Rep, class Period>

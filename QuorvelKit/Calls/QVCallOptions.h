@@ -17,8 +17,7 @@ namespace quorvelkit {
 class QVDeadline {
  public:
   template <class Rep, class Period>
-  QVDeadline(std::chrono::duration<Rep, Period> fromStart)
-      : value_(std::chrono::ceil<Duration>(fromStart)) {}
+  QVDeadline(std::chrono::duration<Rep, Period> fromStart) : value_(saturated(fromStart)) {}
   QVDeadline(Scheduler::TimePoint time) : value_(time) {}
 
   /// Returns the point in time for a call that starts at `start`.
@@ -31,6 +30,15 @@ class QVDeadline {
 
  private:
   using Duration = Scheduler::TimePoint::duration;
+
+  template <class Rep, class Period>
+  static constexpr Duration saturated(std::chrono::duration<Rep, Period> duration) {
+    using Seconds = std::chrono::duration<long double>;
+    if (!(Seconds(duration) < Seconds(Duration::max()))) return Duration::max();
+    if (Seconds(duration) <= Seconds(Duration::min())) return Duration::min();
+    return std::chrono::ceil<Duration>(duration);
+  }
+
   std::variant<Duration, Scheduler::TimePoint> value_;
 };
 

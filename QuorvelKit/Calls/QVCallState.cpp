@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelKit/Calls/QVCallState.h>
 #include <QuorvelPlatform/BlockingWait_p.h>
+#include <QuorvelPlatform/FatalError.h>
 #include <QuorvelPlatform/MainQueue.h>
 #include <QuorvelPlatform/URLError.h>
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <new>
 #include <random>
 #include <system_error>
 
@@ -12,9 +16,18 @@ namespace quorvelkit::detail {
 
 namespace {
 
+// Needs no good generator: backoffs of many clients must only differ.
 double randomNumber() {
-  thread_local std::minstd_rand generator(std::random_device{}());
+  thread_local std::minstd_rand generator(static_cast<unsigned>(
+      std::chrono::steady_clock::now().time_since_epoch().count() ^ getpid()));
   return std::uniform_real_distribution()(generator);
+}
+
+// Returns a function that adds a block to the main queue once, without allocating memory.
+std::function<void()> addingLater(MainQueue::Prepared block) {
+  return [shared = std::make_shared<MainQueue::Prepared>(std::move(block))] {
+    MainQueue::main().async(std::move(*shared));
+  };
 }
 
 }  // namespace
@@ -24,7 +37,9 @@ CallState::Attempt::~Attempt() {
 }
 
 void CallState::Attempt::complete(std::shared_ptr<QVBaseResponse> response) {
-  if (const auto state = std::exchange(state_, nullptr)) state->receive(std::move(response));
+  if (!state_) return;
+  state_->receive(std::move(response));
+  state_ = nullptr;
 }
 
 std::shared_ptr<CallState> CallState::start(Functions functions,
@@ -35,12 +50,18 @@ std::shared_ptr<CallState> CallState::start(Functions functions,
   state->applyOptions();
   state->startAttempt();
   if (!state->options_.cancelsWhenAbandoned) return state;
-  return {state.get(), [state](CallState*) { state->cancel(); }};
+  return {state.get(), [state](CallState*) {
+            try {
+              state->cancel();
+            } catch (const std::bad_alloc&) {  // The call continues.
+            }
+          }};
 }
 
 CallState::CallState(Functions functions, std::shared_ptr<QVBaseRequest> request,
                      QVCallOptions options)
     : options_(std::move(options)),
+      process_(getpid()),
       functions_(std::move(functions)),
       request_(std::move(request)) {}
 
@@ -50,25 +71,27 @@ Scheduler& CallState::scheduler() const {
   return options_.scheduler ? *options_.scheduler : Scheduler::shared();
 }
 
-// Neither the timer nor the stop callback owns this object: the threads that run them must not
-// destroy objects of the application.
+// A block for the main queue, made in advance: the threads that add it must not fail and must not
+// own objects of the application.
+MainQueue::Prepared CallState::interruptionOnMainQueue(Interruption interruption) {
+  return MainQueue::Prepared([weak = weak_from_this(), interruption] {
+    const auto state = weak.lock();
+    if (state && state->beginInterruption(interruption)) state->endInterrupted();
+  });
+}
+
 void CallState::applyOptions() {
-  const auto onMainQueue = [weak = weak_from_this()](Interruption interruption) {
-    MainQueue::main().async([weak, interruption] {
-      if (const auto state = weak.lock()) state->interrupt(interruption);
-    });
-  };
-  if (options_.stopToken.stop_requested()) return interrupt(Interruption::cancelled);
+  if (options_.stopToken.stop_requested()) return cancel();
   std::unique_ptr<Scheduler::Timer> timer;
   if (options_.deadline) {
     deadline_ = options_.deadline->time(scheduler().now());
-    timer =
-        scheduler().schedule(*deadline_, [onMainQueue] { onMainQueue(Interruption::timedOut); });
+    timer = scheduler().schedule(*deadline_,
+                                 addingLater(interruptionOnMainQueue(Interruption::timedOut)));
   }
   std::unique_ptr<StopCallback> stopCallback;
   if (options_.stopToken.stop_possible()) {
     stopCallback = std::make_unique<StopCallback>(
-        options_.stopToken, [onMainQueue] { onMainQueue(Interruption::cancelled); });
+        options_.stopToken, addingLater(interruptionOnMainQueue(Interruption::cancelled)));
   }
   const std::lock_guard lock(mutex_);
   if (result_) return;
@@ -78,8 +101,10 @@ void CallState::applyOptions() {
 
 void CallState::startAttempt() {
   std::function<void(const std::shared_ptr<Attempt>&)> start;
+  std::shared_ptr<CallState> self;
   {
     const std::lock_guard lock(mutex_);
+    self_.swap(self);
     if (result_ || interruption_ != Interruption::none) return;
     task_ = nullptr;
     if (options_.retry) {
@@ -94,7 +119,7 @@ void CallState::startAttempt() {
 
 void CallState::didStart(std::shared_ptr<QVBaseRequest> request) {
   const std::lock_guard lock(mutex_);
-  request_ = std::move(request);
+  if (!request_) request_ = std::move(request);
 }
 
 void CallState::didMakeTask(std::shared_ptr<URLSessionDataTask> task) {
@@ -114,25 +139,34 @@ bool CallState::isInterrupted() const {
 // After an interruption the result comes from endInterrupted(), also if the response of the
 // cancelled task arrives first.
 void CallState::receive(std::shared_ptr<QVBaseResponse> response) {
-  if (isInterrupted()) return;
-  if (!retries(*response)) finish(Result(std::move(response)), true);
+  {
+    const std::lock_guard lock(mutex_);
+    if (interruption_ != Interruption::none) {
+      lateResponse_ = std::move(response);
+      return;
+    }
+  }
+  if (!retries(*response)) finish(Result(std::move(response)));
 }
 
-// Schedules another attempt. Returns false if there is none. While the timer waits, it and this
-// object own each other; finish() destroys the timer.
+// Schedules another attempt. Returns false if there is none.
 bool CallState::retries(QVBaseResponse& response) try {
   if (!options_.retry || !QVRetryPolicy::isTransient(response)) return false;
   const Scheduler::TimePoint time =
       scheduler().now() + options_.retry->backoff(retryCount_, randomNumber(), response);
   if ((deadline_ && time >= *deadline_) || !response.shouldRetryRequest()) return false;
   ++retryCount_;
-  auto timer = scheduler().schedule(time, [state = shared_from_this()]() mutable {
-    MainQueue::main().async([moved = std::move(state)] { moved->startAttempt(); });
-  });
+  auto timer =
+      scheduler().schedule(time, addingLater(MainQueue::Prepared([weak = weak_from_this()] {
+                             if (const auto state = weak.lock()) state->startAttempt();
+                           })));
   const std::lock_guard lock(mutex_);
   if (result_) return false;
   backoffTimer_.swap(timer);
+  self_ = shared_from_this();
   return true;
+} catch (const std::bad_alloc&) {
+  return false;
 } catch (const std::system_error&) {
   return false;  // The thread of the scheduler cannot be started.
 }
@@ -145,43 +179,64 @@ void CallState::noticeDroppedHandler() {
     request = request_;
   }
   finish(Result(request ? QVNotSent::reasonFor(*request)
-                        : QVNotSent(QVNotSent::Reason::handlerDropped)),
-         false);
+                        : QVNotSent(QVNotSent::Reason::handlerDropped)));
 }
 
-void CallState::cancel() { interrupt(Interruption::cancelled); }
+void CallState::cancel() {
+  MainQueue::Prepared end([state = shared_from_this()] { state->endInterrupted(); });
+  if (beginInterruption(Interruption::cancelled)) MainQueue::main().async(std::move(end));
+}
 
-void CallState::interrupt(Interruption interruption) {
+bool CallState::beginInterruption(Interruption interruption) {
   std::shared_ptr<URLSessionDataTask> task;
   {
     const std::lock_guard lock(mutex_);
-    if (result_ || interruption_ != Interruption::none) return;
+    if (result_ || interruption_ != Interruption::none) return false;
     interruption_ = interruption;
     task = task_;
   }
-  if (task) task->cancel();
-  MainQueue::main().async([state = shared_from_this()] { state->endInterrupted(); });
+  try {
+    if (task) task->cancel();
+  } catch (const std::bad_alloc&) {  // The task continues; its response is not needed.
+  }
+  return true;
 }
 
-// The response of the pipeline, if there is one, arrives later and is ignored.
+// Without memory for the response, the result is that of the pipeline.
 void CallState::endInterrupted() {
   std::unique_lock lock(mutex_);
   if (result_) return;
   const std::int64_t code =
       interruption_ == Interruption::timedOut ? URLError::timedOut : URLError::cancelled;
   const auto task = task_;
-  const auto request = request_ ? request_ : std::make_shared<QVBaseRequest>();
+  auto request = request_;
   lock.unlock();
-  const Error error =
-      task ? URLError::make(code, task->originalRequest().url()) : URLError::make(code);
-  finish(Result(functions_.makeResponse(request, error, task)), true);
+  try {
+    if (!request) request = std::make_shared<QVBaseRequest>();
+    const Error error =
+        task ? URLError::make(code, task->originalRequest().url()) : URLError::make(code);
+    finish(Result(functions_.makeResponse(request, error, task)));
+  } catch (const std::bad_alloc&) {
+    lock.lock();
+    if (result_) throw;  // A continuation has thrown it.
+    interruption_ = Interruption::none;
+    const auto response = std::exchange(lateResponse_, nullptr);
+    lock.unlock();
+    if (response) finish(Result(response));
+  }
 }
 
-void CallState::finish(Result result, bool isOnMainQueue) {
-  std::vector<Continuation> continuations, onAnyThread;
-  Functions functions{};
+void CallState::finish(Result result) {
+  const bool isOnMainQueue = MainQueue::main().isCurrentThread();
+  std::vector<MainQueue::Prepared> continuations;
+  std::vector<Continuation> onAnyThread;
+  std::function<void(const std::shared_ptr<Attempt>&)> start;
   std::unique_ptr<Scheduler::Timer> timers[2];
   std::unique_ptr<StopCallback> stopCallback;
+  std::shared_ptr<URLSessionDataTask> task;
+  std::shared_ptr<QVBaseResponse> lateResponse;
+  std::shared_ptr<CallState> self;
+  MainQueue::Prepared queueWakeUp;
   bool wakesQueueRunner = false;
   {
     const std::lock_guard lock(mutex_);
@@ -189,20 +244,23 @@ void CallState::finish(Result result, bool isOnMainQueue) {
     result_.emplace(std::move(result));
     continuations.swap(continuations_);
     onAnyThread.swap(continuationsOnAnyThread_);
-    functions.start.swap(functions_.start);
-    deadlineTimer_.swap(timers[0]);
-    backoffTimer_.swap(timers[1]);
-    stopCallback_.swap(stopCallback);
-    task_ = nullptr;
+    start.swap(functions_.start);
+    timers[0].swap(deadlineTimer_);
+    timers[1].swap(backoffTimer_);
+    stopCallback.swap(stopCallback_);
+    task.swap(task_);
+    lateResponse.swap(lateResponse_);
+    self.swap(self_);
     wakesQueueRunner = queueRunners_ > 0 && !isOnMainQueue;
+    if (wakesQueueRunner) std::swap(queueWakeUp, queueWakeUp_);
   }
   finished_.notify_all();
-  if (wakesQueueRunner) MainQueue::main().async([] {});
+  if (wakesQueueRunner) MainQueue::main().async(std::move(queueWakeUp));
   for (const Continuation& continuation : onAnyThread)
     continuation();
   // If one of several threw an exception here, the others would be lost.
   if (isOnMainQueue && continuations.size() == 1) return continuations.front()();
-  for (Continuation& continuation : continuations)
+  for (MainQueue::Prepared& continuation : continuations)
     MainQueue::main().async(std::move(continuation));
 }
 
@@ -214,18 +272,21 @@ std::optional<CallState::Result> CallState::result() const {
 std::optional<CallState::Result> CallState::waitUntil(std::chrono::steady_clock::time_point time) {
   if (auto known = result()) return known;
   requireThreadThatMayWait();
+  if (process_ != getpid())
+    fatalError("A child process must not wait for a call of its parent, which ends in the parent.");
   std::unique_lock lock(mutex_);
   if (!MainQueue::main().isCurrentThread()) {
     finished_.wait_until(lock, time, [&] { return result_.has_value(); });
     return result_;
   }
-  ++queueRunners_;
+  if (queueRunners_++ == 0) queueWakeUp_ = MainQueue::Prepared([] {});
   while (!result_ && std::chrono::steady_clock::now() < time) {
     lock.unlock();
     const auto remaining =
         std::chrono::ceil<std::chrono::milliseconds>(time - std::chrono::steady_clock::now());
     MainQueue::main().runOnce(
         std::min<std::chrono::milliseconds>(remaining, std::chrono::hours(1)));
+    sleepIfProcessIsExiting();
     lock.lock();
   }
   --queueRunners_;
@@ -233,11 +294,12 @@ std::optional<CallState::Result> CallState::waitUntil(std::chrono::steady_clock:
 }
 
 void CallState::whenFinished(Continuation continuation) {
+  MainQueue::Prepared prepared(std::move(continuation));
   {
     const std::lock_guard lock(mutex_);
-    if (!result_) return continuations_.push_back(std::move(continuation));
+    if (!result_) return continuations_.push_back(std::move(prepared));
   }
-  MainQueue::main().async(std::move(continuation));
+  MainQueue::main().async(std::move(prepared));
 }
 
 void CallState::whenFinishedOnAnyThread(Continuation continuation) {

@@ -7,7 +7,10 @@
 #include <QuorvelKit/QVBaseResponse.h>
 #include <QuorvelKit/QVCallControl.h>
 #include <QuorvelPlatform/Export.h>
+#include <QuorvelPlatform/MainQueue.h>
 #include <QuorvelPlatform/Scheduler.h>
+
+#include <sys/types.h>
 
 #include <condition_variable>
 #include <cstdint>
@@ -62,6 +65,7 @@ class QUORVELKIT_EXPORT CallState : public CallControl,
   CallState(Functions functions, std::shared_ptr<QVBaseRequest> request, QVCallOptions options);
   ~CallState() override;
 
+  /// If this throws std::bad_alloc, it has no effect.
   void cancel();
   std::optional<Result> result() const;
   /// Waits for the result until a point in time of the steady clock.
@@ -85,12 +89,14 @@ class QUORVELKIT_EXPORT CallState : public CallControl,
   void receive(std::shared_ptr<QVBaseResponse> response);
   bool retries(QVBaseResponse& response);
   void noticeDroppedHandler();
-  void interrupt(Interruption interruption);
+  MainQueue::Prepared interruptionOnMainQueue(Interruption interruption);
+  bool beginInterruption(Interruption interruption);
   void endInterrupted();
-  void finish(Result result, bool isOnMainQueue);
+  void finish(Result result);
   Scheduler& scheduler() const;
 
   const QVCallOptions options_;
+  const pid_t process_;
   std::optional<Scheduler::TimePoint> deadline_;
 
   mutable std::mutex mutex_;
@@ -100,9 +106,13 @@ class QUORVELKIT_EXPORT CallState : public CallControl,
   std::shared_ptr<URLSessionDataTask> task_;
   Interruption interruption_ = Interruption::none;
   std::optional<Result> result_;
-  std::vector<Continuation> continuations_, continuationsOnAnyThread_;
+  std::shared_ptr<QVBaseResponse> lateResponse_;  // Of the pipeline, after an interruption.
+  std::vector<MainQueue::Prepared> continuations_;
+  std::vector<Continuation> continuationsOnAnyThread_;
   std::int64_t retryCount_ = 0;
-  int queueRunners_ = 0;  // The waiting functions that run the main queue.
+  int queueRunners_ = 0;             // The waiting functions that run the main queue.
+  MainQueue::Prepared queueWakeUp_;  // Ends their waits.
+  std::shared_ptr<CallState> self_;  // Keeps this object alive during a backoff.
   std::unique_ptr<Scheduler::Timer> deadlineTimer_, backoffTimer_;
   std::unique_ptr<StopCallback> stopCallback_;
 };

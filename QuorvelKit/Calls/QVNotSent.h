@@ -24,7 +24,8 @@ class QUORVELKIT_EXPORT QVNotSent {
     configurationFailed,
     /// The configuration has no root URL of the server that the request needs.
     noRootURL,
-    /// Root URL and parameters together are no URL, or a request of the application has no URL.
+    /// Root URL and parameters together are no URL, or a request of the application has no URL. For
+    /// the latter, the reasons above take precedence, also if its facade needs no configuration.
     noURL,
     /// The completion handler was destroyed although the request has a URL, for example by an
     /// exception, or because QVCallSteps::prepare never called its argument.

@@ -11,6 +11,8 @@ namespace quorvelkit {
 
 namespace {
 
+constexpr std::chrono::hours longestBackoff(24);
+
 const HTTPURLResponse* httpResponse(const QVBaseResponse& response) {
   return dynamic_cast<const HTTPURLResponse*>(response.response().get());
 }
@@ -37,9 +39,12 @@ bool QVRetryPolicy::isTransient(const QVBaseResponse& response) {
 std::chrono::milliseconds QVRetryPolicy::backoff(std::int64_t retry, double random,
                                                  const QVBaseResponse& response) const {
   using Milliseconds = std::chrono::duration<double, std::milli>;
+  const double growth = std::pow(multiplier, static_cast<double>(retry));
+  // A backoff of 0 stays 0, also if its growth is infinite.
   const Milliseconds growing =
-      Milliseconds(initialBackoff) * std::pow(multiplier, static_cast<double>(retry));
-  const Milliseconds limited = std::min(growing, Milliseconds(maximumBackoff));
+      initialBackoff.count() == 0 ? Milliseconds(0) : Milliseconds(initialBackoff) * growth;
+  const Milliseconds limited =
+      std::min({growing, Milliseconds(maximumBackoff), Milliseconds(longestBackoff)});
   const auto backoff = std::chrono::duration_cast<std::chrono::milliseconds>(
       limited * (1 - std::clamp(jitter, 0.0, 1.0) * random));
   const HTTPURLResponse* const answer = httpResponse(response);

@@ -17,7 +17,7 @@ class QVBaseResponse;
 /// attempts in the request and, by default, allows three retries.
 struct QUORVELKIT_EXPORT QVRetryPolicy {
   /// The backoff before the first retry. Each further one is `multiplier` times as long, up to
-  /// `maximumBackoff`.
+  /// `maximumBackoff`, and to one day at most.
   std::chrono::milliseconds initialBackoff{500};
   double multiplier = 2;
   std::chrono::milliseconds maximumBackoff{30'000};

@@ -2,6 +2,7 @@
 #include <QuorvelKit/Calls/QVStartUp.h>
 #include <QuorvelKit/QVBackendless.h>
 #include <QuorvelKit/QVConfiguration.h>
+#include <QuorvelKit/QVProcessValue_p.h>
 #include <QuorvelPlatform/HTTPURLResponse.h>
 #include <QuorvelPlatform/MainQueue.h>
 
@@ -49,30 +50,25 @@ class QVStartUp::Attempt {
   // Adds the handler to the running attempt, or starts one with this request.
   static void join(std::shared_ptr<QVConfigurationRequest> request,
                    const ConfigurationHandler& handler) {
-    static auto& mutex = *new std::mutex;
     static auto& current = *new std::weak_ptr<Attempt>;
     // Both are destroyed after the mutex is unlocked, because handlers may join again.
     std::shared_ptr<Attempt> started, running;
     {
-      const std::lock_guard lock(mutex);
+      const std::lock_guard lock(processValueMutex());
       running = current.lock();
-      if (running && running->add(handler)) return;
+      // An attempt of the parent process does not end in this one.
+      if (running && !running->hasEnded_ && running->process_ == getpid()) {
+        running->handlers_.push_back(handler);
+        return;
+      }
       started = std::make_shared<Attempt>();
-      started->add(handler);
+      started->handlers_.push_back(handler);
       current = started;
     }
     start(started, std::move(request));
   }
 
  private:
-  // Returns false if the attempt has ended, or runs in the parent process.
-  bool add(const ConfigurationHandler& handler) {
-    const std::lock_guard lock(mutex_);
-    if (hasEnded_ || process_ != getpid()) return false;
-    handlers_.push_back(handler);
-    return true;
-  }
-
   static void start(const std::shared_ptr<Attempt>& attempt,
                     std::shared_ptr<QVConfigurationRequest> request) {
     const std::string storedToken = QVBackendless::userToken();
@@ -108,7 +104,7 @@ class QVStartUp::Attempt {
   void end(const ConfigurationResponse& response) {
     std::vector<ConfigurationHandler> handlers;
     {
-      const std::lock_guard lock(mutex_);
+      const std::lock_guard lock(processValueMutex());
       hasEnded_ = true;
       handlers.swap(handlers_);
     }
@@ -116,7 +112,7 @@ class QVStartUp::Attempt {
       MainQueue::main().async([moved = std::move(handler), response] { moved(response); });
   }
 
-  std::mutex mutex_;
+  // Guarded by the mutex of process-wide values, which is locked during fork().
   std::vector<ConfigurationHandler> handlers_;
   bool hasEnded_ = false;
   const pid_t process_ = getpid();

@@ -181,6 +181,14 @@ TEST_F(CallFormsTest, StartsEveryCallOfTheLibrary) {
       [&](auto handler) { QVFind::suggest(request, std::move(handler)); });
   EXPECT_TRUE(resultOfFuture(RouteCall(QVNavigation::route, routeRequest()).future()));
   EXPECT_TRUE(byFunction.result());
+  // A function may call its handler on another thread.
+  std::jthread other;
+  const auto response = RouteCall(QVNavigation::route, routeRequest()).wait().response();
+  RouteCall late([&](auto handler) { other = std::jthread([=] { handler(response); }); });
+  bool wasOnMainQueue = false;
+  late.onResult([&](const RouteResult&) { wasOnMainQueue = MainQueue::main().isCurrentThread(); });
+  EXPECT_EQ(late.wait().response(), response);
+  EXPECT_TRUE(runUntil([&] { return wasOnMainQueue; }));
   // A function that keeps its handler for ever still has a deadline.
   QVCompletionHandler<QVRouteResponse> kept;
   RouteCall endless([&](auto handler) { kept = std::move(handler); }, options());

@@ -53,6 +53,11 @@ TEST(RetryPolicyTest, BackoffGrowsAndFollowsTheServer) {
        {Row{0, 0, 100ms}, Row{1, 0, 200ms}, Row{3, 0, 800ms}, Row{4, 0, 1s}, Row{4000, 0, 1s},
         Row{0, 1, 50ms}, Row{1, 0.5, 150ms}})
     EXPECT_EQ(policy.backoff(retry, random, *silent), backoff) << retry << ", " << random;
+  EXPECT_EQ((QVRetryPolicy{.initialBackoff = 0ms}.backoff(4000, 0, *silent)), 0ms);
+  constexpr auto longest = std::chrono::milliseconds::max();
+  EXPECT_EQ(
+      (QVRetryPolicy{.initialBackoff = longest, .maximumBackoff = longest}.backoff(1, 0, *silent)),
+      24h);
   EXPECT_EQ(policy.backoff(0, 0, *responseWith(nullptr)), 100ms);
 
   const std::string date = "Sun, 06 Nov 1994 08:49:37 GMT";
@@ -71,6 +76,18 @@ TEST(RetryPolicyTest, BackoffGrowsAndFollowsTheServer) {
     if (!sent.empty()) fields.set("Date", sent);
     EXPECT_EQ(policy.backoff(0, 0, *responseWith(answer(503, fields))), backoff) << retryAfter;
   }
+}
+
+TEST(DeadlineTest, DurationsOutsideTheRangeAreLimited) {
+  using TimePoint = Scheduler::TimePoint;
+  const TimePoint start(1h);
+  EXPECT_EQ(QVDeadline(1min).time(start), start + 1min);
+  EXPECT_EQ(QVDeadline(start).time(TimePoint()), start);
+  for (const QVDeadline endless :
+       {QVDeadline(std::chrono::hours::max()), QVDeadline(TimePoint::duration::max()),
+        QVDeadline(std::chrono::duration<double>(1e300))})
+    EXPECT_EQ(endless.time(start), TimePoint::max());
+  EXPECT_LT(QVDeadline(std::chrono::hours::min()).time(start), TimePoint());
 }
 
 class RetryTest : public testing::Test {

@@ -109,6 +109,24 @@ TEST(WaitingTest, RefusesAWaitThatCannotEnd) {
       "a wait for a call would never end");
 }
 
+TEST(WaitingTest, ThreadEndsAfterTheBlockThatDestroysItsObject) {
+  auto thread = std::make_unique<MainQueueThread>();
+  std::promise<void> destroyed;
+  MainQueue::main().async([&] {
+    thread.reset();
+    destroyed.set_value();
+  });
+  destroyed.get_future().get();
+  EXPECT_TRUE(runUntil(isMainQueueThread));
+  MainQueueThread();
+}
+
+TEST(WaitingTest, RefusesAWaitInAForkedChild) {
+  FakeServer server;
+  RouteCall call(QVNavigation::route, routeRequest());
+  EXPECT_DEATH(call.wait(), "must not wait for a call of its parent");
+}
+
 TEST(WaitingTest, ThreadOfTheLibraryRunsHandlers) {
   FakeServer server;
   server.set("/v4/route", {200, twoPoints});
@@ -134,21 +152,45 @@ TEST(WaitingTest, ThreadOfTheLibraryRunsHandlers) {
 
 TEST(WaitingTest, ThreadOfTheLibraryAtExitAndFork) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
-  // Exits on another thread, and on the thread itself, while handlers are running.
-  for (const bool isOnOwnThread : {false, true}) {
+  FakeServer server;
+  const std::function<void()> exits[] = {
+      [] { exit(3); },
+      [] { MainQueue::main().async([] { exit(3); }); },
+      [&] {  // A handler waits for a call.
+        server.set("/v4/route", {});
+        server.hold("/v4/route");
+        MainQueue::main().async([] { RouteCall(QVNavigation::route, routeRequest()).wait(); });
+        while (server.requests(3).size() < 3) {
+        }
+        exit(3);
+      },
+  };
+  for (const auto& exitNow : exits) {
     EXPECT_EXIT(
         {
-          static const auto& thread = *new MainQueueThread;
-          static_cast<void>(thread);
+          static const MainQueueThread thread;
           for (int i = 0; i < 100; ++i)
             MainQueue::main().async([] { std::this_thread::yield(); });
-          if (isOnOwnThread) MainQueue::main().async([] { exit(3); });
-          while (isOnOwnThread)
+          exitNow();
+          while (true)
             pause();
-          exit(3);
         },
         testing::ExitedWithCode(3), "");
   }
+  EXPECT_EXIT(
+      {
+        {
+          const MainQueueThread thread;
+          MainQueue::main().async([] {
+            for (int i = 0; i < 1000; ++i)
+              std::this_thread::yield();
+            exit(3);
+          });
+        }
+        pause();
+      },
+      testing::ExitedWithCode(3), "")
+      << "The destructor waits for the handler that exits.";
   EXPECT_EXIT(
       {
         auto parents = std::make_unique<MainQueueThread>();
@@ -156,9 +198,11 @@ TEST(WaitingTest, ThreadOfTheLibraryAtExitAndFork) {
         if (child == 0) {
           parents.reset();
           const MainQueueThread own;
-          std::promise<void> ran;
-          MainQueue::main().async([&] { ran.set_value(); });
-          ran.get_future().get();
+          for (int i = 0; i < 10; ++i) {
+            std::promise<void> ran;
+            MainQueue::main().async([&] { ran.set_value(); });
+            ran.get_future().get();
+          }
           _exit(0);
         }
         int status = -1;

@@ -3,8 +3,10 @@
 // in another process, so that all threads except the main thread are threads of the library.
 #include "tests/faults/Scripts.h"
 #include "tests/kit/FakeServer.h"
+#include "tests/support/Awaited.h"
 #include "tests/support/ThreadStart.h"
 
+#include <QuorvelKit/Calls/QVCall.h>
 #include <QuorvelKit/QVFind.h>
 #include <QuorvelKit/QVNavigation.h>
 #include <QuorvelPlatform/URLError.h>
@@ -186,39 +188,90 @@ TEST(OutOfMemoryTest, CallEndsOnceIfAnyAllocationFails) {
   }
 }
 
+// Runs a function on the main thread, each time with another failing allocation, then another one.
+void failEachAllocation(const std::function<void()>& run, const std::function<void()>& check) {
+  failsOnMainThread = true;
+  int failing = 0;
+  do {
+    SCOPED_TRACE("allocation " + std::to_string(++failing));
+    failingAllocation = failing;
+    allocations = 0;
+    isFailing = true;
+    try {
+      run();
+    } catch (const std::bad_alloc&) {
+    }
+    isFailing = false;
+    check();
+  } while (allocations >= failing && !testing::Test::HasFailure());
+  EXPECT_GT(failing, 2);
+}
+
 TEST(OutOfMemoryTest, CallOfAProcessWithoutThreadsEndsOnceOrThrows) {
   threadsLeft = 0;
   QVBackendless::setBaseURL("http://127.0.0.1:1");
   const auto login = [](const std::shared_ptr<int>& runs) {
     QVBackendless::login([runs](const auto&) { ++*runs; });
   };
-  failsOnMainThread = true;
-  int failing = 0;
-  do {
-    SCOPED_TRACE("allocation " + std::to_string(++failing));
-    const auto runs = std::make_shared<int>(0);
-    bool hasThrown = false;
-    failingAllocation = failing;
-    allocations = 0;
-    isFailing = true;
-    try {
-      login(runs);
-    } catch (const std::bad_alloc&) {
-      hasThrown = true;
-    }
-    isFailing = false;
-    // The first block completes the task, the second one runs the completion handler.
-    MainQueue::main().runPending();
-    MainQueue::main().runPending();
-    EXPECT_EQ(*runs, hasThrown ? 0 : 1);
-    EXPECT_EQ(runs.use_count(), 1);
-  } while (allocations >= failing && !HasFailure());
-  EXPECT_GT(failing, 20);
+  std::shared_ptr<int> runs;
+  bool hasReturned = false;
+  failEachAllocation(
+      [&] {
+        runs = nullptr;
+        hasReturned = false;
+        runs = std::make_shared<int>(0);
+        login(runs);
+        hasReturned = true;
+      },
+      [&] {
+        // The first block completes the task, the second one runs the completion handler.
+        MainQueue::main().runPending();
+        MainQueue::main().runPending();
+        EXPECT_EQ(runs ? *runs : 0, hasReturned ? 1 : 0);
+        EXPECT_LE(runs.use_count(), 1);
+      });
   // With threads again, no earlier task completes a second time.
   threadsLeft = INT_MAX;
-  const auto runs = std::make_shared<int>(0);
+  runs = std::make_shared<int>(0);
   login(runs);
   EXPECT_TRUE(runMainQueueUntil([&] { return *runs > 0; }));
+}
+
+TEST(OutOfMemoryTest, CancelledCallEndsAlsoIfCancelThrows) {
+  FakeServer server;
+  configure(roots("http://nav.test", "http://find.test"));
+  server.set("/v4/route", {200, routeBody});
+  server.hold("/v4/route");
+  const auto start = [&] {
+    const std::size_t before = server.requests().size();
+    QVCall call(QVNavigation::route,
+                std::make_shared<QVRouteRequest>(Coordinate{1, 2}, Coordinate{3, 4}));
+    EXPECT_EQ(server.requests(before + 1).size(), before + 1);
+    return call;
+  };
+  auto call = start();
+  failEachAllocation(
+      [&] {
+        call.cancel();
+        MainQueue::main().runPending();
+      },
+      [&] {
+        server.release();
+        EXPECT_TRUE(call.waitFor(std::chrono::seconds(20)));
+        call = start();
+      });
+}
+
+TEST(OutOfMemoryTest, SchedulerWorksAfterAFailure) {
+  Scheduler& scheduler = Scheduler::shared();
+  std::unique_ptr<Scheduler::Timer> timer;
+  failEachAllocation(
+      [&] { timer = scheduler.schedule(scheduler.now() + std::chrono::hours(1), [] {}); },
+      [&] {
+        const Awaited<bool> ran;
+        timer = scheduler.schedule(scheduler.now(), [ran] { ran.set(true); });
+        EXPECT_TRUE(ran.get());
+      });
 }
 
 }  // namespace
