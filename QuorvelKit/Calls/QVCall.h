@@ -25,8 +25,9 @@ namespace quorvelkit {
 ///                                                     Coordinate{39.27, -76.60});
 ///     const auto result = QVCall(QVNavigation::route, request, QVDeadline(30s)).wait();
 ///     if (const auto error = result.error()) return report(*error);
-///     if (!result->route()) return report("The answer is not a route.");
-///     draw(result->route()->points());
+///     const auto& route = result->route();
+///     if (!route || route->points().empty()) return report("The answer is not a route.");
+///     draw(route->points());
 ///
 /// It works with the facades of the library and with those of an application, and always delivers
 /// one result: a response, or the reason why no request was sent (QVNotSent). Several forms can be

@@ -42,11 +42,8 @@ class QVDeadline {
   std::variant<Duration, Scheduler::TimePoint> value_;
 };
 
-/// Settings of a QVCall. The defaults keep the behaviour of the completion handler.
-///
-///     QVCallOptions options;
-///     options.deadline = 30s;
-///     options.retry = QVRetryPolicy();
+/// Settings of a QVCall: construct them, then set members. The defaults keep the behaviour of the
+/// completion handler.
 struct QVCallOptions {
   // GCC 12 destroys aggregates in a co_await expression twice, so this struct has a constructor.
   QVCallOptions() = default;

@@ -14,19 +14,16 @@ namespace quorvelkit {
 
 /// Loads the configuration when an application starts, and says why if that fails. Thread-safe.
 ///
-///     QVCallOptions options;
-///     options.deadline = 1min;
-///     options.retry = QVRetryPolicy();
-///     const auto result = QVStartUp::loadConfiguration(options).wait();
+///     const auto result = QVStartUp::loadConfiguration(QVDeadline(1min)).wait();
 ///     if (const auto error = result.error()) return report(*error);
+///     showFirstScreen();
 ///
 /// Differences to QVBaseService::loadConfiguration:
 ///
 ///  - The result is a response, or the reason why nothing was sent (an unusable base URL). A
 ///    response without an error contains at least one root URL.
 ///  - A cached configuration with an error, or without any root URL, is loaded again: a failed
-///  start
-///    can be repeated.
+///    start can be repeated.
 ///  - Calls that run at the same time share one login and one request for the configuration. Each
 ///    has its own deadline and retries. Cancelling one does not end the login or the request.
 ///  - With QVCallOptions::retry it tries again after each transient error, until the deadline.

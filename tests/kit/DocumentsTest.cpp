@@ -4,6 +4,7 @@
 #include "examples/snippets/TypeAhead.h"
 #include "tests/support/PublicHeaders.h"
 
+#include <QuorvelKit/Calls/QVStartUp.h>
 #include <QuorvelPlatform/EventLoops/PollEventLoop.h>
 #include <QuorvelPlatform/MainQueue.h>
 
@@ -16,6 +17,7 @@
 namespace quorvelkit {
 namespace {
 
+using namespace std::chrono_literals;
 using test::FakeServer;
 using test::runMainQueueUntil;
 
@@ -52,18 +54,17 @@ TEST(DocumentsTest, CodeBlocksEqualTheirFiles) {
   EXPECT_EQ(blocks, 6);
 }
 
-// The tests below run these examples, except the last one: the tests of the map run it. The
-// examples of QuorvelKit/Calls are not run yet.
+// The tests below run these examples, except the last one: the tests of the map run it.
 TEST(DocumentsTest, EveryHeaderWithAnExampleIsListed) {
   std::vector<std::string> paths;
   for (const auto& [path, text] : test::publicHeaders(QUORVELKIT_SOURCE_DIR)) {
-    const bool isRun = !path.starts_with("QuorvelKit/Calls/");
-    if (isRun && text.find("///     ") != std::string::npos) paths.push_back(path);
+    if (text.find("///     ") != std::string::npos) paths.push_back(path);
   }
-  EXPECT_THAT(paths, testing::ElementsAre("QuorvelKit/JSON/JSON.h", "QuorvelKit/QVBaseService.h",
-                                          "QuorvelKit/QVFind.h", "QuorvelKit/QVNavigation.h",
-                                          "QuorvelKit/QVSuggestRequest.h",
-                                          "QuorvelKit/QVViewController.h"));
+  EXPECT_THAT(paths, testing::ElementsAre(
+                         "QuorvelKit/Calls/QVCall.h", "QuorvelKit/Calls/QVStartUp.h",
+                         "QuorvelKit/JSON/JSON.h", "QuorvelKit/QVBaseService.h",
+                         "QuorvelKit/QVFind.h", "QuorvelKit/QVNavigation.h",
+                         "QuorvelKit/QVSuggestRequest.h", "QuorvelKit/QVViewController.h"));
 }
 
 TEST(PublicHeadersTest, QuorvelKitAllIncludesThoseOfTheCore) {
@@ -109,7 +110,17 @@ void draw(const std::vector<QVPoint>& points) { reportCount(points, ""); }
 void run() {
 #include "QVNavigation.inc"
 }
+void runCall() {
+#include "QVCall.inc"
+}
 }  // namespace navigation
+
+namespace start_up {
+void showFirstScreen() { report("ready"); }
+void run() {
+#include "QVStartUp.inc"
+}
+}  // namespace start_up
 
 namespace find {
 void show(const QVCandidate& place) { report(place.address().value_or("a place")); }
@@ -169,6 +180,8 @@ TEST(DocumentsTest, ExamplesReportEveryResult) {
        },
        "2 points"},
       {navigation::run},
+      {navigation::runCall},
+      {start_up::run, "ready", "ready", "error", "ready", "ready", "ready"},
       {find::run, "Bell Yard", "no such place"},
       {suggest_request::run, "2 found", "0 found"},
       {[&] { typeAhead.setText("b"); }, "2 found", "0 found There are no"},
