@@ -12,6 +12,7 @@
 #include <QuorvelKit/Calls/QVNotSent.h>
 #include <QuorvelKit/Calls/QVRetryPolicy.h>
 #include <QuorvelKit/Calls/QVStartUp.h>
+#include <QuorvelKit/Calls/QVTypeAhead.h>
 #include <QuorvelKit/JSON/Decimal.h>
 #include <QuorvelKit/JSON/JSON.h>
 #include <QuorvelKit/JSON/JSONError.h>

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelKit/Calls/QVCallState.h>
+#include <QuorvelKit/Calls/QVMainQueueBlock_p.h>
 #include <QuorvelPlatform/BlockingWait_p.h>
 #include <QuorvelPlatform/FatalError.h>
 #include <QuorvelPlatform/MainQueue.h>
@@ -21,13 +22,6 @@ double randomNumber() {
   thread_local std::minstd_rand generator(static_cast<unsigned>(
       std::chrono::steady_clock::now().time_since_epoch().count() ^ getpid()));
   return std::uniform_real_distribution()(generator);
-}
-
-// Returns a function that adds a block to the main queue once, without allocating memory.
-std::function<void()> addingLater(MainQueue::Prepared block) {
-  return [shared = std::make_shared<MainQueue::Prepared>(std::move(block))] {
-    MainQueue::main().async(std::move(*shared));
-  };
 }
 
 }  // namespace
@@ -71,10 +65,9 @@ Scheduler& CallState::scheduler() const {
   return options_.scheduler ? *options_.scheduler : Scheduler::shared();
 }
 
-// A block for the main queue, made in advance: the threads that add it must not fail and must not
-// own objects of the application.
-MainQueue::Prepared CallState::interruptionOnMainQueue(Interruption interruption) {
-  return MainQueue::Prepared([weak = weak_from_this(), interruption] {
+// The threads that call the returned function must not own objects of the application.
+std::function<void()> CallState::interrupting(Interruption interruption) {
+  return addingToMainQueue([weak = weak_from_this(), interruption] {
     const auto state = weak.lock();
     if (state && state->beginInterruption(interruption)) state->endInterrupted();
   });
@@ -85,13 +78,12 @@ void CallState::applyOptions() {
   std::unique_ptr<Scheduler::Timer> timer;
   if (options_.deadline) {
     deadline_ = options_.deadline->time(scheduler().now());
-    timer = scheduler().schedule(*deadline_,
-                                 addingLater(interruptionOnMainQueue(Interruption::timedOut)));
+    timer = scheduler().schedule(*deadline_, interrupting(Interruption::timedOut));
   }
   std::unique_ptr<StopCallback> stopCallback;
   if (options_.stopToken.stop_possible()) {
-    stopCallback = std::make_unique<StopCallback>(
-        options_.stopToken, addingLater(interruptionOnMainQueue(Interruption::cancelled)));
+    stopCallback =
+        std::make_unique<StopCallback>(options_.stopToken, interrupting(Interruption::cancelled));
   }
   const std::lock_guard lock(mutex_);
   if (result_) return;
@@ -156,10 +148,9 @@ bool CallState::retries(QVBaseResponse& response) try {
       scheduler().now() + options_.retry->backoff(retryCount_, randomNumber(), response);
   if ((deadline_ && time >= *deadline_) || !response.shouldRetryRequest()) return false;
   ++retryCount_;
-  auto timer =
-      scheduler().schedule(time, addingLater(MainQueue::Prepared([weak = weak_from_this()] {
-                             if (const auto state = weak.lock()) state->startAttempt();
-                           })));
+  auto timer = scheduler().schedule(time, addingToMainQueue([weak = weak_from_this()] {
+                                      if (const auto state = weak.lock()) state->startAttempt();
+                                    }));
   const std::lock_guard lock(mutex_);
   if (result_) return false;
   backoffTimer_.swap(timer);

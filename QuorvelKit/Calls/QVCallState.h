@@ -89,7 +89,7 @@ class QUORVELKIT_EXPORT CallState : public CallControl,
   void receive(std::shared_ptr<QVBaseResponse> response);
   bool retries(QVBaseResponse& response);
   void noticeDroppedHandler();
-  MainQueue::Prepared interruptionOnMainQueue(Interruption interruption);
+  std::function<void()> interrupting(Interruption interruption);
   bool beginInterruption(Interruption interruption);
   void endInterrupted();
   void finish(Result result);

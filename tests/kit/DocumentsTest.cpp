@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "FakeServer.h"
 #include "examples/snippets/AskForRoute.h"
-#include "examples/snippets/TypeAhead.h"
+#include "examples/snippets/SearchField.h"
 #include "tests/support/PublicHeaders.h"
 
 #include <QuorvelKit/Calls/QVStartUp.h>
@@ -173,7 +173,7 @@ TEST(DocumentsTest, ExamplesReportEveryResult) {
                  {"configuration: 500", httpError, success, &Example::noConfiguration},
                  {"configuration: HTML", html, success, &Example::noConfiguration},
                  {"configuration: {}", {200, "{}"}, success, &Example::noConfiguration}};
-  TypeAhead typeAhead({1, 2}, reportCount<QVSuggestion>);
+  SearchField searchField({1, 2}, reportCount<QVSuggestion>);
   const Example examples[] = {
       {[] {
          askForRoute({1, 2}, {3, 4}, [](const std::string& text) { report(text); });
@@ -184,7 +184,7 @@ TEST(DocumentsTest, ExamplesReportEveryResult) {
       {start_up::run, "ready", "ready", "error", "ready", "ready", "ready"},
       {find::run, "Bell Yard", "no such place"},
       {suggest_request::run, "2 found", "0 found"},
-      {[&] { typeAhead.setText("b"); }, "2 found", "0 found There are no"},
+      {[&] { searchField.textChanged("b"); }, "2 found", "0 found There are no"},
       {base_service::run, "87 bytes", " bytes", ""}};
   FakeServer server;
   PollEventLoop loop;
@@ -274,39 +274,6 @@ TEST(AsyncContractTest, ExceptionsLeaveTheCallOrTheMainQueue) {
   QVNavigation::route(anyRoute(), throws);
   EXPECT_THROW(runMainQueueUntil([] { return false; }), TestException);
   EXPECT_EQ(witness.use_count(), 3) << "a handler was not destroyed";
-}
-
-TEST(DocumentsTest, TypeAheadShowsTheLastTextOnly) {
-  FakeServer server;
-  const std::string path = "/api/v1/suggest";
-  server.set(path, {200, R"({"suggestions":[{"text":"Fells Point"}]})"});
-  std::vector<std::size_t> counts;
-  const auto show = [&](const auto& list, const auto& /*reason*/) {
-    counts.push_back(list.size());
-  };
-  {
-    TypeAhead typeAhead({39.28, -76.59}, show);
-    // Two texts before the configuration is loaded, then two with the cached configuration.
-    typeAhead.setText("f");
-    typeAhead.setText("fells p");
-    EXPECT_TRUE(runMainQueueUntil([&] { return counts.size() == 1; }));
-    typeAhead.setText("x");
-    typeAhead.setText("A&W \"é\"+=");
-    EXPECT_TRUE(runMainQueueUntil([&] { return counts.size() == 2; }));
-    EXPECT_EQ(counts, (std::vector<std::size_t>{1, 1}));
-    EXPECT_EQ(server.requests().back().url().query(),
-              "text=A%26W%20%22%C3%A9%22%2B%3D&location=-76.59,39.28");
-    server.set(path, {200, "{}", true});
-    const auto before = server.requests().size();
-    typeAhead.setText("never answered");
-    server.requests(before + 1);
-  }
-  // The response of this call reaches the main queue after that of the cancelled call.
-  bool isDone = false;
-  QVFind::reverseGeocode(std::make_shared<QVReverseGeocodeRequest>(Coordinate()),
-                         [&](const auto&) { isDone = true; });
-  EXPECT_TRUE(runMainQueueUntil([&] { return isDone; }));
-  EXPECT_EQ(counts.size(), 2U);
 }
 
 }  // namespace
