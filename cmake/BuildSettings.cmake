@@ -57,6 +57,15 @@ function(quorvelkit_program_settings target)
   endif()
 endfunction()
 
+# Settings of a program with coroutines, in addition.
+function(quorvelkit_coroutine_settings target)
+  if(QUORVELKIT_SANITIZERS MATCHES "undefined")
+    # Clang 14 cannot compile coroutines with the check of calls through function pointers: "Cannot
+    # represent a difference across sections".
+    target_compile_options(${target} PRIVATE -fno-sanitize=function)
+  endif()
+endfunction()
+
 # Settings of a library that applications link: hidden symbols, SONAME, includes relative to the root.
 function(quorvelkit_library_settings target)
   target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:quorvelkit_build_settings>)
