@@ -113,42 +113,42 @@ class RetryTest : public testing::Test {
   std::shared_ptr<QVRouteRequest> request = routeRequest();
 };
 
-TEST_F(RetryTest, RepeatsUntilSuccess) {
-  auto call = start();
-  ASSERT_TRUE(isWaitingAfter(1));
-  scheduler->advance(999ms);
-  EXPECT_EQ(scheduler->waiting(), 1U);
-  scheduler->advance(1ms);
-  ASSERT_TRUE(isWaitingAfter(2));
-  server.set("/v4/route", {200, twoPoints});
-  EXPECT_FALSE(call.result());
-  scheduler->advance(2s);
-  EXPECT_EQ(describe(call.wait()), "2 points");
-  EXPECT_EQ(request->retryCount(), 2);
-}
-
-TEST_F(RetryTest, EndsWithTheLastErrorWhenTheRequestAllowsNoRetry) {
-  request->setMaxNumberOfRetries(1);
-  auto call = start();
-  ASSERT_TRUE(isWaitingAfter(1));
-  scheduler->advance(1s);
-  EXPECT_EQ(describe(call.wait()), "QuorvelKit.QVRouteResponse 503");
-  EXPECT_EQ(server.requests().size(), 2U);
-}
-
-TEST_F(RetryTest, DoesNotRepeatOtherErrors) {
-  server.set("/v4/route", {404, "no"});
-  EXPECT_EQ(describe(start().wait()), "QuorvelKit.QVRouteResponse 404");
-  EXPECT_EQ(request->retryCount(), 0);
-}
-
-TEST_F(RetryTest, EndsWhenTheNextAttemptWouldMissTheDeadline) {
-  auto call = start(2500ms);
-  ASSERT_TRUE(isWaitingAfter(1, 2));
-  scheduler->advance(1s);
-  EXPECT_EQ(describe(call.wait()), "QuorvelKit.QVRouteResponse 503");
-  EXPECT_EQ(server.requests().size(), 2U);
-  EXPECT_EQ(scheduler->waiting(), 0U);
+TEST_F(RetryTest, RepeatsTransientErrorsWithinTheLimits) {
+  using Status = std::vector<int>;
+  struct Row {
+    const char* name;
+    Status statuses;  // of the answers, in order; the backoffs are 1, 2 and 4 seconds
+    std::int64_t maximumRetries;
+    std::optional<QVDeadline> deadline;
+    const char* expected;
+  };
+  const Row rows[] = {
+      {"success", {503, 503, 200}, 3, std::nullopt, "2 points"},
+      {"too many retries", {503, 503}, 1, std::nullopt, "QuorvelKit.QVRouteResponse 503"},
+      {"another error", {503, 404}, 3, std::nullopt, "QuorvelKit.QVRouteResponse 404"},
+      {"past the deadline", {503, 503}, 3, 2500ms, "QuorvelKit.QVRouteResponse 503"},
+  };
+  for (const auto& [name, statuses, maximumRetries, deadline, expected] : rows) {
+    SCOPED_TRACE(name);
+    server.clearRequests();
+    request = routeRequest();
+    request->setMaxNumberOfRetries(maximumRetries);
+    server.set("/v4/route", {statuses[0], "busy"});
+    auto call = start(deadline);
+    for (std::size_t attempt = 1; attempt < statuses.size(); ++attempt) {
+      ASSERT_TRUE(isWaitingAfter(attempt, deadline ? 2 : 1));
+      server.set("/v4/route", {statuses[attempt], statuses[attempt] == 200 ? twoPoints : "busy"});
+      const std::chrono::seconds backoff(1 << (attempt - 1));
+      scheduler->advance(backoff - 1ms);
+      MainQueue::main().runPending();
+      EXPECT_EQ(server.requests().size(), attempt) << "It waits for the whole backoff.";
+      scheduler->advance(1ms);
+    }
+    EXPECT_EQ(describe(call.wait()), expected);
+    EXPECT_EQ(server.requests().size(), statuses.size());
+    EXPECT_EQ(request->retryCount(), static_cast<std::int64_t>(statuses.size()) - 1);
+    EXPECT_EQ(scheduler->waiting(), 0U);
+  }
 }
 
 TEST_F(RetryTest, CancelEndsTheBackoff) {
