@@ -14,6 +14,7 @@ int main(int argc, char** argv) {
   std::atomic<int> routes = 0;
   const auto work = [&] {
     std::vector<std::future<quorvelkit::QVCallResult<quorvelkit::QVRouteResponse>>> results;
+    results.reserve(250);
     for (int i = 0; i < 250; ++i)
       results.push_back(requestTrip(argc, argv).future());
     for (auto& result : results)
