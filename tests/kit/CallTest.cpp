@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "FakeServer.h"
 
+#include <QuorvelKit/Calls/QVCall.h>
 #include <QuorvelKit/QVFind.h>
 #include <QuorvelKit/QVNavigation.h>
 #include <QuorvelPlatform/URLError.h>
@@ -22,16 +23,6 @@ std::string listBody(const char* key, const std::string& element, std::size_t co
   return body + "]}";
 }
 
-template <class Request, class Response, class... Arguments>
-std::shared_ptr<Response> answerOf(std::shared_ptr<URLSessionDataTask> (*call)(
-                                       std::shared_ptr<Request>, QVCompletionHandler<Response>),
-                                   Arguments... arguments) {
-  std::shared_ptr<Response> answer;
-  call(std::make_shared<Request>(arguments...), [&](auto response) { answer = response; });
-  EXPECT_TRUE(runMainQueueUntil([&] { return answer != nullptr; }));
-  return answer;
-}
-
 // The fault table tests the documents that the parser refuses.
 TEST(CallTest, ModelsAboveTheMemoryBudgetAreAnError) {
   URLSessionConfiguration::setDefault({.maximumDocumentSize = 1'000'000});
@@ -39,13 +30,15 @@ TEST(CallTest, ModelsAboveTheMemoryBudgetAreAnError) {
   constexpr Coordinate here{1, 2};
   const auto routeOf = [&](const std::string& body) {
     server.set("/v4/route", {200, body});
-    const auto answer = answerOf(&QVNavigation::route, here, here);
+    const auto answer =
+        QVCall(QVNavigation::route, std::make_shared<QVRouteRequest>(here, here)).wait().response();
     return std::pair(std::shared_ptr<QVBaseResponse>(answer),
                      answer->route() ? answer->route()->points().size() : 0);
   };
   const auto candidatesOf = [&](const std::string& body) {
     server.set("/api/v1/findAddressCandidates", {200, body});
-    const auto answer = answerOf(&QVFind::addressCandidates, "a", here);
+    const auto request = std::make_shared<QVAddressCandidatesRequest>("a", here);
+    const auto answer = QVCall(QVFind::addressCandidates, request).wait().response();
     return std::pair(std::shared_ptr<QVBaseResponse>(answer), answer->candidates().size());
   };
   using Ask =
@@ -75,12 +68,9 @@ TEST(CallTest, ConfigurationIsNotCachedIfItsRequestHadNoMemory) {
   struct RequestWithoutMemory : QVConfigurationRequest {
     std::optional<URLRequest> request() override { throw std::bad_alloc(); }
   };
-  FakeServer server;
-  std::shared_ptr<QVConfigurationResponse> answer;
-  QVConfiguration::get(std::make_shared<RequestWithoutMemory>(),
-                       [&](auto response) { answer = std::move(response); });
-  EXPECT_TRUE(runMainQueueUntil([&] { return answer != nullptr; }));
-  EXPECT_EQ(answer->error(), URLError::outOfMemory());
+  const FakeServer server;
+  EXPECT_EQ(QVCall(QVConfiguration::get, std::make_shared<RequestWithoutMemory>()).wait().error(),
+            URLError::outOfMemory());
   EXPECT_EQ(QVConfiguration::cachedResponse(), nullptr);
 }
 
