@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "SketchedMap.h"
+#include "TestMaps.h"
 
 #include <gmock/gmock.h>
 
@@ -100,7 +100,8 @@ TEST(DirectionsTest, ManeuversAreThoseThatADriverNeeds) {
           Oak Street: 0,2.8 0,4)"},
       {"two turns with a named street between",
        {.5, 3.5},
-       "right: Turn right onto Elm Street; left: Turn left onto Oak Street",
+       "right: Turn right onto Elm Street (Then turn left onto Oak Street); "
+       "left: Turn left onto Oak Street",
        R"(
           Main Street: 0,0 0,2 0,4
           Elm Street: -2,2 0,2 .5,2
@@ -183,20 +184,6 @@ TEST(DirectionsTest, HighwayExitIsAnnouncedHalfAMileBefore) {
   ASSERT_EQ(announced.size(), 1U);
   EXPECT_EQ(announced[0].first, "In half a mile, take exit 12B on the right toward Elm Street");
   EXPECT_NEAR(turnAt - announced[0].second, 0.5, 0.02);
-}
-
-TEST(DirectionsTest, NearNextTurnIsSpokenTogether) {
-  const JSON route = SketchedMap(R"(
-      Main Street: 0,0 0,2 0,4
-      Elm Street: -2,2 0,2 1,2
-      Oak Street: 1,4 1,2 1,0)")
-                         .route({0, .5}, {1, 3.8});
-  for (const JSON& point : route["points"].arrayValue()) {
-    if (point[{"turn", "dir"}].stringValue() == "right") {
-      EXPECT_EQ((point[{"say", 1}].stringValue()), "Then turn left onto Oak Street");
-    }
-  }
-  EXPECT_EQ(turnsOf(route), "right: Turn right onto Elm Street; left: Turn left onto Oak Street");
 }
 
 }  // namespace

@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "sandbox/MapData.h"
+#include "sandbox/MapService.h"
+#include "sandbox/MapStyle.h"
 
 #include <gmock/gmock.h>
+
+#include <set>
+#include <string>
 
 namespace quorvelkit::sandbox {
 namespace {
@@ -85,6 +89,79 @@ TEST(MapDataTest, ReportsWhyADocumentIsInvalid) {
   std::string problem;
   EXPECT_EQ(MapData::fromFile("/nowhere/map.geojson", problem), nullptr);
   EXPECT_THAT(problem, testing::HasSubstr("cannot be read"));
+}
+
+JSON get(const MapService& service, const std::string& path) {
+  const auto answer = service.answer({"GET", path, {}, "", nullptr}, "http://127.0.0.1:1");
+  EXPECT_TRUE(answer && answer->status == 200) << path;
+  return answer ? JSON::parse(answer->body) : JSON();
+}
+
+// Each feature is in the answer to one path only.
+TEST(MapServiceTest, FeaturesAreStreetsWaterOrLand) {
+  const std::string line = R"({"type":"LineString","coordinates":[[10.5,48.25],[10.75,48.25]]})";
+  const std::string area = R"({"type":"Polygon","coordinates":
+      [[[0,0],[9,0],[9,9],[0,0]],[[1,1],[2,1],[2,2],[1,1]]]})";
+  // Geometry, tags, path and properties of the answer.
+  const std::tuple<std::string, const char*, std::string, const char*> cases[] = {
+      {line, R"({"highway":"trunk_link"})", "/streets.geojson", R"({"class":"motorway"})"},
+      {line, R"({"highway":"residential"})", "/streets.geojson", R"({"class":"minor"})"},
+      {line, R"({"highway":"proposed"})", "", ""},
+      {line, R"({"waterway":"river"})", "/water.geojson", "{}"},
+      {area, R"({"natural":"water"})", "/water.geojson", "{}"},
+      {area, R"({"leisure":"park"})", "/land.geojson", R"({"class":"park"})"}};
+  const auto featureOf = [](const std::string& geometry, const std::string& properties) {
+    return R"({"type":"Feature","properties":)" + properties + R"(,"geometry":)" + geometry + "}";
+  };
+  for (const auto& [geometry, tags, place, properties] : cases) {
+    const MapService service(readFeatures(featureOf(geometry, tags)));
+    for (const std::string path : {"/streets.geojson", "/water.geojson", "/land.geojson"}) {
+      EXPECT_EQ(get(service, path)["features"],
+                JSON::parse('[' + (path == place ? featureOf(geometry, properties) : "") + ']'))
+          << path << tags;
+    }
+    EXPECT_THAT((get(service, "/style.json")[{"sources", "water", "attribution"}].stringValue()),
+                testing::HasSubstr("OpenStreetMap"));
+  }
+}
+
+// An error in a style makes the engine leave out layers without a message.
+TEST(MapServiceTest, StyleIsCompleteAndRefersToThisServerOnly) {
+  const MapService service(MapData::builtInTown());
+  const JSON style = get(service, "/style.json");
+  EXPECT_EQ(style["version"].intValue(), 8);
+  EXPECT_FALSE(style["glyphs"].exists() || style["sprite"].exists());
+  const std::string root = "http://127.0.0.1:1";
+  for (const auto& [name, source] : style["sources"]) {
+    const std::string url = source["data"].stringValue();
+    ASSERT_EQ(url.substr(0, root.size()), root);
+    EXPECT_GT(get(service, url.substr(root.size()))["features"].size(), 0U) << url;
+    EXPECT_EQ(source["attribution"].stringValue(), "Quorvel, an invented town");
+  }
+  std::set<std::string> ids;
+  std::set<std::string> drawn;
+  for (const auto& [position, layer] : style["layers"]) {
+    EXPECT_TRUE(ids.insert(layer["id"].stringValue()).second) << layer["id"].stringValue();
+    EXPECT_NE(layer["type"].stringValue(), "symbol");
+    if (layer["type"].stringValue() == "background") continue;
+    EXPECT_TRUE((style[{"sources", layer["source"].stringValue()}].exists()));
+    if ((layer[{"filter", 1}].stringValue()) == "class")
+      drawn.insert((layer[{"filter", 2}].stringValue()));
+  }
+  for (const char* const highway : {"motorway", "trunk", "primary_link", "tertiary", "road",
+                                    "living_street", "service", "steps"}) {
+    const Tags tags(std::vector<Tags::Pair>{{"highway", highway}});
+    EXPECT_EQ(drawn.count(std::string(streetClass(tags))), 1U) << highway;
+  }
+  for (const auto& [key, value] : {std::pair("leisure", "garden"),
+                                   {"natural", "wood"},
+                                   {"natural", "beach"},
+                                   {"landuse", "industrial"}}) {
+    const Tags tags(std::vector<Tags::Pair>{{key, value}});
+    EXPECT_EQ(drawn.count(std::string(landClass(tags))), 1U) << value;
+  }
+  for (const auto& [method, path] : {std::pair("POST", "/style.json"), {"GET", "/v4/route"}})
+    EXPECT_FALSE(service.answer({method, path, {}, "", nullptr}, ""));
 }
 
 }  // namespace

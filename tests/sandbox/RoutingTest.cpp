@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "SketchedMap.h"
+#include "TestMaps.h"
 
 #include <gmock/gmock.h>
 
@@ -54,7 +54,7 @@ TEST(RoutingTest, DistanceAndTimeAreSums) {
   EXPECT_NE(route["startNode"].int64(), route["endNode"].int64());
 }
 
-TEST(RoutingTest, TurnsBackAtOnceOnlyWithoutACourse) {
+TEST(RoutingTest, RouteFollowsTheCourse) {
   // With a course, driving to the end of the street and back costs less than turning back at once.
   const SketchedMap street("Main: 0,0 0,1 0,1.2; oneway=no");
   const QueryParameters north{{"course", "0"}};
@@ -62,15 +62,11 @@ TEST(RoutingTest, TurnsBackAtOnceOnlyWithoutACourse) {
   const JSON route = street.route({0, .9}, {0, .1}, north);
   EXPECT_GT(route["distance"].doubleValue(), 0.06);
   EXPECT_EQ(turnsOf(route), "uturn: Make a U-turn on Main");
-}
-
-TEST(RoutingTest, FirstInstructionFollowsTheCourse) {
-  const SketchedMap map = block();
-  const auto instruction = [&](const QueryParameters& more) {
-    return map.route({5, 0}, {5, 3}, more)[{"points", 0, "turn", "instruct"}].stringValue();
-  };
-  EXPECT_EQ(instruction({{"course", "95"}}), "Head east on Lower");
-  EXPECT_EQ(instruction({{"course", "265"}, {"speed", "20"}}), "Head west on Lower");
+  for (const auto& [course, start] :
+       {std::pair("95", "Head east on Lower"), {"265", "Head west on Lower"}}) {
+    const JSON around = block().route({5, 0}, {5, 3}, {{"course", course}});
+    EXPECT_EQ((around[{"points", 0, "turn", "instruct"}].stringValue()), start);
+  }
 }
 
 TEST(RoutingTest, SnapsToConnectedRoadsOtherThanMotorways) {
@@ -78,10 +74,9 @@ TEST(RoutingTest, SnapsToConnectedRoadsOtherThanMotorways) {
   // The motorway is nearer.
   const JSON route = map.route({5, .3}, {10, 2});
   EXPECT_EQ((route[{"points", 0, "turn", "st", "name"}].stringValue()), "Lower");
-  EXPECT_EQ(map.ask({2.5, 1}, {10, 2}).status, 404);
-  EXPECT_EQ(map.ask({5, 30}, {10, 2}).status, 404);
-  EXPECT_EQ(map.ask({5, 0}, {30, 30}).status, 404);
-  EXPECT_FALSE(map.route({2.5, 1}, {10, 2})["message"].stringValue().empty());
+  for (const auto& [from, to] :
+       {std::pair(At{2.5, 1}, At{10, 2}), {{5, 30}, {10, 2}}, {{5, 0}, {30, 30}}})
+    EXPECT_EQ(map.ask(SketchedMap::query(from, to)).status, 404) << from.east;
 }
 
 TEST(RoutingTest, RouteWithoutDistanceHasOnePoint) {
@@ -108,22 +103,16 @@ TEST(RoutingTest, WrongParametersAreRefusedWithAMessage) {
       {nullptr, {"requestType=ArrivalTime", "speed=12.5", "course=360"}},
       {nullptr, {"time=2017-03-01T14:05:00.25+01:00", "time=2017-03-01T14:05:00 01:00"}},
       {nullptr, {"time=2016-02-29t23:59:60z"}}};
-  const RouteService service(std::make_shared<MapData>());
   for (const auto& [says, parameters] : cases) {
     for (const std::string& parameter : parameters) {
       const std::size_t equals = parameter.find('=');
       const std::string name = parameter.substr(0, equals);
-      QueryParameters query{{"startLat", "1"},
-                            {"startLon", "1"},
-                            {"endLat", "1"},
-                            {"endLon", "1"},
-                            {"time", "2017-03-01T14:05:00Z"},
-                            {"requestType", "DepartureTime"}};
+      QueryParameters query = SketchedMap::query({}, {});
       query.erase(name);
       if (equals != std::string::npos) query.emplace(name, parameter.substr(equals + 1));
-      const auto answer = service.answer({"GET", "/v4/route", query, "", nullptr});
-      EXPECT_EQ(answer->status, says == nullptr ? 404 : 400) << parameter;
-      EXPECT_THAT(JSON::parse(answer->body)["message"].stringValue(),
+      const HTTPAnswer answer = SketchedMap("").ask(query);
+      EXPECT_EQ(answer.status, says == nullptr ? 404 : 400) << parameter;
+      EXPECT_THAT(JSON::parse(answer.body)["message"].stringValue(),
                   testing::HasSubstr(says == nullptr ? "no road" : name + says));
     }
   }

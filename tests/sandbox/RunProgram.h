@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -10,6 +10,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <vector>
 
 namespace quorvelkit::sandbox {
 
@@ -34,6 +35,24 @@ inline Output run(const std::string& command) {
   output.err.assign(std::istreambuf_iterator<char>(file), {});
   unlink(errFile.c_str());
   return output;
+}
+
+/// Arguments of a program, and how it ends. `text` is a part of standard output or, if the program
+/// fails, of standard error.
+struct ProgramRun {
+  std::string arguments;
+  int exitCode;
+  std::string text;
+};
+
+/// Runs a program with the arguments of each row, followed by `commonArguments`.
+inline void expectEach(const std::string& program, const std::vector<ProgramRun>& runs,
+                       const std::string& commonArguments = "") {
+  for (const auto& [arguments, exitCode, text] : runs) {
+    const Output output = run(program + arguments + commonArguments);
+    EXPECT_EQ(output.exitCode, exitCode) << arguments << '\n' << output.err;
+    EXPECT_THAT(exitCode == 0 ? output.out : output.err, testing::HasSubstr(text)) << arguments;
+  }
 }
 
 }  // namespace quorvelkit::sandbox

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "sandbox/Sandbox.h"
 #include "tests/kit/FakeServer.h"
-#include "tests/sandbox/SearchTown.h"
+#include "tests/sandbox/TestMaps.h"
 #include "tests/support/Call.h"
 
+#include <QuorvelKit/Calls/QVCall.h>
 #include <QuorvelKit/QVBackendless.h>
 #include <QuorvelKit/QVConfiguration.h>
 #include <QuorvelKit/QVFind.h>
@@ -14,13 +15,12 @@
 #include <map>
 #include <set>
 
-namespace quorvelkit::sandbox {
+namespace quorvelkit::sandbox::test {
 namespace {
 
-constexpr Coordinate demoStart{40.4523, -38.2804};
-constexpr Coordinate demoEnd{40.4469, -38.1872};
 using quorvelkit::test::configurationPath;
 using quorvelkit::test::loginPath;
+using testing::Optional, testing::StartsWith;
 using Headers = std::map<std::string, std::string>;
 
 const Headers loginHeaders{{"application-id", "5E2C9F14-7A03-41BD-C8E6-0F93D27A61B5"},
@@ -108,86 +108,28 @@ TEST_F(SandboxTest, StartFailsIfThePortIsInUse) {
   EXPECT_EQ(second.url(), "");
 }
 
-TEST_F(SandboxTest, LibraryReadsARouteThroughTheTown) {
-  std::shared_ptr<QVRouteResponse> response;
-  const auto request = std::make_shared<QVRouteRequest>(demoStart, demoEnd);
-  EXPECT_EQ(QVNavigation::route(request, [&](auto r) { response = std::move(r); }), nullptr);
-  ASSERT_TRUE(quorvelkit::test::runMainQueueUntil([&] { return response != nullptr; }));
-  ASSERT_FALSE(response->error());
-  const QVRoute& route = *response->route();
-
-  std::size_t turns = 0;
-  std::set<std::string> met;
-  for (const QVPoint& point : route.points()) {
-    EXPECT_TRUE(point.latitude() && point.longitude() && point.travelTimeInSeconds());
-    const QVTurn* turn = point.turn();
-    if (turn == nullptr) continue;
-    ++turns;
-    EXPECT_TRUE(turn->instruction() && point.say());
-    EXPECT_NE(turn->direction(), QVTurnDirection::unknown);
-    ASSERT_NE(turn->street(), nullptr);
-    met.emplace(rawValue(turn->direction()));
-    met.emplace(rawValue(turn->street()->connection()));
-    const QVHighway* highway = turn->street()->highway();
-    if (highway != nullptr && highway->direction() == QVHighwayType::interstate)
-      met.insert("I " + std::to_string(highway->number().value_or(0)));
-  }
-  EXPECT_GE(turns, 20U);
-  EXPECT_THAT(met, testing::IsSupersetOf({"origin", "onramp", "interchange", "offramp",
-                                          "destination", "exitright", "I 46", "I 246"}));
-  EXPECT_GT(route.startNode().value_or(0), std::int64_t{1} << 31);
-}
-
-TEST(EncodedQueryTest, ServerReadsTheTextOfBothFindCallsUnchanged) {
-  HTTPServer server([](const HTTPRequest& request) {
-    ValueMap received;
-    for (const auto& [name, value] : request.parameters)
-      received.set(name, value);
-    return HTTPAnswer::json(JSON(received));
-  });
-  const std::string root = "http://127.0.0.1:" + std::to_string(server.bind(0));
-  server.start();
-  quorvelkit::test::configure(quorvelkit::test::roots(root, root));
-  constexpr Coordinate here{1, 2};
-  for (const std::string text : {"A&W", "a=b+c d", "?#/;,'\"", "100% %26 %2526", "Plaça €\n"}) {
-    Headers received;
-    const auto read = [&](const auto& response) {
-      for (const auto& [name, value] : response->json()->dictionaryValue())
-        received[name] = value.stringValue();
-    };
-    const QueryValue value = encodeQueryValue(text);
-    QVFind::addressCandidates(std::make_shared<QVAddressCandidatesRequest>(value, here), read);
-    QVFind::suggest(std::make_shared<QVSuggestRequest>(value, here), read);
-    ASSERT_TRUE(quorvelkit::test::runMainQueueUntil([&] { return received.size() == 3; }));
-    EXPECT_EQ(received, (Headers{{"singleLine", text}, {"text", text}, {"location", "2.0,1.0"}}));
-  }
-}
-
 TEST_F(SandboxTest, ConcurrentRequestsGetTheirOwnAnswers) {
   Sandbox town(searchTown());
   ASSERT_TRUE(town.start(0));
   QVBackendless::setBaseURL(town.url());
   const Coordinate here{10, 20};
-  std::size_t answered = 0;
-  std::set<std::size_t> sizes;
+  std::map<std::string, QVCall<QVAddressCandidatesResponse>> searches;
+  std::vector<QVCall<QVRouteResponse>> routes;
   for (int number = 101; number <= 140; ++number) {
     const std::string text = std::to_string(number) + " Harbor Street";
-    QVFind::addressCandidates(
-        std::make_shared<QVAddressCandidatesRequest>(text, here), [&, text](const auto& response) {
-          ++answered;
-          ASSERT_FALSE(response->candidates().empty()) << text;
-          EXPECT_THAT(*response->candidates().front().matchAddress(), testing::StartsWith(text));
-        });
-    QVNavigation::route(std::make_shared<QVRouteRequest>(here, Coordinate{10, 20.008}),
-                        [&](const auto& response) {
-                          ++answered;
-                          sizes.insert(response->route()->points().size());
-                        });
+    const auto search = std::make_shared<QVAddressCandidatesRequest>(text, here);
+    searches.emplace(text, QVCall(QVFind::addressCandidates, search));
+    const auto route = std::make_shared<QVRouteRequest>(here, Coordinate{10, 20.008});
+    routes.emplace_back(QVNavigation::route, route);
   }
-  ASSERT_TRUE(quorvelkit::test::runMainQueueUntil([&] { return answered == 80; }));
+  for (auto& [text, search] : searches)
+    EXPECT_THAT(search.wait()->candidates().at(0).matchAddress(), Optional(StartsWith(text)));
+  std::set<std::size_t> sizes;
+  for (auto& route : routes)
+    sizes.insert(route.wait()->route()->points().size());
   EXPECT_EQ(sizes.size(), 1U);
   EXPECT_GT(*sizes.begin(), 2U);
 }
 
 }  // namespace
-}  // namespace quorvelkit::sandbox
+}  // namespace quorvelkit::sandbox::test

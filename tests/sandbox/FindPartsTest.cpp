@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "sandbox/find/SearchWords.h"
+#include "sandbox/find/StreetLine.h"
 #include "sandbox/find/TextIndex.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <cmath>
 #include <random>
 #include <set>
 #include <string>
@@ -109,21 +111,41 @@ TEST(TextIndexTest, FindsTheSameTextsAsAScan) {
   EXPECT_GT(nonEmpty, 300U);
 }
 
-TEST(TextIndexTest, CoverageIsTheTypedFractionOfTheName) {
-  const TextIndex::Text text{"Grace Memorial Church", "place of worship", "Baltimore"};
-  const TextIndex index(1, [&](std::size_t) { return text; });
-  const std::tuple<const char*, double, bool> cases[] = {
-      {"Grace Memorial Church", 1, true},    {"church grace memorial", 1, false},
-      {"Memorial Church", 15.0 / 21, false}, {"gra", 3.0 / 21, true},
-      {"grace baltimore", 5.0 / 21, true},   {"worship", 0.5, false},
-  };
-  for (const auto& [typed, coverage, fromStart] : cases) {
-    const auto matches = index.find(searchTerms(typed, true));
-    ASSERT_EQ(matches.size(), 1U) << typed;
-    EXPECT_NEAR(matches.front().coverage, coverage, 1e-6) << typed;
-    EXPECT_EQ(matches.front().fromStart, fromStart) << typed;
+/// A street of about 1110 m along the equator, from three ways with different directions and order.
+StreetLine streetToTheEast() {
+  return StreetLine({{{0, 0.004}, {0, 0.006}}, {{0, 0.004}, {0, 0}}, {{0, 0.01}, {0, 0.006}}});
+}
+
+TEST(StreetLineTest, NumbersAreEstimatedWithoutKnownHouses) {
+  const StreetLine line = streetToTheEast();
+  const double length = line.metersTo({0, 0.02});  // As far from the end as the street is long.
+  for (int number = 1; number < static_cast<int>(length / 5); number += 7) {
+    const auto position = line.positionOf(number);
+    ASSERT_TRUE(position) << number;
+    // The position of a house has its number, odd on the left. The left is north or south,
+    // depending on the direction in which the ways were joined.
+    int same = 0;
+    for (const double side : {-0.0001, 0.0001}) {
+      const auto back = line.numberAt({side, position->longitude});
+      ASSERT_TRUE(back);
+      EXPECT_LE(std::abs(*back - number), 1);
+      same += *back == number ? 1 : 0;
+    }
+    EXPECT_EQ(same, number == 1 ? 2 : 1) << number;  // Number 1 is the first on both sides.
   }
-  EXPECT_TRUE(index.find(searchTerms("Baltimore", true)).empty()) << "the region alone is no match";
+  EXPECT_FALSE(line.positionOf(static_cast<int>(length)));
+}
+
+TEST(StreetLineTest, InterpolatesOverGapsAndFindsItsMidpoint) {
+  StreetLine line({{{0, 0}, {0, 0.002}}, {{0, 0.008}, {0, 0.01}}});
+  line.addHouse(1, {0, 0.001});
+  line.addHouse(9, {0, 0.009});
+  // The interpolated positions are in the gap; the nearest position on the street counts.
+  EXPECT_NEAR(line.positionOf(3)->longitude, 0.002, 1e-6);
+  EXPECT_NEAR(line.positionOf(7)->longitude, 0.008, 1e-6);
+  EXPECT_NEAR(streetToTheEast().midpoint().longitude, 0.005, 1e-6);
+  // A street without length has a midpoint too.
+  EXPECT_EQ(StreetLine({{{1, 2}, {1, 2}}}).midpoint(), (Coordinate{1, 2}));
 }
 
 }  // namespace
