@@ -15,16 +15,21 @@ constexpr Coordinate town{39.28, -76.62};
 
 // A view with a delegate that makes wide red lines.
 struct Scene {
-  explicit Scene(Coordinate center, double zoomLevel = 13) : view(QRect(0, 0, 600, 400)) {
+  explicit Scene(Coordinate center) : view(QRect(0, 0, 600, 400)) {
     delegate->width = 12;
     delegate->color = QColor(200, 0, 0);
     view.setDelegate(delegate);
     view.setCenterCoordinate(center);
-    view.setZoomLevel(zoomLevel);
+    view.setZoomLevel(13);
   }
   std::shared_ptr<TestDelegate> delegate = std::make_shared<TestDelegate>();
   MGLMapView view;
 };
+
+struct MGLMapViewTest : EnginesTest {
+  Scene scene{town};
+};
+INSTANTIATE_TEST_SUITE_P(Engines, MGLMapViewTest, bothEngines, engineName);
 
 Coordinate east(Coordinate from, double degrees) {
   return {from.latitude, from.longitude + degrees};
@@ -50,30 +55,24 @@ void expectWideLine(MGLMapView& view, Coordinate at, const QColor& color) {
   EXPECT_TRUE(shows(view, at, plainBackground, {0, 9}));
 }
 
-TEST(MGLMapViewTest, DrawsLinesWithWidthColorAndAlpha) {
-  for (const Screen screen : {Screen::none, Screen::x11}) {
-    const TestApplication application(screen);
-    Scene scene(town);
-    scene.delegate->alpha = 0.5;
-    scene.view.addAnnotations({lineThrough(town)});
-    EXPECT_EQ(scene.delegate->receivedViews, std::vector<const MGLMapView*>(3, &scene.view));
-    scene.view.show();
-    const QColor blended((200 + plainBackground.red()) / 2, plainBackground.green() / 2,
-                         plainBackground.blue() / 2);
-    expectWideLine(scene.view, town, blended);
-    EXPECT_TRUE(shows(scene.view, east(town, -0.012), plainBackground))
-        << "after the end of the line";
-  }
+TEST_P(MGLMapViewTest, DrawsLinesWithWidthColorAndAlpha) {
+  scene.delegate->alpha = 0.5;
+  scene.view.addAnnotations({lineThrough(town)});
+  EXPECT_EQ(scene.delegate->receivedViews, std::vector<const MGLMapView*>(3, &scene.view));
+  scene.view.show();
+  const QColor blended((200 + plainBackground.red()) / 2, plainBackground.green() / 2,
+                       plainBackground.blue() / 2);
+  expectWideLine(scene.view, town, blended);
+  EXPECT_TRUE(shows(scene.view, east(town, -0.012), plainBackground))
+      << "after the end of the line";
 }
 
-TEST(MGLMapViewTest, DefaultsAreThreePixelsOfTheTintColor) {
-  const TestApplication application;
-  MGLMapView view(QRect(0, 0, 400, 300));
+TEST_P(MGLMapViewTest, DefaultsAreThreePixelsOfTheTintColor) {
+  MGLMapView& view = scene.view;
+  view.setDelegate({});
   EXPECT_EQ(view.tintColor(), view.palette().color(QPalette::Highlight));
   view.setTintColor(Qt::blue);
   EXPECT_EQ(view.tintColor(), QColor(Qt::blue));
-  view.setCenterCoordinate(town);
-  view.setZoomLevel(13);
   view.show();
   view.addAnnotations({lineThrough(town)});
   EXPECT_TRUE(waitUntil([&] {
@@ -88,17 +87,16 @@ TEST(MGLMapViewTest, DefaultsAreThreePixelsOfTheTintColor) {
   EXPECT_EQ(view.tintColor(), view.palette().color(QPalette::Highlight));
 }
 
-TEST(MGLMapViewTest, MarkersAreAtTheirCoordinatesAndLabelsHaveContrastOnDarkStyle) {
-  const TestApplication application;
-  Scene scene({0, 0});
-  scene.view.setStyleURL(application.file("dark.json", styleWithBackground("#102030")));
+TEST_P(MGLMapViewTest, MarkersAreAtTheirCoordinatesAndLabelsHaveContrastOnDarkStyle) {
+  scene.view.setCenterCoordinate({0, 0});
+  scene.view.setStyleURL(application_.file("dark.json", styleWithBackground("#102030")));
   scene.view.addAnnotations({makeMarker({0, 0}, "mm")});
   scene.delegate->image = MGLAnnotationImage(filledImage({40, 20}, Qt::blue));
   const Coordinate second = east({0, 0}, 0.01);
   scene.view.addAnnotations({makeMarker(second, "")});
   scene.view.show();
 
-  const QColor background(0x10, 0x20, 0x30);
+  const QColor background = GetParam() == Screen::x11 ? QColor(0x10, 0x20, 0x30) : plainBackground;
   EXPECT_TRUE(shows(scene.view, {0, 0}, pinColor, {0, -12})) << "the pin";
   EXPECT_TRUE(shows(scene.view, {0, 0}, background, {0, 3})) << "below its tip";
   for (const QPointF corner : {QPointF(-18, -8), QPointF(18, 8)}) {
@@ -120,64 +118,45 @@ TEST(MGLMapViewTest, MarkersAreAtTheirCoordinatesAndLabelsHaveContrastOnDarkStyl
   EXPECT_GT(dark, 20);
 }
 
-TEST(MGLMapViewTest, LinesHaveRoundJoinsAndCaps) {
-  for (const Screen screen : {Screen::none, Screen::x11}) {
-    const TestApplication application(screen);
-    Scene scene(town);
-    scene.view.show();
-    // From the left to the center of the view, and back.
-    const auto at = [&](double x, double y) { return scene.view.convertPoint({300 + x, 200 + y}); };
-    scene.view.addAnnotations({makeLine({at(-100, 0), at(0, 0), at(-100, 40)})});
-    const std::tuple<QPointF, bool> table[] = {
-        {{4, 0}, true}, {{9, 0}, false}, {{-104, 0}, true}, {{-107, -6}, false}};
-    for (const auto& [place, isOnLine] : table)
-      EXPECT_TRUE(
-          shows(scene.view, town, isOnLine ? *scene.delegate->color : plainBackground, place))
-          << place.x();
-  }
-}
-
-// The edges of the line are between pixels, so that a darker or lighter pixel is visible there.
-TEST(MGLMapViewTest, EdgesOfLinesAreEvenAtNearlyStraightJoins) {
-  for (const Screen screen : {Screen::none, Screen::x11}) {
-    const TestApplication application(screen);
-    Scene scene(town);
-    scene.view.show();
-    const auto at = [&](double x, double y) { return scene.view.convertPoint({300 + x, 200 + y}); };
-    for (const double bend : {-0.5, 0.5}) {
-      for (const double end : {-60, 60}) {
-        scene.view.removeAnnotations(scene.view.annotations());
-        scene.view.addAnnotations(
-            {makeLine({at(-end, 0.5 + bend), at(0, 0.5), at(end, 0.5 + bend)})});
-        EXPECT_TRUE(shows(scene.view, town, *scene.delegate->color));
-        const QImage picture = scene.view.grab().toImage();
-        for (int y = 190; y <= 210; ++y) {
-          const int join = picture.pixelColor(300, y).green();
-          const int beside =
-              (picture.pixelColor(290, y).green() + picture.pixelColor(310, y).green()) / 2;
-          EXPECT_NEAR(join, beside, 40) << y << " " << bend << " " << end;
-        }
+// The edges of the second line are between pixels, so that a darker or lighter pixel is visible.
+TEST_P(MGLMapViewTest, LinesHaveRoundCapsAndJoinsWithEvenEdges) {
+  scene.view.show();
+  // From the left to the center of the view, and back.
+  const auto at = [&](double x, double y) { return scene.view.convertPoint({300 + x, 200 + y}); };
+  scene.view.addAnnotations({makeLine({at(-100, 0), at(0, 0), at(-100, 40)})});
+  const std::tuple<QPointF, bool> table[] = {
+      {{4, 0}, true}, {{9, 0}, false}, {{-104, 0}, true}, {{-107, -6}, false}};
+  for (const auto& [place, isOnLine] : table)
+    EXPECT_TRUE(shows(scene.view, town, isOnLine ? *scene.delegate->color : plainBackground, place))
+        << place.x();
+  for (const double bend : {-0.5, 0.5}) {
+    for (const double end : {-60, 60}) {
+      scene.view.removeAnnotations(scene.view.annotations());
+      scene.view.addAnnotations(
+          {makeLine({at(-end, 0.5 + bend), at(0, 0.5), at(end, 0.5 + bend)})});
+      EXPECT_TRUE(shows(scene.view, town, *scene.delegate->color));
+      const QImage picture = scene.view.grab().toImage();
+      for (int y = 190; y <= 210; ++y) {
+        const int join = picture.pixelColor(300, y).green();
+        const int beside =
+            (picture.pixelColor(290, y).green() + picture.pixelColor(310, y).green()) / 2;
+        EXPECT_NEAR(join, beside, 40) << y << " " << bend << " " << end;
       }
     }
   }
 }
 
-TEST(MGLMapViewTest, MarkersAreVisibleAtEveryZoomLevel) {
-  for (const Screen screen : {Screen::none, Screen::x11}) {
-    const TestApplication application(screen);
-    Scene scene({0, 0}, 0);
-    scene.view.addAnnotations({makeMarker({0, 0}, "")});
-    scene.view.show();
-    for (double level = 0; level <= 20; level += level < 3 ? 0.5 : 1) {
-      scene.view.setZoomLevel(level);
-      EXPECT_TRUE(shows(scene.view, {0, 0}, pinColor, {0, -10})) << level;
-    }
+TEST_P(MGLMapViewTest, MarkersAreVisibleAtEveryZoomLevel) {
+  scene.view.setCenterCoordinate({0, 0});
+  scene.view.addAnnotations({makeMarker({0, 0}, "")});
+  scene.view.show();
+  for (double level = 0; level <= 20; level += level < 3 ? 0.5 : 1) {
+    scene.view.setZoomLevel(level);
+    EXPECT_TRUE(shows(scene.view, {0, 0}, pinColor, {0, -10})) << level;
   }
 }
 
-TEST(MGLMapViewTest, LinesOfAnyLengthAreDrawn) {
-  const TestApplication application;
-  Scene scene(town);
+TEST_P(MGLMapViewTest, LinesOfAnyLengthAreDrawn) {
   scene.view.show();
   std::vector<Coordinate> many(100000);
   for (std::size_t i = 0; i < many.size(); ++i) {
@@ -193,24 +172,19 @@ TEST(MGLMapViewTest, LinesOfAnyLengthAreDrawn) {
   EXPECT_TRUE(shows(scene.view, east(town, -0.002), plainBackground));
 }
 
-TEST(MGLMapViewTest, LinesCrossTheAntimeridian) {
-  for (const Screen screen : {Screen::none, Screen::x11}) {
-    const TestApplication application(screen);
-    Scene scene({0, 180});
-    scene.view.show();
-    scene.view.addAnnotations({makeLine({{0, 179.98}, {0, -179.99}, {0, 179.99}, {0, -179.98}})});
-    for (const double longitude : {179.985, 179.9999, 180.0, -179.9999, -179.985})
-      EXPECT_TRUE(shows(scene.view, {0, longitude}, *scene.delegate->color)) << longitude;
-    scene.view.setCenterCoordinate({0, 0});
-    EXPECT_TRUE(shows(scene.view, {0, 0}, plainBackground)) << "a line around the world";
-    scene.view.addAnnotations({makeLine({{0, -0.01}, {NAN, 0}, {0, 0.01}})});
-    EXPECT_TRUE(shows(scene.view, {0, 0}, *scene.delegate->color)) << "the point at (0, 0)";
-  }
+TEST_P(MGLMapViewTest, LinesCrossTheAntimeridian) {
+  scene.view.setCenterCoordinate({0, 180});
+  scene.view.show();
+  scene.view.addAnnotations({makeLine({{0, 179.98}, {0, -179.99}, {0, 179.99}, {0, -179.98}})});
+  for (const double longitude : {179.985, 179.9999, 180.0, -179.9999, -179.985})
+    EXPECT_TRUE(shows(scene.view, {0, longitude}, *scene.delegate->color)) << longitude;
+  scene.view.setCenterCoordinate({0, 0});
+  EXPECT_TRUE(shows(scene.view, {0, 0}, plainBackground)) << "a line around the world";
+  scene.view.addAnnotations({makeLine({{0, -0.01}, {NAN, 0}, {0, 0.01}})});
+  EXPECT_TRUE(shows(scene.view, {0, 0}, *scene.delegate->color)) << "the point at (0, 0)";
 }
 
-TEST(MGLMapViewTest, AnnotationsAreInInsertionOrderAndCanBeRemoved) {
-  const TestApplication application;
-  Scene scene(town);
+TEST_P(MGLMapViewTest, AnnotationsAreInInsertionOrderAndCanBeRemoved) {
   const MGLMapView::Annotations all = {makeMarker(town, "origin"), makeMarker(town, "destination"),
                                        lineThrough(town)};
   scene.view.addAnnotations(all);
@@ -223,73 +197,67 @@ TEST(MGLMapViewTest, AnnotationsAreInInsertionOrderAndCanBeRemoved) {
   EXPECT_TRUE(shows(scene.view, east(town, 0.005), plainBackground));
 }
 
-TEST(MGLMapViewTest, KeepsCameraAndAnnotationsAfterResizeAndInAnotherWindow) {
+TEST_P(MGLMapViewTest, KeepsCameraAndAnnotationsAfterResizeAndInAnotherWindow) {
   std::vector<QSize> sizes = {{300, 200}, {640, 200}, {640, 480}, {1000, 800}};
   // The sizes while a user drags the frame of the window, and after the window was maximized.
   for (int step = 1; step <= 6; ++step)
     sizes.emplace_back(1000 - 7 * step, 800 - 11 * step);
   sizes.emplace_back(700, 500);
-  for (const Screen screen : {Screen::none, Screen::x11}) {
-    const TestApplication application(screen);
-    QWidget first, second, frame;
-    Scene scene(town, 12.5);
-    const Coordinate pin{town.latitude + 0.004, town.longitude};
-    scene.view.addAnnotations({lineThrough(town), makeMarker(pin, "")});
-    // Moves the view itself or its parent.
-    const std::pair<QWidget*, QWidget*> moves[] = {
-        {&scene.view, &first}, {&scene.view, &frame}, {&frame, &second}, {&frame, &first}};
-    for (const auto& [moved, to] : moves) {
-      to->resize(1000, 800);
-      moved->setParent(to);
-      moved->show();
-      to->show();
-      frame.resize(1000, 800);
-      for (const QSize& size : sizes) {
-        scene.view.resize(size);
-        expectWideLine(scene.view, town, *scene.delegate->color);
-        // Both sides of the pin, and the point below its tip.
-        for (const double x : {-9, 9})
-          EXPECT_TRUE(shows(scene.view, pin, pinColor, {x, -23})) << size.height();
-        EXPECT_TRUE(shows(scene.view, pin, plainBackground, {0, 3})) << size.height();
-        EXPECT_NEAR(scene.view.centerCoordinate().latitude, town.latitude, 1e-4);
-        EXPECT_NEAR(scene.view.centerCoordinate().longitude, town.longitude, 1e-4);
-        EXPECT_NEAR(scene.view.zoomLevel(), 12.5, 1e-6);
-        if (HasFailure()) break;
-      }
+  QWidget first, second, frame;
+  scene.view.setZoomLevel(12.5);
+  const Coordinate pin{town.latitude + 0.004, town.longitude};
+  scene.view.addAnnotations({lineThrough(town), makeMarker(pin, "")});
+  // Moves the view itself or its parent.
+  const std::pair<QWidget*, QWidget*> moves[] = {
+      {&scene.view, &first}, {&scene.view, &frame}, {&frame, &second}, {&frame, &first}};
+  for (const auto& [moved, to] : moves) {
+    to->resize(1000, 800);
+    moved->setParent(to);
+    moved->show();
+    to->show();
+    frame.resize(1000, 800);
+    for (const QSize& size : sizes) {
+      scene.view.resize(size);
+      expectWideLine(scene.view, town, *scene.delegate->color);
+      // Both sides of the pin, and the point below its tip.
+      for (const double x : {-9, 9})
+        EXPECT_TRUE(shows(scene.view, pin, pinColor, {x, -23})) << size.height();
+      EXPECT_TRUE(shows(scene.view, pin, plainBackground, {0, 3})) << size.height();
+      EXPECT_NEAR(scene.view.centerCoordinate().latitude, town.latitude, 1e-4);
+      EXPECT_NEAR(scene.view.centerCoordinate().longitude, town.longitude, 1e-4);
+      EXPECT_NEAR(scene.view.zoomLevel(), 12.5, 1e-6);
+      if (HasFailure()) break;
     }
-    const Coordinate north{town.latitude + 0.01, town.longitude};
-    scene.view.addAnnotations({lineThrough(north)});
-    expectWideLine(scene.view, north, *scene.delegate->color);
-    scene.view.setParent(nullptr);
-    frame.setParent(nullptr);
   }
+  const Coordinate north{town.latitude + 0.01, town.longitude};
+  scene.view.addAnnotations({lineThrough(north)});
+  expectWideLine(scene.view, north, *scene.delegate->color);
+  scene.view.setParent(nullptr);
+  frame.setParent(nullptr);
 }
 
-TEST(MGLMapViewTest, EdgesOfTheWorldAreNotVisible) {
-  for (const Screen screen : {Screen::none, Screen::x11}) {
-    const TestApplication application(screen);
-    Scene scene({84, 20}, 2);
-    scene.view.show();
-    for (const QSize& size : {QSize(600, 400), QSize(600, 900)}) {
-      scene.view.resize(size);
-      EXPECT_TRUE(waitUntil([&] {
-        scene.view.grab();
-        return scene.view.convertCoordinate({85.0511, 20}).y() < 0.5;
-      })) << scene.view.convertCoordinate({85.0511, 20}).y();
-      EXPECT_NEAR(scene.view.centerCoordinate().longitude, 20, 1e-6);
-    }
+TEST_P(MGLMapViewTest, EdgesOfTheWorldAreNotVisible) {
+  scene.view.setZoomLevel(2);
+  scene.view.setCenterCoordinate({84, 20});
+  scene.view.show();
+  for (const QSize& size : {QSize(600, 400), QSize(600, 900)}) {
+    scene.view.resize(size);
+    EXPECT_TRUE(waitUntil([&] {
+      scene.view.grab();
+      return scene.view.convertCoordinate({85.0511, 20}).y() < 0.5;
+    })) << scene.view.convertCoordinate({85.0511, 20}).y();
+    EXPECT_NEAR(scene.view.centerCoordinate().longitude, 20, 1e-6);
   }
 }
 
 // The second view is in the same window or in its own.
-TEST(MGLMapViewTest, ViewsAreIndependentAndFreeTheirMemory) {
-  const TestApplication application;
+TEST_P(MGLMapViewTest, ViewsAreIndependentAndFreeTheirMemory) {
   const auto filledMarkerImage = [](const QColor& color) {
     return MGLAnnotationImage(filledImage({20, 20}, color));
   };
   QWidget window;
   window.resize(1250, 450);
-  Scene first(town);
+  Scene& first = scene;
   first.view.setParent(&window);
   first.view.addAnnotations({lineThrough(town)});
   first.delegate->image = filledMarkerImage(Qt::green);
@@ -316,10 +284,10 @@ TEST(MGLMapViewTest, ViewsAreIndependentAndFreeTheirMemory) {
   }
   EXPECT_TRUE(shows(first.view, east(town, 0.005), *first.delegate->color));
   EXPECT_LT(residentMegabytes() - settled, 20);
+  first.view.setParent(nullptr);
 }
 
-TEST(MGLMapViewTest, VisibleCoordinatesFillTheViewInsideTheMargins) {
-  const TestApplication application(Screen::none);
+TEST_P(MGLMapViewTest, VisibleCoordinatesFillTheViewInsideTheMargins) {
   const std::tuple<const char*, std::vector<Coordinate>, QMargins> table[] = {
       {"a town", {{39.27, -76.65}, {39.31, -76.58}, {39.29, -76.60}}, {}},
       {"uneven margins", {{39.27, -76.65}, {39.31, -76.58}}, {150, 10, 20, 90}},

@@ -131,23 +131,19 @@ TEST(MapExampleTest, ShowsReasonIfThereIsNoRoute) {
   }
 }
 
-TEST(MapExampleTest, HelpNeedsNoDisplay) {
-  const sandbox::Output output =
-      sandbox::run("env -u DISPLAY -u WAYLAND_DISPLAY QT_QPA_PLATFORM=xcb " + program + " --help");
-  EXPECT_EQ(output.exitCode, 0) << output.err;
-  EXPECT_NE(output.out.find("--dark"), std::string::npos);
-}
-
-TEST(MapExampleTest, WrongArgumentsAreRejected) {
+TEST(MapExampleTest, HelpNeedsNoDisplayAndWrongArgumentsAreRejected) {
+  sandbox::expectEach("env -u DISPLAY -u WAYLAND_DISPLAY QT_QPA_PLATFORM=xcb " + program,
+                      {{" --help", 0, "--dark"}});
   const TestApplication application(TestApplication::Screen::none);
-  for (const char* const arguments :
-       {"", " --from 1,2", " --from 1,2 --to 3", " --from 1,2 --to 3,4 --width 0",
-        " --from 1,2 --to 3,4 --backend localhost:80",
-        " --from 1,2 --to 3,4 --backend http://127.0.0.1:1/?key --screenshot /dev/null/x.png"}) {
-    const sandbox::Output output = sandbox::run(program + arguments);
-    EXPECT_EQ(output.exitCode, 2) << arguments;
-    EXPECT_NE(output.err.find("needs "), std::string::npos);
-  }
+  sandbox::expectEach(
+      program,
+      {{"", 2, "needs "},
+       {" --from 1,2", 2, "needs "},
+       {" --from 1,2 --to 3", 2, "needs "},
+       {" --from 1,2 --to 3,4 --width 0", 2, "needs "},
+       {" --from 1,2 --to 3,4 --backend localhost:80", 2, "needs "},
+       {" --from 1,2 --to 3,4 --backend http://127.0.0.1:1/?key --screenshot /dev/null/x.png", 2,
+        "needs "}});
 }
 
 }  // namespace

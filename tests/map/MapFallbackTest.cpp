@@ -18,10 +18,6 @@ struct FallbackCase {
   const char *name, *plugin;
   Screen screen;
   const char *setting, *reason;
-
-  friend std::ostream& operator<<(std::ostream& out, const FallbackCase& c) {
-    return out << c.name;
-  }
 };
 
 // Qt does not unload plugins, so each case needs its own process. CTest does this.

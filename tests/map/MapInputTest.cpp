@@ -20,9 +20,8 @@ constexpr QPointF viewCenter(300, 200), point(180, 290);
 constexpr auto pressed = Qt::TouchPointPressed, moved = Qt::TouchPointMoved,
                still = Qt::TouchPointStationary, released = Qt::TouchPointReleased;
 
-// Sends events to the window of a view, as the window system does. Runs with the Mapbox GL engine
-// and with the plain painter.
-class MapInputTest : public testing::TestWithParam<Screen> {
+// Sends events to the window of a view, as the window system does.
+class MapInputTest : public EnginesTest {
  protected:
   MapInputTest() {
     view_.setCenterCoordinate(start);
@@ -67,15 +66,11 @@ class MapInputTest : public testing::TestWithParam<Screen> {
     EXPECT_NEAR(view_.zoomLevel(), level, 1e-6) << after;
   }
 
-  TestApplication application_{GetParam()};
   MGLMapView view_{QRect(0, 0, 600, 400)};
   QTouchDevice* const device_ = QTest::createTouchDevice();
 };
 
-INSTANTIATE_TEST_SUITE_P(Engines, MapInputTest, testing::Values(Screen::none, Screen::x11),
-                         [](const auto& test) {
-                           return test.param == Screen::x11 ? "mapboxgl" : "plain";
-                         });
+INSTANTIATE_TEST_SUITE_P(Engines, MapInputTest, bothEngines, engineName);
 
 TEST_P(MapInputTest, MouseAndWheelKeepTheCoordinateBelowThePointer) {
   const Coordinate coordinate = view_.convertPoint(point);

@@ -31,11 +31,6 @@ void arrange(const std::string& kind, QMainWindow& window, QWidget* map) {
     box->addWidget(new QLabel("Route"));
     box->addWidget(map);
     box->addWidget(new QLineEdit);
-  } else if (kind == "grid") {
-    auto* const grid = new QGridLayout(middle);
-    grid->addWidget(new QLabel("Route"), 0, 0);
-    grid->addWidget(map, 0, 1);
-    grid->addWidget(new QLineEdit, 1, 1);
   } else if (kind == "splitter") {
     auto* const splitter = new QSplitter;
     splitter->addWidget(new QTextEdit);
@@ -60,13 +55,9 @@ TEST(MapSizeTest, MapsFillTheSpaceInLayouts) {
   const TestApplication application(TestApplication::Screen::none);
   const auto screen = QVViewController::make();
   // The minimum size of a map in a window of 700 x 600 pixels.
-  const std::pair<const char*, QSize> arrangements[] = {{"form", {500, 400}},
-                                                        {"box", {600, 400}},
-                                                        {"grid", {500, 400}},
-                                                        {"splitter", {300, 500}},
-                                                        {"dock", {300, 500}},
-                                                        {"scroll area", {480, 360}},
-                                                        {"resizable scroll area", {600, 500}}};
+  const std::pair<const char*, QSize> arrangements[] = {
+      {"form", {500, 400}}, {"box", {600, 400}},         {"splitter", {300, 500}},
+      {"dock", {300, 500}}, {"scroll area", {480, 360}}, {"resizable scroll area", {600, 500}}};
   for (const auto& [arrangement, minimum] : arrangements) {
     auto* const route = new QVRouteWidget;
     for (const auto& controller : {screen, route->controller()}) {

@@ -46,14 +46,13 @@ TEST(MapStyleTest, LoadsStylesFromEachURLSchemeAndUsesDefaultAfterFailure) {
     view.setStyleURL(url);
     EXPECT_EQ(view.styleURL(), url);
     EXPECT_TRUE(shows(view, {0.005, 0.005}, ground)) << url.toString().toStdString();
-    EXPECT_TRUE(waitUntil([&, why = reason] { return view.engineNote().contains(why); }))
-        << reason << " / " << view.engineNote().toStdString();
+    view.expectNote(reason);
     EXPECT_EQ(view.engineNote().contains("could not be used"), *reason != 0);
     view.expectRoute(byMapboxgl, "");
   }
   // The note does not contain the query of the URL, which may contain a secret.
   view.setStyleURL(missing.url("/style.json?access_token=secret"));
-  EXPECT_TRUE(waitUntil([&] { return view.engineNote().contains("HTTP status 404"); }));
+  view.expectNote("HTTP status 404");
   EXPECT_FALSE(view.engineNote().contains("secret")) << view.engineNote().toStdString();
   // A view can be destroyed while its style is loading.
   MGLMapView(QRect(0, 0, 10, 10)).setStyleURL(good.url("/late"));
@@ -105,10 +104,7 @@ TEST(MapStyleTest, StylesWithMapboxURLsAreRejectedBeforeAnyRequest) {
   view.setStyleURL(application.file(
       "style.json", styleWith(R"({"type":"raster","tiles":[]})",
                               R"(,"sprite":")" + url + R"(","sprite":")" + foreign + "\"")));
-  EXPECT_TRUE(waitUntil([&] {
-    view.grab();
-    return view.engineNote().contains("sprite: ");
-  })) << view.engineNote().toStdString();
+  view.expectNote("sprite: ");
   EXPECT_EQ(requests, 0);
 }
 
@@ -141,13 +137,8 @@ TEST(MapStyleTest, NoteContainsErrorsOfTheStyleAndDocumentsAreRequestedOnce) {
   EXPECT_TRUE(shows(view, {0.005, 0.005}, QColor(0, 0x60, 0)));
   for (const char* const failed :
        {"source none: HTTP status 404", "source gone: ", "sprite: ", "glyph range", "for layer 'n'",
-        "invalid layer type", "tiles of source described: "}) {
-    EXPECT_TRUE(waitUntil([&] {
-      view.grab();
-      return view.engineNote().contains(failed);
-    })) << failed
-        << ": " << view.engineNote().toStdString();
-  }
+        "invalid layer type", "tiles of source described: "})
+    view.expectNote(failed);
   EXPECT_EQ(view.engineNote().count("tiles of source"), 1);
   EXPECT_EQ(styles, 1);
   EXPECT_EQ(tileJSONs, 1);

@@ -157,6 +157,14 @@ void RouteView::expectRoute(const char* note, const char* reason) {
       << engineNote().toStdString();
 }
 
+void RouteView::expectNote(const char* text) {
+  EXPECT_TRUE(waitUntil([&] {
+    grab();
+    return engineNote().contains(text);
+  })) << text
+      << " / " << engineNote().toStdString();
+}
+
 OutputCapture::OutputCapture() {
   testing::internal::CaptureStdout();
   testing::internal::CaptureStderr();

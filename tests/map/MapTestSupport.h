@@ -43,6 +43,17 @@ class TestApplication {
   std::unique_ptr<QApplication> application_;
 };
 
+/// A test that runs with the Mapbox GL engine and with the plain painter.
+class EnginesTest : public testing::TestWithParam<TestApplication::Screen> {
+ protected:
+  TestApplication application_{GetParam()};
+};
+inline const auto bothEngines =
+    testing::Values(TestApplication::Screen::none, TestApplication::Screen::x11);
+inline std::string engineName(const testing::TestParamInfo<TestApplication::Screen>& test) {
+  return test.param == TestApplication::Screen::x11 ? "mapboxgl" : "plain";
+}
+
 /// Runs the event loop until the condition is true. Returns false after 60 seconds.
 bool waitUntil(const std::function<bool()>& condition);
 
@@ -56,32 +67,37 @@ bool isAlike(const QColor& a, const QColor& b);
 testing::AssertionResult shows(MGLMapView& view, Coordinate coordinate, const QColor& color,
                                QPointF offset = {});
 
-/// Returns its members and records the view of each call.
+/// Returns its members, records the view of each call and then calls `received`.
 struct TestDelegate : MGLMapViewDelegate {
   std::optional<MGLAnnotationImage> image;
   std::optional<double> width;
   std::optional<QColor> color;
   std::optional<double> alpha;
   std::vector<const MGLMapView*> receivedViews;
+  std::function<void()> received = [] {};
 
   std::optional<MGLAnnotationImage> imageForAnnotation(MGLMapView& view,
                                                        const MGLAnnotation&) override {
-    receivedViews.push_back(&view);
-    return image;
+    return recorded(view, image);
   }
   std::optional<double> lineWidthForPolylineAnnotation(MGLMapView& view,
                                                        const MGLPolyline&) override {
-    receivedViews.push_back(&view);
-    return width;
+    return recorded(view, width);
   }
   std::optional<QColor> strokeColorForShapeAnnotation(MGLMapView& view,
                                                       const MGLAnnotation&) override {
-    receivedViews.push_back(&view);
-    return color;
+    return recorded(view, color);
   }
   std::optional<double> alphaForShapeAnnotation(MGLMapView& view, const MGLAnnotation&) override {
+    return recorded(view, alpha);
+  }
+
+ private:
+  template <class T>
+  T recorded(MGLMapView& view, const T& value) {
     receivedViews.push_back(&view);
-    return alpha;
+    received();
+    return value;
   }
 };
 
@@ -99,6 +115,8 @@ struct RouteView : MGLMapView {
   /// Expects that the view shows its annotations and that the note starts with the first text and
   /// contains the second.
   void expectRoute(const char* note, const char* reason);
+  /// Waits until the note contains the text.
+  void expectNote(const char* text);
 };
 
 /// Captures standard output, standard error and Qt's log, without Qt's messages about OpenGL.

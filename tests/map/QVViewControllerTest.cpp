@@ -220,29 +220,6 @@ TEST_F(QVViewControllerTest, DeletedMapViewIsNotUsed) {
   EXPECT_EQ(controller->responses.size(), 1U);
 }
 
-// Runs an action in one of its calls.
-struct ActingDelegate : MGLMapViewDelegate {
-  int callsBefore = 0;
-  std::function<void()> action;
-
-  std::nullopt_t act() {
-    if (callsBefore-- == 0) action();
-    return std::nullopt;
-  }
-  std::optional<MGLAnnotationImage> imageForAnnotation(MGLMapView&, const MGLAnnotation&) override {
-    return act();
-  }
-  std::optional<double> lineWidthForPolylineAnnotation(MGLMapView&, const MGLPolyline&) override {
-    return act();
-  }
-  std::optional<QColor> strokeColorForShapeAnnotation(MGLMapView&, const MGLAnnotation&) override {
-    return act();
-  }
-  std::optional<double> alphaForShapeAnnotation(MGLMapView&, const MGLAnnotation&) override {
-    return act();
-  }
-};
-
 // Destroys one object in each of the five calls for two markers and a line, and after a response.
 TEST_F(QVViewControllerTest, ObjectsCanBeDestroyedInsideCallsOfDelegateAndController) {
   constexpr int calls = 5;
@@ -253,17 +230,19 @@ TEST_F(QVViewControllerTest, ObjectsCanBeDestroyedInsideCallsOfDelegateAndContro
       auto window = std::make_unique<QWidget>();
       auto controller = makeReady<CountingController>();
       const std::weak_ptr<CountingController> watched = controller;
-      auto delegate = std::make_shared<ActingDelegate>();
+      auto delegate = std::make_shared<TestDelegate>();
       controller->setDelegate(delegate);
       const QPointer<MGLMapView> map = controller->mapview();
-      delegate->callsBefore = call;
       bool isDone = false;
-      delegate->action = controller->received = [&] {
+      controller->received = [&] {
         if (what == "map view") delete map;
         if (what == "window") window.reset();
         if (what == "controller") controller.reset();
         if (what == "delegate") delegate.reset();
         isDone = true;
+      };
+      delegate->received = [action = controller->received, callsBefore = call]() mutable {
+        if (callsBefore-- == 0) action();
       };
       if (call == calls) {
         controller->view()->setParent(window.get());
@@ -356,16 +335,11 @@ struct NeverDestroyedController : QVViewController {
   exit(0);
 }
 
-class QVViewControllerEndTest : public testing::TestWithParam<std::string> {};
-
-TEST_P(QVViewControllerEndTest, ProcessEndsWithoutOutputWhileRequestRuns) {
+TEST(QVViewControllerEndTest, ProcessEndsWithoutOutputWhileRequestRuns) {
   testing::GTEST_FLAG(death_test_style) = "threadsafe";
-  EXPECT_EXIT(end(GetParam()), testing::ExitedWithCode(0), testing::Eq(""));
+  for (const char* ending : {"WindowClosed", "Quit", "ExitInAHandler", "MainReturns"})
+    EXPECT_EXIT(end(ending), testing::ExitedWithCode(0), testing::Eq("")) << ending;
 }
-
-INSTANTIATE_TEST_SUITE_P(All, QVViewControllerEndTest,
-                         testing::Values("WindowClosed", "Quit", "ExitInAHandler", "MainReturns"),
-                         [](const auto& test) { return test.param; });
 
 }  // namespace
 
