@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "FakeServer.h"
 
-#include <QuorvelKit/Calls/QVCall.h>
-#include <QuorvelKit/QVFind.h>
-#include <QuorvelKit/QVNavigation.h>
-#include <QuorvelPlatform/URLError.h>
+#include <QuorvelKit/QuorvelKitAll.h>
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <QuorvelKit/QVAddressCandidatesResponse.h>
-#include <QuorvelKit/QVConfigurationResponse.h>
-#include <QuorvelKit/QVLoginResponse.h>
-#include <QuorvelKit/QVReverseGeocodeResponse.h>
-#include <QuorvelKit/QVRouteResponse.h>
-#include <QuorvelKit/QVSuggestResponse.h>
-#include <QuorvelPlatform/HTTPURLResponse.h>
-#include <QuorvelPlatform/URLError.h>
+#include <QuorvelKit/QuorvelKitAll.h>
 
 #include <gmock/gmock.h>
 

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "FakeServer.h"
 
-#include <QuorvelKit/QVConfiguration.h>
-#include <QuorvelKit/QVNavigation.h>
-#include <QuorvelKit/QuorvelKit.h>
+#include <QuorvelKit/QuorvelKitAll.h>
 
 #include <gtest/gtest.h>
 
@@ -71,11 +69,6 @@ TEST_F(ServiceTest, FirstCallLogsInAndLoadsTheConfiguration) {
   EXPECT_EQ(second->task(), task);
   EXPECT_EQ(second->request(), request);
   EXPECT_EQ(server.requests().size(), 4U);
-
-  server.set(routePath, {500, "out of order"});
-  EXPECT_TRUE(answerOf<QVRouteResponse>(requestRoute)->error());
-  EXPECT_EQ(request->retryCount(), 0);
-  EXPECT_EQ(server.requests().size(), 5U) << "the request was sent again";
 }
 
 // --- login and configuration

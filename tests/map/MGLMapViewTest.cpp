@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "MapTestSupport.h"
 
+#include <QuorvelMap/AnnotationStore_p.h>
+
 #include <algorithm>
 #include <cmath>
 #include <fstream>
@@ -12,12 +14,13 @@ namespace {
 using Screen = TestApplication::Screen;
 
 constexpr Coordinate town{39.28, -76.62};
+const QColor lineColor(200, 0, 0);
 
 // A view with a delegate that makes wide red lines.
 struct Scene {
   explicit Scene(Coordinate center) : view(QRect(0, 0, 600, 400)) {
     delegate->width = 12;
-    delegate->color = QColor(200, 0, 0);
+    delegate->color = lineColor;
     view.setDelegate(delegate);
     view.setCenterCoordinate(center);
     view.setZoomLevel(13);
@@ -28,6 +31,7 @@ struct Scene {
 
 struct MGLMapViewTest : EnginesTest {
   Scene scene{town};
+  MGLMapView& view = scene.view;
 };
 INSTANTIATE_TEST_SUITE_P(Engines, MGLMapViewTest, bothEngines, engineName);
 
@@ -57,18 +61,16 @@ void expectWideLine(MGLMapView& view, Coordinate at, const QColor& color) {
 
 TEST_P(MGLMapViewTest, DrawsLinesWithWidthColorAndAlpha) {
   scene.delegate->alpha = 0.5;
-  scene.view.addAnnotations({lineThrough(town)});
-  EXPECT_EQ(scene.delegate->receivedViews, std::vector<const MGLMapView*>(3, &scene.view));
-  scene.view.show();
+  view.addAnnotations({lineThrough(town)});
+  EXPECT_EQ(scene.delegate->receivedViews, std::vector<const MGLMapView*>(3, &view));
+  view.show();
   const QColor blended((200 + plainBackground.red()) / 2, plainBackground.green() / 2,
                        plainBackground.blue() / 2);
-  expectWideLine(scene.view, town, blended);
-  EXPECT_TRUE(shows(scene.view, east(town, -0.012), plainBackground))
-      << "after the end of the line";
+  expectWideLine(view, town, blended);
+  EXPECT_TRUE(shows(view, east(town, -0.012), plainBackground)) << "after the end of the line";
 }
 
 TEST_P(MGLMapViewTest, DefaultsAreThreePixelsOfTheTintColor) {
-  MGLMapView& view = scene.view;
   view.setDelegate({});
   EXPECT_EQ(view.tintColor(), view.palette().color(QPalette::Highlight));
   view.setTintColor(Qt::blue);
@@ -88,24 +90,24 @@ TEST_P(MGLMapViewTest, DefaultsAreThreePixelsOfTheTintColor) {
 }
 
 TEST_P(MGLMapViewTest, MarkersAreAtTheirCoordinatesAndLabelsHaveContrastOnDarkStyle) {
-  scene.view.setCenterCoordinate({0, 0});
-  scene.view.setStyleURL(application_.file("dark.json", styleWithBackground("#102030")));
-  scene.view.addAnnotations({makeMarker({0, 0}, "mm")});
+  view.setCenterCoordinate({0, 0});
+  view.setStyleURL(application_.file("dark.json", styleWithBackground("#102030")));
+  view.addAnnotations({makeMarker({0, 0}, "mm")});
   scene.delegate->image = MGLAnnotationImage(filledImage({40, 20}, Qt::blue));
   const Coordinate second = east({0, 0}, 0.01);
-  scene.view.addAnnotations({makeMarker(second, "")});
-  scene.view.show();
+  view.addAnnotations({makeMarker(second, "")});
+  view.show();
 
   const QColor background = GetParam() == Screen::x11 ? QColor(0x10, 0x20, 0x30) : plainBackground;
-  EXPECT_TRUE(shows(scene.view, {0, 0}, pinColor, {0, -12})) << "the pin";
-  EXPECT_TRUE(shows(scene.view, {0, 0}, background, {0, 3})) << "below its tip";
+  EXPECT_TRUE(shows(view, {0, 0}, pinColor, {0, -12})) << "the pin";
+  EXPECT_TRUE(shows(view, {0, 0}, background, {0, 3})) << "below its tip";
   for (const QPointF corner : {QPointF(-18, -8), QPointF(18, 8)}) {
-    EXPECT_TRUE(shows(scene.view, second, Qt::blue, corner));
-    EXPECT_TRUE(shows(scene.view, second, background, corner * 1.3));
+    EXPECT_TRUE(shows(view, second, Qt::blue, corner));
+    EXPECT_TRUE(shows(view, second, background, corner * 1.3));
   }
   // The label above the pin has dark letters on white.
-  const QImage picture = scene.view.grab().toImage();
-  const QPoint tip = scene.view.convertCoordinate({0, 0}).toPoint();
+  const QImage picture = view.grab().toImage();
+  const QPoint tip = view.convertCoordinate({0, 0}).toPoint();
   int white = 0, dark = 0;
   for (int y = -60; y < -40; ++y) {
     for (int x = -12; x <= 12; ++x) {
@@ -120,22 +122,20 @@ TEST_P(MGLMapViewTest, MarkersAreAtTheirCoordinatesAndLabelsHaveContrastOnDarkSt
 
 // The edges of the second line are between pixels, so that a darker or lighter pixel is visible.
 TEST_P(MGLMapViewTest, LinesHaveRoundCapsAndJoinsWithEvenEdges) {
-  scene.view.show();
+  view.show();
   // From the left to the center of the view, and back.
-  const auto at = [&](double x, double y) { return scene.view.convertPoint({300 + x, 200 + y}); };
-  scene.view.addAnnotations({makeLine({at(-100, 0), at(0, 0), at(-100, 40)})});
+  const auto at = [&](double x, double y) { return view.convertPoint({300 + x, 200 + y}); };
+  view.addAnnotations({makeLine({at(-100, 0), at(0, 0), at(-100, 40)})});
   const std::tuple<QPointF, bool> table[] = {
       {{4, 0}, true}, {{9, 0}, false}, {{-104, 0}, true}, {{-107, -6}, false}};
   for (const auto& [place, isOnLine] : table)
-    EXPECT_TRUE(shows(scene.view, town, isOnLine ? *scene.delegate->color : plainBackground, place))
-        << place.x();
+    EXPECT_TRUE(shows(view, town, isOnLine ? lineColor : plainBackground, place)) << place.x();
   for (const double bend : {-0.5, 0.5}) {
     for (const double end : {-60, 60}) {
-      scene.view.removeAnnotations(scene.view.annotations());
-      scene.view.addAnnotations(
-          {makeLine({at(-end, 0.5 + bend), at(0, 0.5), at(end, 0.5 + bend)})});
-      EXPECT_TRUE(shows(scene.view, town, *scene.delegate->color));
-      const QImage picture = scene.view.grab().toImage();
+      view.removeAnnotations(view.annotations());
+      view.addAnnotations({makeLine({at(-end, 0.5 + bend), at(0, 0.5), at(end, 0.5 + bend)})});
+      EXPECT_TRUE(shows(view, town, lineColor));
+      const QImage picture = view.grab().toImage();
       for (int y = 190; y <= 210; ++y) {
         const int join = picture.pixelColor(300, y).green();
         const int beside =
@@ -147,54 +147,46 @@ TEST_P(MGLMapViewTest, LinesHaveRoundCapsAndJoinsWithEvenEdges) {
 }
 
 TEST_P(MGLMapViewTest, MarkersAreVisibleAtEveryZoomLevel) {
-  scene.view.setCenterCoordinate({0, 0});
-  scene.view.addAnnotations({makeMarker({0, 0}, "")});
-  scene.view.show();
+  view.setCenterCoordinate({0, 0});
+  view.addAnnotations({makeMarker({0, 0}, "")});
+  view.show();
   for (double level = 0; level <= 20; level += level < 3 ? 0.5 : 1) {
-    scene.view.setZoomLevel(level);
-    EXPECT_TRUE(shows(scene.view, {0, 0}, pinColor, {0, -10})) << level;
+    view.setZoomLevel(level);
+    EXPECT_TRUE(shows(view, {0, 0}, pinColor, {0, -10})) << level;
   }
 }
 
-TEST_P(MGLMapViewTest, LinesOfAnyLengthAreDrawn) {
-  scene.view.show();
+TEST_P(MGLMapViewTest, AnnotationsAreInInsertionOrderAndLinesOfAnyLengthAreDrawn) {
+  view.show();
   std::vector<Coordinate> many(100000);
   for (std::size_t i = 0; i < many.size(); ++i) {
     const double part = static_cast<double>(i) / 99999;
     many[i] = {town.latitude + 0.0001 * std::sin(part * 300), town.longitude + 0.02 * part};
   }
-  scene.view.addAnnotations({makeLine({}), makeLine({town})});
-  scene.view.addAnnotations({makeLine({east(town, -0.01), east(town, -0.005)})});
-  EXPECT_TRUE(shows(scene.view, east(town, -0.007), *scene.delegate->color));
-  scene.view.addAnnotations({makeLine(std::move(many))});
-  EXPECT_EQ(scene.view.annotations().size(), 4U);
-  EXPECT_TRUE(shows(scene.view, east(town, 0.01), *scene.delegate->color));
-  EXPECT_TRUE(shows(scene.view, east(town, -0.002), plainBackground));
+  const MGLMapView::Annotations all = {makeLine({}), makeMarker(town, ""), makeLine({town}),
+                                       makeLine({east(town, -0.01), east(town, -0.005)}),
+                                       makeLine(std::move(many))};
+  view.addAnnotations({all[0], all[1], all[2], all[3]});
+  EXPECT_TRUE(shows(view, east(town, -0.007), lineColor));
+  view.addAnnotations({all[3], all[4], nullptr});
+  EXPECT_EQ(view.annotations(), all);
+  EXPECT_TRUE(shows(view, east(town, 0.01), lineColor));
+  EXPECT_TRUE(shows(view, east(town, -0.002), plainBackground));
+  view.removeAnnotations({all[4], all[2], all[0], nullptr});
+  EXPECT_EQ(view.annotations(), (MGLMapView::Annotations{all[1], all[3]}));
+  EXPECT_TRUE(shows(view, east(town, 0.01), plainBackground));
 }
 
 TEST_P(MGLMapViewTest, LinesCrossTheAntimeridian) {
-  scene.view.setCenterCoordinate({0, 180});
-  scene.view.show();
-  scene.view.addAnnotations({makeLine({{0, 179.98}, {0, -179.99}, {0, 179.99}, {0, -179.98}})});
+  view.setCenterCoordinate({0, 180});
+  view.show();
+  view.addAnnotations({makeLine({{0, 179.98}, {0, -179.99}, {0, 179.99}, {0, -179.98}})});
   for (const double longitude : {179.985, 179.9999, 180.0, -179.9999, -179.985})
-    EXPECT_TRUE(shows(scene.view, {0, longitude}, *scene.delegate->color)) << longitude;
-  scene.view.setCenterCoordinate({0, 0});
-  EXPECT_TRUE(shows(scene.view, {0, 0}, plainBackground)) << "a line around the world";
-  scene.view.addAnnotations({makeLine({{0, -0.01}, {NAN, 0}, {0, 0.01}})});
-  EXPECT_TRUE(shows(scene.view, {0, 0}, *scene.delegate->color)) << "the point at (0, 0)";
-}
-
-TEST_P(MGLMapViewTest, AnnotationsAreInInsertionOrderAndCanBeRemoved) {
-  const MGLMapView::Annotations all = {makeMarker(town, "origin"), makeMarker(town, "destination"),
-                                       lineThrough(town)};
-  scene.view.addAnnotations(all);
-  scene.view.addAnnotations({all[2], nullptr});
-  EXPECT_EQ(scene.view.annotations(), all);
-  scene.view.show();
-  EXPECT_TRUE(shows(scene.view, east(town, 0.005), *scene.delegate->color));
-  scene.view.removeAnnotations({all[2], all[0], nullptr});
-  EXPECT_EQ(scene.view.annotations(), MGLMapView::Annotations{all[1]});
-  EXPECT_TRUE(shows(scene.view, east(town, 0.005), plainBackground));
+    EXPECT_TRUE(shows(view, {0, longitude}, lineColor)) << longitude;
+  view.setCenterCoordinate({0, 0});
+  EXPECT_TRUE(shows(view, {0, 0}, plainBackground)) << "a line around the world";
+  view.addAnnotations({makeLine({{0, -0.01}, {NAN, 0}, {0, 0.01}})});
+  EXPECT_TRUE(shows(view, {0, 0}, lineColor)) << "the point at (0, 0)";
 }
 
 TEST_P(MGLMapViewTest, KeepsCameraAndAnnotationsAfterResizeAndInAnotherWindow) {
@@ -204,12 +196,12 @@ TEST_P(MGLMapViewTest, KeepsCameraAndAnnotationsAfterResizeAndInAnotherWindow) {
     sizes.emplace_back(1000 - 7 * step, 800 - 11 * step);
   sizes.emplace_back(700, 500);
   QWidget first, second, frame;
-  scene.view.setZoomLevel(12.5);
+  view.setZoomLevel(12.5);
   const Coordinate pin{town.latitude + 0.004, town.longitude};
-  scene.view.addAnnotations({lineThrough(town), makeMarker(pin, "")});
+  view.addAnnotations({lineThrough(town), makeMarker(pin, "")});
   // Moves the view itself or its parent.
   const std::pair<QWidget*, QWidget*> moves[] = {
-      {&scene.view, &first}, {&scene.view, &frame}, {&frame, &second}, {&frame, &first}};
+      {&view, &first}, {&view, &frame}, {&frame, &second}, {&frame, &first}};
   for (const auto& [moved, to] : moves) {
     to->resize(1000, 800);
     moved->setParent(to);
@@ -217,36 +209,36 @@ TEST_P(MGLMapViewTest, KeepsCameraAndAnnotationsAfterResizeAndInAnotherWindow) {
     to->show();
     frame.resize(1000, 800);
     for (const QSize& size : sizes) {
-      scene.view.resize(size);
-      expectWideLine(scene.view, town, *scene.delegate->color);
+      view.resize(size);
+      expectWideLine(view, town, lineColor);
       // Both sides of the pin, and the point below its tip.
       for (const double x : {-9, 9})
-        EXPECT_TRUE(shows(scene.view, pin, pinColor, {x, -23})) << size.height();
-      EXPECT_TRUE(shows(scene.view, pin, plainBackground, {0, 3})) << size.height();
-      EXPECT_NEAR(scene.view.centerCoordinate().latitude, town.latitude, 1e-4);
-      EXPECT_NEAR(scene.view.centerCoordinate().longitude, town.longitude, 1e-4);
-      EXPECT_NEAR(scene.view.zoomLevel(), 12.5, 1e-6);
+        EXPECT_TRUE(shows(view, pin, pinColor, {x, -23})) << size.height();
+      EXPECT_TRUE(shows(view, pin, plainBackground, {0, 3})) << size.height();
+      EXPECT_NEAR(view.centerCoordinate().latitude, town.latitude, 1e-4);
+      EXPECT_NEAR(view.centerCoordinate().longitude, town.longitude, 1e-4);
+      EXPECT_NEAR(view.zoomLevel(), 12.5, 1e-6);
       if (HasFailure()) break;
     }
   }
   const Coordinate north{town.latitude + 0.01, town.longitude};
-  scene.view.addAnnotations({lineThrough(north)});
-  expectWideLine(scene.view, north, *scene.delegate->color);
-  scene.view.setParent(nullptr);
+  view.addAnnotations({lineThrough(north)});
+  expectWideLine(view, north, lineColor);
+  view.setParent(nullptr);
   frame.setParent(nullptr);
 }
 
 TEST_P(MGLMapViewTest, EdgesOfTheWorldAreNotVisible) {
-  scene.view.setZoomLevel(2);
-  scene.view.setCenterCoordinate({84, 20});
-  scene.view.show();
+  view.setZoomLevel(2);
+  view.setCenterCoordinate({84, 20});
+  view.show();
   for (const QSize& size : {QSize(600, 400), QSize(600, 900)}) {
-    scene.view.resize(size);
+    view.resize(size);
     EXPECT_TRUE(waitUntil([&] {
-      scene.view.grab();
-      return scene.view.convertCoordinate({85.0511, 20}).y() < 0.5;
-    })) << scene.view.convertCoordinate({85.0511, 20}).y();
-    EXPECT_NEAR(scene.view.centerCoordinate().longitude, 20, 1e-6);
+      view.grab();
+      return view.convertCoordinate({85.0511, 20}).y() < 0.5;
+    })) << view.convertCoordinate({85.0511, 20}).y();
+    EXPECT_NEAR(view.centerCoordinate().longitude, 20, 1e-6);
   }
 }
 
@@ -296,7 +288,6 @@ TEST_P(MGLMapViewTest, VisibleCoordinatesFillTheViewInsideTheMargins) {
       {"one coordinate", {{48, 11}}, {0, 100, 0, 0}},
       {"a coordinate that is not finite", {{48, 11}, {NAN, 11}, {48.1, 11.1}}, {}}};
   for (const auto& [name, positions, margins] : table) {
-    MGLMapView view(QRect(0, 0, 600, 400));
     view.setVisibleCoordinates(positions, margins);
     const QRectF inside = QRectF(QRect({}, view.size()).marginsRemoved(margins));
     QRectF used;
@@ -314,7 +305,6 @@ TEST_P(MGLMapViewTest, VisibleCoordinatesFillTheViewInsideTheMargins) {
                 std::abs(used.height() - inside.height()) < 1)
         << name;
   }
-  MGLMapView view;
   view.setCenterCoordinate(town);
   view.setZoomLevel(7);
   view.setVisibleCoordinates({});
@@ -323,6 +313,43 @@ TEST_P(MGLMapViewTest, VisibleCoordinatesFillTheViewInsideTheMargins) {
   view.setZoomLevel(NAN);
   EXPECT_EQ(view.centerCoordinate(), town) << "no finite coordinates";
   EXPECT_EQ(view.zoomLevel(), 7);
+}
+
+int operations = 0;
+
+// Counts its hash and comparison operations.
+struct Item {
+  int number;
+  bool operator==(const Item& other) const {
+    ++operations;
+    return number == other.number;
+  }
+};
+struct ItemHash {
+  std::size_t operator()(const Item& item) const {
+    ++operations;
+    return static_cast<std::size_t>(item.number);
+  }
+};
+using Store = AnnotationStore<Item, int, ItemHash>;
+
+TEST(AnnotationStoreTest, NumberOfOperationsIsLinear) {
+  constexpr int count = 20000, perItem = 10;
+  Store store;
+  for (int i = 0; i < count; ++i) {
+    EXPECT_FALSE(store.contains({i}));
+    EXPECT_TRUE(store.add({i}, -i));
+  }
+  EXPECT_LE(operations, perItem * count);
+  operations = 0;
+  EXPECT_FALSE(store.add({count / 2}, 0));
+  store.remove({store.items().begin(), store.items().begin() + count / 2});
+  EXPECT_LE(operations, perItem * count);
+  EXPECT_EQ(store.items().size(), std::size_t{count / 2});
+  EXPECT_EQ(store.items().front().number, count / 2);
+  EXPECT_EQ(store.appearances().back(), 1 - count);
+  store.remove(store.items());
+  EXPECT_TRUE(store.items().empty() && store.appearances().empty());
 }
 
 }  // namespace

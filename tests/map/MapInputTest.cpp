@@ -208,22 +208,18 @@ double metersBetween(Coordinate a, Coordinate b) {
 
 TEST(ScaleBarTest, LengthMatchesTheTextInTheUnitsOfTheLocale) {
   const TestApplication application(Screen::none);
-  struct Case {
-    double latitude, level;
-    QLocale locale;
-    const char* text;
-    double meters;
-  };
   const QLocale german(QLocale::German, QLocale::Germany);
   const QLocale american(QLocale::English, QLocale::UnitedStates);
-  const Case table[] = {{0, 0, german, "5.000 km", 5e6},
-                        {50, 10, german, "5 km", 5000},
-                        {50, 15, german, "100 m", 100},
-                        {50, 20, american, "10 ft", 10 * 0.3048},
-                        {39, 12.5, american, "2,000 ft", 2000 * 0.3048},
-                        {39, 12, american, "1 mi", 1609.344},
-                        {0, 9, american, "10 mi", 16093.44},
-                        {90, 4, american, "20 mi", 0}};
+  // Latitude, zoom level, locale, text and length in meters.
+  const std::tuple<double, double, QLocale, const char*, double> table[] = {
+      {0, 0, german, "5.000 km", 5e6},
+      {50, 10, german, "5 km", 5000},
+      {50, 15, german, "100 m", 100},
+      {50, 20, american, "10 ft", 10 * 0.3048},
+      {39, 12.5, american, "2,000 ft", 2000 * 0.3048},
+      {39, 12, american, "1 mi", 1609.344},
+      {0, 9, american, "10 mi", 16093.44},
+      {90, 4, american, "20 mi", 0}};
   MGLMapView view(QRect(0, 0, 600, 400));
   const auto* const bar = view.findChild<QWidget*>("scaleBar");
   view.show();

@@ -5,12 +5,14 @@
 
 #include <QuorvelKit/QVRouteWidget.h>
 #include <QuorvelKit/QVViewController.h>
+#include <QuorvelMap/MainQueueHook.h>
 
 #include <gmock/gmock.h>
 #include <unistd.h>
 
 #include <QScreen>
 #include <QTimer>
+#include <thread>
 
 namespace quorvelkit::test {
 
@@ -144,7 +146,7 @@ TEST_F(QVViewControllerTest, DrawsMarkersAtBothEndsAndLineThroughAllPoints) {
 }
 
 TEST_F(QVViewControllerTest, DelegateDecidesAppearanceAndControllerReturnsDefaults) {
-  const auto controller = QVViewController::make();
+  const auto controller = makeReady<CountingController>();
   controller->mapview()->setTintColor(Qt::magenta);
   MGLMapView other;
   const MGLPolyline line({});
@@ -179,6 +181,10 @@ TEST_F(QVViewControllerTest, DelegateDecidesAppearanceAndControllerReturnsDefaul
   delete controller->mapview();
   other.setTintColor(Qt::cyan);
   expect("none", 3, Qt::cyan, 1);
+  EXPECT_EQ(controller->mapview(), nullptr);
+  loadAndDraw(*controller, twoPoints);
+  EXPECT_TRUE(controller->route());
+  EXPECT_EQ(controller->responses.size(), 1U);
   EXPECT_TRUE(late->receivedViews.empty()) << "the map view was deleted";
 }
 
@@ -209,15 +215,6 @@ TEST_F(QVViewControllerTest, LivesUntilResponsesAreDrawnAfterWindowWasClosed) {
   EXPECT_TRUE(waitUntil([&] { return watched.expired(); }));
   EXPECT_EQ(delegate->receivedViews.size(), 2 * 5U) << "both responses were drawn";
   EXPECT_TRUE(map.isNull());
-}
-
-TEST_F(QVViewControllerTest, DeletedMapViewIsNotUsed) {
-  const auto controller = makeReady<CountingController>();
-  delete controller->mapview();
-  EXPECT_EQ(controller->mapview(), nullptr);
-  loadAndDraw(*controller, twoPoints);
-  EXPECT_TRUE(controller->route());
-  EXPECT_EQ(controller->responses.size(), 1U);
 }
 
 // Destroys one object in each of the five calls for two markers and a line, and after a response.
@@ -339,6 +336,30 @@ TEST(QVViewControllerEndTest, ProcessEndsWithoutOutputWhileRequestRuns) {
   testing::GTEST_FLAG(death_test_style) = "threadsafe";
   for (const char* ending : {"WindowClosed", "Quit", "ExitInAHandler", "MainReturns"})
     EXPECT_EXIT(end(ending), testing::ExitedWithCode(0), testing::Eq("")) << ending;
+}
+
+TEST(MainQueueHookTest, BlocksRunInTheEventLoopOfTheCurrentApplication) {
+  int late = 0;
+  for (int round = 0; round < 2; ++round) {
+    const TestApplication application(Screen::none);
+    installMainQueueHook();
+    bool ran = false;
+    std::thread([&] { MainQueue::main().async([&] { ran = true; }); }).join();
+    EXPECT_TRUE(waitUntil([&] { return ran; }));
+    // The block of the first round runs in the second application.
+    EXPECT_EQ(late, round);
+    MainQueue::main().async([&] { ++late; });
+  }
+}
+
+TEST(MainQueueHookTest, DoesNotReplaceTheHookOfAnApplication) {
+  const TestApplication application(Screen::none);
+  int calls = 0;
+  MainQueue::main().setWakeUpHook([&] { ++calls; });
+  const MGLMapView view;
+  MainQueue::main().async([] {});
+  EXPECT_EQ(calls, 1);
+  MainQueue::main().setWakeUpHook({});
 }
 
 }  // namespace

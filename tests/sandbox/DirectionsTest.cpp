@@ -112,25 +112,30 @@ TEST(DirectionsTest, ManeuversAreThoseThatADriverNeeds) {
 }
 
 // A motorway to the north, with a ramp from Main Street and an exit to Elm Street.
-SketchedMap motorway() {
-  return SketchedMap(R"(
+TEST(DirectionsTest, RampMergeAndAnnouncedExitOfAMotorway) {
+  const SketchedMap motorway(R"(
       Main Street: -2,-3 0,-3 2,-3; highway=secondary
       : 0,-3 .4,-2 1,0 1,2; highway=motorway_link; oneway=yes
-      Bay Freeway: 1,-5 1,2 1,9 1,18; highway=motorway; ref=I 46; oneway=yes
-      : 1,9 1.4,10 3,12; highway=motorway_link; oneway=yes
-      Elm Street: 1.5,13.5 3,12 4.5,10.5; highway=secondary
-      : 1,9; highway=motorway_junction; ref=12B)");
-}
-
-TEST(DirectionsTest, RampMergeAndExitOfAMotorway) {
-  const JSON route = motorway().route({-1.5, -3}, {4.2, 10.8});
+      Bay Freeway: 1,-5 1,2 1,13 1,22; highway=motorway; ref=I 46; oneway=yes
+      : 1,13 1.4,14 3,16; highway=motorway_link; oneway=yes
+      Elm Street: 1.5,17.5 3,16 4.5,14.5; highway=secondary
+      : 1,13; highway=motorway_junction; ref=12B)");
+  const JSON route = motorway.route({-1.5, -3}, {4.2, 14.8});
   EXPECT_EQ(turnsOf(route),
             "left: Take the ramp on the left onto I 46; forward: Merge onto I 46; "
             "exitright: Take exit 12B on the right toward Elm Street; "
             "right: Turn right onto Elm Street");
-  std::vector<std::string> streets;
+  std::vector<std::string> streets, announced;
+  double announcedAt = 0, exitAt = 0;
   for (const JSON& point : route["points"].arrayValue()) {
     const JSON street = point[{"turn", "st"}];
+    const std::string text = point["notify"].stringValue();
+    if (text.find("exit 12B") != std::string::npos) {
+      announced.push_back(text);
+      announcedAt = point["d"].doubleValue();
+      EXPECT_EQ((point[{"say", 0}].stringValue()), text);
+    }
+    if (point[{"turn", "dir"}].stringValue() == "exitright") exitAt = point["d"].doubleValue();
     if (!street.exists()) continue;
     streets.push_back(street["dir"].stringValue() + ' ' + street["connection"].stringValue() + ' ' +
                       street[{"hwy", "dir"}].stringValue() +
@@ -138,6 +143,9 @@ TEST(DirectionsTest, RampMergeAndExitOfAMotorway) {
   }
   EXPECT_THAT(streets, ElementsAre("origin origin ", "onramp onramp ", "north  I46",
                                    "offramp offramp ", "arterial  ", "destination destination "));
+  EXPECT_THAT(announced,
+              ElementsAre("In half a mile, take exit 12B on the right toward Elm Street"));
+  EXPECT_NEAR(exitAt - announcedAt, 0.5, 0.02);
 }
 
 TEST(DirectionsTest, RoundaboutExitsAreCounted) {
@@ -167,23 +175,6 @@ TEST(DirectionsTest, DepartureHasCompassPointAndArrivalHasSide) {
     EXPECT_EQ((points.back()[{"turn", "instruct"}].stringValue()),
               std::string("Arrive at your destination") + arrive);
   }
-}
-
-TEST(DirectionsTest, HighwayExitIsAnnouncedHalfAMileBefore) {
-  const JSON route = motorway().route({1, -4}, {4.2, 10.8});
-  double turnAt = -1;
-  std::vector<std::pair<std::string, double>> announced;
-  for (const JSON& point : route["points"].arrayValue()) {
-    const std::string text = point["notify"].stringValue();
-    if (text.find("exit 12B") != std::string::npos) {
-      announced.emplace_back(text, point["d"].doubleValue());
-      EXPECT_EQ((point[{"say", 0}].stringValue()), text);
-    }
-    if (point[{"turn", "dir"}].stringValue() == "exitright") turnAt = point["d"].doubleValue();
-  }
-  ASSERT_EQ(announced.size(), 1U);
-  EXPECT_EQ(announced[0].first, "In half a mile, take exit 12B on the right toward Elm Street");
-  EXPECT_NEAR(turnAt - announced[0].second, 0.5, 0.02);
 }
 
 }  // namespace

@@ -16,15 +16,10 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-const std::shared_ptr<const Gazetteer>& townGazetteer() {
-  static const auto& gazetteer = *new auto(std::make_shared<const Gazetteer>(searchTown()));
-  return gazetteer;
-}
-
-const PlaceSearch& town() {
-  static const auto& search = *new PlaceSearch(townGazetteer());
-  return search;
-}
+struct PlaceSearchTest : testing::Test {
+  const std::shared_ptr<const Gazetteer> gazetteer = std::make_shared<Gazetteer>(searchTown());
+  const PlaceSearch town{gazetteer};
+};
 
 std::vector<std::string> labels(const std::vector<PlaceSearch::Result>& found) {
   std::vector<std::string> result;
@@ -35,7 +30,7 @@ std::vector<std::string> labels(const std::vector<PlaceSearch::Result>& found) {
 
 constexpr Coordinate westEnd{10, 20};
 
-TEST(PlaceSearchTest, BestCandidateAndScoreByText) {
+TEST_F(PlaceSearchTest, BestCandidateAndScoreByText) {
   const char* const cafe = "Caf\u00E9 M\u00FCller, 133 Harbor Street, Testville, Maryland, 21231";
   const char* const square = "Pla\u00E7a de l\u2019\u00C0ncora, Testville, Maryland";
   const char* const house = "100 Harbor Street, Testville, Maryland, 21231";
@@ -60,11 +55,13 @@ TEST(PlaceSearchTest, BestCandidateAndScoreByText) {
       {square, 40, 60, {"ancora"}},
       {"Memorial Church, Testville, Maryland", 100, 100, {"Memorial Church"}},
       {"Testville, Maryland", 100, 100, {"Testville"}},
-      {"First Bank, Testville, Maryland", 40, 50, {"bank"}}};
+      {"First Bank, Testville, Maryland", 40, 50, {"bank"}},
+      // A word of the category.
+      {"Grace Memorial Church, Testville, Maryland", 45, 55, {"worship"}}};
   for (const auto& [best, leastScore, mostScore, texts] : cases) {
     for (const char* text : texts) {
       SCOPED_TRACE(text);
-      const auto found = town().candidates(text, {westEnd, {}});
+      const auto found = town.candidates(text, {westEnd, {}});
       ASSERT_FALSE(found.empty());
       EXPECT_EQ(found.front().place.label(), best);
       EXPECT_GE(found.front().score, leastScore);
@@ -72,65 +69,63 @@ TEST(PlaceSearchTest, BestCandidateAndScoreByText) {
     }
   }
   for (const char* text : {"Atlantis", "", "!?", "Maryland"})
-    EXPECT_THAT(town().candidates(text, {westEnd, {}}), IsEmpty()) << text;
+    EXPECT_THAT(town.candidates(text, {westEnd, {}}), IsEmpty()) << text;
 }
 
-TEST(PlaceSearchTest, SortsByScoreThenDistance) {
-  EXPECT_THAT(labels(town().candidates("Memorial Church", {{10.01, 20.004}, {}})),
+TEST_F(PlaceSearchTest, SortsByScoreThenDistance) {
+  EXPECT_THAT(labels(town.candidates("Memorial Church", {{10.01, 20.004}, {}})),
               ElementsAre("Memorial Church, Testville, Maryland"))
       << "the nearer church has a much lower score";
   for (const double latitude : {10.0, 10.06}) {
-    const auto banks = town().candidates("first bank", {{latitude, 20.004}, {}});
+    const auto banks = town.candidates("first bank", {{latitude, 20.004}, {}});
     ASSERT_THAT(banks, SizeIs(2));
     EXPECT_LT(banks[0].meters, banks[1].meters);
   }
 }
 
-TEST(PlaceSearchTest, ResultsAreInsideTheExtent) {
+TEST_F(PlaceSearchTest, ResultsAreInsideTheExtent) {
   const Extent north{{10.04, 19}, {11, 21}};
-  const auto banks = town().candidates("first bank", {westEnd, north});
+  const auto banks = town.candidates("first bank", {westEnd, north});
   ASSERT_THAT(banks, SizeIs(1));
   EXPECT_EQ(banks.front().place.position.latitude, 10.05);
-  EXPECT_THAT(town().candidates("150 Harbor Street", {westEnd, north}), IsEmpty());
-  EXPECT_THAT(town().suggestions("Harbor", {westEnd, north}), IsEmpty());
+  EXPECT_THAT(town.candidates("150 Harbor Street", {westEnd, north}), IsEmpty());
+  EXPECT_THAT(town.suggestions("Harbor", {westEnd, north}), IsEmpty());
   const Extent acrossMeridian180{{-10, 170}, {10, -170}};
   EXPECT_TRUE(acrossMeridian180.contains({0, 179}));
   EXPECT_TRUE(acrossMeridian180.contains({0, -179}));
   EXPECT_FALSE(acrossMeridian180.contains({0, 0}));
 }
 
-TEST(PlaceSearchTest, SuggestionsMatchAnIncompleteText) {
-  EXPECT_THAT(labels(town().suggestions("Harbor P", {westEnd, {}})),
+TEST_F(PlaceSearchTest, SuggestionsMatchAnIncompleteText) {
+  EXPECT_THAT(labels(town.suggestions("Harbor P", {westEnd, {}})),
               ElementsAre("Harbor Point, Testville, Maryland"));
-  EXPECT_THAT(labels(town().suggestions("Harb", {westEnd, {}})),
+  EXPECT_THAT(labels(town.suggestions("Harb", {westEnd, {}})),
               ElementsAre("Harbor Point, Testville, Maryland", "Harbor Street, Testville, Maryland",
                           "Harbor Street, Sankt Olaf, Maryland",
                           "100 Harbor Street, Testville, Maryland, 21231",
                           "133 Harbor Street, Testville, Maryland, 21231"));
   // Places with equal labels are one suggestion.
-  EXPECT_THAT(labels(town().suggestions("First Bank", {westEnd, {}})), SizeIs(1));
-  EXPECT_THAT(labels(town().suggestions("10", {westEnd, {}})),
+  EXPECT_THAT(labels(town.suggestions("First Bank", {westEnd, {}})), SizeIs(1));
+  EXPECT_THAT(labels(town.suggestions("10", {westEnd, {}})),
               ElementsAre("100 Harbor Street, Testville, Maryland, 21231"));
-  EXPECT_THAT(town().suggestions("10 ", {westEnd, {}}), IsEmpty())
-      << "a space completes the number";
-  EXPECT_THAT(town().suggestions("Harbor Atlantis", {westEnd, {}}), IsEmpty());
+  EXPECT_THAT(town.suggestions("10 ", {westEnd, {}}), IsEmpty()) << "a space completes the number";
+  EXPECT_THAT(town.suggestions("Harbor Atlantis", {westEnd, {}}), IsEmpty());
 }
 
-TEST(PlaceSearchTest, KeysFindTheirPlaceAndWrongKeysNone) {
-  const Gazetteer& gazetteer = *townGazetteer();
-  for (const Place& place : gazetteer.places()) {
-    const auto again = gazetteer.placeWithKey(place.key);
+TEST_F(PlaceSearchTest, KeysFindTheirPlaceAndWrongKeysNone) {
+  for (const Place& place : gazetteer->places()) {
+    const auto again = gazetteer->placeWithKey(place.key);
     ASSERT_TRUE(again) << place.key;
     EXPECT_EQ(again->label(), place.label());
     EXPECT_EQ(again->position, place.position);
   }
-  for (const auto& found : town().suggestions("150 Harbor Street", {westEnd, {}}))
-    EXPECT_EQ(gazetteer.placeWithKey(found.place.key)->label(), found.place.label());
-  const std::string street = town().candidates("Harbor Street", {westEnd, {}}).front().place.key;
+  for (const auto& found : town.suggestions("150 Harbor Street", {westEnd, {}}))
+    EXPECT_EQ(gazetteer->placeWithKey(found.place.key)->label(), found.place.label());
+  const std::string street = town.candidates("Harbor Street", {westEnd, {}}).front().place.key;
   for (const std::string& key :
        {std::string(), street + ".9999", street + ".", street + ".1x", street + ".100",
         street + ".-1", std::string("place.n3.5"), street + ".99999999999"}) {
-    EXPECT_FALSE(gazetteer.placeWithKey(key)) << key;
+    EXPECT_FALSE(gazetteer->placeWithKey(key)) << key;
   }
 }
 
@@ -185,17 +180,6 @@ TEST(FindServiceTest, WrongParametersAreRefusedWithAMessage) {
     EXPECT_THAT(given.body, testing::HasSubstr("location")) << location;
   }
   EXPECT_EQ(answer("suggest", "POST").status, 405);
-}
-
-TEST(FindServiceTest, MagicKeyFindsItsPlaceInsideTheExtentOnly) {
-  const std::string here = "searchExtent=19,9,21,11&magicKey=";
-  for (const auto& [more, count] : {std::pair(here + "place.n3", 1U),
-                                    {here + "street.w1.150", 1U},
-                                    {here + "place.n999", 0U},
-                                    {"searchExtent=0,0,1,1&magicKey=place.n3", 0U}}) {
-    const auto given = answer("findAddressCandidates?singleLine=x&location=20,10&" + more);
-    EXPECT_EQ(JSON::parse(given.body)["candidates"].size(), count) << more;
-  }
 }
 
 // The names and types are those that the library's models read.

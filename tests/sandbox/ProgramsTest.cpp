@@ -15,6 +15,7 @@
 namespace quorvelkit::sandbox::test {
 namespace {
 
+using quorvelkit::test::TestServer, quorvelkit::test::unusedPort;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -62,8 +63,7 @@ TEST_F(QuorvelTest, RoutePrintsTheDepartureTimeOrAnError) {
   const std::string withSandbox = " route --backend " + sandbox.url();
   const std::string arriving =
       withSandbox + routeEnds + " --trace --arrive 2027-01-01T09:00:00+01:00";
-  const std::string unreachable =
-      " --backend http://127.0.0.1:" + std::to_string(quorvelkit::test::unusedPort());
+  const std::string unreachable = " --backend http://127.0.0.1:" + std::to_string(unusedPort());
   expectEach(quorvel,
              {{arriving, 0, "time=2027-01-01T08:00:00Z&requestType=ArrivalTime"},
               {arriving, 0, "Leave at 2027-01-01T07:4"},
@@ -97,12 +97,11 @@ TEST(ReadmeTest, PrintsDirectionsOrAnError) {
       {200, "null", {"", 1, "not a route"}},
       {500, "out of order", {"", 1, "out of order"}}};
   for (const auto& [status, body, expected] : cases) {
-    const quorvelkit::test::TestServer server(
-        [status = status, body = body](const auto& received, auto& connection) {
-          if (received.target.starts_with("/v4/")) return connection.answer(status, body);
-          connection.answer(
-              200, R"({"quorvel-navigation-root-url":"http://)" + received.value("Host") + "\"}");
-        });
+    const TestServer server([status = status, body = body](const auto& received, auto& connection) {
+      if (received.target.starts_with("/v4/")) return connection.answer(status, body);
+      connection.answer(
+          200, R"({"quorvel-navigation-root-url":"http://)" + received.value("Host") + "\"}");
+    });
     expectEach(quorvelReadme, {expected}, ' ' + server.url());
   }
 }
@@ -120,6 +119,7 @@ TEST(QuorvelFindTest, PrintsTheAnswerOrAnError) {
        {"candidates 'First Bank'" + north, 0, "  100  10.05,20.004  "},
        {"candidates 'Harbor Street'" + north, 1, "not inside --extent"},
        {"candidates x --key street.w1.150" + near, 0, "150 Harbor Street, "},
+       {"candidates x --key street.w1.150" + north, 1, "not inside --extent"},
        {"candidates Atlantis" + near, 1, "There is no such place"},
        {"suggest 'Harbor P'" + near, 0, "Harbor Point, Testville"},
        {"suggest 'caf\u00E9 m\u00FC'" + near, 0, "Caf\u00E9 M\u00FCller, 133 Harbor Street"},
@@ -150,7 +150,7 @@ TEST(QuorvelFindTest, PrintsTheAnswerOrAnError) {
 }
 
 TEST(QuorvelFindTest, MissingFindServerIsAnError) {
-  const quorvelkit::test::TestServer server([](const auto&, auto& connection) {
+  const TestServer server([](const auto&, auto& connection) {
     connection.answer(200, R"({"user-token":"11111111-2222-4333-8444-555555555555"})");
   });
   const char* text = "names no find server";

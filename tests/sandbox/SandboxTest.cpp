@@ -4,11 +4,7 @@
 #include "tests/sandbox/TestMaps.h"
 #include "tests/support/Call.h"
 
-#include <QuorvelKit/Calls/QVCall.h>
-#include <QuorvelKit/QVBackendless.h>
-#include <QuorvelKit/QVConfiguration.h>
-#include <QuorvelKit/QVFind.h>
-#include <QuorvelKit/QVNavigation.h>
+#include <QuorvelKit/QuorvelKitAll.h>
 
 #include <gmock/gmock.h>
 

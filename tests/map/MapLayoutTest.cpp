@@ -1,9 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "MapTestSupport.h"
+#include "tests/kit/FakeServer.h"
+
+#include <QuorvelKit/QVRouteWidget.h>
 
 #include <QtTest/QTest>
 
+#include <QFormLayout>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QScrollArea>
+#include <QSplitter>
+#include <QTextEdit>
 #include <algorithm>
 
 namespace quorvelkit::test {
@@ -44,52 +53,43 @@ std::size_t countLabels(const QImage& picture) {
   return labels;
 }
 
-struct MarkersCase {
-  const char* name;
-  // In pixels.
-  std::vector<QPointF> points;
-  const char* title = "origin";
-  // The number of pins that are completely visible.
-  int visiblePins = 0;
-};
-
 TEST(MapLabelTest, LabelsAreCompleteInsideViewAndDoNotOverlap) {
-  const MarkersCase table[] = {
-      {"at a pixel", {{300, 200}}, "origin", 1},
-      {"between pixels", {{300.5, 200.5}, {100.3, 100.7}, {450.75, 300.25}}},
-      {"at the same coordinate", {{300, 200}, {300, 200}, {300, 200}}},
-      {"near each other", {{300, 200}, {312, 203}}, "origin", 1},
-      {"one on the label of the other", {{300, 200}, {300, 150}}, "origin", 2},
-      {"at the edges", {{2, 200}, {598, 200}, {300, 40}, {300, 396}}},
-      {"in the corners", {{3, 3}, {597, 37}, {3, 397}, {597, 397}}},
-      {"at the controls", {{530, 60}, {540, 110}, {60, 408}}, "destination", 2},
-      {"long", {{30, 200}}, "a title that is a bit wider than half of the width of the view"},
-      {"longer than the view",
-       {{200, 200}},
+  // Points in pixels, the title of the markers, and the number of pins that are completely visible.
+  const std::tuple<std::vector<QPointF>, const char*, int> table[] = {
+      {{{300, 200}}, "origin", 1},
+      {{{300.5, 200.5}, {100.3, 100.7}, {450.75, 300.25}}, "between pixels", 0},
+      {{{300, 200}, {300, 200}, {300, 200}}, "same place", 0},
+      {{{300, 200}, {312, 203}}, "origin", 1},
+      {{{300, 200}, {300, 150}}, "origin", 2},
+      {{{2, 200}, {598, 200}, {300, 40}, {300, 396}}, "edges", 0},
+      {{{3, 3}, {597, 37}, {3, 397}, {597, 397}}, "corners", 0},
+      {{{530, 60}, {540, 110}, {60, 408}}, "destination", 2},
+      {{{30, 200}}, "a title that is a bit wider than half of the width of the view", 0},
+      {{{200, 200}},
        "a title that is wider than the view, because it contains the name of the place, the "
        "address "
-       "of the place, the opening hours of the place, and then the name of the next place as "
-       "well"}};
+       "of the place, the opening hours of the place, and then the name of the next place as well",
+       0}};
   for (const Screen screen : {Screen::none, Screen::x11}) {
     const TestApplication application(screen);
-    for (const MarkersCase& row : table) {
+    for (const auto& [places, title, visiblePins] : table) {
       MGLMapView view(QRect(0, 0, 600, 400));
       view.setCenterCoordinate({39.28, -76.62});
       view.setZoomLevel(13);
-      for (const QPointF& place : row.points)
-        view.addAnnotations({makeMarker(view.convertPoint(place), row.title)});
+      for (const QPointF& place : places)
+        view.addAnnotations({makeMarker(view.convertPoint(place), title)});
       view.show();
       QImage picture;
       EXPECT_TRUE(waitUntil([&] {
         picture = view.grab().toImage();
-        return countLabels(picture) == row.points.size();
-      })) << row.name
+        return countLabels(picture) == view.annotations().size();
+      })) << title
           << ": " << countLabels(picture);
       int red = 0;
       for (int i = 0; i < picture.width() * picture.height(); ++i)
         red += isAlike(picture.pixelColor(i % picture.width(), i / picture.width()), pinColor);
       // A pin has more than 300 red pixels.
-      EXPECT_GE(red, 300 * row.visiblePins) << row.name;
+      EXPECT_GE(red, 300 * visiblePins) << title;
     }
   }
 }
@@ -134,6 +134,60 @@ TEST(MapLabelTest, RouteIsShownClearOfVisibleControls) {
     view.setShowsScaleBar(false);
     QTest::keyClick(&view, Qt::Key_Home);
     EXPECT_GT(view.zoomLevel(), level) << "the hidden scale bar needs no space";
+  }
+}
+
+// Puts a map and other widgets into a window.
+QWidget* arrange(const std::string& kind, QWidget* map) {
+  if (kind == "form") {
+    auto* const middle = new QWidget;
+    auto* const form = new QFormLayout(middle);
+    form->addRow("From", new QLineEdit);
+    form->addRow("Route", map);
+    return middle;
+  }
+  if (kind == "splitter") {
+    auto* const splitter = new QSplitter;
+    splitter->addWidget(new QTextEdit);
+    splitter->addWidget(map);
+    return splitter;
+  }
+  auto* const area = new QScrollArea;
+  area->setWidgetResizable(kind == "resizable scroll area");
+  area->setWidget(map);
+  return area;
+}
+
+// The server must start before the application object, because its queue must outlive it.
+TEST(MapSizeTest, MapsFillTheSpaceInLayouts) {
+  const FakeServer server;
+  const TestApplication application(TestApplication::Screen::none);
+  const auto screen = QVViewController::make();
+  // The minimum size of a map in a window of 700 x 600 pixels.
+  const std::pair<const char*, QSize> arrangements[] = {{"form", {500, 400}},
+                                                        {"splitter", {300, 500}},
+                                                        {"scroll area", {480, 360}},
+                                                        {"resizable scroll area", {600, 500}}};
+  for (const auto& [arrangement, minimum] : arrangements) {
+    auto* const route = new QVRouteWidget;
+    for (const auto& controller : {screen, route->controller()}) {
+      controller->setOrigin({1, 2});
+      controller->setDestination({3, 4});
+    }
+    const std::pair<const char*, QWidget*> maps[] = {
+        {"map", new MGLMapView}, {"screen", screen->view()}, {"widget", route}};
+    for (const auto& [kind, map] : maps) {
+      SCOPED_TRACE(std::string(kind) + " in a " + arrangement);
+      QMainWindow window;
+      window.setCentralWidget(arrange(arrangement, map));
+      window.resize(700, 600);
+      window.show();
+      EXPECT_GE(map->width(), minimum.width());
+      EXPECT_GE(map->height(), minimum.height());
+      window.resize(1, 1);
+      EXPECT_GE(map->width(), 160);
+      EXPECT_GE(map->height(), 120);
+    }
   }
 }
 
