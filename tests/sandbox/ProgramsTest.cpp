@@ -48,7 +48,10 @@ TEST_F(QuorvelTest, RoutePrintsDirections) {
 }
 
 TEST_F(QuorvelTest, RoutePrintsJSONAndGeoJSON) {
-  const JSON body = JSON::parse(route(routeEnds + " --json --trace").out);
+  const std::string text = route(routeEnds + " --json --trace").out;
+  for (const char* part : {"interchange", "exitright", "offramp"})
+    EXPECT_THAT(text, HasSubstr('"' + std::string(part) + '"'));
+  const JSON body = JSON::parse(text);
   EXPECT_GT(body["points"].size(), 100U);
   const JSON feature = JSON::parse(route(routeEnds + " --geojson").out);
   EXPECT_EQ(feature["type"].stringValue(), "Feature");
