@@ -263,7 +263,15 @@ TEST(RawValuesTest, EqualTheWireFormat) {
   EXPECT_EQ(allRawValues<QVStreetDirection>(), "north south east west ");
   EXPECT_EQ(allRawValues<QVHighwayType>(), "CA US I Hwy CR SR ");
   EXPECT_EQ(allRawValues<QVOrigin>(), "OSM ArcGIS Quorvel Yelp Foursquare MapBox ");
-  allRawValues<QVResponseKey>();
+  EXPECT_EQ(
+      allRawValues<QVResponseKey>(),
+      "quorvel-navigation-root-url quorvel-find-root-url code message objectId user-token distance "
+      "startNode endNode duration points notify t d lon turn edge node lat say dir st instruct "
+      "name "
+      "func connection hwy number type suggestions origin provide score reviewCount providerUrl "
+      "menuUrl phone categories text magicKey rating isCollection url price location x y Region "
+      "Postal Match_addr Loc_name Address CountryCode PostalExt Neighborhood Subregion City "
+      "candidates attributes Addr_type");
 }
 
 TEST(RawValuesTest, AreFoundByTheExactTextOnly) {
