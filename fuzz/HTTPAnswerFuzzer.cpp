@@ -20,44 +20,24 @@ namespace {
 
 constexpr std::size_t maximumBodySize = 1U << 20U;
 
-// Answers each request with the same bytes and closes the connection. After three requests it
-// answers without a body, to end redirects.
-class Server {
- public:
-  Server() {
-    const auto [socket, address] = test::boundSocket();
-    require(::listen(socket, 64) == 0);
-    url = "http://127.0.0.1:" + std::to_string(ntohs(address.sin_port));
-    std::thread([this, socket = socket] { serve(socket); }).detach();
-  }
-  void setBytes(std::string bytes) {
-    const std::lock_guard lock(mutex_);
-    bytes_ = std::move(bytes);
-    left_ = 3;
-  }
+std::mutex mutex;
+std::string answer;
+int answersLeft = 0;
 
-  std::string url;
-
- private:
-  void serve(int socket) {
+// Starts a server and returns its URL. It sends the answer to each request and closes the
+// connection. If no answers are left, it answers without a body, to end redirects.
+std::string startServer() {
+  const auto [socket, address] = test::boundSocket();
+  require(::listen(socket, 64) == 0);
+  std::thread([socket = socket] {
     for (;;) {
       test::Connection connection(::accept(socket, nullptr, nullptr), nullptr);
       if (!connection.readHeaderBlock()) continue;
-      const std::lock_guard lock(mutex_);
-      connection.send(left_-- > 0 ? bytes_ : "HTTP/1.1 204 Last\r\n\r\n");
+      const std::lock_guard lock(mutex);
+      connection.send(answersLeft-- > 0 ? answer : "HTTP/1.1 204 Last\r\n\r\n");
     }
-  }
-
-  std::mutex mutex_;
-  std::string bytes_;
-  int left_ = 0;
-};
-
-std::shared_ptr<URLSession> sessionThrough(const std::string& proxy) {
-  URLSessionConfiguration configuration;
-  configuration.maximumBodySize = maximumBodySize;
-  configuration.proxy = proxy;
-  return URLSession::make(configuration);
+  }).detach();
+  return "http://127.0.0.1:" + std::to_string(ntohs(address.sin_port));
 }
 
 }  // namespace
@@ -65,19 +45,23 @@ std::shared_ptr<URLSession> sessionThrough(const std::string& proxy) {
 // Input: the bytes that a server sends. The data task ends once, with a complete response or with
 // an error of the session.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-  static auto& server = *new Server;
-  static const auto direct = sessionThrough(""), proxied = sessionThrough(server.url);
+  static const std::string url = startServer();
+  static const auto direct = URLSession::make({.maximumBodySize = maximumBodySize}),
+                    proxied = URLSession::make({.maximumBodySize = maximumBodySize, .proxy = url});
   const std::string text = textOf(bytes, size);
-  server.setBytes(text);
+  {
+    const std::lock_guard lock(mutex);
+    answer = text;
+    answersLeft = 3;
+  }
   // With the server as proxy, a redirect cannot reach another host.
-  std::string lower = text;
-  std::transform(lower.begin(), lower.end(), lower.begin(), [](char c) { return asciiLowered(c); });
-  const bool mayRedirect = lower.find("location") != std::string::npos;
+  const bool mayRedirect =
+      !std::ranges::search(text, std::string_view("location"), {}, asciiLowered).empty();
   std::promise<void> done;
   const auto task =
       (mayRedirect ? proxied : direct)
           ->dataTask(
-              URLRequest(*URL::parse(server.url + "/a")),
+              URLRequest(*URL::parse(url + "/a")),
               [&](const std::optional<Data>& data, const auto& response, const auto& error) {
                 require(data.has_value() != error.has_value());
                 require((response != nullptr) == data.has_value());

@@ -9,25 +9,19 @@ using namespace quorvelkit;
 
 namespace {
 
-// Returns the child at a step, or null if there is none.
-Oracle* child(Oracle& value, const JSONKey& step) {
-  if (step.kind() == JSONKey::Case::key) {
-    return value.is_object() && value.contains(step.key()) ? &value[step.key()] : nullptr;
-  }
-  const auto index = static_cast<std::size_t>(step.index());
-  return value.is_array() && index < value.size() ? &value[index] : nullptr;
+Oracle::json_pointer pointerTo(const std::vector<JSONKey>& path) {
+  Oracle::json_pointer pointer;
+  for (const JSONKey& step : path)
+    pointer /= step.kind() == JSONKey::Case::key ? step.key() : std::to_string(step.index());
+  return pointer;
 }
 
 void write(Oracle& value, const std::vector<JSONKey>& path, const Oracle& object) {
-  Oracle* container = &value;
-  for (std::size_t i = 0; i + 1 < path.size() && container; ++i)
-    container = child(*container, path[i]);
-  if (!container || path.empty()) return;
-  if (container->is_object() && path.back().kind() == JSONKey::Case::key) {
-    (*container)[path.back().key()] = object;
-  } else if (Oracle* element = child(*container, path.back())) {
-    *element = object;
-  }
+  if (path.empty()) return;
+  const auto end = pointerTo(path), container = end.parent_pointer();
+  const bool isMember = path.back().kind() == JSONKey::Case::key && value.contains(container) &&
+                        value[container].is_object();
+  if (isMember || value.contains(end)) value[end] = object;
 }
 
 }  // namespace
@@ -49,13 +43,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
                               : JSONKey(std::string(1, static_cast<char>('a' + step - 3))));
     }
     JSON read = values[source];
-    Oracle* modelRead = &models[source];
-    for (const JSONKey& step : path) {
+    for (const JSONKey& step : path)
       read = read[step];
-      modelRead = modelRead ? child(*modelRead, step) : nullptr;
-    }
-    if (read.error().has_value() != (modelRead == nullptr)) std::abort();
-    const Oracle object = modelRead ? *modelRead : Oracle();
+    const bool exists = models[source].contains(pointerTo(path));
+    if (read.error().has_value() == exists) std::abort();
+    const Oracle object = exists ? models[source][pointerTo(path)] : Oracle();
     if (read != fromOracle(object) || values[source][path] != read) std::abort();
     if (object.dump().size() > 2000) break;
     switch (input.ConsumeIntegralInRange(0, 3)) {

@@ -19,8 +19,7 @@ FaultTable::FaultTable()
           otherServerRequests_ += received.headerBlock + received.body;
         }
         to.answer(200, R"({"from":"elsewhere"})");
-      }),
-      silentServer_([](Connection& connection) { connection.stall(); }) {
+      }) {
   addConnecting();
   addTLS();
   addEarlyEnds();

@@ -7,11 +7,8 @@
 #include "tests/support/Certificates.h"
 #include "tests/support/TestServer.h"
 
-#include <QuorvelPlatform/URLRequest.h>
-
 #include <chrono>
 #include <cstdint>
-#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -55,8 +52,6 @@ struct Conditions {
   bool reusesConnection = false;
   std::optional<IdleEvent> idleEvent = {};
   bool isOffline = false;
-  /// Changes the request before it is sent.
-  std::function<void(URLRequest&)> changeRequest = {};
   /// The result of a POST, if it is different.
   std::optional<Expected> expectedOfPost = {};
 };
@@ -72,12 +67,11 @@ struct Fault {
 
   /// Returns true if the script alone causes the fault.
   bool needsOnlyServer() const {
-    return conditions.timeout.count() == 0 && !conditions.reusesConnection &&
-           !conditions.isOffline && !conditions.changeRequest;
+    return conditions.timeout.count() == 0 && !conditions.reusesConnection && !conditions.isOffline;
   }
 };
 
-/// All rows, and two servers that several rows use.
+/// All rows, and a server that several rows use.
 class FaultTable {
  public:
   /// The body limit of the session under test, in bytes.
@@ -110,7 +104,7 @@ class FaultTable {
   const Certificates certificates_;
   mutable std::mutex mutex_;
   std::string otherServerRequests_;
-  TestServer otherServer_, silentServer_;
+  TestServer otherServer_;
   std::vector<Fault> rows_;
 };
 

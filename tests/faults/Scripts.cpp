@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/faults/Scripts.h"
 
-#include <algorithm>
-#include <bitset>
+#include <zlib.h>
+
 #include <cstdint>
+#include <new>
 #include <sstream>
 
 namespace quorvelkit::test {
@@ -16,46 +17,22 @@ const std::string helloDeflate("\x78\x9c\xcb\x48\xcd\xc9\xc9\x57\xc8\x40\x90\x00
                                16);
 const std::string helloBrotli("\x0b\x02\x80hello\x03", 9);
 
-// Builds the stream bit by bit, as text: a literal, then copies with the maximum length and the
-// distance 1, with fixed Huffman codes (RFC 1951, section 3.2.6).
-std::string gzipBomb(std::size_t size) {
-  std::string bits = "110";  // last block, fixed codes
-  bits += std::bitset<8>(0x30 + 'x').to_string();
-  for (std::size_t made = 1; made < size; made += 258)
-    bits += "1100010100000";  // length 258, distance 1
-  bits += "0000000";          // end of block
-  bits.resize((bits.size() + 7) / 8 * 8, '0');
-  std::string stream("\x1f\x8b\x08\x00\x00\x00\x00\x00\x02\x03", 10);
-  // The first bit of each byte is the least significant one.
-  std::reverse(bits.begin(), bits.end());
-  for (std::size_t at = bits.size(); at > 0; at -= 8)
-    stream += static_cast<char>(std::bitset<8>(bits, at - 8, 8).to_ulong());
-  return stream;
-}
-
-std::string storedGzip(const std::string& text) {
-  constexpr std::size_t maximumBlockSize = 65535;
-  const auto littleEndian = [](std::uint32_t number, int bytes) {
-    std::string letters;
-    for (; bytes-- > 0; number >>= 8U)
-      letters += static_cast<char>(number & 0xFFU);
-    return letters;
-  };
-  std::string stream("\x1f\x8b\x08\x00\x00\x00\x00\x00\x02\x03", 10);
-  std::uint32_t checksum = 0xFFFFFFFFU;
-  for (std::size_t at = 0; at < text.size(); at += maximumBlockSize) {
-    const std::string block = text.substr(at, maximumBlockSize);
-    const auto size = static_cast<std::uint32_t>(block.size());
-    stream += at + maximumBlockSize < text.size() ? '\0' : '\1';
-    stream += littleEndian(size, 2) + littleEndian(~size, 2) + block;
-    for (const char letter : block) {
-      checksum ^= static_cast<unsigned char>(letter);
-      for (int bit = 0; bit < 8; ++bit)
-        checksum = checksum >> 1U ^ (checksum % 2 == 1 ? 0xEDB88320U : 0);
-    }
-  }
-  return stream + littleEndian(~checksum, 4) +
-         littleEndian(static_cast<std::uint32_t>(text.size()), 4);
+std::string gzip(const std::string& text) {
+  z_stream stream{};
+  constexpr int gzipFormat = MAX_WBITS + 16, memoryLevel = 8;
+  if (deflateInit2(&stream, Z_BEST_COMPRESSION, Z_DEFLATED, gzipFormat, memoryLevel,
+                   Z_DEFAULT_STRATEGY) != Z_OK)
+    throw std::bad_alloc();
+  std::string bytes(deflateBound(&stream, text.size()), '\0');
+  std::string copy = text;
+  stream.next_in = reinterpret_cast<Bytef*>(copy.data());
+  stream.avail_in = static_cast<uInt>(copy.size());
+  stream.next_out = reinterpret_cast<Bytef*>(bytes.data());
+  stream.avail_out = static_cast<uInt>(bytes.size());
+  deflate(&stream, Z_FINISH);
+  bytes.resize(stream.total_out);
+  deflateEnd(&stream);
+  return bytes;
 }
 
 std::string chunked(const std::string& body, std::size_t pieceSize) {

@@ -14,10 +14,8 @@ namespace quorvelkit::test {
 
 /// "hello hello hello", encoded.
 extern const std::string helloGzip, helloDeflate, helloBrotli;
-/// A gzip stream of this many "x", without its trailer.
-std::string gzipBomb(std::size_t size);
-/// A complete gzip stream of a text, without compression.
-std::string storedGzip(const std::string& text);
+/// A gzip stream of a text.
+std::string gzip(const std::string& text);
 
 /// A body in chunks of this size, with chunk extensions and a trailer.
 std::string chunked(const std::string& body, std::size_t pieceSize);

@@ -5,6 +5,9 @@
 
 #include <openssl/ssl.h>
 
+#include <algorithm>
+#include <stdexcept>
+
 namespace quorvelkit::test {
 
 void FaultTable::addConnecting() {
@@ -46,26 +49,28 @@ void FaultTable::addTLS() {
   };
   const auto untrusted = fails(E::serverCertificateUntrusted),
              unknownRoot = fails(E::serverCertificateHasUnknownRoot);
-  Fault oldVersion = row("no common version", goodServer(), fails(E::secureConnectionFailed));
+  // A server with a bad certificate must not receive a request.
+  const auto unused = [](Connection& connection) {
+    if (connection.read()) throw std::logic_error("A server that is not trusted got a request.");
+  };
+  constexpr auto failed = E::secureConnectionFailed;
+  Fault oldVersion = row("no common version", unused, fails(failed));
   oldVersion.conditions.highestTLSVersion = TLS1_1_VERSION;
-  Fault wrongName = row("certificate for the address only", goodServer(), untrusted);
+  Fault wrongName = row("certificate for the address only", unused, untrusted);
   wrongName.conditions.root = "https://one.test:PORT";
   add("TLS",
       {
           row("trusted", goodServer(), answers(200)),
-          row("expired", goodServer(), fails(E::serverCertificateHasBadDate), "expired"),
-          row("not yet valid", goodServer(), fails(E::serverCertificateNotYetValid),
-              "not-yet-valid"),
-          row("wrong host", goodServer(), untrusted, "other-host"),
+          row("expired", unused, fails(E::serverCertificateHasBadDate), "expired"),
+          row("not yet valid", unused, fails(E::serverCertificateNotYetValid), "not-yet-valid"),
+          row("wrong host", unused, untrusted, "other-host"),
           wrongName,
-          row("unknown authority", goodServer(), unknownRoot, "untrusted"),
-          row("self-signed", goodServer(), untrusted, "self-signed"),
+          row("unknown authority", unused, unknownRoot, "untrusted"),
+          row("self-signed", unused, untrusted, "self-signed"),
           oldVersion,
-          plain("HTTP instead of TLS", sendThen(goodAnswer, Ending::stall, false),
-                E::secureConnectionFailed),
-          plain("closed instead of a handshake", sendThen("", Ending::close, false),
-                E::secureConnectionFailed),
-          plain("reset in the handshake", resetting, E::secureConnectionFailed),
+          plain("HTTP instead of TLS", sendThen(goodAnswer, Ending::stall, false), failed),
+          plain("closed instead of a handshake", sendThen("", Ending::close, false), failed),
+          plain("reset in the handshake", resetting, failed),
           plain("stall in the handshake", sendThen("", Ending::stall, false), E::timedOut,
                 shortTimeout),
           row("closed instead of an answer", sendAndClose(""), fails(E::networkConnectionLost)),
@@ -152,41 +157,34 @@ void FaultTable::addConnectionReuse() {
       });
 }
 
-// A second call, which starts a little later and receives nothing, tells when the time-out is over.
+// The answer takes longer than the time-out, but some bytes arrive all the time.
 void FaultTable::addSlowAnswers() {
-  constexpr auto timeout = 500ms;
-  constexpr auto pause = 5ms;
-  const std::string spaces(5000, ' ');
-  std::string lines;
-  for (int i = 0; i < 900; ++i)
-    lines += "A: b\r\n";
+  static constexpr auto timeout = 500ms, pause = 5ms;
   // Sends the start at once, the middle in small pieces, and the end after the time-out.
-  const auto sendSlowly = [=, this](std::string start, std::string middle, std::size_t pieceSize,
-                                    std::string end) {
-    return [=, this](Connection& connection) {
-      URLRequest idleRequest = requestFor(silentServer_.url());
-      idleRequest.setTimeoutInterval(timeout);
-      const Call idleCall(idleRequest);
+  const auto row = [](const char* name, const std::string& start, const std::string& middle,
+                      std::size_t pieceSize, const std::string& end, const std::string& body) {
+    const auto script = [=](Connection& connection) {
       if (!connection.read()) return;
-      idleCall.task->resume();
       connection.send(start);
-      std::size_t sent = 0;
-      for (; !idleCall.isDone(pause) && sent + pieceSize < middle.size(); sent += pieceSize)
-        connection.send(std::string_view(middle).substr(sent, pieceSize));
-      idleCall.result();
-      connection.send(middle.substr(sent) + end);
+      std::string_view left = middle;
+      repeatUntilTimeout(timeout, pause, [&] {
+        connection.send(left.substr(0, pieceSize));
+        left.remove_prefix(std::min(pieceSize, left.size()));
+      });
+      connection.send(std::string(left) + end);
     };
+    return Fault{name, script, answers(200, body), {.timeout = timeout}};
   };
-  add("slow answer", {
-                         {"in the header block",
-                          sendSlowly(ok, lines, 6, goodAnswer.substr(ok.size())),
-                          answers(200),
-                          {.timeout = timeout}},
-                         {"in the body",
-                          sendSlowly(header(200, "Content-Length: 5002\r\n\r\n"), spaces, 1, "{}"),
-                          answers(200, spaces + "{}"),
-                          {.timeout = timeout}},
-                     });
+  const std::string spaces(5000, ' '), line = "A: b\r\n";
+  std::string lines;
+  while (lines.size() < 900 * line.size())
+    lines += line;
+  add("slow answer",
+      {
+          row("in the header block", ok, lines, line.size(), goodAnswer.substr(ok.size()), "{}"),
+          row("in the body", header(200, "Content-Length: 5002\r\n\r\n"), spaces, 1, "{}",
+              spaces + "{}"),
+      });
 }
 
 void FaultTable::addHTTP2() {
@@ -198,30 +196,29 @@ void FaultTable::addHTTP2() {
                  std::move(expected),
                  {.certificate = "good", .http2 = true, .timeout = timeout}};
   };
-  constexpr int noError = 0, internalError = 2, refusedStream = 7, cancel = 8;
   const auto lost = fails(E::networkConnectionLost);
-  const std::string body = frame(data, endStream, "{}"), part = frame(data, 0, "{"),
-                    goAwayFrame = frame(goAway, 0, std::string(8, '\0'), 0);
+  const auto loses = [&](const char* name, const std::string& frames) {
+    return row(name, answering(frames), lost);
+  };
+  constexpr int noError = 0, internalError = 2, refusedStream = 7, cancel = 8;
+  const std::string body = frame(data, endStream, "{}"), part = frame(data, 0, "{");
   add("HTTP/2",
       {
           row("complete", answering(http2::ok() + body), answers(200)),
-          row("stream reset instead of an answer", answering(reset(internalError)), lost),
-          row("stream refused", answering(reset(refusedStream)), lost),
-          row("stream reset after the header block", answering(http2::ok() + reset(internalError)),
-              lost),
-          row("stream reset in the body", answering(http2::ok() + part + reset(cancel)), lost),
-          row("stream reset in the body, without an error",
-              answering(http2::ok() + part + reset(noError)), lost),
-          row("GOAWAY instead of an answer", answering(goAwayFrame, false), lost),
+          loses("stream reset instead of an answer", reset(internalError)),
+          loses("stream refused", reset(refusedStream)),
+          loses("stream reset after the header block", http2::ok() + reset(internalError)),
+          loses("stream reset in the body", http2::ok() + part + reset(cancel)),
+          loses("stream reset, without an error", http2::ok() + part + reset(noError)),
+          row("GOAWAY instead of an answer",
+              answering(frame(goAway, 0, std::string(8, '\0'), 0), false), lost),
           row("closed in the body", answering(http2::ok() + part, false), lost),
           row("stall in the body", answering(http2::ok() + part), fails(E::timedOut), shortTimeout),
-          row("shorter than its length", answering(http2::ok(9) + body), lost),
-          row("longer than its length", answering(http2::ok(1) + body), lost),
-          row("body without a header block", answering(body), lost),
-          row("invalid header block", answering(frame(headers, endHeaders, "\xff\xff\xff\xff\xff")),
-              lost),
-          row("frame larger than allowed", answering(frame(data, 0, std::string(20'000, 'x'))),
-              lost),
+          loses("shorter than its length", http2::ok(9) + body),
+          loses("longer than its length", http2::ok(1) + body),
+          loses("body without a header block", body),
+          loses("invalid header block", frame(headers, endHeaders, "\xff\xff\xff\xff\xff")),
+          loses("frame larger than allowed", frame(data, 0, std::string(20'000, 'x'))),
           row("HTTP/1.1 instead", sendThen(goodAnswer, Ending::stall, false), lost),
       });
 }

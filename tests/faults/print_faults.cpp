@@ -4,23 +4,24 @@
 
 #include <iostream>
 
+using namespace quorvelkit::test;
+
+namespace {
+
+std::string textOf(const Expected& expected) {
+  if (expected.code < 0) return "URLError " + std::to_string(expected.code);
+  return "status " + std::to_string(expected.status) + (expected.code > 0 ? ", an error" : "");
+}
+
+}  // namespace
+
 int main() {
-  const quorvelkit::test::FaultTable table;
+  const FaultTable table;
   std::cout << "| # | group | fault | what the call delivers |\n|---|---|---|---|\n";
   int number = 0;
   for (const auto& [name, script, expected, conditions, group] : table.rows()) {
-    std::cout << "| " << ++number << " | " << group << " | " << name << " | ";
-    if (expected.code < 0) {
-      std::cout << "URLError " << expected.code;
-    } else {
-      std::cout << "status " << expected.status << (expected.code > 0 ? ", an error" : "");
-    }
-    if (conditions.expectedOfPost) {
-      std::cout << " (of a POST: "
-                << (conditions.expectedOfPost->code < 0 ? conditions.expectedOfPost->code
-                                                        : conditions.expectedOfPost->status)
-                << ')';
-    }
-    std::cout << " |\n";
+    std::cout << "| " << ++number << " | " << group << " | " << name << " | " << textOf(expected);
+    const auto& ofPost = conditions.expectedOfPost;
+    std::cout << (ofPost ? " (of a POST: " + textOf(*ofPost) + ")" : "") << " |\n";
   }
 }

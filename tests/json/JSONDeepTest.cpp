@@ -1,26 +1,24 @@
 // SPDX-License-Identifier: Apache-2.0
+// Large documents on a small stack, and a document that several threads use.
 #include <QuorvelKit/JSON/JSON.h>
 
 #include <gtest/gtest.h>
 #include <pthread.h>
 
 #include <functional>
+#include <latch>
+#include <thread>
 
 namespace quorvelkit {
 namespace {
 
 // Runs a function on a thread with a stack of 256 KiB.
-void onSmallStack(std::function<void()> block) {
+void onSmallStack(const std::function<void()>& block) {
   pthread_attr_t attributes;
   ASSERT_EQ(pthread_attr_init(&attributes), 0);
   ASSERT_EQ(pthread_attr_setstacksize(&attributes, 256 * 1024), 0);
-  pthread_t thread = {};
-  const auto run = [](void* argument) -> void* {
-    (*static_cast<std::function<void()>*>(argument))();
-    return nullptr;
-  };
-  ASSERT_EQ(pthread_create(&thread, &attributes, run, &block), 0);
-  pthread_join(thread, nullptr);
+  ASSERT_EQ(pthread_setattr_default_np(&attributes), 0);
+  std::thread(block).join();
   pthread_attr_destroy(&attributes);
 }
 
@@ -29,13 +27,9 @@ constexpr int depth = 50'000;
 // Returns a leaf inside alternating arrays and maps.
 JSON nested(const Value& leaf, int levels = depth) {
   Value value = leaf;
-  for (int i = 0; i < levels; ++i) {
-    if (i % 2 == 0) {
-      value = Value(ValueArray{std::move(value), 1});
-    } else {
-      value = Value(ValueMap{{"k", std::move(value)}});
-    }
-  }
+  for (int i = 0; i < levels; ++i)
+    value = i % 2 == 0 ? Value(ValueArray{std::move(value), 1})
+                       : Value(ValueMap{{"k", std::move(value)}});
   return value;
 }
 
@@ -114,6 +108,41 @@ TEST(JSONDeepTest, WideAndDeepDocumentsAreCopiedAndWritten) {
     for (std::size_t i = 0; i < deepest.size(); ++i)
       ASSERT_EQ(JSON::parse(deepest.substr(0, i)).type(), JSON::Type::null);
   });
+}
+
+// Every thread reads one shared value and writes to copies of it.
+TEST(JSONThreadTest, ThreadsReadOneValueAndWriteToCopies) {
+  constexpr int threads = 4;
+  const JSON document = JSON::parse(
+      R"({"points":[{"lat":1.5,"name":"first"},{"lat":2.5,"name":"second"}],"n":{"m":[1,2,3]}})");
+  JSON changed = document;
+  changed.set({"n", "m", 0}, "changed");
+  for (const JSON& shared : {document, changed}) {
+    const std::string before = shared.description();
+    std::latch start(threads);
+    std::vector<std::thread> running;
+    for (int id = 0; id < threads; ++id) {
+      running.emplace_back([&, id] {
+        start.arrive_and_wait();
+        for (int i = 0; i < 200; ++i) {
+          EXPECT_EQ((shared[{"points", 1, "name"}].stringValue()), "second");
+          EXPECT_EQ(shared["points"].arrayValue().size(), 2U);
+          EXPECT_FALSE(shared["missing and long enough for the heap"].exists());
+          EXPECT_EQ(shared, shared);
+          JSON own = shared;
+          JSON other = own["n"];
+          own.set({"n", "m", 2}, id);
+          own.set({"points", 0, "lat"}, own["n"]);
+          other.set("m", i);
+          EXPECT_EQ((own[{"n", "m", 2}]), id);
+          EXPECT_EQ((own[{"points", 0, "lat", "m", 2}]), id);
+        }
+      });
+    }
+    for (std::thread& thread : running)
+      thread.join();
+    EXPECT_EQ(shared.description(), before);
+  }
 }
 
 }  // namespace

@@ -21,8 +21,6 @@ TEST(JSONOutputTest, WritesCompactPrettyAndSortedText) {
   EXPECT_EQ(json.description(),
             "{\n  \"b\": [\n    1,\n    2.5,\n    \"\xC3\xA9\\\"\\\\\\n\\u0001\x7F/\"\n  ],\n"
             "  \"a\": {},\n  \"c\": [],\n  \"\": null\n}");
-  EXPECT_EQ(json.rawData(JSONWritingOptions::sortedKeys)->view().substr(0, 23),
-            "{\"\":null,\"a\":{},\"b\":[1,");
   EXPECT_THAT(
       std::string(
           json.rawData(JSONWritingOptions::sortedKeys | JSONWritingOptions::prettyPrinted)->view()),
@@ -77,7 +75,6 @@ TEST(JSONOutputTest, RawStringDecodesBytesWithEncoding) {
   EXPECT_EQ(decoded(accented, TextEncoding::ascii), std::nullopt);
   EXPECT_EQ(decoded(accented, TextEncoding::isoLatin1), "[\"\xC3\x83\xC2\xA9\"]");
   EXPECT_EQ(decoded(JSON::makeArray({1}), TextEncoding::ascii), "[1]");
-  EXPECT_EQ(decoded(JSON::makeArray({1}), TextEncoding::utf16), std::nullopt) << "three bytes";
   EXPECT_EQ(decoded(JSON::makeArray({}), TextEncoding::utf16BigEndian), "\u5B5D");
 }
 

@@ -43,15 +43,10 @@ static_assert(!MakesMap<std::vector<int>> && !MakesMap<std::map<int, int>>);
 
 JSON error900() { return JSON::makeArray({1})[7]; }
 
-TEST(JSONTest, RawValuesOfTypesAre0To6) {
-  const Type types[] = {Type::number,     Type::string, Type::bool_,  Type::array,
-                        Type::dictionary, Type::null,   Type::unknown};
-  for (int raw = 0; raw < 7; ++raw) {
-    EXPECT_EQ(JSON::typeFromRawValue(raw), types[raw]);
-    EXPECT_EQ(static_cast<int>(types[raw]), raw);
-  }
-  EXPECT_FALSE(JSON::typeFromRawValue(-1) || JSON::typeFromRawValue(7));
-}
+static_assert(static_cast<int>(Type::number) == 0 && static_cast<int>(Type::string) == 1 &&
+              static_cast<int>(Type::bool_) == 2 && static_cast<int>(Type::array) == 3 &&
+              static_cast<int>(Type::dictionary) == 4 && static_cast<int>(Type::null) == 5 &&
+              static_cast<int>(Type::unknown) == 6);
 
 TEST(JSONTest, ConvertsFromEveryKindOfObject) {
   const std::string text = "text";
@@ -62,25 +57,19 @@ TEST(JSONTest, ConvertsFromEveryKindOfObject) {
       {JSON::null(), Type::null, "null"},
       {JSON::nullJSON(), Type::null, "null"},
       {true, Type::bool_, "true"},
-      {Number(false), Type::bool_, "false"},
       {1, Type::number, "1"},
-      {std::int8_t{-1}, Type::number, "-1"},
       {std::numeric_limits<std::uint64_t>::max(), Type::number, "18446744073709551615"},
       {1.5F, Type::number, "1.5"},
-      {2.0, Type::number, "2"},
       {Decimal::parse("0.1"), Type::number, "0.1"},
       {"literal", Type::string, "literal"},
       {text, Type::string, "text"},
       {std::string_view(text), Type::string, "text"},
-      {std::string("moved"), Type::string, "moved"},
       {std::optional(5), Type::number, "5"},
       {std::optional<bool>(), Type::null, "null"},
       {std::optional<JSON>("text"), Type::string, "text"},
       {JSON(ValueArray{}), Type::array, "[]"},
-      {JSON(ValueMap{}), Type::dictionary, "{}"},
       {JSON(std::vector<JSON>{1, "a"}), Type::array, "[\n  1,\n  \"a\"\n]"},
       {JSON(JSONMap{{"k", 1}}), Type::dictionary, "{\n  \"k\": 1\n}"},
-      {JSON::makeArray({}), Type::array, "[]"},
       {JSON::makeDictionary({{"a", 1}, {"b", 2}, {"a", JSON::makeArray({})}}), Type::dictionary,
        "{\n  \"a\": [],\n  \"b\": 2\n}"},
       {Value::unsupported(std::any(3)), Type::unknown, "unknown"},
@@ -88,28 +77,28 @@ TEST(JSONTest, ConvertsFromEveryKindOfObject) {
   for (const auto& [json, type, description] : cases) {
     SCOPED_TRACE(description);
     EXPECT_EQ(json.type(), type);
+    EXPECT_EQ(JSON::typeFromRawValue(static_cast<int>(type)), type);
     EXPECT_EQ(json.description(), description);
     EXPECT_EQ(json.debugDescription(), description);
     EXPECT_EQ(json.error().has_value(), type == Type::unknown);
     EXPECT_TRUE(json.exists());
     EXPECT_EQ(JSON::fromRawValue(json.rawValue()), std::optional(JSON(json.object())));
   }
+  EXPECT_FALSE(JSON::typeFromRawValue(-1) || JSON::typeFromRawValue(7));
 }
 
 TEST(JSONTest, ConvertsFromRanges) {
   using Map = std::map<std::string, std::vector<std::optional<double>>>;
   const Map map = {{"a", {1.5, {}}}, {"b", {}}};
   const std::vector<std::pair<const char*, int>> pairs = {{"x", 1}, {"y", 2}, {"x", 3}};
-  std::vector<JSON> list{1, "two"};
+  const std::vector<JSON> list{1, "two"};
   const int numbers[] = {1, 2, 3};
   const std::pair<JSON, const char*> cases[] = {
       {JSON::makeArray(list), R"([1,"two"])"},
       {JSON::makeArray(std::vector<bool>{true, false}), "[true,false]"},
-      {JSON::makeArray(std::vector<std::string>()), "[]"},
       {JSON::makeArray(numbers), "[1,2,3]"},
       {JSON::makeArray(std::set{2.5F, 1.5F}), "[1.5,2.5]"},
       {JSON::makeArray(std::vector<Map>{map, {}}), R"([{"a":[1.5,null],"b":[]},{}])"},
-      {JSON::makeArray(ValueArray{Value(ValueArray{1})}), "[[1]]"},
       {JSON::makeArray(std::vector<std::optional<std::vector<JSON>>>{list, {}}),
        R"([[1,"two"],null])"},
       {JSON::makeDictionary(map), R"({"a":[1.5,null],"b":[]})"},
@@ -122,24 +111,15 @@ TEST(JSONTest, ConvertsFromRanges) {
   for (const auto& [json, text] : cases)
     EXPECT_EQ(json.rawString(TextEncoding::utf8, JSONWritingOptions::none), text);
 
-  // A container in braces is copied, with every compiler. Values work in standard containers.
+  // A container in braces is copied, with every compiler.
   const ValueArray objects{1, 2};
   EXPECT_EQ((std::vector<JSON>{list}), list);
   EXPECT_EQ((ValueArray{objects}), objects);
-  std::ranges::sort(list = {3, 1, 2});
-  std::swap(list[0], list[2]);
-  list.insert(list.begin(), "front");
-  list.erase(list.begin() + 1);
-  EXPECT_EQ(list, (std::vector<JSON>{"front", 2, 1}));
-  std::optional<JSON> maybe = list[0];
-  maybe = 5;
-  EXPECT_EQ(maybe, 5);
 }
 
 TEST(JSONTest, UnsupportedValueMakesTypeUnknown) {
   JSON json(Value::unsupported(std::string("thing")));
   EXPECT_EQ(json.error()->code(), ErrorUnsupportedType);
-  EXPECT_EQ(json.error()->domain(), ErrorDomain);
   EXPECT_EQ(json.error()->localizedDescription(), "It is a unsupported type");
   EXPECT_TRUE(json.object().isNull());
   EXPECT_EQ(JSON::fromRawValue(Value::unsupported(1)), std::nullopt);
@@ -161,15 +141,11 @@ TEST(JSONTest, UnsupportedValueMakesTypeUnknown) {
 }
 
 TEST(JSONTest, ParserSetsErrorArgumentOnly) {
+  constexpr auto any = JSONReadingOptions::allowFragments, none = JSONReadingOptions::none;
   const std::tuple<const char*, JSONReadingOptions, Type, bool> cases[] = {
-      {"\"abc\"", JSONReadingOptions::allowFragments, Type::string, false},
-      {"null", JSONReadingOptions::allowFragments, Type::null, false},
-      {"null", JSONReadingOptions::none, Type::null, true},
-      {"12", JSONReadingOptions::none, Type::null, true},
-      {"[]", JSONReadingOptions::none, Type::array, false},
-      {"{}", JSONReadingOptions::none, Type::dictionary, false},
-      {"{\"a\":", JSONReadingOptions::allowFragments, Type::null, true},
-  };
+      {"\"abc\"", any, Type::string, false}, {"null", any, Type::null, false},
+      {"null", none, Type::null, true},      {"[]", none, Type::array, false},
+      {"{\"a\":", any, Type::null, true},    {"\xFF", any, Type::null, true}};
   for (const auto& [text, options, type, fails] : cases) {
     SCOPED_TRACE(text);
     // Each call overwrites its error argument.
@@ -178,7 +154,6 @@ TEST(JSONTest, ParserSetsErrorArgumentOnly) {
                              JSON::parse(text, options, &errors[1])}) {
       EXPECT_EQ(json.type(), type);
       EXPECT_EQ(json.error(), std::nullopt);
-      EXPECT_TRUE(json.exists());
     }
     for (const std::optional<Error>& error : errors) {
       ASSERT_EQ(error.has_value(), fails);
@@ -187,8 +162,6 @@ TEST(JSONTest, ParserSetsErrorArgumentOnly) {
       EXPECT_EQ(error->code(), ErrorInvalidJSON);
     }
   }
-  EXPECT_EQ(JSON(Data(std::string("[1]"))), JSON::parse("[1]"));
-  EXPECT_EQ(JSON::parse("\xFF").type(), Type::null);
 }
 
 TEST(JSONTest, IteratesOverPairs) {
@@ -199,12 +172,14 @@ TEST(JSONTest, IteratesOverPairs) {
   EXPECT_THAT(map, testing::ElementsAre(Pair("b", 1), Pair("a", 2)));
   map.set("c", 3);
   EXPECT_THAT(map, testing::ElementsAre(Pair("b", 1), Pair("a", 2), Pair("c", 3)));
-  auto position = array.begin();
-  EXPECT_EQ(*position++, Pair("0", 5));
-  EXPECT_EQ(*position, Pair("1", "x"));
   EXPECT_EQ(array.startIndex(), JSONIndex::array(0));
   EXPECT_EQ(array.endIndex(), JSONIndex::array(2));
   EXPECT_EQ(map[map.startIndex().next()], Pair("a", 2));
+  const JSONIndex one = JSONIndex::array(1), two = JSONIndex::array(2), none = JSONIndex::null();
+  EXPECT_TRUE(one < two && two > one && one != two && one == one && one <= one);
+  EXPECT_TRUE(none == none && !(none < none) && none.next() == none);
+  for (const JSONIndex other : {JSONIndex::dictionary(1), none})
+    EXPECT_FALSE(one == other || one < other || one > other || one <= other || one >= other);
   for (const JSON& other :
        {JSON(), JSON(1), JSON("text"), JSON(true), error900(), JSON(Value::unsupported(1))}) {
     EXPECT_TRUE(other.empty());
@@ -231,7 +206,8 @@ TEST(JSONTest, WritesDuringIterationDoNotAffectTheLoop) {
     // An iterator stays valid after its value is overwritten.
     JSON::Iterator position = map.begin();
     map = JSON();
-    EXPECT_EQ(*++position, JSON::value_type("a", JSON::makeArray({2})));
+    EXPECT_EQ(*position++, JSON::value_type("b", JSON::makeArray({1})));
+    EXPECT_EQ(*position, JSON::value_type("a", JSON::makeArray({2})));
   }
   const auto isB = [](const JSON::value_type& pair) { return pair.first == "b"; };
   const auto found = std::ranges::find_if(JSON::parse(R"({"a":1,"b":[2]})"), isB);
@@ -239,33 +215,14 @@ TEST(JSONTest, WritesDuringIterationDoNotAffectTheLoop) {
   EXPECT_EQ(JSON::parse("[5]").begin()->first, "0");
 }
 
-TEST(JSONTest, IndexesCompareWithinTheirCaseOnly) {
-  const JSONIndex one = JSONIndex::array(1), two = JSONIndex::array(2), none = JSONIndex::null();
-  EXPECT_TRUE(one < two && two > one && one != two && one == one && one <= one);
-  EXPECT_TRUE(none == none && !(none < none) && none.next() == none);
-  for (const JSONIndex other : {JSONIndex::dictionary(1), none})
-    EXPECT_FALSE(one == other || one < other || one > other || one <= other || one >= other);
-}
-
 // The tests of the models contain tables of the values that each read accepts.
-TEST(JSONTest, ViewReadsDoNotConvert) {
-  const JSON json = JSON::parse(R"({"i":3,"a":[1,"x"]})");
-  const ValueView number = json.view().member("i").value(), list = json.view().memberAt(1).second;
-  EXPECT_EQ(number.kind(), ValueView::Kind::number);
-  EXPECT_EQ(list.kind(), ValueView::Kind::array);
-  EXPECT_EQ(list.element(1).text(), "x");
-  EXPECT_TRUE(list.element(2).isNull());
+TEST(JSONTest, ViewsWithoutSuchAChildAreNull) {
+  const JSON json = JSON::parse(R"({"a":[1]})");
+  const ValueView list = json.view().memberAt(0).second;
   EXPECT_TRUE(json.view().memberAt(99).second.isNull());
-  EXPECT_TRUE(number.element(0).isNull());
-  EXPECT_EQ(number.member("x"), std::nullopt);
-  EXPECT_EQ(json.view().member("none"), std::nullopt);
-  // The null of an absent member is a plain null when it is stored.
-  const Value kept(ValueMap{{"none", Value(json.view().memberOrNull("none"))}});
-  EXPECT_EQ(kept.member("none"), Value());
-  EXPECT_EQ(Value(Decimal::parse("12e1")).exactInt64(), 120);
+  EXPECT_TRUE(json.view().element(0).isNull() && list.element(1).isNull());
+  EXPECT_EQ(list.member("x"), std::nullopt);
   EXPECT_EQ(Value(Decimal::parse("1.2")).number(), 1.2);
-  EXPECT_EQ(Value(-9223372036854775808.0).exactInt64(), INT64_MIN);
-  EXPECT_EQ(Value(9223372036854775808.0).exactInt64(), std::nullopt);
 }
 
 }  // namespace

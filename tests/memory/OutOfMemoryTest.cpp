@@ -15,6 +15,7 @@
 #include <sys/prctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <climits>
@@ -69,28 +70,23 @@ int startServerProcess() {
   if (pipe(ends) != 0) return 0;
   if (fork() == 0) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-    const TestServer server([](const ReceivedRequest& received, Connection& to) {
-      const auto asks = [&](std::string_view path) {
-        return received.target.find(path) != std::string::npos;
-      };
-      if (asks("/moved/")) {
-        to.answer(302, "", "Location: /plain/v4/route\r\nSet-Cookie: a=b\r\n");
-      } else if (asks("/gzip/")) {
-        to.send(withLength(okGzip, helloGzip));
-      } else if (asks("/chunks/")) {
-        to.send(okChunked + "\r\n" + chunked(routeBody, 9));
-      } else if (asks("/failed/")) {
-        to.answer(500, "out of order");
-      } else if (asks("/once/")) {
-        to.answer(200, routeBody, "Connection: close\r\n");
-        to.close();
-      } else if (asks(loginPath)) {
-        to.answer(200, R"({"user-token":")" + token36 + "\"}");
-      } else if (asks("configuration.json")) {
-        to.answer(200, roots("http://a.test", "http://b.test"));
-      } else {
-        to.answer(200, asks("findAddress") ? R"({"candidates":[{"score":1},2]})" : routeBody);
-      }
+    // Parts of a target, and the answers. The first part that fits is used.
+    const std::pair<std::string, std::string> answers[] = {
+        {"/moved/",
+         withLength(header(302, "Location: /plain/v4/route\r\nSet-Cookie: a=b\r\n"), "")},
+        {"/gzip/", withLength(okGzip, helloGzip)},
+        {"/chunks/", okChunked + "\r\n" + chunked(routeBody, 9)},
+        {"/failed/", withLength(header(500), "out of order")},
+        {"/once/", withLength(header(200, "Connection: close\r\n"), routeBody)},
+        {loginPath, withLength(ok, R"({"user-token":")" + token36 + "\"}")},
+        {"configuration.json", withLength(ok, roots("http://a.test", "http://b.test"))},
+        {"findAddress", withLength(ok, R"({"candidates":[{"score":1},2]})")},
+        {"", withLength(ok, routeBody)},
+    };
+    const TestServer server([&](const ReceivedRequest& received, Connection& to) {
+      to.send(std::ranges::find_if(answers, [&](const auto& each) {
+                return received.target.find(each.first) != std::string::npos;
+              })->second);
     });
     const int port = server.port();
     if (write(ends[1], &port, sizeof port) == sizeof port) pause();

@@ -92,8 +92,7 @@ TEST_P(TextTest, QueriesArePercentEncoded) {
   const std::pair<std::string_view, std::string_view> cases[] = {
       {"", ""},
       {" %20#[]", "%20%2520%23%5B%5D"},
-      {"\xC3\xA9\xE2\x82\xAC", "%C3%A9%E2%82%AC"},
-      {"\xF0\x9F\x98\x80", "%F0%9F%98%80"},
+      {"\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", "%C3%A9%E2%82%AC%F0%9F%98%80"},
       {std::string_view("\0\x7F", 2), "%00%7F"}};
   for (const auto& [text, encoded] : cases) {
     EXPECT_EQ(percentEncodedForQuery(text), encoded);

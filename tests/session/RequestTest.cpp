@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-// Requests as servers receive them: header lines, bodies, connections, cookies, proxies.
+// Requests as servers receive them: header lines, bodies, connections, cookies, proxies, TLS.
 #include "tests/support/Call.h"
+#include "tests/support/Certificates.h"
 #include "tests/support/TestServer.h"
 
 #include <gmock/gmock.h>
@@ -31,26 +32,24 @@ URLRequest request(const char* method, std::optional<std::string> body = std::nu
 TEST(RequestTest, RequestIsSentAsSet) {
   const auto has = [](const char* text) { return HasSubstr(text); };
   const auto lacks = [](const char* text) { return Not(HasSubstr(text)); };
-  const std::string large(2'000'000, 'x');
   const std::tuple<const char*, URLRequest, testing::Matcher<std::string>> cases[] = {
       {"GET", request("get"),
        AllOf(StartsWith("GET /a/../b%7e?c=d&e HTTP/1.1\r\n"), has("Accept: */*\r\n"),
              has("Accept-Encoding: gzip\r\n"), has("User-Agent: QuorvelKit/"), lacks("Content-"),
              lacks("#"))},
-      {"HEAD", request("HEAD"), AllOf(StartsWith("HEAD /"), lacks("Content-"))},
-      {"POST", request("POST", "a=b"),
+      {"HEAD", request("Head"), AllOf(StartsWith("HEAD /"), lacks("Content-"))},
+      {"POST", request("post", "a=b"),
        AllOf(StartsWith("POST /"), has("Content-Length: 3\r\n"),
              has("Content-Type: application/x-www-form-urlencoded\r\n"))},
       {"POST with a content type", request("POST", "{}", {{"content-type", "application/json"}}),
        AllOf(has("content-type: application/json\r\n"), lacks("form"))},
       {"POST without a body", request("POST"),
        AllOf(has("Content-Length: 0\r\n"), lacks("Content-Type"))},
-      {"POST with a large body", request("POST", large),
+      {"POST with a large body", request("POST", std::string(2'000'000, 'x')),
        AllOf(lacks("Expect"), has("Content-Length: 2000000"))},
       {"PUT", request("put", "x"),
        AllOf(StartsWith("PUT /"), has("Content-Length: 1\r\n"), lacks("Content-Type"))},
-      {"PUT without a body", request("PUT"), has("Content-Length: 0\r\n")},
-      {"DELETE", request("DELETE"), AllOf(StartsWith("DELETE /"), lacks("Content-"))},
+      {"DELETE", request("delete"), AllOf(StartsWith("DELETE /"), lacks("Content-"))},
       {"DELETE with a body", request("DELETE", "x"), has("Content-Length: 1\r\n")},
       {"custom method", request("pAtCh", "x"), StartsWith("pAtCh /")},
       {"binary body", request("POST", std::string("\0\xff\r\n", 4)), has("Content-Length: 4\r\n")},
@@ -213,6 +212,21 @@ TEST(RequestTest, ProxyIsReadFromConfigurationOnly) {
   EXPECT_EQ(sendBy(closing.url(""), secret).code(), URLError::networkConnectionLost);
   EXPECT_TRUE(proxyHeader.get().starts_with("CONNECT far.invalid:443 ")) << proxyHeader.get();
   EXPECT_EQ(proxyHeader.get().find("secret"), std::string::npos) << proxyHeader.get();
+}
+
+// Writing to a closed TLS connection raises SIGPIPE, which would end this process.
+TEST(RequestTest, BrokenPipeRaisesNoSignal) {
+  const Certificates certificates;
+  const TestServer server(
+      [](Connection& connection) {
+        connection.readHeaderBlock();
+        connection.reset();
+      },
+      certificates.tls("good"));
+  const auto session = URLSession::make({.caFile = certificates.caFile()});
+  const URLRequest sent = requestFor(server.url(), "POST", std::string(5'000'000, 'x'));
+  for (int i = 0; i < 10; ++i)
+    EXPECT_EQ(send(sent, session).code(), URLError::networkConnectionLost);
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-// A process that cannot start threads, or only one.
+// A process that cannot start threads, or only one, and host names that are slow or have several
+// addresses.
 #include "tests/support/Call.h"
+#include "tests/support/Resolver.h"
 #include "tests/support/TestServer.h"
 #include "tests/support/ThreadStart.h"
 
@@ -109,7 +111,7 @@ TEST_P(ThreadStartTest, ConcurrentTasksCompleteOnceWhenThreadsStart) {
 INSTANTIATE_TEST_SUITE_P(StartedThreads, ThreadStartTest, testing::Values(0, 1));
 
 // libcurl starts a thread for each host name.
-TEST(ResolverThreadTest, HostIsNotFoundWithoutResolverThread) {
+TEST(ResolverTest, HostIsNotFoundWithoutResolverThread) {
   const TestServer server([](const auto&, auto& connection) { connection.answer(200); });
   const auto session = URLSession::make();
   EXPECT_EQ(send(requestFor(server.url()), session).code(), 0);
@@ -120,6 +122,28 @@ TEST(ResolverThreadTest, HostIsNotFoundWithoutResolverThread) {
   EXPECT_THAT(failed.error->technicalDescription().value_or(""), HasSubstr("thread"));
   threadsLeft = INT_MAX;
   EXPECT_EQ(send(requestFor(named), session).code(), 0);
+}
+
+TEST(ResolverTest, RefusedAddressDoesNotChangeNextError) {
+  const TestServer server([](const auto& request, auto& connection) {
+    if (request.target == "/good") return connection.answer(200);
+    connection.send("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nno size\r\n");
+  });
+  const auto session = URLSession::make();
+  const std::string twoAddresses = "http://second.test:" + std::to_string(server.port());
+  EXPECT_EQ(send(requestFor(twoAddresses + "/good"), session).code(), 0);
+  EXPECT_EQ(send(requestFor(server.url("/bad")), session).code(), URLError::cannotParseResponse);
+}
+
+TEST(ResolverTest, CancelledTaskDoesNotWaitForResolver) {
+  const Call call(requestFor("http://slow.test/"));
+  call.task->resume();
+  slowName->asked.get();
+  call.task->cancel();
+  EXPECT_EQ(call.result().code(), URLError::cancelled);
+  const TestServer server([](const auto&, auto& connection) { connection.answer(200, "ok"); });
+  EXPECT_EQ(send(requestFor(server.url())).body(), "ok");
+  slowName->mayAnswer.set(true);
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/support/Call.h"
 
+#include "tests/support/TestServer.h"
+
 #include <QuorvelPlatform/HTTPURLResponse.h>
 
 #include <utility>
@@ -40,6 +42,17 @@ Result send(URLRequest request, const std::shared_ptr<URLSession>& session) {
   const Call call(std::move(request), session);
   call.task->resume();
   return call.result();
+}
+
+void repeatUntilTimeout(std::chrono::milliseconds timeout, std::chrono::milliseconds pause,
+                        const std::function<void()>& step) {
+  const TestServer silent([](Connection& connection) { connection.stall(); });
+  URLRequest request = requestFor(silent.url());
+  request.setTimeoutInterval(timeout);
+  const Call call(request);
+  call.task->resume();
+  while (!call.isDone(pause))
+    step();
 }
 
 }  // namespace quorvelkit::test

@@ -7,6 +7,7 @@
 #include <QuorvelPlatform/URLSession.h>
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -52,6 +53,11 @@ class Call {
 
   const std::shared_ptr<URLSessionDataTask> task;
 };
+
+/// Repeats a step, after a pause each time, until a call with this time-out has timed out because
+/// it received nothing.
+void repeatUntilTimeout(std::chrono::milliseconds timeout, std::chrono::milliseconds pause,
+                        const std::function<void()>& step);
 
 /// Sends a request and waits for its result.
 Result send(URLRequest request, const std::shared_ptr<URLSession>& session = URLSession::make());

@@ -6,8 +6,10 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
+#include <sstream>
 #include <stdexcept>
 
 namespace quorvelkit::test {
@@ -103,17 +105,14 @@ std::optional<ReceivedRequest> Connection::readHeaderBlock() {
   ReceivedRequest request;
   request.headerBlock = unread_.substr(0, end + 2);
   unread_.erase(0, end + 4);
-  std::string_view rest = request.headerBlock;
-  const std::string_view first = rest.substr(0, rest.find("\r\n"));
-  request.method = first.substr(0, first.find(' '));
-  request.target = first.substr(first.find(' ') + 1);
-  request.target.erase(request.target.rfind(' '));
-  for (rest.remove_prefix(first.size() + 2); !rest.empty();) {
-    const std::string_view line = rest.substr(0, rest.find("\r\n"));
+  std::istringstream lines(request.headerBlock);
+  lines >> request.method >> request.target;
+  std::string line;
+  std::getline(lines, line);
+  while (std::getline(lines, line)) {
     const std::size_t colon = line.find(':');
-    request.fields.add(line.substr(0, colon), colon + 2 > line.size() ? "" : line.substr(colon + 2),
-                       "|");
-    rest.remove_prefix(line.size() + 2);
+    const std::string value = line.substr(std::min(colon + 2, line.size() - 1));
+    request.fields.add(line.substr(0, colon), value.substr(0, value.size() - 1), "|");
   }
   return request;
 }
