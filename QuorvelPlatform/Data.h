@@ -20,6 +20,8 @@ class Data {
   /// Moves the bytes, without a copy.
   explicit Data(std::string bytes)
       : bytes_(std::make_shared<const std::string>(std::move(bytes))) {}
+  /// Shares the bytes of a string, which must not change any more. Null means no bytes.
+  explicit Data(std::shared_ptr<const std::string> bytes) noexcept : bytes_(std::move(bytes)) {}
 
   /// Returns a pointer to the bytes, never null. A zero byte follows the last byte.
   const char* data() const noexcept { return bytes_ ? bytes_->c_str() : ""; }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The way of a data task through the engine: start(), messages to the IO thread, a loader, the
 // completion queue. SessionThreads.cpp starts and stops the threads.
+#include <QuorvelPlatform/BodyMemory_p.h>
 #include <QuorvelPlatform/FatalError.h>
 #include <QuorvelPlatform/ProtocolRegistry_p.h>
 #include <QuorvelPlatform/SessionEngine_p.h>
@@ -95,8 +96,10 @@ void SessionEngine::runThread() {
       lock.lock();
     } else if (!hasIOThread() && (!inbox_.empty() || !loaders_.empty())) {
       runIOThread(lock);
-    } else {
+    } else if (BodyMemory::shared().freeIfIdle(TaskLoader::Clock::now())) {
       hasWork_.wait(lock);
+    } else {
+      hasWork_.wait_for(lock, BodyMemory::maximumIdleTime);
     }
   }
 }

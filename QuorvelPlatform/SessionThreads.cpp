@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // Starts and stops the engine and its threads, and handles exit and fork.
+#include <QuorvelPlatform/BodyMemory_p.h>
 #include <QuorvelPlatform/FatalError.h>
 #include <QuorvelPlatform/NeverDestroyed_p.h>
 #include <QuorvelPlatform/ProcessExit_p.h>
@@ -75,6 +76,7 @@ void SessionEngine::registerExitAndForkHandlers() {
     if (SessionEngine* engine = currentEngine.load()) engine->stop();
   });
   static constexpr auto forEachLock = [](void (*visit)(std::mutex&)) {
+    visit(BodyMemory::shared().mutex());
     visit(protocolRegistryMutex());
     if (SessionEngine* engine = currentEngine.load(std::memory_order_relaxed)) {
       visit(engine->mutex_);

@@ -30,6 +30,7 @@ class Transfer {
 
   CURL* handle() const { return handle_; }
   void start() { body_ = std::string(); }
+  std::string takeBody() { return std::move(body_); }
   void check(CURLcode result, std::size_t bodySize) const {
     if (result != CURLE_OK || body_.size() != bodySize) {
       throw std::runtime_error(curl_easy_strerror(result));
@@ -64,8 +65,8 @@ class BareEasy : public Fetcher {
 
 class BareMulti : public Fetcher {
  public:
-  BareMulti(const std::string& url, std::size_t bodySize)
-      : url_(url), bodySize_(bodySize), multi_(curl_multi_init()) {
+  BareMulti(const std::string& url, std::size_t bodySize, bool keepsBodies)
+      : url_(url), bodySize_(bodySize), keepsBodies_(keepsBodies), multi_(curl_multi_init()) {
     curl_multi_setopt(multi_, CURLMOPT_MAX_HOST_CONNECTIONS, 6L);
   }
   ~BareMulti() override {
@@ -86,12 +87,14 @@ class BareMulti : public Fetcher {
       curl_multi_perform(multi_, &running);
       int left = 0;
       bool any = false;
+      std::vector<std::string> bodies;  // Exist until all ended transfers have been handled.
       while (const CURLMsg* const message = curl_multi_info_read(multi_, &left)) {
         Transfer* transfer = nullptr;
         curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &transfer);
         const CURLcode result = message->data.result;
         curl_multi_remove_handle(multi_, transfer->handle());
         transfer->check(result, bodySize_);
+        if (keepsBodies_) bodies.push_back(transfer->takeBody());
         any = true;
         ++done;
         if (started < requests) {
@@ -111,6 +114,7 @@ class BareMulti : public Fetcher {
 
   std::string url_;
   std::size_t bodySize_;
+  bool keepsBodies_;
   CURLM* multi_;
   std::vector<std::unique_ptr<Transfer>> transfers_;
 };
@@ -121,7 +125,10 @@ std::unique_ptr<Fetcher> bareEasy(const std::string& url, std::size_t bodySize) 
   return std::make_unique<BareEasy>(url, bodySize);
 }
 std::unique_ptr<Fetcher> bareMulti(const std::string& url, std::size_t bodySize) {
-  return std::make_unique<BareMulti>(url, bodySize);
+  return std::make_unique<BareMulti>(url, bodySize, false);
+}
+std::unique_ptr<Fetcher> keepingMulti(const std::string& url, std::size_t bodySize) {
+  return std::make_unique<BareMulti>(url, bodySize, true);
 }
 
 }  // namespace quorvelkit::bench

@@ -119,6 +119,7 @@ BENCHMARK(small<qtManager>)->Name("fetch_1kB/qt")->Apply(oneOrMany);
 BENCHMARK(large<session>)->Name("fetch_1MB/quorvelkit")->Apply(oneOrMany);
 BENCHMARK(large<bareEasy>)->Name("fetch_1MB/easy")->Apply(one);
 BENCHMARK(large<bareMulti>)->Name("fetch_1MB/multi")->Apply(oneOrMany);
+BENCHMARK(large<keepingMulti>)->Name("fetch_1MB/multi_keep")->Apply(oneOrMany);
 BENCHMARK(large<qtManager>)->Name("fetch_1MB/qt")->Apply(oneOrMany);
 
 // From the call to the end of a handler that reads every field of 1,000 points.

@@ -50,9 +50,10 @@ PEERS = [
     ("fetch_1kB/quorvelkit/64", "fetch_1kB/qt/64", "rate", 5),
     ("fetch_1kB/quorvelkit/1", "fetch_1kB/easy/1", "rate", 0.6),
     ("fetch_1kB/quorvelkit/1", "fetch_1kB/qt/1", "rate", None),
-    ("fetch_1MB/quorvelkit/64", "fetch_1MB/multi/64", "rate", None),
+    ("fetch_1MB/quorvelkit/64", "fetch_1MB/multi/64", "rate", 0.85),
+    ("fetch_1MB/quorvelkit/64", "fetch_1MB/multi_keep/64", "rate", 1),
     ("fetch_1MB/quorvelkit/64", "fetch_1MB/qt/64", "rate", None),
-    ("fetch_1MB/quorvelkit/1", "fetch_1MB/easy/1", "rate", None),
+    ("fetch_1MB/quorvelkit/1", "fetch_1MB/easy/1", "rate", 0.95),
     ("fetch_1MB/quorvelkit/1", "fetch_1MB/qt/1", "rate", None),
     *((f"call_64/{form}", "call_64/handler", "time", 1.1)
       for form in ("onResult", "co_await", "future", "wait")),

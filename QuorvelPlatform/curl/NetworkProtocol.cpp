@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelPlatform/ASCII_p.h>
+#include <QuorvelPlatform/BodyMemory_p.h>
 #include <QuorvelPlatform/SessionEngine_p.h>
 #include <QuorvelPlatform/TaskLoader_p.h>
 #include <QuorvelPlatform/URLError.h>
@@ -88,7 +89,7 @@ class NetworkProtocol final : public URLProtocol,
       header.statusCode = transfer_->statusCode();
       header.lines = transfer_->takeHeaderLines();
       if (redirectedRequest_) header.url = redirectedRequest_->url();
-      result.body = Data(transfer_->takeBody());
+      result.body = BodyMemory::makeData(transfer_->takeBody());
     }
     if (transfer_->isReusable(code)) pool_->recycle(std::move(transfer_));
     transfer_.reset();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QuorvelPlatform/ASCII_p.h>
+#include <QuorvelPlatform/BodyMemory_p.h>
 #include <QuorvelPlatform/HTTPHeaderBlock_p.h>
-#include <QuorvelPlatform/MemoryPages_p.h>
 #include <QuorvelPlatform/URLError.h>
 #include <QuorvelPlatform/curl/ErrorMap_p.h>
 #include <QuorvelPlatform/curl/RedirectRule_p.h>
@@ -201,16 +201,11 @@ std::optional<std::uint64_t> Transfer::announcedBodySize() const {
   return static_cast<std::uint64_t>(*length_);
 }
 
-// Reserves at most 1 MiB, because a server may announce more than it sends. The memory pages of a
-// large body are populated at once: the C library has mostly returned the memory of earlier large
-// bodies to the system, so that each page would cause a page fault.
+// Reserves at most 1 MiB, because a server may announce more than it sends.
 void Transfer::reserveBody() {
-  constexpr std::uint64_t large = 128 << 10;
   constexpr std::uint64_t maximum = 1 << 20;
-  const auto announced = announcedBodySize();
-  if (!announced || *announced > maximum) return;
-  body_.reserve(static_cast<std::size_t>(*announced));
-  if (*announced >= large) detail::populatePages(body_.data(), body_.capacity());
+  const std::uint64_t announced = announcedBodySize().value_or(0);
+  if (announced <= maximum) body_ = BodyMemory::shared().take(announced);
 }
 
 bool Transfer::didSend(std::int64_t total) {
