@@ -17,6 +17,7 @@ namespace quorvelkit {
 class QUORVELKIT_EXPORT QVAddressCandidatesRequest : public QVBaseRequest {
  public:
   QVAddressCandidatesRequest() = delete;
+  /// Makes a request with these values. The setters below describe them.
   QVAddressCandidatesRequest(std::string singleLine, Coordinate location,
                              std::optional<QVSearchExtent> searchExtent = std::nullopt,
                              std::optional<std::string> magicKey = std::nullopt);
@@ -39,6 +40,7 @@ class QUORVELKIT_EXPORT QVAddressCandidatesRequest : public QVBaseRequest {
     singleLine_ = singleLine.encoded();
     isSingleLineEncoded_ = true;
   }
+  /// The location near which the server searches, in degrees.
   Coordinate location() const { return location_; }
   void setLocation(Coordinate location) { location_ = location; }
   /// The box that contains the places. Not sent if absent.

@@ -22,9 +22,11 @@ namespace quorvelkit {
 /// model at the same time.
 class QUORVELKIT_EXPORT QVBaseObject {
  public:
+  /// Stores the JSON of an object in an answer.
   explicit QVBaseObject(std::optional<JSON> json);
   virtual ~QVBaseObject();
 
+  /// The JSON of the object. Absent if there is none.
   virtual const std::optional<JSON>& json() const;
   /// Models that were made from the previous JSON do not change.
   virtual void setJSON(std::optional<JSON> json);

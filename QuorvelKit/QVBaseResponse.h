@@ -57,9 +57,9 @@ std::shared_ptr<Response> makeResponse(std::optional<Data> data,
 /// thread-safe.
 class QUORVELKIT_EXPORT QVBaseResponse : public QVBaseObject {
  public:
-  /// An argument of the constructors that only makeResponse() can make.
   class Key;
 
+  /// Stores the result of a data task. Only makeResponse() calls it.
   QVBaseResponse(Key key, std::optional<Data> data, std::shared_ptr<QVBaseRequest> request,
                  std::shared_ptr<const URLResponse> response, std::optional<Error> error,
                  std::shared_ptr<URLSessionDataTask> task);
@@ -77,8 +77,10 @@ class QUORVELKIT_EXPORT QVBaseResponse : public QVBaseObject {
   /// An HTTPURLResponse if a server answered, else null.
   virtual const std::shared_ptr<const URLResponse>& response() const;
   virtual void setResponse(std::shared_ptr<const URLResponse> response);
+  /// The error (see the table of this class).
   virtual const std::optional<Error>& error() const;
   virtual void setError(std::optional<Error> error);
+  /// The data task of the call, or null.
   virtual const std::shared_ptr<URLSessionDataTask>& task() const;
   virtual void setTask(std::shared_ptr<URLSessionDataTask> task);
 
@@ -121,6 +123,7 @@ class QUORVELKIT_EXPORT QVBaseResponse : public QVBaseObject {
   bool hasJSONBody_ = false;
 };
 
+/// An argument of the constructors that only makeResponse() can make.
 class QVBaseResponse::Key {
   template <std::derived_from<QVBaseResponse> Response>
   friend std::shared_ptr<Response> makeResponse(std::optional<Data>, std::shared_ptr<QVBaseRequest>,

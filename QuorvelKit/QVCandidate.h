@@ -17,11 +17,13 @@ namespace quorvelkit {
 /// another type.
 class QUORVELKIT_EXPORT QVCandidate : public QVBaseObject {
  public:
+  /// Makes a candidate from an object of the answer.
   explicit QVCandidate(std::optional<JSON> json);
 
   /// The position; (0, 0) if the answer has none. Absent only without JSON.
   const std::optional<Coordinate>& location() const { return location_; }
   void setLocation(std::optional<Coordinate> location) { location_ = location; }
+  /// The address or the name.
   std::optional<std::string> address() const;
   /// The quality of the match. The maximum is 100.
   std::optional<double> score() const;
@@ -31,9 +33,11 @@ class QUORVELKIT_EXPORT QVCandidate : public QVBaseObject {
   std::optional<std::string> matchAddress() const;
   std::optional<std::string> placeAddress() const;
   std::optional<std::string> addressType() const;
+  /// The data source.
   QVOrigin origin() const;
   /// The name of the provider ("provide" in the wire format).
   std::optional<std::string> provider() const;
+  /// Values of the provider.
   std::optional<double> rating() const;
   std::optional<std::int64_t> reviewCount() const;
   std::optional<std::string> providerUrl() const;

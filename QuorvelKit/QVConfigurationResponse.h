@@ -16,6 +16,7 @@ class QUORVELKIT_EXPORT QVConfigurationResponse : public QVBaseResponse {
   using QVBaseResponse::QVBaseResponse;
   ~QVConfigurationResponse() override;
 
+  /// The root URLs of the navigation server and of the find server.
   std::optional<std::string> quorvelNavigationRootURL() const;
   std::optional<std::string> quorvelFindRootURL() const;
 };

@@ -37,6 +37,7 @@ class QUORVELKIT_EXPORT QVHighway : public QVBaseObject {
  public:
   using QVBaseObject::QVBaseObject;
 
+  /// The number of the road.
   std::optional<std::int64_t> number() const;
   /// The road network ("dir" in the wire format).
   QVHighwayType direction() const;

@@ -17,8 +17,10 @@ class QUORVELKIT_EXPORT QVLoginResponse : public QVBaseResponse {
   using QVBaseResponse::QVBaseResponse;
   ~QVLoginResponse() override;
 
+  /// The number and the text of the failure.
   std::optional<std::int64_t> code() const;
   std::optional<std::string> message() const;
+  /// The identifier of the account.
   std::optional<std::string> objectId() const;
   /// The token for further requests to the backend service. A secret.
   std::optional<std::string> userToken() const;

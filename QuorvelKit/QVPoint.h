@@ -17,11 +17,13 @@ namespace quorvelkit {
 /// A point of a route. A property is absent if its member is missing or has another type.
 class QUORVELKIT_EXPORT QVPoint : public QVBaseObject {
  public:
+  /// Makes a point from an object of the answer.
   explicit QVPoint(JSON json);
   explicit QVPoint(std::optional<JSON> json) = delete;
 
   /// The turn at this point, or null. Valid while this point or a copy of it exists.
   const QVTurn* turn() const { return turn_.get(); }
+  /// The member "notify".
   std::optional<std::string> notify() const { return read<std::string>(QVResponseKey::notify); }
   /// Time and distance from the start of the route.
   std::optional<double> travelTimeInSeconds() const {

@@ -14,6 +14,7 @@ namespace quorvelkit {
 /// One case of an enumeration and its text in the wire format.
 template <class E>
 struct RawValue {
+  /// A case, and its text in the wire format.
   E value;
   std::string_view text;
 };

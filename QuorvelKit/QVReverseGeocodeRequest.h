@@ -13,9 +13,11 @@ namespace quorvelkit {
 class QUORVELKIT_EXPORT QVReverseGeocodeRequest : public QVBaseRequest {
  public:
   QVReverseGeocodeRequest() = delete;
+  /// Makes a request for a location.
   explicit QVReverseGeocodeRequest(Coordinate location);
   ~QVReverseGeocodeRequest() override;
 
+  /// The location, in degrees.
   Coordinate location() const { return location_; }
   void setLocation(Coordinate location) { location_ = location; }
 

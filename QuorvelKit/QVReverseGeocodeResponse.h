@@ -21,6 +21,7 @@ class QUORVELKIT_EXPORT QVReverseGeocodeResponse : public QVBaseResponse {
   /// The position of the address; (0, 0) if the answer has none.
   const std::optional<Coordinate>& location() const { return location_; }
   void setLocation(std::optional<Coordinate> location) { location_ = location; }
+  /// The address.
   const std::optional<QVAddress>& address() const { return address_; }
   void setAddress(std::optional<QVAddress> address) { address_ = std::move(address); }
 

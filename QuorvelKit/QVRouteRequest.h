@@ -23,6 +23,7 @@ inline constexpr auto rawValues<QVRouteRequestType> = std::to_array<RawValue<QVR
 /// Requests a route between two coordinates. The values are sent without checks.
 class QUORVELKIT_EXPORT QVRouteRequest : public QVBaseRequest {
  public:
+  /// A point in time of the system clock.
   using Instant = std::chrono::system_clock::time_point;
 
   QVRouteRequest() = delete;
@@ -34,6 +35,7 @@ class QUORVELKIT_EXPORT QVRouteRequest : public QVBaseRequest {
                  std::optional<double> course = std::nullopt);
   ~QVRouteRequest() override;
 
+  /// The ends of the route, in degrees.
   Coordinate start() const { return start_; }
   void setStart(Coordinate start) { start_ = start; }
   Coordinate end() const { return end_; }
@@ -41,6 +43,7 @@ class QUORVELKIT_EXPORT QVRouteRequest : public QVBaseRequest {
   /// The time of departure or arrival. Sent in UTC, in whole seconds.
   Instant time() const { return time_; }
   void setTime(Instant time) { time_ = time; }
+  /// Tells whether time() is the time of departure or of arrival.
   QVRouteRequestType requestType() const { return requestType_; }
   void setRequestType(QVRouteRequestType requestType) { requestType_ = requestType; }
   /// Speed and course of the vehicle at the start. Sent unchanged; not sent if absent.

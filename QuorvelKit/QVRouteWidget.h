@@ -16,15 +16,19 @@ class QUORVELKIT_EXPORT QVRouteWidget : public QWidget {
   Q_OBJECT
 
  public:
+  /// Makes the widget and its controller.
   explicit QVRouteWidget(QWidget* parent = nullptr);
   ~QVRouteWidget() override;
 
+  /// The controller, never null.
   const std::shared_ptr<QVViewController>& controller() const { return controller_; }
 
+  /// The size hints of the map view.
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 
  protected:
+  /// Event handlers of QWidget.
   void resizeEvent(QResizeEvent* event) override;
   void showEvent(QShowEvent* event) override;
 

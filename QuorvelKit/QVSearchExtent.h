@@ -10,6 +10,7 @@ namespace quorvelkit {
 
 /// The box of a search, described by two corners in degrees. The corners are not checked.
 struct QUORVELKIT_EXPORT QVSearchExtent {
+  /// The corners.
   Coordinate southwestCoordinate;
   Coordinate northeastCoordinate;
 

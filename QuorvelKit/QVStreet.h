@@ -69,11 +69,13 @@ inline constexpr auto rawValues<QVStreetDirection> = std::to_array<RawValue<QVSt
 /// The street after a turn.
 class QUORVELKIT_EXPORT QVStreet : public QVBaseObject {
  public:
+  /// Makes a street from an object of the answer.
   explicit QVStreet(JSON json);
   explicit QVStreet(std::optional<JSON> json) = delete;
 
   /// The numbered road of the street, or null. Valid while this street exists.
   const QVHighway* highway() const { return highway_ ? &*highway_ : nullptr; }
+  /// The name of the street.
   std::optional<std::string> name() const;
   /// Function, connection and direction are all read from the member "dir", so at most one of them
   /// is not `unknown`.

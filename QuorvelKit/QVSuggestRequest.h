@@ -17,6 +17,7 @@ namespace quorvelkit {
 class QUORVELKIT_EXPORT QVSuggestRequest : public QVBaseRequest {
  public:
   QVSuggestRequest() = delete;
+  /// Makes a request with these values. The setters below describe them.
   QVSuggestRequest(std::string text, Coordinate location,
                    std::optional<QVSearchExtent> searchExtent = std::nullopt);
   ~QVSuggestRequest() override;
@@ -32,7 +33,9 @@ class QUORVELKIT_EXPORT QVSuggestRequest : public QVBaseRequest {
   ///       QVFind::suggest(request, show);
   ///     });
   const std::string& text() const { return text_; }
+  /// Sets the text that text() describes.
   void setText(std::string text) { text_ = std::move(text); }
+  /// The location near which the server searches, in degrees.
   Coordinate location() const { return location_; }
   void setLocation(Coordinate location) { location_ = location; }
   /// The box that contains the places. Not sent if absent.

@@ -24,9 +24,11 @@ class QUORVELKIT_EXPORT QVSuggestion : public QVBaseObject {
   std::optional<std::string> magicKey() const;
   /// True for a group of places such as "restaurants".
   std::optional<bool> isCollection() const;
+  /// The data source.
   QVOrigin origin() const;
   /// The name of the provider ("provide" in the wire format).
   std::optional<std::string> provider() const;
+  /// Values of the provider.
   std::optional<double> score() const;
   std::optional<double> rating() const;
   std::optional<std::int64_t> reviewCount() const;

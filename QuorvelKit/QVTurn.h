@@ -51,11 +51,13 @@ inline constexpr auto rawValues<QVTurnDirection> = std::to_array<RawValue<QVTurn
 /// A turn at a point of a route.
 class QUORVELKIT_EXPORT QVTurn : public QVBaseObject {
  public:
+  /// Makes a turn from an object of the answer.
   explicit QVTurn(JSON json);
   explicit QVTurn(std::optional<JSON> json) = delete;
 
   /// The street after the turn, or null. Valid while this turn exists.
   const QVStreet* street() const { return street_ ? &*street_ : nullptr; }
+  /// The direction; `unknown` if the member is missing or has another text.
   QVTurnDirection direction() const;
   /// The instruction to display, as the server sent it.
   std::optional<std::string> instruction() const;

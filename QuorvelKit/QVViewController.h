@@ -50,6 +50,7 @@ class QUORVELKIT_EXPORT QVViewController : public MGLMapViewDelegate,
     controller->mapview()->setDelegate(std::weak_ptr<MGLMapViewDelegate>(controller));
     return controller;
   }
+  /// Only make() calls it.
   explicit QVViewController(Construction);
   QVViewController(std::string nibName, std::string bundle) = delete;
   ~QVViewController() override;
@@ -80,6 +81,7 @@ class QUORVELKIT_EXPORT QVViewController : public MGLMapViewDelegate,
   /// The root widget. The first call makes it and requests the route. So does the first call after
   /// a Qt parent has deleted the widget.
   QWidget* view();
+  /// Returns true if the root widget exists.
   bool isViewLoaded() const { return !view_.isNull(); }
 
   /// These functions call the delegate with mapview() and ignore their argument `mapView`. If the

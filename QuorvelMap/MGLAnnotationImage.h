@@ -17,6 +17,7 @@ class MGLAnnotationImage {
   explicit MGLAnnotationImage(QImage image, std::string reuseIdentifier = {})
       : image_(std::move(image)), reuseIdentifier_(std::move(reuseIdentifier)) {}
 
+  /// The image, and the identifier.
   const QImage& image() const { return image_; }
   const std::string& reuseIdentifier() const { return reuseIdentifier_; }
 

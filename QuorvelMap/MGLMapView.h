@@ -39,8 +39,10 @@ class QUORVELKIT_EXPORT MGLMapView : public QWidget {
   Q_OBJECT
 
  public:
+  /// A list of annotations.
   using Annotations = std::vector<std::shared_ptr<const MGLAnnotation>>;
 
+  /// Makes a view with this position and size in the parent widget.
   explicit MGLMapView(const QRect& frame = QRect(), QWidget* parent = nullptr);
   ~MGLMapView() override;
 
@@ -65,7 +67,7 @@ class QUORVELKIT_EXPORT MGLMapView : public QWidget {
   QUrl styleURL() const;
   void setStyleURL(const QUrl& url);
 
-  /// A server of raster tiles at <URL>/{z}/{x}/{y}.png, used if the Mapbox GL engine cannot run.
+  /// A server of raster tiles at URL/{z}/{x}/{y}.png, used if the Mapbox GL engine cannot run.
   /// Default: none. The view shows the attribution (HTML) while it uses the tiles. Takes effect
   /// when the engine starts.
   QUrl tileHost() const;
@@ -101,6 +103,7 @@ class QUORVELKIT_EXPORT MGLMapView : public QWidget {
   /// earlier ones, and all markers above all lines. Ignores null pointers and annotations that the
   /// view already contains.
   void addAnnotations(const Annotations& annotations);
+  /// Removes annotations. Ignores those that the view does not contain.
   void removeAnnotations(const Annotations& annotations);
 
   /// A text for humans: the engine in use, why the preferred engines cannot run, and the errors of
@@ -116,10 +119,12 @@ class QUORVELKIT_EXPORT MGLMapView : public QWidget {
   bool showsScaleBar() const;
   void setShowsScaleBar(bool shown);
 
+  /// The size hints of QWidget.
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 
  protected:
+  /// Event handlers of QWidget.
   bool event(QEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;

@@ -12,6 +12,7 @@ class QUORVELKIT_EXPORT MGLPointAnnotation : public MGLAnnotation {
   MGLPointAnnotation();
   ~MGLPointAnnotation() override;
 
+  /// The position of the marker.
   Coordinate coordinate() const { return coordinate_; }
   void setCoordinate(Coordinate coordinate) { coordinate_ = coordinate; }
 

@@ -14,9 +14,11 @@ namespace quorvelkit {
 /// nothing if fewer than two others remain.
 class QUORVELKIT_EXPORT MGLPolyline : public MGLAnnotation {
  public:
+  /// Makes a line through these coordinates, in this order.
   explicit MGLPolyline(std::vector<Coordinate> coordinates);
   ~MGLPolyline() override;
 
+  /// The coordinates and their number.
   const std::vector<Coordinate>& coordinates() const { return coordinates_; }
   std::size_t pointCount() const { return coordinates_.size(); }
 

@@ -25,12 +25,15 @@ class Data {
 
   /// Returns a pointer to the bytes, never null. A zero byte follows the last byte.
   const char* data() const noexcept { return bytes_ ? bytes_->c_str() : ""; }
+  /// The number of bytes.
   std::size_t size() const noexcept { return bytes_ ? bytes_->size() : 0; }
+  /// Returns true if there are no bytes.
   bool empty() const noexcept { return size() == 0; }
   /// Returns a view of the bytes. Valid while this value or a copy of it exists. Its pointer is
   /// never null.
   std::string_view view() const noexcept { return {data(), size()}; }
 
+  /// Compares the bytes.
   friend bool operator==(const Data& a, const Data& b) noexcept { return a.view() == b.view(); }
 
  private:

@@ -17,6 +17,7 @@ namespace quorvelkit {
 /// key. Immutable; concurrent reads are safe. A copy costs one atomic increment.
 class QUORVELKIT_EXPORT Error {
  public:
+  /// Texts by key.
   using UserInfo = std::map<std::string, std::string, std::less<>>;
 
   /// The key of the text that localizedDescription() returns.
@@ -24,10 +25,12 @@ class QUORVELKIT_EXPORT Error {
   /// The key of the text that technicalDescription() returns.
   static constexpr std::string_view technicalDescriptionKey = "technicalDescription";
 
+  /// Creates an error with these values.
   Error(std::string domain, std::int64_t code, UserInfo userInfo = {});
   /// Creates an error with this text as its localizedDescription().
   static Error described(std::string domain, std::int64_t code, std::string description);
 
+  /// The values of the error.
   const std::string& domain() const noexcept;
   std::int64_t code() const noexcept;
   const UserInfo& userInfo() const noexcept;
@@ -39,6 +42,7 @@ class QUORVELKIT_EXPORT Error {
   /// names, passwords, header fields or the query of a URL.
   std::optional<std::string> technicalDescription() const;
 
+  /// Compares domain, code and user info.
   friend QUORVELKIT_EXPORT bool operator==(const Error& a, const Error& b) noexcept;
   /// Prints domain, code and description.
   friend QUORVELKIT_EXPORT std::ostream& operator<<(std::ostream& out, const Error& error);

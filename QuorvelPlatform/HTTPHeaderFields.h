@@ -15,6 +15,7 @@ namespace quorvelkit {
 /// their spelling; comparisons ignore their case (RFC 9110, section 5.1).
 class QUORVELKIT_EXPORT HTTPHeaderFields {
  public:
+  /// A name and a value.
   using Field = std::pair<std::string, std::string>;
 
   /// Returns the value of a field. Absent if there is no such field. Valid until the next change.
@@ -30,6 +31,7 @@ class QUORVELKIT_EXPORT HTTPHeaderFields {
   /// tokens.
   static bool isToken(std::string_view text) noexcept;
 
+  /// All fields.
   const std::vector<Field>& all() const noexcept { return fields_; }
 
  private:

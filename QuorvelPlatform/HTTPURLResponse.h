@@ -18,6 +18,7 @@ class QUORVELKIT_EXPORT HTTPURLResponse : public URLResponse {
   HTTPURLResponse(URL url, int statusCode, HTTPHeaderFields headerFields);
   ~HTTPURLResponse() override;
 
+  /// The status code.
   int statusCode() const noexcept { return statusCode_; }
   /// The header fields in the order and spelling of the server. Several values of one name are
   /// joined with ", " (RFC 9110, section 5.3).

@@ -23,6 +23,7 @@ namespace quorvelkit {
 /// on first use and never destroyed. Blocks that have not run at exit never run.
 class QUORVELKIT_EXPORT MainQueue {
  public:
+  /// A function that the queue runs once.
   using Block = std::function<void()>;
 
   /// A block with a preallocated queue entry: async() then allocates no memory. If it is not added
@@ -31,6 +32,7 @@ class QUORVELKIT_EXPORT MainQueue {
    public:
     /// No block.
     Prepared() = default;
+    /// Allocates the entry of a block.
     explicit Prepared(Block block) { place_.push_back(std::move(block)); }
     /// Runs the block on the calling thread. Without a block this is undefined.
     void operator()() const { place_.front()(); }
@@ -40,6 +42,7 @@ class QUORVELKIT_EXPORT MainQueue {
     std::list<Block> place_;
   };
 
+  /// The queue of the process.
   static MainQueue& main();
 
   MainQueue(const MainQueue&) = delete;
@@ -70,6 +73,7 @@ class QUORVELKIT_EXPORT MainQueue {
   /// but should only signal the event loop of the main thread. Another thread may call the old hook
   /// once more after this call returned: keep the objects that it uses.
   void setWakeUpHook(std::function<void()> hook);
+  /// Returns true if a hook is set.
   bool hasWakeUpHook() const;
 
   /// Returns true on the thread that runs the blocks: the last one that called a run function or

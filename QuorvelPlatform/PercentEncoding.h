@@ -11,7 +11,7 @@
 namespace quorvelkit {
 
 /// Percent-encodes each byte that is not allowed in the query of a URL (RFC 3986, section 2.1, with
-/// upper-case digits). Keeps letters, digits and !$&'()*+,-./:;=?@_~, hence also "&" and "=".
+/// upper-case digits). Keeps letters, digits and `!$&'()*+,-./:;=?@_~`, hence also "&" and "=".
 /// Encodes "%", hence encodes an encoded text again. Absent if the text is not UTF-8.
 QUORVELKIT_EXPORT std::optional<std::string> percentEncodedForQuery(std::string_view text);
 
@@ -22,6 +22,7 @@ QUORVELKIT_EXPORT std::string urlEncode(std::string_view text);
 /// A text that is percent-encoded as one value of a query. Requests send it unchanged.
 class QueryValue {
  public:
+  /// The encoded text.
   const std::string& encoded() const noexcept { return encoded_; }
   operator const std::string&() const noexcept { return encoded_; }
 

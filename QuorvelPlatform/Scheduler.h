@@ -14,7 +14,9 @@ namespace quorvelkit {
 /// Implementations must be thread-safe.
 class QUORVELKIT_EXPORT Scheduler {
  public:
+  /// A time of std::chrono::steady_clock, or of the clock of the implementation.
   using TimePoint = std::chrono::steady_clock::time_point;
+  /// A function that runs once.
   using Block = std::function<void()>;
 
   /// A block that waits for its time. The destructor removes the block from the scheduler if it has
@@ -32,6 +34,7 @@ class QUORVELKIT_EXPORT Scheduler {
   Scheduler& operator=(const Scheduler&) = delete;
   virtual ~Scheduler();
 
+  /// The current time.
   virtual TimePoint now() const = 0;
   /// Runs the block once when now() reaches `time`, never inside this call. Blocks run on one
   /// thread, ordered by time, then by the order of the calls. A block must return quickly, must not

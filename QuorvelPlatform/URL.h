@@ -20,6 +20,7 @@ class QUORVELKIT_EXPORT URL {
   /// above 65535. Does not encode or correct anything.
   static std::optional<URL> parse(std::string_view text);
 
+  /// The text of the URL.
   const std::string& absoluteString() const noexcept { return text_; }
   /// The components, without decoding. Absent if the text does not contain them. The host does not
   /// include the brackets of an IPv6 address. The path is never absent but may be empty.
@@ -35,6 +36,7 @@ class QUORVELKIT_EXPORT URL {
   /// scheme.
   std::optional<URL> resolving(const URL& reference) const;
 
+  /// Compares the texts.
   friend bool operator==(const URL& a, const URL& b) noexcept { return a.text_ == b.text_; }
   /// Prints the URL without its user information, which may contain a password.
   friend QUORVELKIT_EXPORT std::ostream& operator<<(std::ostream& out, const URL& url);

@@ -14,12 +14,14 @@ class URL;
 
 /// The domain and the codes of transport errors, and functions that create such errors.
 struct QUORVELKIT_EXPORT URLError {
+  /// The domain of transport errors.
   static constexpr std::string_view domain = "QuorvelKit.URLError";
   /// The user info key of the URL that failed. The URL is printed without its user information.
   static constexpr std::string_view failingURLKey = "failingURL";
 
   /// Also used if there is not enough memory, or if a thread cannot be started.
   static constexpr std::int64_t unknown = -1;
+  /// The codes. URLError::make() describes each in English.
   static constexpr std::int64_t cancelled = -999;
   static constexpr std::int64_t badURL = -1000;
   static constexpr std::int64_t timedOut = -1001;

@@ -18,9 +18,13 @@ namespace quorvelkit {
 class QUORVELKIT_EXPORT URLProtocolClient {
  public:
   virtual ~URLProtocolClient();
+  /// The response without its body. Comes first.
   virtual void didReceive(std::shared_ptr<const URLResponse> response) = 0;
+  /// The next piece of the body.
   virtual void didLoad(const Data& piece) = 0;
+  /// The end of the answer.
   virtual void didFinishLoading() = 0;
+  /// The failure of the answer. The task ends with this error.
   virtual void didFail(const Error& error) = 0;
 };
 
@@ -31,6 +35,7 @@ class QUORVELKIT_EXPORT URLProtocol {
   /// Creates the protocol for a request. Returns null if another factory or the network is to
   /// answer. Called on the session's IO thread. Must not throw.
   using Factory = std::function<std::unique_ptr<URLProtocol>(const URLRequest& request)>;
+  /// Identifies a registered factory.
   using Registration = std::uint64_t;
 
   /// Registers a factory for all requests that start from now on, in all sessions. Factories that

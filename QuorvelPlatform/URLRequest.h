@@ -25,10 +25,13 @@ class QUORVELKIT_EXPORT URLRequest {
     returnCacheDataElseLoad,
     returnCacheDataDontLoad,
   };
+  /// A time in seconds.
   using TimeInterval = std::chrono::duration<double>;
 
+  /// Makes a GET request without a body.
   explicit URLRequest(URL url) : url_(std::move(url)) {}
 
+  /// The URL. A request can be sent only if it has a scheme and a host.
   const URL& url() const noexcept { return url_; }
   void setURL(URL url) { url_ = std::move(url); }
 
@@ -43,6 +46,7 @@ class QUORVELKIT_EXPORT URLRequest {
   /// cookies and a Cookie field in one line. HTTPHeaderFields says which names and values are
   /// ignored.
   const HTTPHeaderFields& headerFields() const noexcept { return headerFields_; }
+  /// Returns or sets the value of a field.
   std::optional<std::string_view> value(std::string_view headerField) const {
     return headerFields_.value(headerField);
   }
@@ -60,6 +64,7 @@ class QUORVELKIT_EXPORT URLRequest {
   const std::optional<Data>& httpBody() const noexcept { return httpBody_; }
   void setHTTPBody(std::optional<Data> body) { httpBody_ = std::move(body); }
 
+  /// The cache policy of the request.
   CachePolicy cachePolicy() const noexcept { return cachePolicy_; }
   void setCachePolicy(CachePolicy policy) noexcept { cachePolicy_ = policy; }
 

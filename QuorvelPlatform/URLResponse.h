@@ -13,6 +13,7 @@ namespace quorvelkit {
 /// Describes an answer without its body. Immutable and thread-safe.
 class QUORVELKIT_EXPORT URLResponse {
  public:
+  /// Stores these values.
   URLResponse(URL url, std::optional<std::string> mimeType,
               std::optional<std::int64_t> expectedContentLength,
               std::optional<std::string> textEncodingName);

@@ -38,6 +38,7 @@ class QUORVELKIT_EXPORT URLSession {
       std::function<void(std::optional<Data> data, std::shared_ptr<const URLResponse> response,
                          std::optional<Error> error)>;
 
+  /// Makes a session with these settings.
   static std::shared_ptr<URLSession> make(
       URLSessionConfiguration configuration = URLSessionConfiguration::defaultConfiguration());
 
@@ -46,6 +47,7 @@ class QUORVELKIT_EXPORT URLSession {
   /// Running tasks continue and complete without the session object.
   ~URLSession();
 
+  /// The settings of the session.
   const URLSessionConfiguration& configuration() const noexcept;
 
   /// Creates a suspended task; URLSessionDataTask::resume() starts it. An empty handler is a

@@ -12,6 +12,7 @@ namespace quorvelkit {
 /// The settings of a session. Certificates and host names are always verified; no setting
 /// disables that.
 struct QUORVELKIT_EXPORT URLSessionConfiguration {
+  /// A time in seconds.
   using TimeInterval = std::chrono::duration<double>;
 
   /// The idle time-out of requests that do not set their own (URLRequest::timeoutInterval).

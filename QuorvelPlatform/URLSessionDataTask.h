@@ -28,7 +28,9 @@ class QUORVELKIT_EXPORT URLSessionDataTask {
   /// If this throws std::bad_alloc, a running task continues, and the handler of a suspended one
   /// never runs.
   virtual void cancel() = 0;
+  /// The current state.
   virtual State state() const = 0;
+  /// The request that made the task, without redirects.
   virtual const URLRequest& originalRequest() const = 0;
 
  protected:

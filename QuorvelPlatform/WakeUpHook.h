@@ -19,6 +19,7 @@ namespace quorvelkit {
 /// Destroy the objects in the reverse order of their construction.
 class QUORVELKIT_EXPORT WakeUpHook {
  public:
+  /// Sets the hook.
   explicit WakeUpHook(std::function<void()> hook);
   WakeUpHook(const WakeUpHook&) = delete;
   WakeUpHook& operator=(const WakeUpHook&) = delete;

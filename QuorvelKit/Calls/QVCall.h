@@ -51,6 +51,7 @@ namespace quorvelkit {
 template <std::derived_from<QVBaseResponse> Response>
 class QVCall {
  public:
+  /// The type of the result.
   using Result = QVCallResult<Response>;
   /// A function that calls a facade with the given completion handler.
   using Start = std::function<void(QVCompletionHandler<Response> completionHandler)>;

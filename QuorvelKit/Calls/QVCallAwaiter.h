@@ -25,12 +25,14 @@ template <class Response>
 class QVCallAwaiter {
  public:
   // GCC 12 destroys awaiters twice if they are aggregates, so this class has a constructor.
+  /// Only QVCall makes awaiters.
   QVCallAwaiter(std::shared_ptr<detail::CallState> call, QVExecutor executor)
       : call_(std::move(call)), waiting_(std::make_shared<Waiting>(std::move(executor))) {}
   QVCallAwaiter(const QVCallAwaiter&) = delete;
   QVCallAwaiter& operator=(const QVCallAwaiter&) = delete;
   ~QVCallAwaiter() { waiting_->isWaiting = false; }
 
+  /// The functions that co_await calls.
   bool await_ready() const noexcept { return false; }
   void await_suspend(std::coroutine_handle<> coroutine) {
     waiting_->coroutine = coroutine;

@@ -16,6 +16,7 @@ namespace quorvelkit {
 /// the call.
 class QVDeadline {
  public:
+  /// A duration from the start of the call, or a point in time.
   template <class Rep, class Period>
   QVDeadline(std::chrono::duration<Rep, Period> fromStart) : value_(saturated(fromStart)) {}
   QVDeadline(Scheduler::TimePoint time) : value_(time) {}

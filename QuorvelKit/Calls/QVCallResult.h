@@ -16,6 +16,7 @@ namespace quorvelkit {
 template <class Response>
 class QVCallResult {
  public:
+  /// Makes a result from a response, which must not be null, or from a reason.
   explicit QVCallResult(std::shared_ptr<Response> response) : response_(std::move(response)) {}
   explicit QVCallResult(QVNotSent notSent) : notSent_(std::move(notSent)) {}
 

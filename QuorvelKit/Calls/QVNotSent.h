@@ -14,6 +14,7 @@ class QVBaseRequest;
 /// Says why a call ended without a response.
 class QUORVELKIT_EXPORT QVNotSent {
  public:
+  /// The reasons. Their numbers are the codes of error().
   enum class Reason {
     /// No configuration is cached, and the base URL of the backend is not usable
     /// (QVBackendless::isUsableBaseURL).
@@ -35,11 +36,13 @@ class QUORVELKIT_EXPORT QVNotSent {
   /// The domain of error(). Its code is the number of the reason.
   static constexpr std::string_view domain = "QuorvelKit.QVNotSent";
 
+  /// Makes an object with these values.
   explicit QVNotSent(Reason reason, std::optional<Error> configurationError = std::nullopt);
   /// Finds the reason for a request whose completion handler was dropped. Reads the configuration,
   /// and the request's url() if it has a root URL; use it where that function may be called.
   static QVNotSent reasonFor(QVBaseRequest& request);
 
+  /// The reason why the request was not sent.
   Reason reason() const noexcept { return reason_; }
   /// Returns the error of the response to the configuration request, if reason() is
   /// configurationFailed.

@@ -15,6 +15,7 @@ class QUORVELKIT_EXPORT Decimal {
  public:
   /// Zero.
   constexpr Decimal() noexcept = default;
+  /// Not-a-number.
   static constexpr Decimal notANumber() noexcept {
     Decimal result;
     result.isNotANumber_ = true;
@@ -26,13 +27,16 @@ class QUORVELKIT_EXPORT Decimal {
   /// too large, not-a-number if the text has no digit.
   static Decimal parse(std::string_view text);
 
+  /// Return true for not-a-number, for zero, or for a number with a minus sign.
   bool isNotANumber() const noexcept { return isNotANumber_; }
   bool isZero() const noexcept { return !isNotANumber_ && high_ == 0 && low_ == 0; }
   bool isNegative() const noexcept { return isNegative_; }
+  /// The exponent.
   int exponent() const noexcept { return exponent_; }
   /// The digits without leading zeros; empty for zero.
   std::string digits() const;
 
+  /// The nearest double; NaN for not-a-number.
   double doubleValue() const;
   /// Decimal text: without exponent from 1e-5 to below 1e38, with exponent outside that range;
   /// "nan" for not-a-number.

@@ -53,6 +53,7 @@ using JSONMap = OrderedMap<JSON>;
 /// itself.
 class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
  public:
+  /// The types of values; `unknown` stands for an unsupported value.
   enum class Type : int { number, string, bool_, array, dictionary, null, unknown };
   /// The type with a raw value from 0 to 6; absent for other raw values.
   static std::optional<Type> typeFromRawValue(std::int64_t rawValue) noexcept;
@@ -85,10 +86,6 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   JSON(Value object) noexcept : value_(std::move(object)) {
     if (value_.kind() == ValueView::Kind::unsupported) becomeUnknown();
   }
-  /// Becomes an owner of the data that the view refers to.
-  explicit JSON(const ValueView& object) noexcept : value_(object) {
-    if (value_.kind() == ValueView::Kind::unsupported) becomeUnknown();
-  }
   template <class T>
   requires(!std::same_as<std::remove_cvref_t<T>, JSON> &&
            !std::derived_from<std::remove_cvref_t<T>, ValueView> &&
@@ -97,6 +94,10 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
       : JSON(Value(std::forward<T>(object))) {}
   explicit JSON(const std::vector<JSON>& elements);
   explicit JSON(const JSONMap& members);
+  /// Becomes an owner of the data that the view refers to.
+  explicit JSON(const ValueView& object) noexcept : value_(object) {
+    if (value_.kind() == ValueView::Kind::unsupported) becomeUnknown();
+  }
   /// Make an array or a map from a list in braces. Of pairs with the same key, the last one sets
   /// the value.
   static JSON makeArray(std::initializer_list<Value> elements);
@@ -113,11 +114,13 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   }
   /// Converts an untyped value; absent if it is an unsupported value.
   static std::optional<JSON> fromRawValue(Value object);
+  /// Null.
   static JSON null() { return JSON(); }
   static JSON nullJSON() { return JSON(); }
 
   // --- type, error, untyped value
 
+  /// The type of the value.
   Type type() const noexcept;
   /// The error of the read or the assignment that made the value null or unknown; otherwise absent.
   std::optional<Error> error() const;
@@ -206,6 +209,7 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   /// The pair at an index; ("", null) at a null index. An index out of range is a programming
   /// error.
   value_type operator[](JSONIndex index) const;
+  /// The number of elements or members; 0 for every other value.
   std::size_t size() const noexcept { return value_.size(); }
   bool empty() const noexcept { return size() == 0; }
 
@@ -220,6 +224,7 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   bool boolValue() const;
   void setBoolValue(bool value) & { setObject(value); }
 
+  /// Absent unless the value is a string.
   std::optional<std::string> string() const;
   void setString(std::optional<std::string> value) & { setOptional(std::move(value)); }
   /// String: its text. Number: decimal text. Boolean: "true" or "false". Otherwise "".
@@ -234,6 +239,7 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   Number numberValue() const;
   void setNumberValue(const Number& value) & { setObject(value); }
 
+  /// Present if the value is null.
   std::optional<Null> null_() const noexcept;
   /// Makes the value null, with either argument.
   void setNull(std::optional<Null>) & { setObject(Null()); }
@@ -250,7 +256,6 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   void setArrayValue(const std::vector<JSON>& value) & { *this = JSON(value); }
   std::optional<ValueArray> arrayObject() const { return value_.elements(); }
   void setArrayObject(std::optional<ValueArray> value) & { setOptional(std::move(value)); }
-
   std::optional<JSONMap> dictionary() const;
   void setDictionary(const std::optional<JSONMap>& value) &;
   JSONMap dictionaryValue() const { return dictionary().value_or(JSONMap()); }

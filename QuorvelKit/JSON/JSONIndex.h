@@ -13,8 +13,10 @@ namespace quorvelkit {
 /// end. Indexes of different cases are neither equal nor ordered.
 class JSONIndex {
  public:
+  /// The kinds of values that an index is for.
   enum class Case { array, dictionary, null };
 
+  /// Make an index for an array, for a map, or the null index.
   static constexpr JSONIndex array(std::size_t position) noexcept {
     return JSONIndex(Case::array, position);
   }
@@ -23,6 +25,7 @@ class JSONIndex {
   }
   static constexpr JSONIndex null() noexcept { return JSONIndex(Case::null, 0); }
 
+  /// The case and the position. The position of the null index is 0.
   constexpr Case kind() const noexcept { return case_; }
   constexpr std::size_t position() const noexcept { return position_; }
   /// The index after this one. The null index returns itself.
@@ -30,6 +33,7 @@ class JSONIndex {
     return case_ == Case::null ? *this : JSONIndex(case_, position_ + 1);
   }
 
+  /// Compares positions of the same case.
   friend constexpr std::partial_ordering operator<=>(JSONIndex a, JSONIndex b) noexcept {
     if (a.case_ != b.case_) return std::partial_ordering::unordered;
     return a.position_ <=> b.position_;

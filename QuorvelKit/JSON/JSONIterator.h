@@ -15,6 +15,7 @@ namespace quorvelkit {
 /// dereference makes a new pair.
 class QUORVELKIT_EXPORT JSON::Iterator {
  public:
+  /// The types that the standard library reads.
   using iterator_concept = std::forward_iterator_tag;
   using iterator_category = std::input_iterator_tag;
   using value_type = JSON::value_type;
@@ -22,13 +23,18 @@ class QUORVELKIT_EXPORT JSON::Iterator {
   using reference = value_type;
   /// Owns the pair that `->` refers to.
   struct pointer {
+    /// The pair.
     value_type pair;
+    /// Accesses the pair.
     const value_type* operator->() const noexcept { return &pair; }
   };
 
+  /// Makes an iterator that is equal to the end of a value that is no container.
   Iterator() noexcept = default;
+  /// The pair at the position.
   value_type operator*() const;
   pointer operator->() const { return {**this}; }
+  /// Moves to the next pair.
   Iterator& operator++() noexcept {
     index_ = index_.next();
     return *this;
@@ -38,6 +44,7 @@ class QUORVELKIT_EXPORT JSON::Iterator {
     ++*this;
     return before;
   }
+  /// Compares the positions. Compare only iterators over the same value.
   friend bool operator==(const Iterator& a, const Iterator& b) noexcept {
     return a.index_ == b.index_;
   }
@@ -53,6 +60,6 @@ class QUORVELKIT_EXPORT JSON::Iterator {
 
 }  // namespace quorvelkit
 
-/// Iterators stay valid after the value is destroyed.
+// Iterators stay valid after the value is destroyed.
 template <>
 inline constexpr bool std::ranges::enable_borrowed_range<quorvelkit::JSON> = true;

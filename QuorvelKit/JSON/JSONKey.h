@@ -52,21 +52,26 @@ auto jsonKeyByFunction(const T& element) {
 /// One step of a path: the index of an element or the key of a member. Owns a copy of the key.
 class JSONKey {
  public:
+  /// The kinds of steps.
   enum class Case { index, key };
 
+  /// Make a step to an element or to a member.
   static JSONKey index(std::int64_t index) { return JSONKey(Case::index, index, {}); }
   static JSONKey key(std::string key) { return JSONKey(Case::key, 0, std::move(key)); }
 
+  /// Converts an index, a text, or a type of an application (JSONSubscriptType).
   template <class T>
   requires(JSONSubscriptType<T> && !std::same_as<T, JSONKey>) JSONKey(const T& element)
       : JSONKey(make(element)) {}
 
+  /// Tells whether the step is an index or a key.
   Case kind() const noexcept { return case_; }
   /// The index; 0 for a key.
   std::int64_t index() const noexcept { return index_; }
   /// The key; empty for an index.
   const std::string& key() const noexcept { return key_; }
 
+  /// Returns this step, so that a JSONKey is a subscript type too.
   JSONKey jsonKey() const { return *this; }
 
   friend bool operator==(const JSONKey& a, const JSONKey& b) = default;

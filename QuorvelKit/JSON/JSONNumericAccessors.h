@@ -8,15 +8,11 @@
 
 namespace quorvelkit {
 
-/// The numeric accessors of JSON. They never fail:
-/// - `double_()` and the like convert number(): absent unless the value is a number or a boolean.
-/// - `doubleValue()` and the like convert numberValue(): also parse texts; 0 for every other kind.
-/// - `setDouble(value)` and the like store a number; an absent value makes the JSON value null.
-///
-/// Number::to defines the conversions.
+/// The numeric accessors of JSON. They never fail. Number::to defines the conversions.
 template <class Self>
 class JSONNumericAccessors {
  public:
+  /// Convert number(); absent unless the value is a number or a boolean.
   std::optional<double> double_() const { return get<double>(); }
   std::optional<float> float_() const { return get<float>(); }
   std::optional<std::int64_t> int_() const { return get<std::int64_t>(); }
@@ -30,6 +26,7 @@ class JSONNumericAccessors {
   std::optional<std::int64_t> int64() const { return get<std::int64_t>(); }
   std::optional<std::uint64_t> uInt64() const { return get<std::uint64_t>(); }
 
+  /// Convert numberValue(), which also parses texts; 0 for every other kind.
   double doubleValue() const { return getValue<double>(); }
   float floatValue() const { return getValue<float>(); }
   std::int64_t intValue() const { return getValue<std::int64_t>(); }
@@ -43,6 +40,7 @@ class JSONNumericAccessors {
   std::int64_t int64Value() const { return getValue<std::int64_t>(); }
   std::uint64_t uInt64Value() const { return getValue<std::uint64_t>(); }
 
+  /// Store a number. An absent value makes the JSON value null.
   void setDouble(std::optional<double> value) & { set(value); }
   void setFloat(std::optional<float> value) & { set(value); }
   void setInt(std::optional<std::int64_t> value) & { set(value); }
@@ -56,6 +54,7 @@ class JSONNumericAccessors {
   void setInt64(std::optional<std::int64_t> value) & { set(value); }
   void setUInt64(std::optional<std::uint64_t> value) & { set(value); }
 
+  /// Store a number.
   void setDoubleValue(double value) & { set<double>(value); }
   void setFloatValue(float value) & { set<float>(value); }
   void setIntValue(std::int64_t value) & { set<std::int64_t>(value); }

@@ -17,11 +17,13 @@ namespace quorvelkit {
 /// such as an enumeration of member names.
 class KeyView {
  public:
+  /// Refers to a text, which must exist as long as this object.
   template <class T>
   requires(std::convertible_to<const T&, std::string_view> &&
            !std::same_as<T, std::nullptr_t>) constexpr KeyView(const T& text) noexcept
       : text_(text), front_(frontOf(text_)), hash_(hashOf(text_)) {}
 
+  /// Converts a type of an application by its function keyView().
   template <class T>
   requires(!std::convertible_to<const T&, std::string_view> && !std::same_as<T, KeyView> &&
            requires(const T& key) {
@@ -29,12 +31,14 @@ class KeyView {
            }) constexpr KeyView(const T& key) noexcept
       : KeyView(keyView(key)) {}
 
+  /// The text of the key.
   constexpr std::string_view text() const noexcept { return text_; }
   /// 24 bits, the same in every process.
   constexpr std::uint32_t hash() const noexcept { return hash_; }
   /// The first eight bytes of the text, padded with zeros.
   constexpr std::uint64_t front() const noexcept { return front_; }
 
+  /// Compares the texts.
   friend constexpr bool operator==(const KeyView& a, const KeyView& b) noexcept {
     return a.front_ == b.front_ && a.text_ == b.text_;
   }

@@ -29,17 +29,23 @@ class QUORVELKIT_EXPORT Number {
     decimal = 'D',
   };
 
+  /// Zero, as an integer.
   constexpr Number() noexcept : value_(std::int64_t{0}) {}
+  /// A boolean, which counts as 1 or 0.
   template <std::same_as<bool> B>
   constexpr Number(B value) noexcept : value_(value) {}
+  /// An integer. It is stored as an int64_t, above INT64_MAX as a uint64_t.
   template <JSONIndexInteger I>
   constexpr Number(I value) noexcept : value_(stored(value)) {}
   /// A `float` is stored as the double of the same value.
   template <std::floating_point F>
   constexpr Number(F value) noexcept : value_(static_cast<double>(value)) {}
+  /// A decimal.
   constexpr Number(Decimal value) noexcept : value_(value) {}
 
+  /// Tells how the number is stored.
   Storage storage() const noexcept;
+  /// Returns true if the number was made from a boolean.
   bool isBool() const noexcept { return std::holds_alternative<bool>(value_); }
 
   /// Conversions. Integers: the fraction is discarded; not-a-number becomes 0. Signed types, and
@@ -67,6 +73,7 @@ class QUORVELKIT_EXPORT Number {
   /// is "1" or "0", not-a-number "nan".
   std::string text() const;
 
+  /// The stored value.
   const std::variant<bool, std::int64_t, std::uint64_t, double, Decimal>& value() const noexcept {
     return value_;
   }

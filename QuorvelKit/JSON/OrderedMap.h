@@ -26,9 +26,11 @@ QUORVELKIT_EXPORT std::uint64_t seededHash(std::string_view text) noexcept;
 template <class T>
 class OrderedMap {
  public:
+  /// The types of pairs and iterators.
   using value_type = std::pair<std::string, T>;
   using const_iterator = typename std::vector<value_type>::const_iterator;
 
+  /// An empty map.
   OrderedMap() = default;
   /// Of pairs with the same key, the last one sets the value.
   OrderedMap(std::initializer_list<value_type> pairs) {
@@ -37,13 +39,16 @@ class OrderedMap {
       set(pair.first, pair.second);
   }
 
+  /// The number of members.
   std::size_t size() const noexcept { return pairs_.size(); }
   bool empty() const noexcept { return pairs_.empty(); }
+  /// Iterators over the pairs in insertion order. Valid until the map changes.
   const_iterator begin() const noexcept { return pairs_.begin(); }
   const_iterator end() const noexcept { return pairs_.end(); }
   /// The pair at a position in insertion order; the position must be less than size().
   const value_type& at(std::size_t position) const { return pairs_[position]; }
   T& valueAt(std::size_t position) { return pairs_[position].second; }
+  /// Allocates memory for a number of members.
   void reserve(std::size_t count) { pairs_.reserve(count); }
 
   /// Returns the value of a key, or null if there is none. Valid until the map changes.
@@ -55,6 +60,7 @@ class OrderedMap {
     const std::size_t position = positionOf(key);
     return position == npos ? nullptr : &pairs_[position].second;
   }
+  /// Returns true if the map contains the key.
   bool contains(std::string_view key) const noexcept { return positionOf(key) != npos; }
 
   /// Replaces the value of a key in its position, or adds the key at the end.

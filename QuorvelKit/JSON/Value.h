@@ -25,6 +25,7 @@ class Value;
 
 /// The null marker.
 struct Null {
+  /// Always true.
   friend constexpr bool operator==(Null, Null) noexcept { return true; }
 };
 
@@ -52,10 +53,12 @@ class QUORVELKIT_EXPORT Value : public ValueView {
   Value(Null) noexcept {}
   Value(std::nullptr_t) noexcept {}
 
+  /// A boolean.
   template <std::same_as<bool> B>
   Value(B value) noexcept {
     bits_ = detail::ValueBits::make(0, value ? detail::ValueTag::true_ : detail::ValueTag::false_);
   }
+  /// A number. A `float` is stored as the double of the same value.
   template <JSONIndexInteger I>
   Value(I value) noexcept {
     bits_ = detail::ValueBits::make(
@@ -104,8 +107,11 @@ class QUORVELKIT_EXPORT Value : public ValueView {
     }
   }
 
+  /// Shares the data until one of the values is written to.
   Value(const Value& other) noexcept : ValueView(other) { retain(); }
+  /// Moves the data; the other value becomes null.
   Value(Value&& other) noexcept : ValueView(other) { other.bits_ = {}; }
+  /// Replaces the value by a copy, or by the moved data.
   Value& operator=(const Value& other) & noexcept {
     Value copy(other);
     std::swap(bits_, copy.bits_);

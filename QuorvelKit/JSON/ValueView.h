@@ -68,11 +68,13 @@ struct ValueAccess;
 /// Threads: all functions are safe to call from several threads at the same time.
 class QUORVELKIT_EXPORT ValueView {
  public:
+  /// The kinds of values.
   enum class Kind : std::uint8_t { null, boolean, number, text, array, map, unsupported };
 
   /// Null.
   constexpr ValueView() noexcept = default;
 
+  /// The kind of the value.
   Kind kind() const noexcept {
     static constexpr Kind kinds[] = {
         Kind::null,  Kind::boolean, Kind::boolean, Kind::number, Kind::number, Kind::number,
@@ -80,8 +82,10 @@ class QUORVELKIT_EXPORT ValueView {
         Kind::array, Kind::map,     Kind::text,    Kind::array,  Kind::map};
     return kinds[static_cast<std::size_t>(bits_.tag())];
   }
+  /// Returns true if the value is null.
   bool isNull() const noexcept { return kind() == Kind::null; }
 
+  /// The value of a boolean.
   std::optional<bool> boolean() const noexcept {
     if (bits_.tag() == detail::ValueTag::true_) return true;
     if (bits_.tag() == detail::ValueTag::false_) return false;
@@ -109,6 +113,7 @@ class QUORVELKIT_EXPORT ValueView {
   }
   /// The stored number of a number or a boolean.
   std::optional<Number> storedNumber() const;
+  /// The text of a string. Valid as long as this view.
   std::optional<std::string_view> text() const noexcept;
 
   /// The number of elements of an array or of members of a map; 0 for every other kind.
@@ -141,6 +146,7 @@ class QUORVELKIT_EXPORT ValueView {
   friend QUORVELKIT_EXPORT bool operator==(const ValueView& a, const ValueView& b);
 
  protected:
+  /// The representation of the value.
   detail::ValueBits bits_;
 
  private:

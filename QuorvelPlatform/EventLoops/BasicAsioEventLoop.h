@@ -28,11 +28,13 @@ namespace quorvelkit {
 template <class Asio>
 class BasicAsioEventLoop {
  public:
+  /// The type that can hold every executor of Asio.
   using Executor = typename Asio::Executor;
 
   /// Tracked work keeps the context running until this object is destroyed.
   enum class Work { untracked, tracked };
 
+  /// Uses an executor, such as a strand.
   explicit BasicAsioEventLoop(Executor executor, Work work = Work::untracked)
       : loop_(std::make_shared<Loop>(std::move(executor), work)),
         hook_([loop = loop_.get()] { loop->wakeUp(); }) {}

@@ -31,6 +31,7 @@ class PollEventLoop {
   PollEventLoop(const PollEventLoop&) = delete;
   PollEventLoop& operator=(const PollEventLoop&) = delete;
 
+  /// The file descriptor, which this object owns.
   int descriptor() const noexcept { return descriptor_.value; }
   /// Returns the entry for an array that poll() takes.
   pollfd pollable() const noexcept { return {descriptor(), POLLIN, 0}; }

@@ -29,6 +29,7 @@ class UVEventLoop {
   /// A referenced handle keeps uv_run() running until this object is destroyed.
   enum class Handle { unreferenced, referenced };
 
+  /// Uses a loop.
   explicit UVEventLoop(uv_loop_t* loop, Handle handle = Handle::unreferenced)
       : async_(makeAsync(loop)), hook_([async = async_.get()] { uv_async_send(async); }) {
     if (handle == Handle::unreferenced) uv_unref(asHandle(async_.get()));
