@@ -88,4 +88,4 @@ set(documentation ${CMAKE_INSTALL_DATAROOTDIR}/doc/quorvelkit)
 install(FILES README.md CHANGELOG.md LICENSE SECURITY.md DESTINATION ${documentation}
   COMPONENT documentation)
 install(DIRECTORY docs DESTINATION ${documentation} COMPONENT documentation
-  PATTERN man EXCLUDE)
+  PATTERN man EXCLUDE PATTERN reference EXCLUDE)

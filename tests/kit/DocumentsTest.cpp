@@ -1,7 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "FakeServer.h"
 #include "examples/snippets/AskForRoute.h"
+#include "examples/snippets/Download.h"
+#include "examples/snippets/FindPlaces.h"
+#include "examples/snippets/Forecast.h"
+#include "examples/snippets/OfflineProtocol.h"
+#include "examples/snippets/OtherBackend.h"
+#include "examples/snippets/ReadJSON.h"
 #include "examples/snippets/SearchField.h"
+#include "examples/snippets/SignalLoop.h"
 #include "tests/support/PublicHeaders.h"
 
 #include <QuorvelKit/Calls/QVStartUp.h>
@@ -207,6 +214,58 @@ TEST(DocumentsTest, ExamplesReportEveryResult) {
     }
     EXPECT_EQ(latitudeIn(Data(answer.body)), answer.body == success.body ? 39 : 0);
   }
+}
+
+TEST(DocumentsTest, SnippetsGiveTheirResults) {
+  const std::map<std::string, const char*> bodies{
+      {"/api/v1/findAddressCandidates", R"({"candidates":[{"Address":"Bell Yard","score":99}]})"},
+      {"/api/v1/reverseGeocode", R"({"address":{"Match_addr":"2 Bell Yard"}})"},
+      {"/api/v1/suggest", R"({"suggestions":[{"text":"Bell"}]})"},
+      {"/forecast", R"({"celsius":21.5})"},
+      {"/news", "fog"}};
+  OfflineProtocol::Bodies all{
+      {test::loginPath, Data("{}")},
+      {test::configurationPath, Data(test::roots("http://nav.test", "http://find.test"))}};
+  for (const auto& [path, body] : bodies)
+    all[path] = Data(body);
+  OfflineProtocol::use(all);
+  SignalLoop loop;
+  const auto take = [&](const std::string& text) { reported = text; };
+  const auto waited = [&] {
+    while (reported.empty())
+      loop.wait();
+    return std::exchange(reported, "");
+  };
+  EXPECT_FALSE(changeBackend("127.0.0.1:8080", take));
+  EXPECT_TRUE(changeBackend("http://backend.test", take));
+  EXPECT_EQ(waited(), "http://nav.test");
+  EXPECT_EQ(bestPlace("Bell Yard", {1, 2}), "Bell Yard, score 99.000000");
+  EXPECT_EQ(addressAt({1, 2}), "2 Bell Yard");
+  EXPECT_EQ(firstSuggestion("Be", {1, 2}), "Bell");
+  Weather::forecast([&](const auto& response) {
+    take(std::to_string(response->forecast()->degreesCelsius().value_or(0)));
+  });
+  EXPECT_EQ(waited(), "21.500000");
+  const auto news = [&](const std::string& server) {
+    return downloadNews(server, "fog & rain", [&](const std::string& text) {
+      MainQueue::main().async([=] { take(text); });
+    });
+  };
+  const auto task = news("http://news.test");
+  EXPECT_THAT(task->originalRequest().url().absoluteString(),
+              testing::EndsWith("fog%20%26%20rain"));
+  EXPECT_EQ(waited(), "200: fog");
+  EXPECT_EQ(news("no server"), nullptr);
+  const auto later = std::make_shared<std::function<void()>>([&] { take("later"); });
+  const auto timer = runLater(1ms, later);
+  EXPECT_EQ(waited(), "later");
+  JSON shop = JSON::parse(R"({"items":[{"price":2.5},{"price":1},{}],"sold":[3,4],"open":true})");
+  increment(shop, "sold", 1);
+  EXPECT_EQ(shop["sold"].rawString(TextEncoding::utf8, JSONWritingOptions::none), "[3,5]");
+  EXPECT_EQ(totalPrice(shop["items"]), 3.5);
+  EXPECT_EQ(summary(JSON::parse(R"({"a":1.50,"b":"x"})")), "a=1.5 b=x ");
+  EXPECT_TRUE(isPrice("12.10"));
+  EXPECT_FALSE(isPrice("free"));
 }
 
 auto anyRoute() { return std::make_shared<QVRouteRequest>(Coordinate(), Coordinate()); }
