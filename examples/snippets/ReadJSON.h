@@ -29,6 +29,15 @@ inline std::string summary(const quorvelkit::JSON& object) {
   return text;
 }
 
+/// Counts how often each text of a list occurs, in the order of their first occurrence.
+inline quorvelkit::OrderedMap<int> countTexts(const quorvelkit::JSON& list) {
+  using namespace quorvelkit;
+  OrderedMap<int> counts;
+  for (JSONIndex at = list.startIndex(); at != list.endIndex(); at = at.next())
+    ++counts[list[at].second.stringValue()];
+  return counts;
+}
+
 /// Increments the number at the end of a path that is known at run time only.
 inline void increment(quorvelkit::JSON& document, const std::string& list, int position) {
   using namespace quorvelkit;

@@ -264,6 +264,7 @@ TEST(DocumentsTest, SnippetsGiveTheirResults) {
   EXPECT_EQ(shop["sold"].rawString(TextEncoding::utf8, JSONWritingOptions::none), "[3,5]");
   EXPECT_EQ(totalPrice(shop["items"]), 3.5);
   EXPECT_EQ(summary(JSON::parse(R"({"a":1.50,"b":"x"})")), "a=1.5 b=x ");
+  EXPECT_EQ(countTexts(JSON::parse(R"(["b","a","b"])")), (OrderedMap<int>{{"b", 2}, {"a", 1}}));
   EXPECT_TRUE(isPrice("12.10"));
   EXPECT_FALSE(isPrice("free"));
 }
