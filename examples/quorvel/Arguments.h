@@ -4,7 +4,6 @@
 #include <QuorvelKit/QVSearchExtent.h>
 #include <QuorvelPlatform/Coordinate.h>
 
-#include <chrono>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,17 +14,17 @@ std::optional<quorvelkit::Coordinate> parseCoordinate(std::string_view text);
 /// Parses "S,W,N,E" in degrees. Returns nullopt if the south is greater than the north.
 std::optional<quorvelkit::QVSearchExtent> parseExtent(std::string_view text);
 
-/// Parses an RFC 3339 time in whole seconds, such as "2017-03-01T14:05:00Z".
-std::optional<std::chrono::system_clock::time_point> parseTime(const std::string& text);
-
 /// Validators for CLI11. Return an error message, or an empty string if the argument is valid.
 std::string checkCoordinate(const std::string& text);
 std::string checkExtent(const std::string& text);
 std::string checkTime(const std::string& text);
 /// A search text must be UTF-8 and contain more than spaces.
 std::string checkSearchText(const std::string& text);
-/// A place with a letter is checked as a search text, any other as a coordinate.
+/// A place is checked as a coordinate if it has no letter, or two parts that read as numbers or
+/// degrees, such as "nan,1" and "39.3N,76.5W". Any other place is checked as a search text.
 std::string checkPlace(const std::string& text);
+/// The message does not repeat the URL, which may contain a password.
+std::string checkBackendURL(const std::string& text);
 
 /// Returns "LAT,LON" in degrees, as parseCoordinate() reads it.
 std::string coordinateText(const quorvelkit::Coordinate& coordinate);

@@ -1,75 +1,87 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Backend.h"
 
-#include "Await.h"
+#include "Arguments.h"
+#include "Problem.h"
+#include "ServerText.h"
 
-#include <QuorvelKit/JSON/JSON.h>
-#include <QuorvelKit/QVBaseService.h>
 #include <QuorvelKit/QVConfiguration.h>
+#include <QuorvelKit/QVResponseKey.h>
 #include <QuorvelPlatform/HTTPURLResponse.h>
-#include <QuorvelPlatform/URLError.h>
 
-#include <algorithm>
 #include <ostream>
 
 using namespace quorvelkit;
 
 namespace {
 
-constexpr std::size_t maxQuoteLength = 300;
-
-/// Returns the "message" of a JSON error body, else the start of the body.
-std::string serverMessage(const Error& error) {
-  std::string text = error.localizedDescription();
-  if (auto message = JSON::parse(text)["message"].string()) return *message;
-  if (text.size() > maxQuoteLength) {
-    text.resize(std::min(text.find_last_of(' ', maxQuoteLength), maxQuoteLength));
-    text += "...";
+/// Requests the configuration without a login. QVConfiguration::get logs in by itself, but does not
+/// return the response of the login, which --trace prints.
+class ConfigurationAlone : public QVBaseService {
+ public:
+  static std::shared_ptr<URLSessionDataTask> get(
+      std::shared_ptr<QVConfigurationRequest> request,
+      QVCompletionHandler<QVConfigurationResponse> completionHandler) {
+    QVCallSteps<QVConfigurationResponse> steps;
+    steps.prepare = [](const auto& proceed) { proceed(); };
+    steps.makeHTTPRequest = [request] {
+      auto httpRequest = request->request();
+      const std::string header(rawValue(QVResponseKey::userToken));
+      if (httpRequest) httpRequest->setValue(QVBackendless::userToken(), header);
+      return httpRequest;
+    };
+    return call(std::move(request), std::move(completionHandler), std::move(steps));
   }
-  return text;
-}
+};
+
+using LoginFunction = std::shared_ptr<URLSessionDataTask> (*)(std::shared_ptr<QVLoginRequest>,
+                                                              QVCompletionHandler<QVLoginResponse>);
 
 std::string backendHint() {
-  return "\nThe backend is " + QVBackendless::baseURL() +
+  const auto url = URL::parse(QVBackendless::baseURL());
+  return "\nThe backend is " + (url ? urlText(*url) : "not set") +
          ". Choose another with --backend URL, or start quorvel-sandbox on this machine.";
+}
+
+/// Returns why there is no configuration, if there is none.
+std::optional<std::string> configurationProblem(const QVCallResult<QVLoginResponse>& login,
+                                                const QVConfigurationResponse& configuration) {
+  if (const auto problem = problemOf(configuration)) {
+    const auto loginProblem = problemOf(*login);
+    return loginProblem ? "The login failed: " + *loginProblem
+                        : "The configuration was not loaded: " + *problem;
+  }
+  if (isJSONObject(configuration)) return std::nullopt;
+  return "The answer is no configuration: " + answerText(configuration) + '.';
 }
 
 }  // namespace
 
 void Backend::addOptions(CLI::App& command) {
-  command.add_option("--backend", url_, "Scheme, host and port of the backend service");
+  command.add_option("--backend", url_, "Scheme, host and port of the backend service")
+      ->check(checkBackendURL);
   command.add_flag("--trace", traces_, "Print each exchange with a server");
 }
 
-std::optional<std::string> Backend::load(std::ostream& trace) const {
+std::optional<std::string> Backend::load(std::ostream& trace, const QVCallOptions& options) const {
   QVBackendless::setBaseURL(url_);
-  // With an unusable URL no request is sent and no handler runs.
-  if (!QVBackendless::isUsableBaseURL()) {
-    return "The backend's URL is not usable: it needs http or https, and a host, as in "
-           "http://127.0.0.1:8080.";
-  }
-  if (traces_) {
-    // Loading the configuration logs in by itself, but does not return the response of the login.
-    const auto login =
-        await<QVLoginResponse>([](auto handler) { QVBackendless::login(std::move(handler)); });
-    traceExchange(trace, *login);
-    if (const auto problem = errorText(*login))
-      return "The login failed: " + *problem + backendHint();
-  }
-  QVBaseService::loadConfiguration([] { MainQueue::main().stop(); });
-  MainQueue::main().run();
-  const auto configuration = QVConfiguration::cachedResponse();
-  if (traces_) traceExchange(trace, *configuration);
-  if (const auto problem = errorText(*configuration)) {
-    return "The configuration was not loaded: " + *problem + backendHint();
-  }
+  if (auto fault = checkBackendURL(url_); !fault.empty()) return "--backend: " + fault;
+  const auto login = call<QVLoginRequest, LoginFunction>(
+      trace, &QVBackendless::login, std::make_shared<QVLoginRequest>(), options);
+  // The configuration is requested also if the login failed: some backends need none.
+  const auto configuration =
+      call(trace, &ConfigurationAlone::get, std::make_shared<QVConfigurationRequest>(), options);
+  if (const auto& notSent = configuration.notSent())
+    return notSent->error().localizedDescription() + backendHint();
+  if (auto problem = configurationProblem(login, *configuration)) return *problem + backendHint();
+  QVConfiguration::setCachedResponse(configuration.response());
   return std::nullopt;
 }
 
 void Backend::traceExchange(std::ostream& trace, const QVBaseResponse& response) const {
   if (!traces_ || !response.task()) return;
   const URLRequest& request = response.task()->originalRequest();
-  trace << request.httpMethod() << ' ' << request.url().absoluteString() << "\n  ";
+  trace << request.httpMethod() << ' ' << request.url() << "\n  ";
   const auto answer = std::dynamic_pointer_cast<const HTTPURLResponse>(response.response());
   if (answer) {
     const std::size_t size = response.data() ? response.data()->size() : 0;
@@ -78,14 +90,4 @@ void Backend::traceExchange(std::ostream& trace, const QVBaseResponse& response)
   } else {
     trace << "no answer\n";
   }
-}
-
-std::optional<std::string> Backend::errorText(const QVBaseResponse& response) {
-  const auto& error = response.error();
-  if (!error) return std::nullopt;
-  if (error->domain() == URLError::domain) {
-    const auto technical = error->technicalDescription();
-    return error->localizedDescription() + (technical ? "\n  " + *technical : "");
-  }
-  return serverMessage(*error) + " (status " + std::to_string(error->code()) + ")";
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QuorvelKit/Calls/QVCall.h>
 #include <QuorvelKit/QVBackendless.h>
-#include <QuorvelKit/QVBaseResponse.h>
 
 #include <CLI/CLI.hpp>
 
@@ -16,15 +16,23 @@ class Backend {
   /// Adds --backend and --trace.
   void addOptions(CLI::App& command);
 
-  /// Loads the configuration, which every other call needs. Returns an error message that says what
-  /// to do, or nullopt.
-  std::optional<std::string> load(std::ostream& trace) const;
+  /// Logs in and loads the configuration, which every other call needs. Returns an error message
+  /// that says what to do, or nullopt.
+  std::optional<std::string> load(std::ostream& trace,
+                                  const quorvelkit::QVCallOptions& options = {}) const;
 
+  /// Sends a request and waits for the result.
+  template <class Request, class Facade>
+  auto call(std::ostream& trace, Facade facade, std::shared_ptr<Request> request,
+            quorvelkit::QVCallOptions options = {}) const {
+    auto result = quorvelkit::QVCall(facade, std::move(request), std::move(options)).wait();
+    if (result.response()) traceExchange(trace, *result.response());
+    return result;
+  }
+
+  bool traces() const { return traces_; }
   /// Writes method, URL, status and body size of an exchange if --trace is set.
   void traceExchange(std::ostream& trace, const quorvelkit::QVBaseResponse& response) const;
-
-  /// Returns the error of a call as a sentence, or nullopt if it has none.
-  static std::optional<std::string> errorText(const quorvelkit::QVBaseResponse& response);
 
  private:
   std::string url_ = quorvelkit::QVBackendless::baseURL();

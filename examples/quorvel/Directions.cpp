@@ -16,7 +16,13 @@ using namespace quorvelkit;
 
 namespace {
 
-std::string distance(double miles) {
+/// More miles or minutes than this are no measure of a route on the earth.
+constexpr double mostPlausible = 100'000;
+
+std::string distance(std::optional<double> measure) {
+  if (!plausible(measure)) return "unknown";
+  const double miles = *measure;
+  if (miles < 25.0 / 5280) return "< 50 ft";
   if (miles < 0.095) return std::to_string(std::lround(miles * 5280 / 50) * 50) + " ft";
   std::array<char, 32> text{};
   static_cast<void>(
@@ -24,10 +30,21 @@ std::string distance(double miles) {
   return text.data();
 }
 
+std::optional<double> between(std::optional<double> begin, std::optional<double> end) {
+  if (!begin || !end) return std::nullopt;
+  return *end - *begin;
+}
+
+std::string duration(std::optional<double> minutes) {
+  if (!plausible(minutes)) return "unknown time";
+  return *minutes < 0.5 ? "< 1 min" : std::to_string(std::lround(*minutes)) + " min";
+}
+
 std::string shield(const QVStreet* street) {
   const QVHighway* highway = street != nullptr ? street->highway() : nullptr;
-  if (highway == nullptr || !highway->number()) return {};
-  return std::string(rawValue(highway->direction())) + ' ' + std::to_string(*highway->number());
+  const auto number = highway != nullptr ? highway->number() : std::nullopt;
+  if (!number || *number <= 0 || *number > 99'999) return {};
+  return std::string(rawValue(highway->direction())) + ' ' + std::to_string(*number);
 }
 
 std::string streetName(const QVStreet* street) {
@@ -36,13 +53,13 @@ std::string streetName(const QVStreet* street) {
 
 std::vector<TableRow> rowsOf(const QVRoute& route) {
   std::vector<TableRow> rows;
-  double previousTurn = 0;
+  std::optional<double> previousTurn = 0;
   for (const QVPoint& point : route.points()) {
     const QVTurn* turn = point.turn();
     if (turn == nullptr) continue;
-    const double here = point.distanceInMiles().value_or(previousTurn);
+    const auto here = plausible(point.distanceInMiles());
     // The distance of the previous row ends at this turn.
-    if (!rows.empty()) rows.back()[0] = distance(here - previousTurn);
+    if (!rows.empty()) rows.back()[0] = distance(between(previousTurn, here));
     previousTurn = here;
     rows.push_back({"", turn->instruction().value_or(std::string(rawValue(turn->direction()))),
                     streetName(turn->street()), shield(turn->street())});
@@ -52,13 +69,19 @@ std::vector<TableRow> rowsOf(const QVRoute& route) {
 
 }  // namespace
 
+std::optional<double> plausible(std::optional<double> measure) {
+  if (!measure || !(*measure >= 0 && *measure <= mostPlausible)) return std::nullopt;
+  return measure;
+}
+
 void printDirections(std::ostream& out, const QVRouteRequest& request, const QVRoute& route) {
-  const double minutes = route.totalDurationInMinutes().value_or(0);
+  const auto miles = plausible(route.totalDistanceInMiles());
+  const auto minutes = plausible(route.totalDurationInMinutes());
   const auto rows = rowsOf(route);
-  out << distance(route.totalDistanceInMiles().value_or(0)) << ", " << std::lround(minutes)
-      << " min, " << rows.size() << " directions\n";
-  if (request.requestType() == QVRouteRequestType::ArrivalTime) {
-    const auto leave = request.time() - std::chrono::seconds(std::lround(minutes * 60));
+  out << (miles ? distance(miles) : "unknown distance") << ", " << duration(minutes) << ", "
+      << rows.size() << (rows.size() == 1 ? " direction\n" : " directions\n");
+  if (minutes && request.requestType() == QVRouteRequestType::ArrivalTime) {
+    const auto leave = request.time() - std::chrono::seconds(std::lround(*minutes * 60));
     out << "Leave at " << DateFormatter::RFC3339DateFormatter().string(leave) << '\n';
   }
   out << '\n';
@@ -67,7 +90,7 @@ void printDirections(std::ostream& out, const QVRouteRequest& request, const QVR
   printTable(out, table);
 }
 
-std::string routeFeature(const QVRoute& route) {
+JSON routeGeometry(const QVRoute& route) {
   ValueArray line;
   for (const QVPoint& point : route.points()) {
     const Coordinate location = point.location();
@@ -75,13 +98,16 @@ std::string routeFeature(const QVRoute& route) {
   }
   // A LineString needs at least two positions.
   if (line.size() == 1) line.push_back(line.front());
+  return JSON::makeDictionary({{"type", "LineString"}, {"coordinates", Value(std::move(line))}});
+}
+
+std::string routeFeature(const QVRoute& route) {
   ValueMap properties;
-  if (const auto distance = route.totalDistanceInMiles()) properties.set("miles", *distance);
-  if (const auto duration = route.totalDurationInMinutes()) properties.set("minutes", *duration);
-  const JSON feature = JSON::makeDictionary(
-      {{"type", "Feature"},
-       {"properties", Value(std::move(properties))},
-       {"geometry",
-        JSON::makeDictionary({{"type", "LineString"}, {"coordinates", Value(std::move(line))}})}});
+  if (const auto miles = plausible(route.totalDistanceInMiles())) properties.set("miles", *miles);
+  if (const auto minutes = plausible(route.totalDurationInMinutes()))
+    properties.set("minutes", *minutes);
+  const JSON feature = JSON::makeDictionary({{"type", "Feature"},
+                                             {"properties", Value(std::move(properties))},
+                                             {"geometry", routeGeometry(route)}});
   return feature.rawString(TextEncoding::utf8, JSONWritingOptions::none).value_or("");
 }

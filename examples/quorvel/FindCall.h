@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "Await.h"
 #include "Backend.h"
 #include "Failure.h"
+#include "Problem.h"
+#include "ServerText.h"
 
 #include <QuorvelKit/QVFind.h>
 
-#include <iosfwd>
 #include <memory>
 #include <optional>
 #include <string>
@@ -18,27 +18,25 @@ using FindFunction = std::shared_ptr<quorvelkit::URLSessionDataTask> (*)(
     std::shared_ptr<Request>, quorvelkit::QVCompletionHandler<Response>);
 
 /// Sends a request to the find server and waits for the response. The configuration must be loaded.
-/// Writes an error message and returns null if the request has no URL or the call fails.
+/// If `printsBody` is true, prints the body if there is one. Writes an error message and returns
+/// null if the call fails or the answer is no document of a find server.
 template <class Request, class Response>
 std::shared_ptr<Response> findCall(const Backend& backend, std::ostream& trace,
                                    const std::shared_ptr<Request>& request,
-                                   FindFunction<Request, Response> function) {
-  if (!request->url()) {
-    fail(
-        "The backend's configuration names no find server. "
-        "Its operator must set quorvel-find-root-url.");
+                                   FindFunction<Request, Response> function,
+                                   bool printsBody = false) {
+  const auto result = backend.call(trace, function, request);
+  if (const auto& notSent = result.notSent()) {
+    fail(problemOf(*notSent, findServer));
     return nullptr;
   }
-  auto response = await<Response>([&](auto handler) { function(request, std::move(handler)); });
-  backend.traceExchange(trace, *response);
-  if (const auto problem = Backend::errorText(*response)) {
+  if (printsBody && result->data() && !result->data()->empty()) printBody(result->data()->view());
+  if (const auto problem = problemOf(*result)) {
     fail("The search failed: " + *problem);
-    return nullptr;
+  } else if (!isJSONObject(*result)) {
+    fail("The search failed: " + answerText(*result) + ", which is no answer of a find server.");
+  } else {
+    return result.response();
   }
-  return response;
+  return nullptr;
 }
-
-/// Returns the best place for a text. Writes an error message and returns nullopt if there is none.
-std::optional<quorvelkit::QVCandidate> findPlace(const Backend& backend, std::ostream& trace,
-                                                 const std::string& text,
-                                                 const quorvelkit::Coordinate& near);

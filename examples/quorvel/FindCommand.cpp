@@ -2,6 +2,7 @@
 #include "FindCommand.h"
 
 #include "Arguments.h"
+#include "FindAnswer.h"
 #include "FindCall.h"
 #include "Table.h"
 
@@ -12,6 +13,10 @@ using namespace quorvelkit;
 
 namespace {
 
+std::string positionText(const std::optional<Coordinate>& position) {
+  return position ? coordinateText(*position) : "unknown";
+}
+
 TableRow rowOf(const QVCandidate& candidate) {
   std::string about;
   const auto add = [&](const std::string& text) {
@@ -21,9 +26,9 @@ TableRow rowOf(const QVCandidate& candidate) {
     add(category);
   add(candidate.phone().value_or(""));
   add(candidate.providerUrl().value_or(""));
-  return {std::to_string(std::lround(candidate.score().value_or(0))),
-          coordinateText(candidate.location().value_or(Coordinate{})),
-          candidate.address().value_or(""), about};
+  const auto score = scoreOf(candidate);
+  return {score ? std::to_string(std::lround(*score)) : "unknown",
+          positionText(positionOf(candidate)), candidate.address().value_or(""), about};
 }
 
 std::vector<TableRow> rowsOf(const QVAddress& address) {
@@ -40,19 +45,17 @@ std::vector<TableRow> rowsOf(const QVAddress& address) {
   return rows;
 }
 
-/// Sends a request. Prints the body if `printsJSON`, else calls `print` with the response. Returns
-/// the exit code.
+/// Sends a request. Prints the body if `printsJSON` is true, also that of an error; else calls
+/// `print` with the response. Returns the exit code.
 template <class Request, class Response, class Print>
 int callAndPrint(const Backend& backend, bool printsJSON, const std::shared_ptr<Request>& request,
                  FindFunction<Request, Response> function, const Print& print) {
   // With --json standard output contains the body only, so that another program can read it.
   std::ostream& trace = printsJSON ? std::cerr : std::cout;
   if (const auto problem = backend.load(trace)) return fail(*problem);
-  const auto response = findCall(backend, trace, request, function);
+  const auto response = findCall(backend, trace, request, function, printsJSON);
   if (!response) return 1;
-  if (!printsJSON) return print(*response);
-  std::cout << response->data()->view() << '\n';
-  return 0;
+  return printsJSON ? 0 : print(*response);
 }
 
 }  // namespace
@@ -124,12 +127,12 @@ int FindCommand::reverseGeocode() const {
   const auto request = std::make_shared<QVReverseGeocodeRequest>(*parseCoordinate(position_));
   return callAndPrint(backend_, json_, request, &QVFind::reverseGeocode, [](auto& response) {
     // If no address was found, address() is present, but its properties are absent.
-    if (!response.address() || !response.address()->matchAddress()) {
-      return fail("The server knows no address there.");
-    }
-    std::cout << *response.address()->matchAddress() << "\n\n";
-    auto table = rowsOf(*response.address());
-    table.push_back({"at", coordinateText(response.location().value_or(Coordinate{}))});
+    auto table = response.address() ? rowsOf(*response.address()) : std::vector<TableRow>();
+    const std::string heading =
+        response.address() ? response.address()->matchAddress().value_or("") : "";
+    if (table.empty() && heading.empty()) return fail("The server knows no address there.");
+    if (!heading.empty()) std::cout << printable(heading) << "\n\n";
+    table.push_back({"at", positionText(positionOf(response))});
     printTable(std::cout, table);
     return 0;
   });

@@ -2,15 +2,44 @@
 #include "RouteCommand.h"
 
 #include "Arguments.h"
-#include "Await.h"
+#include "ArrivalTime.h"
 #include "Directions.h"
+#include "FindAnswer.h"
 #include "FindCall.h"
 
 #include <QuorvelKit/QVNavigation.h>
 
+#include <cmath>
 #include <iostream>
 
 using namespace quorvelkit;
+
+namespace {
+
+/// Checks the best candidate for one end of a route. Writes what was chosen to standard error, or
+/// why it was not.
+std::optional<Coordinate> choose(const QVCandidate& best, const std::string& place,
+                                 double minimumScore) {
+  const double score = scoreOf(best).value_or(0);
+  const auto position = positionOf(best);
+  const std::string address = printable(best.address().value_or(""));
+  std::string found = address.empty() ? "a place without an address" : "'" + address + "'";
+  if (position) found += " at " + coordinateText(*position);
+  const std::string rounded = std::to_string(std::lround(score));
+  if (!position) {
+    fail("The server names no position for '" + place + "': it found " + found + '.');
+  } else if (score < minimumScore) {
+    fail("There is no good match for '" + place + "'. The best one is " + found + ", with score " +
+         rounded + " of 100.\nWrite the address as it is on the map, give LAT,LON, or accept " +
+         "lower scores with --min-score.");
+  } else {
+    std::cerr << "quorvel: '" << place << "' is " << found << " (score " << rounded << ")\n";
+    return position;
+  }
+  return std::nullopt;
+}
+
+}  // namespace
 
 RouteCommand::RouteCommand(CLI::App& program, Backend& backend)
     : command_(program.add_subcommand("route", "Print the directions from one place to another")),
@@ -26,6 +55,10 @@ RouteCommand::RouteCommand(CLI::App& program, Backend& backend)
           "--near", near_,
           "Position to search for addresses near, as LAT,LON. Default: the other end of the route")
       ->check(checkCoordinate);
+  command_
+      ->add_option("--min-score", minimumScore_,
+                   "Lowest score of 0 to 100 with which an address is an end. Default: 80")
+      ->check(CLI::Range(0.0, 100.0));
   command_->add_option("--arrive", arrive_, "Time of arrival as RFC 3339. Default: leave now")
       ->check(checkTime);
   auto* json = command_->add_flag("--json", json_, "Print the body of the answer unchanged");
@@ -33,26 +66,30 @@ RouteCommand::RouteCommand(CLI::App& program, Backend& backend)
   backend_.addOptions(*command_);
 }
 
-std::optional<Coordinate> RouteCommand::positionOf(const std::string& place,
-                                                   const std::string& otherPlace,
-                                                   std::ostream& trace) const {
+std::optional<Coordinate> RouteCommand::endPosition(const std::string& place,
+                                                    const std::string& otherPlace,
+                                                    std::ostream& trace) const {
   if (const auto position = parseCoordinate(place)) return position;
   const auto near = parseCoordinate(near_.empty() ? otherPlace : near_);
   if (!near) {
     fail("Set --near LAT,LON, the position to search for '" + place + "' near.");
     return std::nullopt;
   }
-  const auto found = findPlace(backend_, trace, place, *near);
-  if (!found) return std::nullopt;
-  if (!json_ && !geoJSON_) std::cout << place << ": " << found->address().value_or("") << '\n';
-  return found->location();
+  const auto request = std::make_shared<QVAddressCandidatesRequest>(encodeQueryValue(place), *near);
+  const auto response = findCall(backend_, trace, request, &QVFind::addressCandidates);
+  if (!response) return std::nullopt;
+  if (response->candidates().empty()) {
+    fail("There is no place '" + place + "' on the server's map.");
+    return std::nullopt;
+  }
+  return choose(response->candidates().front(), place, minimumScore_);
 }
 
 std::shared_ptr<QVRouteRequest> RouteCommand::makeRequest(const Coordinate& from,
                                                           const Coordinate& to) const {
   auto request = std::make_shared<QVRouteRequest>(from, to);
   if (!arrive_.empty()) {
-    request->setTime(*parseTime(arrive_));
+    request->setTime(std::get<ArrivalTime>(parseArrivalTime(arrive_)));
     request->setRequestType(QVRouteRequestType::ArrivalTime);
   }
   return request;
@@ -63,40 +100,33 @@ int RouteCommand::run() const {
   // read it.
   std::ostream& trace = json_ || geoJSON_ ? std::cerr : std::cout;
   if (const auto problem = backend_.load(trace)) return fail(*problem);
-  const auto from = positionOf(from_, to_, trace);
+  const auto from = endPosition(from_, to_, trace);
   if (!from) return 1;
-  const auto to = positionOf(to_, from_, trace);
+  const auto to = endPosition(to_, from_, trace);
   if (!to) return 1;
   const auto request = makeRequest(*from, *to);
-  if (!request->url()) {
-    return fail(
-        "The backend's configuration names no navigation server. "
-        "Its operator must set quorvel-navigation-root-url.");
-  }
-  const auto response = await<QVRouteResponse>(
-      [&](auto handler) { QVNavigation::route(request, std::move(handler)); });
-  backend_.traceExchange(trace, *response);
-  if (const auto problem = Backend::errorText(*response)) {
-    const bool notFound = response->error()->code() == 404;
+  const auto result = backend_.call(trace, &QVNavigation::route, request);
+  if (const auto& notSent = result.notSent()) return fail(problemOf(*notSent, navigationServer));
+  return print(*request, *result);
+}
+
+int RouteCommand::print(const QVRouteRequest& request, const QVRouteResponse& response) const {
+  if (json_ && response.data() && !response.data()->empty()) printBody(response.data()->view());
+  if (const auto problem = problemOf(response)) {
+    const bool notFound = response.error()->code() == 404;
     return fail("There is no route: " + *problem + '\n' +
                 (notFound ? "Move --from or --to to a street on the server's map."
                           : "Try again; --trace prints the exchanges."));
   }
-  if (!response->route() || response->route()->points().empty()) {
-    return fail(
-        "The answer of the navigation server is not a route. "
-        "Print it with --json.");
+  if (!response.route() || response.route()->points().empty()) {
+    const bool hasBody = response.data() && !response.data()->empty();
+    return fail("The answer is not a route: " + answerText(response) + '.' +
+                (hasBody && !json_ ? " Print it with --json." : ""));
   }
-  print(*request, *response);
-  return 0;
-}
-
-void RouteCommand::print(const QVRouteRequest& request, const QVRouteResponse& response) const {
-  if (json_) {
-    std::cout << response.data()->view() << '\n';
-  } else if (geoJSON_) {
+  if (geoJSON_) {
     std::cout << routeFeature(*response.route()) << '\n';
-  } else {
+  } else if (!json_) {
     printDirections(std::cout, request, *response.route());
   }
+  return 0;
 }

@@ -23,15 +23,15 @@ class RouteCommand {
   int run() const;
 
  private:
-  /// Returns the position of one end of the route; searches for it if `place` is a text. Writes an
-  /// error message and returns nullopt if there is none.
-  std::optional<quorvelkit::Coordinate> positionOf(const std::string& place,
-                                                   const std::string& otherPlace,
-                                                   std::ostream& trace) const;
+  /// Returns the position of one end of the route; searches for it if `place` is a text. Writes
+  /// what it chose to standard error, or an error message.
+  std::optional<quorvelkit::Coordinate> endPosition(const std::string& place,
+                                                    const std::string& otherPlace,
+                                                    std::ostream& trace) const;
   std::shared_ptr<quorvelkit::QVRouteRequest> makeRequest(const quorvelkit::Coordinate& from,
                                                           const quorvelkit::Coordinate& to) const;
-  void print(const quorvelkit::QVRouteRequest& request,
-             const quorvelkit::QVRouteResponse& response) const;
+  int print(const quorvelkit::QVRouteRequest& request,
+            const quorvelkit::QVRouteResponse& response) const;
 
   CLI::App* command_;
   Backend& backend_;
@@ -39,6 +39,7 @@ class RouteCommand {
   std::string to_;
   std::string near_;
   std::string arrive_;
+  double minimumScore_ = 80;
   bool json_ = false;
   bool geoJSON_ = false;
 };

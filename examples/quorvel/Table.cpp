@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Table.h"
 
+#include "ServerText.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <ostream>
@@ -16,7 +18,10 @@ std::size_t widthOf(const std::string& text) {
 
 }  // namespace
 
-void printTable(std::ostream& out, const std::vector<TableRow>& rows) {
+void printTable(std::ostream& out, std::vector<TableRow> rows) {
+  for (TableRow& row : rows)
+    for (std::string& text : row)
+      text = printable(text);
   if (rows.empty()) return;
   std::vector<std::size_t> widths(rows.front().size());
   for (const TableRow& row : rows) {

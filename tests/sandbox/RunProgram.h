@@ -37,8 +37,8 @@ inline Output run(const std::string& command) {
   return output;
 }
 
-/// Arguments of a program, and how it ends. `text` is a part of standard output or, if the program
-/// fails, of standard error.
+/// Arguments of a program, and how it ends. `text` is a part of what it prints; if the program
+/// fails, a part of standard error.
 struct ProgramRun {
   std::string arguments;
   int exitCode;
@@ -51,7 +51,8 @@ inline void expectEach(const std::string& program, const std::vector<ProgramRun>
   for (const auto& [arguments, exitCode, text] : runs) {
     const Output output = run(program + arguments + commonArguments);
     EXPECT_EQ(output.exitCode, exitCode) << arguments << '\n' << output.err;
-    EXPECT_THAT(exitCode == 0 ? output.out : output.err, testing::HasSubstr(text)) << arguments;
+    const std::string printed = exitCode == 0 ? output.out + output.err : output.err;
+    EXPECT_THAT(printed, testing::HasSubstr(text)) << arguments;
   }
 }
 
