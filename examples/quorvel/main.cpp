@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Backend.h"
+#include "BatchCommand.h"
 #include "Failure.h"
 #include "FindCommand.h"
 #include "RouteCommand.h"
@@ -43,6 +44,7 @@ int run(int argc, char** argv) {
   Backend backend;
   const RouteCommand route(program, backend);
   const FindCommand find(program, backend);
+  const BatchCommand batch(program, backend);
   try {
     program.parse(argc, argv);
   } catch (const CLI::Success& helpOrVersion) {
@@ -50,6 +52,7 @@ int run(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return reportUsageError(program, error);
   }
+  if (batch.isChosen()) return batch.run();
   return route.isChosen() ? route.run() : find.run();
 }
 

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <unistd.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+enum class OutputFormat { ndjson, csv, geoJSONSequence };
+
+/// Writes the answers of a batch to standard output or to a file, which is also the journal of the
+/// batch: each answer is one line that begins with the number of its line in the input.
+class BatchOutput {
+ public:
+  BatchOutput() = default;
+  BatchOutput(const BatchOutput&) = delete;
+  BatchOutput& operator=(const BatchOutput&) = delete;
+  ~BatchOutput();
+
+  /// Opens a file. Without `resumes`, it must be empty or absent. With it, reads which lines have
+  /// an answer and cuts an incomplete line off its end. `header` is the first line of a CSV.
+  /// Throws std::runtime_error.
+  void open(const std::string& path, OutputFormat format, const std::string& header, bool resumes);
+
+  /// Returns true if the file had an answer to this line of the input when it was opened.
+  bool hasAnswer(std::uint64_t line) const {
+    return line < answered_.size() && answered_[static_cast<std::size_t>(line)];
+  }
+  std::uint64_t earlierAnswerCount() const { return earlierAnswerCount_; }
+  bool isTerminal() const { return isatty(descriptor_) != 0; }
+  /// Returns true if there is a header or an answer already.
+  bool hasContent() const { return hasContent_; }
+
+  /// Adds whole lines; flush() writes them. Throws std::system_error.
+  void add(std::string_view lines) { buffer_ += lines; }
+  void flush();
+
+  /// The text before the number of the input line, in each answer.
+  static std::string_view prefix(OutputFormat format);
+
+ private:
+  void readJournal();
+  void noteLine(std::string_view line);
+
+  std::string path_, header_;
+  OutputFormat format_ = OutputFormat::ndjson;
+  int descriptor_ = STDOUT_FILENO;
+  std::string buffer_;
+  std::vector<bool> answered_;
+  std::uint64_t earlierAnswerCount_ = 0;
+  bool hasContent_ = false;
+};
