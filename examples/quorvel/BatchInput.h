@@ -45,6 +45,8 @@ class BatchInput {
   /// Tells that no bytes follow.
   void end() { hasEnded_ = true; }
   bool hasEnded() const { return hasEnded_; }
+  /// Returns the number of bytes that were not returned yet.
+  std::size_t unreadSize() const { return buffer_.size() - begin_; }
 
   /// Returns the next request. Absent if more bytes are needed, or at the end. Throws
   /// std::runtime_error if the rest cannot be read: without a header, or with a record that is too

@@ -263,6 +263,7 @@ void BatchJob::readSignal(int descriptor) {
 void BatchJob::showProgress() {
   Progress::State state{summary_.answers, summary_.errors, std::nullopt,
                         Clock::now() < pausedUntil_};
-  if (inputSize_ > 0) state.part = inputRead_ / inputSize_;
+  if (inputSize_ > 0)
+    state.part = (inputRead_ - static_cast<double>(input_.unreadSize())) / inputSize_;
   progress_.update(state, Clock::now());
 }
