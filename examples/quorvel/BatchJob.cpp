@@ -23,6 +23,7 @@ namespace {
 /// bytes.
 constexpr std::size_t windowFactor = 32;
 constexpr std::size_t maxWindowBytes = std::size_t{64} << 20U;
+constexpr std::size_t maxAheadBytes = 2 * maxWindowBytes;
 
 /// Returns SIGINT and SIGTERM, but not one that the parent process set to be ignored.
 sigset_t endSignals() {
@@ -93,6 +94,7 @@ BatchJob::Summary BatchJob::run() {
         "The output has answers to lines that the input does not have: it belongs to another "
         "input.");
   }
+  if (summary_.signal == 0) output_.removeAhead();
   return summary_;
 }
 
@@ -145,6 +147,11 @@ BatchJob::ItemPointer BatchJob::nextFromInput() {
     }
     const std::uint64_t sequence = firstSequence_ + window_.size();
     if (settings_.isOrdered) window_.emplace_back();
+    if (auto earlier = output_.takeAhead(record->line)) {
+      ++skipped_;
+      write(sequence, *std::move(earlier));
+      continue;
+    }
     if (!settings_.near.empty() && record->field("near").empty())
       record->fields["near"] = settings_.near;
     std::string fault = record->fault;
@@ -203,6 +210,7 @@ bool BatchJob::repeatLater(const ItemPointer& item, const QVBaseResponse& respon
 
 void BatchJob::write(std::uint64_t sequence, std::string line) {
   if (!settings_.isOrdered) return output_.add(line);
+  if (sequence != firstSequence_) output_.addAhead(line);
   windowBytes_ += line.size();
   window_[static_cast<std::size_t>(sequence - firstSequence_)] = std::move(line);
   for (; !window_.empty() && window_.front(); ++firstSequence_) {
@@ -210,6 +218,10 @@ void BatchJob::write(std::uint64_t sequence, std::string line) {
     windowBytes_ -= window_.front()->size();
     window_.pop_front();
   }
+  if (windowBytes_ > 0 && output_.aheadSize() <= maxAheadBytes) return;
+  output_.clearAhead();
+  for (const auto& waiting : window_)
+    if (waiting) output_.addAhead(*waiting);
 }
 
 void BatchJob::wait() {

@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
@@ -17,14 +18,56 @@ namespace {
 /// A larger line number cannot belong to an input, and would need much memory.
 constexpr std::uint64_t maxLine = std::uint64_t{1} << 36U;
 
+/// The second file is emptied when it has more bytes: to empty it often would take time.
+constexpr std::size_t minClearedSize = std::size_t{1} << 20U;
+
 [[noreturn]] void throwSystemError(const std::string& text) {
   throw std::runtime_error(text + ": " + std::generic_category().message(errno) + '.');
+}
+
+/// Calls a function with each whole line of a file, without its line break. Returns the size of
+/// these lines.
+template <class Use>
+off_t readLines(int descriptor, const std::string& path, const Use& use) {
+  std::string unread;
+  off_t complete = 0;
+  std::array<char, 65536> piece{};
+  while (true) {
+    const ssize_t size = read(descriptor, piece.data(), piece.size());
+    if (size < 0) throwSystemError("The file '" + path + "' cannot be read");
+    if (size == 0) return complete;
+    unread.append(piece.data(), static_cast<std::size_t>(size));
+    std::size_t begin = 0;
+    for (std::size_t end = 0; (end = unread.find('\n', begin)) != std::string::npos;
+         begin = end + 1)
+      use(std::string_view(unread).substr(begin, end - begin));
+    complete += static_cast<off_t>(begin);
+    unread.erase(0, begin);
+  }
+}
+
+/// Cuts a file and continues at its end.
+void setEnd(int descriptor, off_t size) {
+  if (ftruncate(descriptor, size) != 0 || lseek(descriptor, size, SEEK_SET) < 0)
+    throw std::system_error(errno, std::generic_category(), "The output cannot be continued");
+}
+
+void writeAll(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t size = write(descriptor, bytes.data(), bytes.size());
+    if (size < 0 && errno != EINTR)
+      throw std::system_error(errno, std::generic_category(), "The output cannot be written");
+    if (size > 0) bytes.remove_prefix(static_cast<std::size_t>(size));
+  }
 }
 
 }  // namespace
 
 BatchOutput::~BatchOutput() {
   if (descriptor_ != STDOUT_FILENO) close(descriptor_);
+  if (aheadDescriptor_ == -1) return;
+  if (aheadSize_ == 0) removeAhead();
+  close(aheadDescriptor_);
 }
 
 std::string_view BatchOutput::prefix(OutputFormat format) {
@@ -48,33 +91,43 @@ void BatchOutput::open(const std::string& path, OutputFormat format, const std::
   }
   if (flock(descriptor_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
     throw std::runtime_error("Another process writes to the file '" + path + "'.");
-  if (resumes) return readJournal();
-  if (lseek(descriptor_, 0, SEEK_END) > 0) {
+  if (resumes) {
+    readJournal();
+  } else if (lseek(descriptor_, 0, SEEK_END) > 0) {
     throw std::runtime_error("The file '" + path +
                              "' has content. Continue it with --resume, or remove it.");
   }
+  struct stat status {};
+  if (fstat(descriptor_, &status) != 0 || !S_ISREG(status.st_mode)) return;
+  aheadDescriptor_ =
+      ::open(aheadPath().c_str(), O_RDWR | O_CREAT | O_CLOEXEC | (resumes ? 0 : O_TRUNC), 0666);
+  if (aheadDescriptor_ == -1) throwSystemError("The file '" + aheadPath() + "' cannot be opened");
+  readAhead();
 }
 
 void BatchOutput::readJournal() {
-  std::string unread;
-  off_t complete = 0;
-  std::array<char, 65536> piece{};
-  while (true) {
-    const ssize_t size = read(descriptor_, piece.data(), piece.size());
-    if (size < 0) throwSystemError("The file '" + path_ + "' cannot be read");
-    if (size == 0) break;
-    unread.append(piece.data(), static_cast<std::size_t>(size));
-    std::size_t begin = 0;
-    for (std::size_t end = 0; (end = unread.find('\n', begin)) != std::string::npos;
-         begin = end + 1)
-      noteLine(std::string_view(unread).substr(begin, end - begin));
-    complete += static_cast<off_t>(begin);
-    unread.erase(0, begin);
-  }
-  // A device or a pipe has no size.
-  if (unread.empty() && complete == 0) return;
-  if (ftruncate(descriptor_, complete) != 0 || lseek(descriptor_, complete, SEEK_SET) < 0)
-    throwSystemError("The file '" + path_ + "' cannot be continued");
+  const off_t size =
+      readLines(descriptor_, path_, [this](std::string_view line) { noteLine(line); });
+  const off_t end = lseek(descriptor_, 0, SEEK_END);
+  if (end > size) setEnd(descriptor_, size);
+}
+
+void BatchOutput::readAhead() {
+  const off_t size = readLines(aheadDescriptor_, aheadPath(), [this](std::string_view line) {
+    const std::uint64_t number = numberOf(line);
+    if (!hasAnswer(number)) ahead_.insert_or_assign(number, std::string(line) + '\n');
+  });
+  setEnd(aheadDescriptor_, size);
+  aheadSize_ = static_cast<std::size_t>(size);
+  earlierAnswerCount_ += ahead_.size();
+}
+
+std::optional<std::string> BatchOutput::takeAhead(std::uint64_t line) {
+  const auto found = ahead_.find(line);
+  if (found == ahead_.end()) return std::nullopt;
+  auto text = std::move(found->second);
+  ahead_.erase(found);
+  return text;
 }
 
 void BatchOutput::noteLine(std::string_view line) {
@@ -84,30 +137,49 @@ void BatchOutput::noteLine(std::string_view line) {
     throw std::runtime_error("The file '" + path_ + "' has other columns: its header is not " +
                              header_ + '.');
   }
+  const auto index = static_cast<std::size_t>(numberOf(line));
+  if (index >= answered_.size()) answered_.resize(index + 1);
+  if (!answered_[index]) ++earlierAnswerCount_;
+  answered_[index] = true;
+}
+
+std::uint64_t BatchOutput::numberOf(std::string_view line) const {
   const std::string_view start = prefix(format_);
   std::uint64_t number = 0;
   const bool isAnswer =
       line.starts_with(start) &&
       std::from_chars(line.data() + start.size(), line.data() + line.size(), number).ec ==
           std::errc();
-  if (!isAnswer || number > maxLine) {
-    throw std::runtime_error("The file '" + path_ +
-                             "' cannot be continued: a line does not begin with the number of a "
-                             "line of the input.");
-  }
-  const auto index = static_cast<std::size_t>(number);
-  if (index >= answered_.size()) answered_.resize(index + 1);
-  if (!answered_[index]) ++earlierAnswerCount_;
-  answered_[index] = true;
+  if (isAnswer && number <= maxLine) return number;
+  throw std::runtime_error("The file '" + path_ +
+                           "' cannot be continued: a line does not begin with the number of a line "
+                           "of the input.");
 }
 
 void BatchOutput::flush() {
-  for (std::size_t begin = 0; begin < buffer_.size();) {
-    const ssize_t size = write(descriptor_, buffer_.data() + begin, buffer_.size() - begin);
-    if (size < 0 && errno != EINTR)
-      throw std::system_error(errno, std::generic_category(), "The output cannot be written");
-    if (size > 0) begin += static_cast<std::size_t>(size);
-  }
+  writeAll(descriptor_, buffer_);
   if (!buffer_.empty()) hasContent_ = true;
   buffer_.clear();
+  // An answer may stand in both files for a moment, but never in none.
+  if (std::exchange(clearsAhead_, false)) {
+    setEnd(aheadDescriptor_, 0);
+    aheadSize_ = 0;
+  }
+  writeAll(aheadDescriptor_, aheadBuffer_);
+  aheadSize_ += aheadBuffer_.size();
+  aheadBuffer_.clear();
+}
+
+void BatchOutput::addAhead(std::string_view line) {
+  if (aheadDescriptor_ != -1) aheadBuffer_ += line;
+}
+
+void BatchOutput::clearAhead() {
+  aheadBuffer_.clear();
+  // Lines that stand in the first file too do not matter.
+  clearsAhead_ = aheadSize_ > minClearedSize;
+}
+
+void BatchOutput::removeAhead() {
+  if (aheadDescriptor_ != -1) unlink(aheadPath().c_str());
 }

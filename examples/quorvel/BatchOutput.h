@@ -5,6 +5,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,7 +14,8 @@
 enum class OutputFormat { ndjson, csv, geoJSONSequence };
 
 /// Writes the answers of a batch to standard output or to a file, which is also the journal of the
-/// batch: each answer is one line that begins with the number of its line in the input.
+/// batch: each answer is one line that begins with the number of its line in the input. Answers
+/// that wait for an earlier one are kept in a second file, FILE.ahead, until the end of the batch.
 class BatchOutput {
  public:
   BatchOutput() = default;
@@ -29,6 +32,9 @@ class BatchOutput {
   bool hasAnswer(std::uint64_t line) const {
     return line < answered_.size() && answered_[static_cast<std::size_t>(line)];
   }
+  /// Removes and returns the answer to this line that the second file had when it was opened.
+  std::optional<std::string> takeAhead(std::uint64_t line);
+  /// Returns the number of answers in both files when they were opened.
   std::uint64_t earlierAnswerCount() const { return earlierAnswerCount_; }
   bool isTerminal() const { return isatty(descriptor_) != 0; }
   /// Returns true if there is a header or an answer already.
@@ -37,13 +43,22 @@ class BatchOutput {
   /// Adds whole lines; flush() writes them. Throws std::system_error.
   void add(std::string_view lines) { buffer_ += lines; }
   void flush();
+  /// The same for the second file. clearAhead() empties it, before the lines that are added later.
+  void addAhead(std::string_view line);
+  void clearAhead();
+  std::size_t aheadSize() const { return aheadSize_ + aheadBuffer_.size(); }
+  /// Removes the second file, after the whole input was answered.
+  void removeAhead();
 
   /// The text before the number of the input line, in each answer.
   static std::string_view prefix(OutputFormat format);
 
  private:
   void readJournal();
+  void readAhead();
   void noteLine(std::string_view line);
+  std::uint64_t numberOf(std::string_view line) const;
+  std::string aheadPath() const { return path_ + ".ahead"; }
 
   std::string path_, header_;
   OutputFormat format_ = OutputFormat::ndjson;
@@ -52,4 +67,10 @@ class BatchOutput {
   std::vector<bool> answered_;
   std::uint64_t earlierAnswerCount_ = 0;
   bool hasContent_ = false;
+
+  int aheadDescriptor_ = -1;  // -1 if there is no file.
+  std::string aheadBuffer_;
+  std::size_t aheadSize_ = 0;  // In the file.
+  bool clearsAhead_ = false;
+  std::map<std::uint64_t, std::string> ahead_;
 };
