@@ -9,7 +9,6 @@
 
 #include <QuorvelKit/QVNavigation.h>
 
-#include <cmath>
 #include <iostream>
 
 using namespace quorvelkit;
@@ -25,7 +24,7 @@ std::optional<Coordinate> choose(const QVCandidate& best, const std::string& pla
   const std::string address = printable(best.address().value_or(""));
   std::string found = address.empty() ? "a place without an address" : "'" + address + "'";
   if (position) found += " at " + coordinateText(*position);
-  const std::string rounded = std::to_string(std::lround(score));
+  const std::string rounded = std::to_string(static_cast<int>(score));
   if (!position) {
     fail("The server names no position for '" + place + "': it found " + found + '.');
   } else if (score < minimumScore) {
