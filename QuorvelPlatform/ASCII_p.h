@@ -17,4 +17,12 @@ constexpr bool equalsIgnoringASCIICase(std::string_view a, std::string_view b) n
                     [](char x, char y) { return asciiLowered(x) == asciiLowered(y); });
 }
 
+/// Returns the text without spaces, tabs and line ends at its ends.
+constexpr std::string_view trimmed(std::string_view text) noexcept {
+  constexpr std::string_view blanks = " \t\r\n";
+  const std::size_t begin = text.find_first_not_of(blanks);
+  if (begin == text.npos) return {};
+  return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
+}
+
 }  // namespace quorvelkit

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <QuorvelPlatform/ASCII_p.h>
 #include <QuorvelPlatform/HTTPHeaderBlock_p.h>
 
 #include <string>
@@ -7,12 +8,6 @@
 namespace quorvelkit {
 
 namespace {
-
-std::string_view trimmed(std::string_view text) {
-  const std::size_t begin = text.find_first_not_of(" \t\r\n");
-  if (begin == text.npos) return {};
-  return text.substr(begin, text.find_last_not_of(" \t\r\n") - begin + 1);
-}
 
 // Removes the first line, with its folded lines, and returns it.
 std::string_view takeLine(std::string_view& lines) {

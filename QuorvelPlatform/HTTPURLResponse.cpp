@@ -12,12 +12,6 @@ namespace quorvelkit {
 
 namespace {
 
-std::string_view trimmed(std::string_view text) {
-  const std::size_t begin = text.find_first_not_of(" \t");
-  if (begin == std::string_view::npos) return {};
-  return text.substr(begin, text.find_last_not_of(" \t") - begin + 1);
-}
-
 std::optional<std::string> mimeTypeOf(const HTTPHeaderFields& fields) {
   const auto contentType = fields.value("Content-Type");
   if (!contentType) return std::nullopt;
