@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "BatchOutput.h"
 
+#include "ServerText.h"
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -91,14 +93,17 @@ void BatchOutput::open(const std::string& path, OutputFormat format, const std::
   }
   if (flock(descriptor_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
     throw std::runtime_error("Another process writes to the file '" + path + "'.");
+  isTerminal_ = isatty(descriptor_) != 0;
+  struct stat status {};
+  const bool isFile = fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode);
   if (resumes) {
+    if (!isFile) throw std::runtime_error("'" + path + "' cannot be continued: it is no file.");
     readJournal();
   } else if (lseek(descriptor_, 0, SEEK_END) > 0) {
     throw std::runtime_error("The file '" + path +
                              "' has content. Continue it with --resume, or remove it.");
   }
-  struct stat status {};
-  if (fstat(descriptor_, &status) != 0 || !S_ISREG(status.st_mode)) return;
+  if (!isFile) return;
   aheadDescriptor_ =
       ::open(aheadPath().c_str(), O_RDWR | O_CREAT | O_CLOEXEC | (resumes ? 0 : O_TRUNC), 0666);
   if (aheadDescriptor_ == -1) throwSystemError("The file '" + aheadPath() + "' cannot be opened");
@@ -146,14 +151,23 @@ void BatchOutput::noteLine(std::string_view line) {
 std::uint64_t BatchOutput::numberOf(std::string_view line) const {
   const std::string_view start = prefix(format_);
   std::uint64_t number = 0;
-  const bool isAnswer =
-      line.starts_with(start) &&
-      std::from_chars(line.data() + start.size(), line.data() + line.size(), number).ec ==
-          std::errc();
-  if (isAnswer && number <= maxLine) return number;
+  if (line.starts_with(start)) {
+    const char* const end = line.data() + line.size();
+    const auto parsed = std::from_chars(line.data() + start.size(), end, number);
+    const bool isNumber = parsed.ec == std::errc() && parsed.ptr != end && *parsed.ptr == ',';
+    if (isNumber && number <= maxLine) return number;
+  }
   throw std::runtime_error("The file '" + path_ +
                            "' cannot be continued: a line does not begin with the number of a line "
                            "of the input.");
+}
+
+void BatchOutput::add(std::string_view line) {
+  if (!isTerminal()) {
+    buffer_ += line;
+  } else {
+    buffer_ += printable(line.substr(0, line.size() - 1)) + '\n';
+  }
 }
 
 void BatchOutput::flush() {

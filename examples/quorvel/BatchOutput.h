@@ -36,17 +36,18 @@ class BatchOutput {
   std::optional<std::string> takeAhead(std::uint64_t line);
   /// Returns the number of answers in both files when they were opened.
   std::uint64_t earlierAnswerCount() const { return earlierAnswerCount_; }
-  bool isTerminal() const { return isatty(descriptor_) != 0; }
+  bool isTerminal() const { return isTerminal_; }
   /// Returns true if there is a header or an answer already.
   bool hasContent() const { return hasContent_; }
 
-  /// Adds whole lines; flush() writes them. Throws std::system_error.
-  void add(std::string_view lines) { buffer_ += lines; }
+  /// Adds a whole line, which is made printable() for a terminal. flush() writes it and throws
+  /// std::system_error.
+  void add(std::string_view line);
   void flush();
   /// The same for the second file. clearAhead() empties it, before the lines that are added later.
   void addAhead(std::string_view line);
   void clearAhead();
-  std::size_t aheadSize() const { return aheadSize_ + aheadBuffer_.size(); }
+  std::size_t aheadSize() const { return (clearsAhead_ ? 0 : aheadSize_) + aheadBuffer_.size(); }
   /// Removes the second file, after the whole input was answered.
   void removeAhead();
 
@@ -63,6 +64,7 @@ class BatchOutput {
   std::string path_, header_;
   OutputFormat format_ = OutputFormat::ndjson;
   int descriptor_ = STDOUT_FILENO;
+  bool isTerminal_ = isatty(STDOUT_FILENO) != 0;
   std::string buffer_;
   std::vector<bool> answered_;
   std::uint64_t earlierAnswerCount_ = 0;

@@ -6,6 +6,7 @@
 #include <condition_variable>
 #include <map>
 #include <mutex>
+#include <utility>
 
 namespace quorvelkit::sandbox::test {
 namespace {
@@ -49,6 +50,10 @@ class BatchTest : public testing::Test {
   }
   std::string command(const std::string& arguments) const {
     return QUORVEL " batch suggest - --near 1,2 --backend " + server_.url("") + ' ' + arguments;
+  }
+  std::map<std::string, int> takeRequests() {
+    const std::lock_guard lock(mutex_);
+    return std::exchange(requests_, {});
   }
   std::string fileText() const {
     std::ifstream stream(file_);
@@ -112,6 +117,7 @@ TEST_F(BatchTest, WrongArgumentsAndFailuresAreErrors) {
   const std::tuple<std::string, std::string, int, std::string> cases[] = {
       {"text\\na", ">/dev/full", 1, "cannot be written: No space left"},
       {"text\\na", "--output /dev/full", 1, "cannot be written: No space left"},
+      {"text\\na", "--output /dev/full --resume", 1, "it is no file"},
       {"text\\na", "--output /nowhere/x", 1, "'/nowhere/x' cannot be opened: No such file"},
       {"txt\\na", "", 1, "names no column 'text'"},
       {"text\\n\\\"$(head -c 2000000 /dev/zero | tr \\\\0 a)", "", 1,
@@ -138,7 +144,6 @@ TEST_F(BatchTest, ContinuesAfterItsEnd) {
                                                              {"TERM", 143, "geojson --unordered"},
                                                              {"INT", 130, "csv"}};
   for (const auto& [signal, exitCode, format] : cases) {
-    requests_.clear();
     std::ofstream(file_).flush();
     const std::string options = "--output " + file_ + " --format " + format;
     const bool isCSV = format.starts_with("csv");
@@ -160,7 +165,7 @@ TEST_F(BatchTest, ContinuesAfterItsEnd) {
       EXPECT_EQ(continued.err, "");
     }
     const std::map<std::string, int> once{{"a", 1}, {"b", 1}, {"hang", 2}};
-    EXPECT_EQ(requests_, once) << format;
+    EXPECT_EQ(takeRequests(), once) << format;
     EXPECT_NE(access((file_ + ".ahead").c_str(), F_OK), 0);
     const std::string text = fileText();
     EXPECT_THAT(text, testing::StartsWith(before));
