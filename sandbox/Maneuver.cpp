@@ -29,7 +29,7 @@ class ManeuverFinder {
   std::vector<Maneuver> find() {
     maneuvers_.push_back({.type = Type::depart});
     const std::size_t count = path_.edges.size();
-    for (std::size_t step = 1; step < count;) {
+    for (std::size_t step = road(0).roundabout ? addRoundabout(0) : 1; step < count;) {
       step = road(step).roundabout && !road(step - 1).roundabout ? addRoundabout(step)
                                                                  : addJunction(step);
     }
@@ -55,9 +55,10 @@ class ManeuverFinder {
     return alternatives;
   }
 
-  /// Adds the roundabout that begins at `step`. Returns the first step after it.
+  /// Adds the roundabout that begins at `step`. Returns the first step after it. A path that starts
+  /// in the roundabout enters it there.
   std::size_t addRoundabout(std::size_t step) {
-    Maneuver maneuver{.type = Type::roundabout, .before = step - 1};
+    Maneuver maneuver{.type = Type::roundabout, .before = std::max<std::size_t>(step, 1) - 1};
     std::size_t at = step;
     int exits = 0;
     for (; at < path_.edges.size() && road(at).roundabout; ++at) {
@@ -69,7 +70,9 @@ class ManeuverFinder {
     }
     if (at < path_.edges.size()) {
       maneuver.roundaboutExit = exits;
-      maneuver.angle = network_.turn(path_.edges[step - 1], path_.edges[at]);
+      maneuver.angle = network_.turn(path_.edges[maneuver.before], path_.edges[at]);
+    } else if (step == 0) {
+      return at;  // The path does not leave the roundabout.
     }
     maneuver.after = std::min(at, path_.edges.size() - 1);
     maneuver.direction = directionWord(maneuver.angle);
@@ -82,16 +85,17 @@ class ManeuverFinder {
     const Road& after = road(step);
     const double angle = network_.turn(path_.edges[step - 1], path_.edges[step]);
     const std::vector<Alternative> alternatives = alternativesAt(step);
+    const bool toRamp = after.link && !before.link && isRamp(step);
+    const bool fromRamp = before.link && !after.link && isRamp(step - 1);
     if (path_.edges[step] == RoadNetwork::reversed(path_.edges[step - 1])) {
       add(Type::uTurn, "uturn", step, 180);
-    } else if (after.link && !before.link && before.isHighway()) {
+    } else if (toRamp && before.isHighway()) {
       if (!alternatives.empty()) {
         add(Type::exit, isRightmost(angle, alternatives) ? "exitright" : "exitleft", step, angle);
       }
-    } else if (after.link && !before.link && leadsToHighway(network_, path_, step)) {
+    } else if (toRamp && leadsToHighway(network_, path_, step)) {
       add(Type::ramp, directionWord(angle), step, angle);
-    } else if (before.link && !after.link && after.isHighway() &&
-               std::abs(angle) < maximumStraightAngle) {
+    } else if (fromRamp && after.isHighway() && std::abs(angle) < maximumStraightAngle) {
       add(Type::merge, "forward", step, angle);
     } else if (before.link && after.link) {
       addRampJunction(step, angle, alternatives);
@@ -101,6 +105,10 @@ class ManeuverFinder {
       addStreetJunction(step, angle, alternatives);
     }
     return step + 1;
+  }
+
+  bool isRamp(std::size_t step) const {
+    return linkMeters(network_, path_, step) >= minimumRampMeters;
   }
 
   static bool isRightmost(double angle, const std::vector<Alternative>& alternatives) {
@@ -213,6 +221,16 @@ std::string_view directionWord(double angle) {
 
 std::vector<Maneuver> findManeuvers(const RoadNetwork& network, const Path& path) {
   return mergeManeuvers(network, path, ManeuverFinder(network, path).find());
+}
+
+double linkMeters(const RoadNetwork& network, const Path& path, std::size_t step) {
+  const auto isLink = [&](std::size_t at) { return network.road(path.edges[at]).link; };
+  while (step > 0 && isLink(step) && isLink(step - 1))
+    --step;
+  double meters = 0;
+  for (; step < path.edges.size() && isLink(step); ++step)
+    meters += network.length(path.edges[step]);
+  return meters;
 }
 
 bool leadsToHighway(const RoadNetwork& network, const Path& path, std::size_t step) {

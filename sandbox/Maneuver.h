@@ -48,6 +48,11 @@ std::string_view directionWord(double angle);
 /// streets and crossings that the street passes straight produce no maneuver.
 std::vector<Maneuver> findManeuvers(const RoadNetwork& network, const Path& path);
 
+/// The length in meters of the consecutive links that contain edge `step`; 0 if it is no link.
+double linkMeters(const RoadNetwork& network, const Path& path, std::size_t step);
+/// A shorter link is a turning lane, also at a highway.
+constexpr double minimumRampMeters = 60;
+
 /// Whether the ramp at edge `step` of the path leads to a highway.
 bool leadsToHighway(const RoadNetwork& network, const Path& path, std::size_t step);
 

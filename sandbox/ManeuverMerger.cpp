@@ -97,8 +97,9 @@ class Merger {
 
   bool canJoin(const Maneuver& first, const Maneuver& second) const {
     const double meters = metersBetween(first, second);
-    if (meters < maximumTurningLaneMeters &&
-        allBetween(first, second, [](const Road& r) { return r.link && !r.isHighway(); })) {
+    if (meters < maximumTurningLaneMeters && allBetween(first, second, [&](const Road& r) {
+          return r.link && (!r.isHighway() || meters < minimumRampMeters);
+        })) {
       return true;
     }
     // A name change shortly after a turn belongs to the turn.
@@ -121,6 +122,11 @@ class Merger {
                     .before = first.before,
                     .after = second.after,
                     .angle = first.angle + second.angle};
+    if (allBetween(first, second, [](const Road& r) { return r.link; })) {
+      // A turning lane bends. A U-turn keeps the side of its turns.
+      const double turned = network_.turn(path_.edges[joined.before], path_.edges[joined.after]);
+      joined.angle = std::abs(turned) < 150 ? turned : std::copysign(turned, joined.angle);
+    }
     joined.direction = directionWord(joined.angle);
     const Road& from = road(joined.before);
     const Road& onto = road(joined.after);

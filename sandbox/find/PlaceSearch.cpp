@@ -90,7 +90,7 @@ std::vector<PlaceSearch::Result> PlaceSearch::search(const Terms& terms, double 
                                                      const SearchArea& area,
                                                      std::size_t maximumCount,
                                                      const SortKeyFunction& sortKey,
-                                                     bool withAddresses) const {
+                                                     Filter filter) const {
   struct Ranked {
     SortKey sortKey;
     double meters;
@@ -101,7 +101,7 @@ std::vector<PlaceSearch::Result> PlaceSearch::search(const Terms& terms, double 
   for (const TextIndex::Match& match : index_.find(terms)) {
     const auto& [position, kind] = locations_[match.text];
     if (!isInside(position, area)) continue;
-    if (kind == Place::Kind::address && !withAddresses) continue;
+    if (!filter.accepts(match) || (kind == Place::Kind::address && !filter.addresses)) continue;
     const double meters = distanceInMeters(position, area.near);
     ranked.push_back({sortKey(match, meters), meters, match.text, match.coverage});
   }
@@ -117,25 +117,26 @@ std::vector<PlaceSearch::Result> PlaceSearch::search(const Terms& terms, double 
   return found;
 }
 
-std::vector<TextIndex::Match> PlaceSearch::streetsMatching(const Terms& terms) const {
+std::vector<TextIndex::Match> PlaceSearch::streetsMatching(const Terms& terms,
+                                                           Filter filter) const {
   auto matches = index_.find(terms);
   std::erase_if(matches, [&](const TextIndex::Match& match) {
-    return locations_[match.text].kind != Place::Kind::street;
+    return locations_[match.text].kind != Place::Kind::street || !filter.accepts(match);
   });
   return matches;
 }
 
 void PlaceSearch::addInterpolated(const Terms& terms, double fraction, const SearchArea& area,
-                                  std::vector<Result>& found) const {
+                                  Filter filter, std::vector<Result>& found) const {
   for (std::size_t i = 0; i < terms.size(); ++i) {
     const auto number = houseNumber(terms[i]);
     if (!number) continue;
     Terms street = terms;
     street.erase(street.begin() + static_cast<std::ptrdiff_t>(i));
-    auto matches = streetsMatching(street);
+    auto matches = streetsMatching(street, filter);
     if (matches.empty()) {  // The other numbers can be a postal code, which streets do not have.
       std::erase_if(street, [](const SearchTerm& term) { return houseNumber(term).has_value(); });
-      matches = streetsMatching(street);
+      matches = streetsMatching(street, filter);
     }
     const auto metersTo = [&](const TextIndex::Match& match) {
       return distanceInMeters(locations_[match.text].position, area.near);
@@ -157,14 +158,14 @@ void PlaceSearch::addInterpolated(const Terms& terms, double fraction, const Sea
 
 std::vector<PlaceSearch::Result> PlaceSearch::bestResults(const Terms& terms, double fraction,
                                                           const SearchArea& area,
-                                                          bool withAddresses) const {
+                                                          Filter filter) const {
   auto found = search(
       terms, fraction, area, maximumCandidates,
       [](const TextIndex::Match& match, double meters) {
         return SortKey{-match.coverage, meters};
       },
-      withAddresses);
-  if (withAddresses) addInterpolated(terms, fraction, area, found);
+      filter);
+  if (filter.addresses) addInterpolated(terms, fraction, area, filter, found);
   sortByScore(found);
   if (found.size() > maximumCandidates) found.resize(maximumCandidates);
   if (!found.empty()) {
@@ -178,16 +179,20 @@ std::vector<PlaceSearch::Result> PlaceSearch::candidates(std::string_view text,
                                                          const SearchArea& area) const {
   const Terms all = searchTerms(text, false);
   if (all.empty()) return {};
+  Filter filter;
+  filter.sharesWord =
+      !std::all_of(all.begin(), all.end(), [](const SearchTerm& term) { return term.isNumber; });
   // Keeps house numbers that the map does not have.
   Terms terms = all;
   std::erase_if(
       terms, [&](const SearchTerm& term) { return !houseNumber(term) && !index_.hasMatch(term); });
-  auto found = bestResults(terms, fractionOf(terms, all), area, true);
+  auto found = bestResults(terms, fractionOf(terms, all), area, filter);
   if (!found.empty()) return found;
   // Without the house number, finds the street.
   std::erase_if(terms, [](const SearchTerm& term) { return houseNumber(term).has_value(); });
   while (!terms.empty()) {
-    found = bestResults(terms, fractionOf(terms, all), area, terms.size() == all.size());
+    filter.addresses = terms.size() == all.size();
+    found = bestResults(terms, fractionOf(terms, all), area, filter);
     if (!found.empty()) return found;
     terms.pop_back();
   }
@@ -198,14 +203,13 @@ std::vector<PlaceSearch::Result> PlaceSearch::suggestions(std::string_view text,
                                                           const SearchArea& area) const {
   const Terms terms = searchTerms(text, true);
   if (terms.empty()) return {};
-  auto found = search(
-      terms, 1, area, maximumBeforeMerging,
-      [](const TextIndex::Match& match, double meters) {
-        const int group = match.coverage == 1 ? 0 : match.fromStart ? 1 : 2;
-        return SortKey{group, (meters + distanceOffsetMeters) / match.coverage};
-      },
-      true);
-  if (found.size() < maximumSuggestions) addInterpolated(terms, 1, area, found);
+  auto found = search(terms, 1, area, maximumBeforeMerging,
+                      [](const TextIndex::Match& match, double meters) {
+                        const int group = match.coverage == 1 ? 0 : match.fromStart ? 1 : 2;
+                        return SortKey{group, (meters + distanceOffsetMeters) / match.coverage};
+                      },
+                      {});
+  if (found.size() < maximumSuggestions) addInterpolated(terms, 1, area, {}, found);
   std::unordered_set<std::string> labels;
   std::erase_if(found, [&](const Result& one) { return !labels.insert(one.place.label()).second; });
   if (found.size() > maximumSuggestions) found.resize(maximumSuggestions);

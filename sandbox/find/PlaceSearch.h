@@ -47,7 +47,8 @@ class PlaceSearch {
 
   /// Returns the places that match a text, the best score first, without those that are much worse
   /// than the best. If no place matches the whole text, ignores words at its end and unknown words,
-  /// which lowers the scores.
+  /// which lowers the scores. Every result has a whole word in common with the text; numbers count
+  /// only if the text has no other words.
   std::vector<Result> candidates(std::string_view text, const SearchArea& area) const;
 
   /// Returns the places that match an incomplete text: first those whose name is the text, then
@@ -66,13 +67,22 @@ class PlaceSearch {
     Place::Kind kind = Place::Kind::address;
   };
 
+  /// Which of the matches are results.
+  struct Filter {
+    bool addresses = true;
+    /// Only those with TextIndex::Match::sharesWord.
+    bool sharesWord = false;
+
+    bool accepts(const TextIndex::Match& match) const { return match.sharesWord || !sharesWord; }
+  };
+
   std::vector<Result> bestResults(const Terms& terms, double fraction, const SearchArea& area,
-                                  bool withAddresses) const;
+                                  Filter filter) const;
   std::vector<Result> search(const Terms& terms, double fraction, const SearchArea& area,
                              std::size_t maximumCount, const SortKeyFunction& sortKey,
-                             bool withAddresses) const;
-  std::vector<TextIndex::Match> streetsMatching(const Terms& terms) const;
-  void addInterpolated(const Terms& terms, double fraction, const SearchArea& area,
+                             Filter filter) const;
+  std::vector<TextIndex::Match> streetsMatching(const Terms& terms, Filter filter) const;
+  void addInterpolated(const Terms& terms, double fraction, const SearchArea& area, Filter filter,
                        std::vector<Result>& found) const;
 
   std::shared_ptr<const Gazetteer> gazetteer_;

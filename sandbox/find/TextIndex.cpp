@@ -113,6 +113,7 @@ std::pair<std::uint32_t, std::uint32_t> TextIndex::wordsWithPrefix(
 TextIndex::TermWords TextIndex::wordsOf(const SearchTerm& term) const {
   TermWords result;
   result.typedLength = term.word().size();
+  result.isNumber = term.isNumber;
   const auto add = [&](std::uint32_t first, std::uint32_t last, bool whole) {
     if (first >= last) return;
     result.ranges.push_back({first, last, whole});
@@ -176,7 +177,8 @@ TextIndex::TokenMatch TextIndex::bestToken(std::uint32_t text, const TermWords& 
       } else if (field == Field::detail) {
         rank = detailRank;
       }
-      if (rank > best.rank) best = {rank, token, range.whole};
+      if (range.whole && field != Field::region) best.sharesWord = true;
+      if (rank > best.rank) best = {rank, token, range.whole, best.sharesWord};
     }
   }
   return best;
@@ -192,6 +194,7 @@ bool TextIndex::match(std::uint32_t text, const std::vector<TermWords>& terms,
   for (std::size_t t = 0; t < terms.size(); ++t) {
     const TokenMatch best = bestToken(text, terms[t], usedTokens);
     if (best.rank < 0) return false;
+    result.sharesWord = result.sharesWord || (best.sharesWord && !terms[t].isNumber);
     if (best.rank >= unusedNameRank) {
       usedTokens |= std::uint64_t{1} << (best.token - begin);
       const std::size_t length = words_[tokens_[best.token].word].size();

@@ -32,6 +32,8 @@ class TextIndex {
     float coverage = 0;
     /// Whether the first term matches the first word of the name.
     bool fromStart = false;
+    /// Whether a term that is no number is a whole word of name or detail.
+    bool sharesWord = false;
   };
 
   /// Indexes the texts 0 to `count` - 1. Calls `textAt` once for each, in order.
@@ -57,6 +59,7 @@ class TextIndex {
   struct TermWords {
     std::vector<WordRange> ranges;
     std::size_t typedLength = 0;
+    bool isNumber = false;
     std::size_t postings = 0;
   };
   /// The token of a text that matches a term best. Negative rank: none matches.
@@ -64,6 +67,8 @@ class TextIndex {
     int rank = -1;
     std::uint32_t token = 0;
     bool whole = false;
+    /// Whether any token of name or detail is the term.
+    bool sharesWord = false;
   };
 
   void addTokens(std::string_view text, Field field,

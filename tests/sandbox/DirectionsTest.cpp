@@ -77,9 +77,13 @@ TEST(DirectionsTest, ManeuversAreThoseThatADriverNeeds) {
           : 0,0 0,2
           Main Street: -2,2 0,2 2,2; oneway=yes)"},
       {"turning lane", {2.5, 2}, "right: Turn right onto Elm Street", R"(
-          Main Street: 0,0 0,2 0,4; highway=primary
+          Main Street: 0,0 0,1.5 0,2 0,4; highway=primary
           : 0,1.5 .1,1.8 .5,2; highway=primary_link; oneway=yes
           Elm Street: 0,2 .5,2 3,2; highway=primary)"},
+      {"turning lane to a trunk road", {2.5, 2}, "right: Turn right onto Elm Street", R"(
+          Main Street: 0,0 0,1.8 0,4; highway=primary
+          : 0,1.8 .05,1.95 .2,2; highway=trunk_link; oneway=yes
+          Elm Street: -3,2 .2,2 3,2; highway=trunk)"},
       {"U-turn over the median", {-.2, .5}, "uturnleft: Make a U-turn on Main Street", R"(
           Main Street: 0,0 0,2 0,4; highway=primary; oneway=yes
           Main Street: -.2,4 -.2,2 -.2,0; highway=primary; oneway=yes
@@ -155,12 +159,16 @@ TEST(DirectionsTest, RoundaboutExitsAreCounted) {
       North Street: 0,.3 0,3
       West Street: -.3,0 -3,0
       : 0,-.3 .3,0 0,.3 -.3,0 0,-.3; junction=roundabout)");
-  const std::pair<At, const char*> exits[] = {
-      {{2, 0}, "right: At the roundabout, take the first exit onto East Street"},
-      {{0, 2}, "forward: At the roundabout, take the second exit onto North Street"},
-      {{-2, 0}, "left: At the roundabout, take the third exit onto West Street"}};
-  for (const auto& [to, turn] : exits)
-    EXPECT_EQ(turnsOf(map.route({0, -2}, to)), turn);
+  const At south{0, -2}, inside{.15, -.15};
+  const std::tuple<At, At, const char*> exits[] = {
+      {south, {2, 0}, "right: At the roundabout, take the first exit onto East Street"},
+      {south, {0, 2}, "forward: At the roundabout, take the second exit onto North Street"},
+      {south, {-2, 0}, "left: At the roundabout, take the third exit onto West Street"},
+      {inside, {2, 0}, "slightright: At the roundabout, take the first exit onto East Street"},
+      {inside, {-2, 0}, "hardleft: At the roundabout, take the third exit onto West Street"},
+      {inside, {-.15, .15}, ""}};
+  for (const auto& [from, to, turn] : exits)
+    EXPECT_EQ(turnsOf(map.route(from, to)), turn);
 }
 
 TEST(DirectionsTest, DepartureHasCompassPointAndArrivalHasSide) {
