@@ -8,6 +8,8 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace quorvelkit::sandbox {
 
@@ -20,6 +22,10 @@ struct HTTPRequest {
   /// Returns the value of a header field, empty if it is missing. Ignores the case of `name`. Valid
   /// until the request is answered.
   std::function<std::string(const std::string& name)> header;
+  /// The path with the parameters, as it was received.
+  std::string target{};
+  /// The header fields, as they were received, sorted by name.
+  std::vector<std::pair<std::string, std::string>> fields{};
 };
 
 struct HTTPAnswer {

@@ -25,6 +25,26 @@ namespace {
 constexpr std::size_t threadCount = 32;
 constexpr std::size_t maximumBodySize = 1U << 20U;
 
+/// Leaves out the fields that the library adds: the addresses of the connection.
+std::vector<std::pair<std::string, std::string>> receivedFields(const httplib::Request& request) {
+  std::vector<std::pair<std::string, std::string>> fields;
+  for (const auto& [name, value] : request.headers) {
+    if (!name.starts_with("REMOTE_") && !name.starts_with("LOCAL_"))
+      fields.emplace_back(name, value);
+  }
+  return fields;
+}
+
+std::string messageOf(int status) {
+  switch (status) {
+    case 400: return "This is not an HTTP request, or its method is unknown.";
+    case 413: return "The body is longer than " + std::to_string(maximumBodySize) + " bytes.";
+    case 414: return "The URL is too long.";
+    case 500: return "The request could not be answered.";
+    default: return "The request was refused with status " + std::to_string(status) + '.';
+  }
+}
+
 }  // namespace
 
 struct HTTPServer::State {
@@ -40,8 +60,13 @@ struct HTTPServer::State {
                  request.path,
                  {request.params.begin(), request.params.end()},
                  request.body,
-                 [&](const std::string& name) { return request.get_header_value(name.c_str()); }});
+                 [&](const std::string& name) { return request.get_header_value(name.c_str()); },
+                 request.target,
+                 receivedFields(request)});
     response.status = answer.status;
+    response.set_header("X-Content-Type-Options", "nosniff");
+    if (answer.contentType.starts_with("text/html"))
+      response.set_header("Content-Security-Policy", "default-src 'self'");
     response.set_content(answer.body, answer.contentType.c_str());
     if (!log) return;
     const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(
@@ -78,6 +103,14 @@ HTTPServer::HTTPServer(HTTPHandler handler, Log log) : state_(std::make_unique<S
   server.Put(".*", answer);
   server.Patch(".*", answer);
   server.Delete(".*", answer);
+  server.Options(".*", answer);
+  // The library itself answers what it cannot parse, with a status and no body.
+  server.set_error_handler([](const httplib::Request&, httplib::Response& response) {
+    if (!response.body.empty()) return;
+    const HTTPAnswer failure =
+        HTTPAnswer::failure(response.status, response.status, messageOf(response.status));
+    response.set_content(failure.body, failure.contentType.c_str());
+  });
 }
 
 HTTPServer::~HTTPServer() { stop(); }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "sandbox/MapData.h"
 
-#include "sandbox/BuiltInTown.h"
+#include "sandbox/EmbeddedFiles.h"
 #include "sandbox/GeoJSONReader.h"
 
 #include <QuorvelPlatform/FatalError.h>
@@ -36,7 +36,7 @@ std::shared_ptr<const MapData> MapData::fromFile(const std::string& path, std::s
 
 std::shared_ptr<const MapData> MapData::builtInTown() {
   std::string problem;
-  const auto read = fromGeoJSON(builtInTownGeoJSON(), problem);
+  const auto read = fromGeoJSON(embeddedFile("town.geojson"), problem);
   if (!read) fatalError("The built-in town cannot be read: " + problem);
   auto town = std::make_shared<MapData>(*read);
   town->source = {"Quorvel", "Quorvel"};

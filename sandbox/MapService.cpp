@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "sandbox/MapService.h"
 
+#include "sandbox/GeoJSONWriter.h"
+#include "sandbox/GlyphService.h"
+#include "sandbox/MapLabels.h"
 #include "sandbox/MapStyle.h"
 
 #include <utility>
@@ -9,26 +12,6 @@
 namespace quorvelkit::sandbox {
 
 namespace {
-
-Value position(const Coordinate& coordinate) {
-  return JSON::makeArray({coordinate.longitude, coordinate.latitude});
-}
-
-Value positions(const std::vector<Coordinate>& line) {
-  ValueArray list;
-  list.reserve(line.size());
-  for (const Coordinate& coordinate : line)
-    list.push_back(position(coordinate));
-  return Value(std::move(list));
-}
-
-void addFeature(ValueArray& features, const char* type, Value coordinates, ValueMap properties) {
-  features.push_back(JSON::makeDictionary(
-      {{"type", "Feature"},
-       {"properties", Value(std::move(properties))},
-       {"geometry",
-        JSON::makeDictionary({{"type", type}, {"coordinates", std::move(coordinates)}})}}));
-}
 
 void addArea(ValueArray& features, const MapArea& area, const ValueMap& properties) {
   for (const MapArea::Polygon& polygon : area.polygons) {
@@ -40,8 +23,7 @@ void addArea(ValueArray& features, const MapArea& area, const ValueMap& properti
 }
 
 HTTPAnswer collection(ValueArray features) {
-  return HTTPAnswer::json(JSON::makeDictionary(
-      {{"type", "FeatureCollection"}, {"features", Value(std::move(features))}}));
+  return HTTPAnswer::json(featureCollection(std::move(features)));
 }
 
 // Returns the attribution of the map data as HTML.
@@ -84,7 +66,8 @@ std::optional<HTTPAnswer> MapService::answer(const HTTPRequest& request,
     }
     return collection(std::move(features));
   }
-  return std::nullopt;
+  if (request.path == "/labels.geojson") return collection(mapLabels(*map_));
+  return glyphsOrSprite(request.path);
 }
 
 }  // namespace quorvelkit::sandbox

@@ -12,8 +12,8 @@
 namespace quorvelkit::sandbox {
 
 /// Serves a Mapbox style (version 8) at /style.json, and the GeoJSON that the style refers to at
-/// /land.geojson, /water.geojson and /streets.geojson. The style has no texts and no icons, so it
-/// needs no glyphs and no sprite. Thread-safe.
+/// /land.geojson, /water.geojson, /streets.geojson and /labels.geojson. Serves its glyphs and its
+/// sprite, too. Thread-safe.
 class MapService {
  public:
   explicit MapService(std::shared_ptr<const MapData> map) : map_(std::move(map)) {}

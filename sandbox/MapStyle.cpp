@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "sandbox/MapStyle.h"
 
+#include "sandbox/LabelStyle.h"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -117,7 +119,7 @@ bool isWater(const Tags& tags) {
 
 JSON mapStyle(const std::string& rootURL, const std::string& attribution) {
   ValueMap sources;
-  for (const char* const name : {"land", "water", "streets"}) {
+  for (const char* const name : {"land", "water", "streets", "labels"}) {
     sources.set(name, JSON::makeDictionary({{"type", "geojson"},
                                             {"data", rootURL + '/' + name + ".geojson"},
                                             {"attribution", attribution}}));
@@ -146,8 +148,11 @@ JSON mapStyle(const std::string& rootURL, const std::string& attribution) {
         line(style.name, "streets", hasClass(style.name),
              {{"line-color", style.color}, {"line-width", widthByZoom(style.widths)}}));
   }
+  addLabelLayers(layers);
   return JSON::makeDictionary({{"version", 8},
                                {"name", "Sandbox"},
+                               {"glyphs", rootURL + "/glyphs/{fontstack}/{range}.pbf"},
+                               {"sprite", rootURL + "/sprite"},
                                {"sources", Value(std::move(sources))},
                                {"layers", Value(std::move(layers))}});
 }

@@ -19,9 +19,14 @@ bool Sandbox::start(int port) {
 }
 
 HTTPAnswer Sandbox::answer(const HTTPRequest& request) {
-  if (auto answer = backend_.answer(request, url_)) return *std::move(answer);
-  if (auto answer = routes_.answer(request)) return *std::move(answer);
-  if (auto answer = find_.answer(request)) return *std::move(answer);
+  auto called = backend_.answer(request, url_);
+  if (!called) called = routes_.answer(request);
+  if (!called) called = find_.answer(request);
+  if (called) {
+    page_.addExchange(request, *called);
+    return *std::move(called);
+  }
+  if (auto answer = page_.answer(request, url_)) return *std::move(answer);
   if (auto answer = maps_.answer(request, url_)) return *std::move(answer);
   return HTTPAnswer::failure(404, 404, "This resource does not exist.");
 }

@@ -7,6 +7,7 @@
 #include "sandbox/MapService.h"
 #include "sandbox/RouteService.h"
 #include "sandbox/find/FindService.h"
+#include "sandbox/page/PageService.h"
 
 #include <memory>
 #include <string>
@@ -14,7 +15,7 @@
 namespace quorvelkit::sandbox {
 
 /// A local backend on one loopback port: the backend service, the navigation server, the find
-/// server and a map style server. Applications use it with
+/// server, a map style server and a page for people. Applications use it with
 /// QVBackendless::setBaseURL(sandbox.url()).
 ///
 ///     Sandbox sandbox(MapData::builtInTown());
@@ -41,6 +42,7 @@ class Sandbox {
   RouteService routes_;
   FindService find_;
   MapService maps_;
+  PageService page_;
   HTTPServer server_;
 };
 

@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "sandbox/Sandbox.h"
 
+#include <QuorvelKit/QVBackendless.h>
 #include <QuorvelPlatform/DoubleText.h>
+#include <QuorvelPlatform/MainQueueThread.h>
 
 #include <CLI/CLI.hpp>
 #include <signal.h>
+#include <spawn.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <exception>
@@ -42,12 +46,29 @@ void logToStandardError(const std::string& line) {
   std::cerr << line << std::endl;
 }
 
+// Opens a URL in the browser of the desktop.
+void openInBrowser(const std::string& url) {
+  std::string program = "xdg-open", argument = url;
+  char* const arguments[] = {program.data(), argument.data(), nullptr};
+  // The browser must not inherit the blocked signals.
+  sigset_t none;
+  sigemptyset(&none);
+  posix_spawnattr_t attributes;
+  posix_spawnattr_init(&attributes);
+  posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK);
+  posix_spawnattr_setsigmask(&attributes, &none);
+  pid_t child = 0;
+  if (posix_spawnp(&child, program.c_str(), nullptr, &attributes, arguments, environ) != 0)
+    std::cerr << "quorvel-sandbox: xdg-open, which opens the page, is not installed\n";
+  posix_spawnattr_destroy(&attributes);
+}
+
 int run(int argc, char** argv) {
   CLI::App app("A local backend: login, configuration and routes on the streets of one map.");
   app.set_version_flag("--version", "quorvel-sandbox " QUORVELKIT_VERSION);
   int port = 8080;
   std::string mapFile;
-  bool logs = false;
+  bool logs = false, opens = false;
   app.add_option("--port", port, "Port on 127.0.0.1 to listen on, 0 for any free one")
       ->check(CLI::Range(0, 65535))
       ->capture_default_str();
@@ -55,6 +76,7 @@ int run(int argc, char** argv) {
                  "GeoJSON file with OSM tags (output of osmium export) to use instead of the "
                  "built-in town");
   app.add_flag("--log", logs, "Write one line for each request to standard error");
+  app.add_flag("--open", opens, "Open the page of the sandbox in the browser, with xdg-open");
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -73,12 +95,15 @@ int run(int argc, char** argv) {
     std::cerr << "quorvel-sandbox: " << mapFile << " holds no roads (lines with a highway tag)\n";
     return 1;
   }
+  // The page makes its calls through the library.
+  const MainQueueThread mainQueue;
   if (!sandbox.start(port)) {
     std::cerr << "quorvel-sandbox: port " << port
               << " is in use; choose another one with --port, or --port 0 for any free port\n";
     return 1;
   }
-  // Programs parse these two lines.
+  QVBackendless::setBaseURL(sandbox.url());
+  // Programs parse the first two lines.
   std::cout << "listening on " << sandbox.url() << std::endl;
   if (const auto trip = mapFile.empty() ? townTrip : sandbox.routes().sampleTrip()) {
     std::cout << "try: quorvel route --backend " << sandbox.url() << " --from " << text(trip->from)
@@ -86,6 +111,8 @@ int run(int argc, char** argv) {
   } else {
     std::cout << "this map has no connected streets" << std::endl;
   }
+  std::cout << "map and search in a browser: " << sandbox.url() << '/' << std::endl;
+  if (opens) openInBrowser(sandbox.url() + '/');
   int received = 0;
   sigwait(&signals, &received);
   sandbox.stop();

@@ -55,7 +55,7 @@ _quorvel_sandbox() {
       compopt -o filenames
       mapfile -t COMPREPLY < <(compgen -d -- "$word"; compgen -f -X '!*.geojson' -- "$word")
       ;;
-    *) _quorvel_reply "--port --map --log --help --version" ;;
+    *) _quorvel_reply "--port --map --log --open --help --version" ;;
   esac
 }
 

@@ -29,15 +29,24 @@ void extend(std::vector<Coordinate>& line, std::vector<std::vector<Coordinate>>&
 
 }  // namespace
 
+std::vector<std::vector<Coordinate>> joinLines(std::vector<std::vector<Coordinate>> lines) {
+  std::vector<std::vector<Coordinate>> joined;
+  while (!lines.empty()) {
+    std::vector<Coordinate> line = std::move(lines.front());
+    lines.erase(lines.begin());
+    extend(line, lines);
+    std::reverse(line.begin(), line.end());
+    extend(line, lines);
+    std::reverse(line.begin(), line.end());
+    joined.push_back(std::move(line));
+  }
+  return joined;
+}
+
 StreetLine::StreetLine(std::vector<std::vector<Coordinate>> ways) {
-  while (!ways.empty()) {
+  for (auto& line : joinLines(std::move(ways))) {
     Chain chain;
-    chain.line = std::move(ways.front());
-    ways.erase(ways.begin());
-    extend(chain.line, ways);
-    std::reverse(chain.line.begin(), chain.line.end());
-    extend(chain.line, ways);
-    std::reverse(chain.line.begin(), chain.line.end());
+    chain.line = std::move(line);
     chain.along.push_back(0);
     for (std::size_t i = 1; i < chain.line.size(); ++i) {
       chain.along.push_back(chain.length() + distanceInMeters(chain.line[i - 1], chain.line[i]));

@@ -10,6 +10,9 @@
 
 namespace quorvelkit::sandbox {
 
+/// Joins lines whose ends meet.
+std::vector<std::vector<Coordinate>> joinLines(std::vector<std::vector<Coordinate>> lines);
+
 /// The line of a street and the positions of its house numbers.
 ///
 /// Interpolates between the known house numbers. With fewer than two known ones, estimates the

@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
+#include <map>
 #include <set>
 #include <string>
 
@@ -91,10 +93,14 @@ TEST(MapDataTest, ReportsWhyADocumentIsInvalid) {
   EXPECT_THAT(problem, testing::HasSubstr("cannot be read"));
 }
 
-JSON get(const MapService& service, const std::string& path) {
+std::string body(const MapService& service, const std::string& path, int status = 200) {
   const auto answer = service.answer({"GET", path, {}, "", nullptr}, "http://127.0.0.1:1");
-  EXPECT_TRUE(answer && answer->status == 200) << path;
-  return answer ? JSON::parse(answer->body) : JSON();
+  EXPECT_TRUE(answer && answer->status == status) << path;
+  return answer ? answer->body : "";
+}
+
+JSON get(const MapService& service, const std::string& path) {
+  return JSON::parse(body(service, path));
 }
 
 // Each feature is in the answer to one path only.
@@ -130,8 +136,9 @@ TEST(MapServiceTest, StyleIsCompleteAndRefersToThisServerOnly) {
   const MapService service(MapData::builtInTown());
   const JSON style = get(service, "/style.json");
   EXPECT_EQ(style["version"].intValue(), 8);
-  EXPECT_FALSE(style["glyphs"].exists() || style["sprite"].exists());
   const std::string root = "http://127.0.0.1:1";
+  EXPECT_EQ(style["glyphs"].stringValue(), root + "/glyphs/{fontstack}/{range}.pbf");
+  EXPECT_EQ(style["sprite"].stringValue(), root + "/sprite");
   for (const auto& [name, source] : style["sources"]) {
     const std::string url = source["data"].stringValue();
     ASSERT_EQ(url.substr(0, root.size()), root);
@@ -142,10 +149,11 @@ TEST(MapServiceTest, StyleIsCompleteAndRefersToThisServerOnly) {
   std::set<std::string> drawn;
   for (const auto& [position, layer] : style["layers"]) {
     EXPECT_TRUE(ids.insert(layer["id"].stringValue()).second) << layer["id"].stringValue();
-    EXPECT_NE(layer["type"].stringValue(), "symbol");
+    for (const auto& [index, font] : layer[{"layout", "text-font"}])
+      body(service, "/glyphs/" + font.stringValue() + "/0-255.pbf");
     if (layer["type"].stringValue() == "background") continue;
     EXPECT_TRUE((style[{"sources", layer["source"].stringValue()}].exists()));
-    if ((layer[{"filter", 1}].stringValue()) == "class")
+    if (layer["source"].stringValue() != "labels" && layer[{"filter", 1}].stringValue() == "class")
       drawn.insert((layer[{"filter", 2}].stringValue()));
   }
   for (const char* const highway : {"motorway", "trunk", "primary_link", "tertiary", "road",
@@ -162,6 +170,117 @@ TEST(MapServiceTest, StyleIsCompleteAndRefersToThisServerOnly) {
   }
   for (const auto& [method, path] : {std::pair("POST", "/style.json"), {"GET", "/v4/route"}})
     EXPECT_FALSE(service.answer({method, path, {}, "", nullptr}, ""));
+}
+
+TEST(MapServiceTest, LabelsAreNamesAndShields) {
+  const std::string line = R"({"type":"LineString","coordinates":[[10,48],[11,48]]})";
+  const std::string next = R"({"type":"LineString","coordinates":[[12,48],[11,48]]})";
+  const std::string point = R"({"type":"Point","coordinates":[10,48]})";
+  const std::string area = R"({"type":"Polygon","coordinates":[[[0,0],[4,0],[4,2],[0,0]]]})";
+  const auto shield = [](const std::string& ref, const std::string& icon, const std::string& ink) {
+    return R"({"class":"shield","ref":")" + ref + R"(","shield":"shield-)" + icon + R"(","ink":")" +
+           ink + "\"}";
+  };
+  // Geometry, tags, the properties of the only label. Empty: there is none.
+  const std::tuple<std::string, std::string, std::string> cases[] = {
+      {line, R"("highway":"residential","name":"\u017burawia")",
+       R"({"class":"minor","name":"\u017burawia"})"},
+      {line, R"("highway":"residential")", ""},
+      {line, R"("waterway":"river","name":"Don")", ""},
+      {line, R"("highway":"motorway","ref":"I 95")", shield("95", "i-2", "light")},
+      {line, R"("highway":"primary","ref":"US 40 Truck;MD 7")", shield("40", "us-2", "dark")},
+      {line, R"("highway":"primary","ref":"CG-3")", shield("CG-3", "road-4", "light")},
+      {line, R"("highway":"primary","ref":"FIXME")", ""},
+      {line, R"("highway":"motorway_link","ref":"I 95")", ""},
+      {point, R"("place":"hamlet","name":"x")", R"({"class":"village","name":"x"})"},
+      {point, R"("place":"country","name":"x")", ""},
+      {area, R"("natural":"water","name":"x")", R"({"class":"water","name":"x"})"},
+      {area, R"("landuse":"residential","name":"x")", ""}};
+  const auto feature = [](const std::string& geometry, const std::string& tags) {
+    return R"({"properties":{)" + tags + R"(},"geometry":)" + geometry + '}';
+  };
+  const JSON sprite = get(MapService(MapData::builtInTown()), "/sprite@2x.json");
+  for (const auto& [geometry, tags, properties] : cases) {
+    // Two ways with the same name are one line.
+    const std::string more = geometry == line ? ',' + feature(next, tags) : "";
+    const MapService service(readFeatures(feature(geometry, tags) + more));
+    const JSON labels = get(service, "/labels.geojson")["features"];
+    ASSERT_EQ(labels.size(), properties.empty() ? 0U : 1U) << tags;
+    if (properties.empty()) continue;
+    EXPECT_EQ(labels[0]["properties"], JSON::parse(properties)) << tags;
+    EXPECT_EQ((labels[0][{"geometry", "coordinates"}].size()), geometry == line ? 3U : 2U);
+    const std::string icon = labels[0][{"properties", "shield"}].stringValue();
+    EXPECT_TRUE(icon.empty() || sprite[icon].exists()) << icon;
+  }
+}
+
+/// Reads the fields of a message of a glyph document, and calls `use` with number, value or length,
+/// and bytes of each. Returns false if the message is cut off.
+bool readFields(std::string_view bytes,
+                const std::function<void(unsigned, std::size_t, std::string_view)>& use) {
+  const auto varint = [&] {
+    std::size_t value = 0, shift = 0;
+    for (bool more = true; more && !bytes.empty(); shift += 7, bytes.remove_prefix(1)) {
+      more = (bytes[0] & 0x80) != 0;
+      value |= static_cast<std::size_t>(bytes[0] & 0x7F) << shift;
+    }
+    return value;
+  };
+  while (!bytes.empty()) {
+    const std::size_t tag = varint(), value = varint();
+    const std::size_t size = tag % 8 == 2 ? value : 0;
+    if (size > bytes.size()) return false;
+    use(static_cast<unsigned>(tag / 8), value, bytes.substr(0, size));
+    bytes.remove_prefix(size);
+  }
+  return true;
+}
+
+TEST(GlyphServiceTest, DocumentsHaveTheGlyphsOfTheirRange) {
+  const MapService service(MapData::builtInTown());
+  // Range, a character of it, and what its bitmap has in its center: ink or none. A character
+  // that is 0 has no glyph in the font: the range is empty.
+  const std::tuple<unsigned, std::size_t, bool> cases[] = {{0, 'I', true},
+                                                           {0, 'O', false},
+                                                           {0x100, 0x17B, true},
+                                                           {0x400, 0x416, true},
+                                                           {0x4E00, 0, false}};
+  for (const auto& [first, character, ink] : cases) {
+    const std::string range = std::to_string(first) + '-' + std::to_string(first + 255);
+    const std::string document = body(service, "/glyphs/DejaVu Sans Bold/" + range + ".pbf");
+    const unsigned start = first;
+    std::map<std::size_t, std::string_view> bitmaps;
+    std::map<std::size_t, std::size_t> centers;
+    const bool whole = readFields(document, [&](unsigned, std::size_t, std::string_view stack) {
+      EXPECT_TRUE(readFields(stack, [&](unsigned part, std::size_t, std::string_view glyph) {
+        EXPECT_TRUE(part != 2 || glyph == range) << glyph;
+        if (part != 3) return;
+        std::map<unsigned, std::size_t> numbers;
+        std::string_view bitmap;
+        EXPECT_TRUE(
+            readFields(glyph, [&](unsigned field, std::size_t value, std::string_view data) {
+              numbers[field] = value;
+              if (field == 2) bitmap = data;
+            }));
+        EXPECT_EQ(numbers[1] / 256 * 256, start);
+        EXPECT_EQ(bitmap.size(), bitmap.empty() ? 0 : (numbers[3] + 6) * (numbers[4] + 6));
+        bitmaps[numbers[1]] = bitmap;
+        centers[numbers[1]] = (numbers[4] + 6) / 2 * (numbers[3] + 6) + (numbers[3] + 6) / 2;
+      }));
+    });
+    EXPECT_TRUE(whole);
+    ASSERT_EQ(bitmaps.empty(), character == 0) << range;
+    if (character == 0) continue;
+    const std::string_view bitmap = bitmaps[character];
+    ASSERT_FALSE(bitmap.empty()) << character;
+    EXPECT_EQ(static_cast<unsigned char>(bitmap[centers[character]]) > 192, ink) << character;
+    EXPECT_LT(static_cast<unsigned char>(bitmap[0]), 192) << character;
+  }
+  for (const char* path : {"/glyphs/Comic/0-255.pbf", "/glyphs/DejaVu Sans Bold/1-256.pbf",
+                           "/glyphs/DejaVu Sans Bold/0-511.pbf", "/glyphs/DejaVu Sans Bold/.pbf",
+                           "/glyphs/.pbf", "/glyphs/0-255.pbf"}) {
+    EXPECT_NE(body(service, path, 404), "");
+  }
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include "sandbox/Sandbox.h"
 #include "tests/sandbox/RunProgram.h"
 #include "tests/sandbox/TestMaps.h"
+#include "tests/support/Call.h"
 #include "tests/support/TestServer.h"
 
 #include <gmock/gmock.h>
@@ -203,7 +204,6 @@ TEST(QuorvelFindTest, MissingFindServerIsAnError) {
 
 // Checks the output of the programs and the log of the sandbox.
 TEST(QuorvelSecretsTest, SecretsAreNotPrinted) {
-  const std::string applicationID = "5E2C9F14-7A03-41BD-C8E6-0F93D27A61B5";
   std::ostringstream lines;
   std::mutex mutex;
   const auto log = [&](const std::string& line) {
@@ -224,30 +224,39 @@ TEST(QuorvelSecretsTest, SecretsAreNotPrinted) {
     const Output output = run(quorvel + command);
     log(output.out + output.err);
   }
+  const auto exchanges =
+      quorvelkit::test::send(quorvelkit::test::requestFor(logging.url() + "/page/exchanges"));
+  log(std::string(exchanges.body()));
   logging.stop();
   std::string text = lines.str();
   ASSERT_THAT(text, HasSubstr("POST /v1/users/login 200"));
   for (const char* secret : {"letmein", "kvm40972", "D41F06A3-92BE-4C57-AB08-6E1D3C5F7092"})
     EXPECT_EQ(text.find(secret), std::string::npos);
-  // A token has the form of the application identifier, which is not a secret.
-  for (std::size_t at = 0; (at = text.find(applicationID)) != std::string::npos;)
-    text.erase(at, applicationID.size());
+  // A token has the form of the identifiers of application and account, which are not secrets.
+  text =
+      std::regex_replace(text, std::regex("5E2C9F14-7A03-41BD-C8E6-|9B1D7C20-63E4-4F0A-8A55-"), "");
   EXPECT_FALSE(std::regex_search(text, std::regex("[0-9A-Fa-f]{8}(-[0-9A-Fa-f]{4}){3}-")));
 }
 
 TEST(QuorvelSandboxTest, PrintsItsURLAndAnExampleAndStopsOnASignal) {
   const std::string pipe = testing::TempDir() + "/says-" + std::to_string(getpid());
+  const std::string folder = pipe + "-programs";
+  run("mkdir " + folder + " && printf '#!/bin/sh\\necho opens $1\\n' >" + folder +
+      "/xdg-open && chmod +x " + folder + "/xdg-open");
   for (const std::string signal : {"TERM", "INT"}) {
     const Output output =
-        run("{ mkfifo " + pipe + "; " + sandboxProgram + " --port 0 >" + pipe + " & exec 3<" +
-            pipe + "; rm " + pipe +
+        run("{ mkfifo " + pipe + "; PATH=" + folder + ":$PATH; " + sandboxProgram +
+            " --port 0 --open >" + pipe + " & exec 3<" + pipe + "; rm " + pipe +
             "; read -r greeting <&3; echo $greeting"
             "; read -r try quorvel arguments <&3; " +
-            quorvel + " $arguments; kill -" + signal + " $!; wait $!; echo It ended with $?; }");
+            quorvel + " $arguments; read -r page <&3; read -r opened <&3; echo $opened; kill -" +
+            signal + " $!; wait $!; echo It ended with $?; }");
     EXPECT_THAT(output.out, StartsWith("listening on http://127.0.0.1:"));
     EXPECT_THAT(output.out, HasSubstr("Arrive at your destination")) << output.err;
-    EXPECT_THAT(output.out, testing::EndsWith("It ended with 0\n"));
+    EXPECT_THAT(output.out,
+                testing::ContainsRegex("opens http://127.0.0.1:[0-9]+/\nIt ended with 0\n"));
   }
+  run("rm -r " + folder);
 }
 
 TEST(QuorvelSandboxTest, InvalidMapOrOptionIsAnError) {
@@ -256,6 +265,7 @@ TEST(QuorvelSandboxTest, InvalidMapOrOptionIsAnError) {
   expectEach(sandboxProgram, {{" --map /nowhere.geojson", 1, "cannot be read"},
                               {" --map " + empty, 1, "holds no roads"},
                               {" --port 70000", 2, "--port"},
+                              {" --help", 0, "--open"},
                               {" --prot 1", 2, "--prot"}});
   unlink(empty.c_str());
 }

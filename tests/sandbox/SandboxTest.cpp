@@ -89,8 +89,14 @@ TEST_F(SandboxTest, ConfigurationNeedsAValidToken) {
 
 TEST_F(SandboxTest, UnknownPathsAndMethodsAreRefused) {
   const std::tuple<std::string, std::string, int> cases[] = {
-      {"GET", "/", 404},       {"GET", "/v4/routes", 404},         {"POST", "/v4/route", 405},
-      {"GET", loginPath, 405}, {"DELETE", configurationPath, 405}, {"GET", "/v4/route", 400}};
+      {"OPTIONS", "/v4/route", 405},
+      {"GET", '/' + std::string(9000, 'x'), 414},
+      {"MOVE", "/", 400},
+      {"GET", "/v4/routes", 404},
+      {"POST", "/v4/route", 405},
+      {"GET", loginPath, 405},
+      {"DELETE", configurationPath, 405},
+      {"GET", "/v4/route", 400}};
   for (const auto& [method, path, status] : cases) {
     const auto [given, said] = ask(method, path);
     EXPECT_EQ(given, status) << method << ' ' << path;
