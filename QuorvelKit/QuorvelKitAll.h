@@ -21,6 +21,7 @@
 #include <QuorvelKit/JSON/JSONKey.h>
 #include <QuorvelKit/JSON/JSONNumericAccessors.h>
 #include <QuorvelKit/JSON/JSONOptions.h>
+#include <QuorvelKit/JSON/JSONSubscripts.h>
 #include <QuorvelKit/JSON/KeyView.h>
 #include <QuorvelKit/JSON/MemoryBudget.h>
 #include <QuorvelKit/JSON/Number.h>

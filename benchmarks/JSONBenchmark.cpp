@@ -153,6 +153,12 @@ void indexQuorvelKit(benchmark::State& state) {
   const JSON json = JSON::parse(arrayText(state.range(0)));
   index(state, [&](int i) { return json[i].int64Value(); });
 }
+void indexViewQuorvelKit(benchmark::State& state) {
+  const JSON json = JSON::parse(arrayText(state.range(0)));
+  const ValueView view = json.view();
+  index(state,
+        [&](int i) { return view.element(static_cast<std::size_t>(i)).exactInt64().value_or(0); });
+}
 void indexNlohmann(benchmark::State& state) {
   const auto json = nlohmann::json::parse(arrayText(state.range(0)));
   index(state, [&](int i) { return json[static_cast<std::size_t>(i)].get<std::int64_t>(); });
@@ -162,6 +168,7 @@ void indexRapid(benchmark::State& state) {
   index(state, [&](int i) { return json[static_cast<unsigned>(i)].GetInt64(); });
 }
 BENCHMARK(indexQuorvelKit)->Name("index/quorvelkit")->Apply(smallAndLarge);
+BENCHMARK(indexViewQuorvelKit)->Name("index/quorvelkit_view")->Apply(smallAndLarge);
 BENCHMARK(indexNlohmann)->Name("index/nlohmann")->Apply(smallAndLarge);
 BENCHMARK(indexRapid)->Name("index/rapidjson")->Apply(smallAndLarge);
 

@@ -33,6 +33,7 @@ PEERS = [
         ("member", "quorvelkit"),
         ("member", "quorvelkit_getValue"),
         ("any_key", "quorvelkit"),
+        ("index", "quorvelkit_view"),
         ("index", "quorvelkit"),
         ("path_read", "quorvelkit"),
         ("path_write_parsed", "quorvelkit"),

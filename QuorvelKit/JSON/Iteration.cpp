@@ -21,11 +21,11 @@ JSON::value_type pairAt(const ValueView& value, JSONIndex index) {
   switch (index.kind()) {
     case JSONIndex::Case::array:
       if (!ValueAccess::isArray(value) || position >= value.size()) break;
-      return {std::to_string(position), Value(value.element(position))};
+      return {std::to_string(position), JSON(value.element(position))};
     case JSONIndex::Case::dictionary: {
       if (!ValueAccess::isMap(value) || position >= value.size()) break;
       const auto [key, member] = value.memberAt(position);
-      return {std::string(key), Value(member)};
+      return JSON::value_type(key, JSON(member));
     }
     case JSONIndex::Case::null: return {};
   }

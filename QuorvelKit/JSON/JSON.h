@@ -6,6 +6,7 @@
 #include <QuorvelKit/JSON/JSONKey.h>
 #include <QuorvelKit/JSON/JSONNumericAccessors.h>
 #include <QuorvelKit/JSON/JSONOptions.h>
+#include <QuorvelKit/JSON/JSONSubscripts.h>
 #include <QuorvelKit/JSON/TextEncoding.h>
 #include <QuorvelKit/JSON/Value.h>
 #include <QuorvelKit/JSON/ValueMaking.h>
@@ -94,10 +95,6 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
       : JSON(Value(std::forward<T>(object))) {}
   explicit JSON(const std::vector<JSON>& elements);
   explicit JSON(const JSONMap& members);
-  /// Becomes an owner of the data that the view refers to.
-  explicit JSON(const ValueView& object) noexcept : value_(object) {
-    if (value_.kind() == ValueView::Kind::unsupported) becomeUnknown();
-  }
   /// Make an array or a map from a list in braces. Of pairs with the same key, the last one sets
   /// the value.
   static JSON makeArray(std::initializer_list<Value> elements);
@@ -142,19 +139,27 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   /// failure, return null with an error(): ErrorIndexOutOfBounds, ErrorNotExist or ErrorWrongType.
   /// The first step of a path that fails sets the error.
   template <JSONIndexInteger I>
-  JSON operator[](I index) const {
-    return elementAt(JSONKey::clampedIndex(index));
+  JSON operator[](I index) const& {
+    return JSON(Owned{detail::readElement(value_, JSONKey::clampedIndex(index))});
   }
-  JSON operator[](const KeyView& key) const;
+  JSON operator[](const KeyView& key) const& {
+    return JSON(Owned{detail::readMember(value_, key)});
+  }
+  /// The same for a temporary, as in `json["a"]["b"]`: moves its reference to the result.
+  template <JSONIndexInteger I>
+  JSON operator[](I index) && {
+    return JSON(Owned{detail::moveElement(value_, JSONKey::clampedIndex(index))});
+  }
+  JSON operator[](const KeyView& key) && { return JSON(Owned{detail::moveMember(value_, key)}); }
   template <JSONSubscriptType T>
   requires(!JSONIndexInteger<T> && !JSONKeyText<T>) JSON operator[](const T& element) const {
     const JSONKey step(element);
-    return at(JSONPath(&step, 1));
+    return JSON(Owned{detail::readPath(value_, JSONPath(&step, 1))});
   }
-  JSON operator[](std::initializer_list<JSONKey> path) const {
-    return at(JSONPath(path.begin(), path.size()));
+  JSON operator[](std::initializer_list<JSONPathStep> path) const {
+    return JSON(Owned{detail::readPath(value_, {path.begin(), path.size()})});
   }
-  JSON operator[](JSONPath path) const { return at(path); }
+  JSON operator[](JSONPath path) const { return JSON(Owned{detail::readPath(value_, path)}); }
 
   /// Replace an element, or replace or add a member. Do nothing if this value is not a container of
   /// that kind, if the index is not less than size(), or if the new value has an error(). A
@@ -171,8 +176,8 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   }
   /// Write to the end of a path. All steps but the last must exist. Do nothing if a step does not
   /// fit or the path is empty. A value with an error() is stored as null.
-  void set(std::initializer_list<JSONKey> path, const JSON& value) & {
-    set(JSONPath(path.begin(), path.size()), value);
+  void set(std::initializer_list<JSONPathStep> path, const JSON& value) & {
+    setAt({path.begin(), path.size()}, value);
   }
   void set(JSONPath path, const JSON& value) &;
 
@@ -184,8 +189,7 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   std::optional<Data> rawData(JSONWritingOptions options = JSONWritingOptions::none,
                               std::optional<Error>* error = nullptr) const;
   /// Array and map: the bytes of rawData(), decoded with the encoding; absent if either step fails.
-  /// String: its text. Number: decimal text. Boolean and null: "true", "false", "null". Absent for
-  /// unknown.
+  /// String: its text. Number: decimal text. Boolean or null: its JSON text. Unknown: absent.
   std::optional<std::string> rawString(
       TextEncoding encoding = TextEncoding::utf8,
       JSONWritingOptions options = JSONWritingOptions::prettyPrinted) const;
@@ -271,14 +275,14 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   /// types: do not sort values of several types, and do not use them as keys of a std::map.
   friend QUORVELKIT_EXPORT bool operator==(const JSON& a, const JSON& b);
   friend QUORVELKIT_EXPORT std::partial_ordering operator<=>(const JSON& a, const JSON& b);
-
   /// Prints the description.
   friend QUORVELKIT_EXPORT std::ostream& operator<<(std::ostream& out, const JSON& json);
 
  private:
+  using Owned = Value::OwnedBits;
+  explicit JSON(const Owned& bits) noexcept : value_(bits) {}
   void becomeUnknown() noexcept;
-  JSON elementAt(std::int64_t index) const;
-  JSON at(JSONPath path) const;
+  void setAt(std::span<const JSONPathStep> path, const JSON& value);
   void setElement(std::int64_t index, const JSON& value);
   void setStep(const JSONKey& step, const JSON& value);
   template <class T>
@@ -287,7 +291,6 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   }
 
   Value value_;
-
   friend struct detail::ValueAccess;
 };
 

@@ -38,7 +38,9 @@ class JSONIndex {
     if (a.case_ != b.case_) return std::partial_ordering::unordered;
     return a.position_ <=> b.position_;
   }
-  friend constexpr bool operator==(JSONIndex a, JSONIndex b) noexcept { return (a <=> b) == 0; }
+  friend constexpr bool operator==(JSONIndex a, JSONIndex b) noexcept {
+    return a.case_ == b.case_ && a.position_ == b.position_;
+  }
 
  private:
   constexpr JSONIndex(Case kind, std::size_t position) noexcept

@@ -6,6 +6,7 @@
 #include <concepts>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -110,5 +111,41 @@ class JSONKey {
 
 /// The steps from a value to one inside it.
 using JSONPath = std::span<const JSONKey>;
+
+/// One step of a path in braces, such as `json[{"points", 0}]`. Converts from the same types as
+/// JSONKey, without a copy of the key: valid as long as what it was made from.
+class JSONPathStep {
+ public:
+  template <JSONIndexInteger I>
+  JSONPathStep(I index) noexcept
+      : case_(JSONKey::Case::index), index_(JSONKey::clampedIndex(index)) {}
+  template <JSONKeyText T>
+  JSONPathStep(const T& key) noexcept : key_(key) {}
+  JSONPathStep(const JSONKey& key) noexcept
+      : case_(key.kind()), index_(key.index()), key_(key.key()) {}
+  template <class T>
+  requires(!JSONIndexInteger<T> && !JSONKeyText<T> && !std::same_as<T, JSONKey> &&
+           JSONSubscriptType<T>) JSONPathStep(const T& element)
+      : converted_(element) {
+    case_ = converted_->kind();
+    index_ = converted_->index();
+    key_ = converted_->key();
+  }
+  JSONPathStep(const JSONPathStep&) = delete;
+  JSONPathStep& operator=(const JSONPathStep&) = delete;
+  ~JSONPathStep() = default;
+
+  JSONKey::Case kind() const noexcept { return case_; }
+  /// The index; 0 for a key.
+  std::int64_t index() const noexcept { return index_; }
+  /// The key; empty for an index.
+  const KeyView& key() const noexcept { return key_; }
+
+ private:
+  JSONKey::Case case_ = JSONKey::Case::key;
+  std::int64_t index_ = 0;
+  KeyView key_{""};
+  std::optional<JSONKey> converted_;  // owns the key of an application's own type
+};
 
 }  // namespace quorvelkit

@@ -3,6 +3,7 @@
 
 #include <QuorvelKit/JSON/Number.h>
 
+#include <concepts>
 #include <cstdint>
 #include <optional>
 
@@ -76,6 +77,14 @@ class JSONNumericAccessors {
   }
   template <class T>
   T getValue() const {
+    // The usual cases, inline.
+    if constexpr (std::floating_point<T>) {
+      if (const auto number = static_cast<const Self*>(this)->view().number()) {
+        return static_cast<T>(*number);
+      }
+    } else if (const auto integer = static_cast<const Self*>(this)->view().exactInt64()) {
+      return static_cast<T>(*integer);
+    }
     return static_cast<const Self*>(this)->numberValue().template to<T>();
   }
   template <class T>

@@ -143,6 +143,13 @@ class QUORVELKIT_EXPORT Value : public ValueView {
   void release() noexcept;
   void setNumber(const Number& number);
 
+  // Bits that own the reference which they need.
+  struct OwnedBits {
+    detail::ValueBits bits;
+  };
+  explicit Value(const OwnedBits& owned) noexcept { bits_ = owned.bits; }
+
+  friend class JSON;
   friend struct detail::ValueAccess;
 };
 

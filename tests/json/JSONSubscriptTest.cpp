@@ -93,13 +93,19 @@ TEST(JSONSubscriptTest, ReadReturnsValueOrFirstError) {
   for (const JSON& json : {sample(), changedSample()}) {
     EXPECT_EQ(json[std::vector<JSONKey>()], sample());
     EXPECT_EQ((json[{"a", "b", 2, "c"}]), "deep");
+    // A temporary value passes on its reference; the result outlives it.
+    EXPECT_EQ(JSON(json)["a"]["b"][2]["c"], "deep");
+    EXPECT_EQ(JSON(json)["a"]["b"][1], 20);
     EXPECT_EQ(json["n"].error(), std::nullopt);
     for (const auto& [path, code, message] : cases) {
       SCOPED_TRACE(message);
-      JSON stepwise = json;
-      for (const JSONKey& step : path)
+      JSON stepwise = json, moved = json;
+      for (const JSONKey& step : path) {
         stepwise = stepwise[step];
-      for (const JSON& read : {json[path], stepwise}) {
+        moved = step.kind() == JSONKey::Case::key ? std::move(moved)[step.key()]
+                                                  : std::move(moved)[step.index()];
+      }
+      for (const JSON& read : {json[path], stepwise, moved}) {
         EXPECT_EQ(read, JSON());
         EXPECT_EQ(read.exists(), code != 500);
         EXPECT_EQ(read.error(), Error::described(std::string(ErrorDomain), code, message));
@@ -192,6 +198,9 @@ TEST(JSONSubscriptTest, ArgumentsMayBePartsOfTheValue) {
   JSON numbers = JSON::parse(R"({"first key":1,"b":2})");
   numbers.set(numbers.view().memberAt(0).first, 3);
   EXPECT_EQ(numbers, JSON::parse(R"({"first key":3,"b":2})"));
+  JSON nested = JSON::parse(R"({"first key":{"b":1}})");
+  nested.set({nested.view().memberAt(0).first, "b"}, 3);
+  EXPECT_EQ(nested, JSON::parse(R"({"first key":{"b":3}})"));
   for (JSON (*const make)() : {&sample, &changedSample}) {
     JSON json = make();
     json.set(json.view().memberAt(0).first, 1);
