@@ -5,7 +5,6 @@
 
 #include <cstddef>
 #include <iterator>
-#include <ranges>
 #include <utility>
 
 namespace quorvelkit {

@@ -5,10 +5,16 @@
 #include <QuorvelKit/JSON/Value.h>
 
 #include <concepts>
+#include <iterator>
 #include <optional>
-#include <ranges>
+#include <span>
 #include <type_traits>
 #include <utility>
+#ifndef __GLIBCXX__
+// The span header of that library declares the concepts of ranges; this one takes longer to
+// compile.
+#include <ranges>
+#endif
 
 namespace quorvelkit {
 
