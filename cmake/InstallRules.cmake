@@ -84,6 +84,15 @@ foreach(program IN ITEMS quorvel quorvel-sandbox)
   endif()
 endforeach()
 
+# quorvel starts this program, which needs the library of the map.
+if(TARGET quorvel-picture)
+  file(RELATIVE_PATH libraries /prefix/${CMAKE_INSTALL_BINDIR} /prefix/${CMAKE_INSTALL_LIBDIR})
+  set_target_properties(quorvel-picture PROPERTIES INSTALL_RPATH $ORIGIN/${libraries})
+  install(TARGETS quorvel-picture DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT programs)
+  install(FILES docs/man/quorvel-picture.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
+    COMPONENT programs)
+endif()
+
 set(documentation ${CMAKE_INSTALL_DATAROOTDIR}/doc/quorvelkit)
 install(FILES README.md CHANGELOG.md LICENSE SECURITY.md DESTINATION ${documentation}
   COMPONENT documentation)

@@ -6,6 +6,7 @@
 #include "Directions.h"
 #include "FindAnswer.h"
 #include "FindCall.h"
+#include "Picture.h"
 
 #include <QuorvelKit/QVNavigation.h>
 
@@ -62,6 +63,10 @@ RouteCommand::RouteCommand(CLI::App& program, Backend& backend)
       ->check(checkTime);
   auto* json = command_->add_flag("--json", json_, "Print the body of the answer unchanged");
   command_->add_flag("--geojson", geoJSON_, "Print the route as a GeoJSON feature")->excludes(json);
+  command_
+      ->add_option("--picture", picture_,
+                   "Draw the route on the map of the backend, into FILE.png or FILE.svg")
+      ->check(checkPicture);
   backend_.addOptions(*command_);
 }
 
@@ -127,5 +132,8 @@ int RouteCommand::print(const QVRouteRequest& request, const QVRouteResponse& re
   } else if (!json_) {
     printDirections(std::cout, request, *response.route());
   }
-  return 0;
+  if (picture_.empty()) return 0;
+  const std::string problem =
+      drawPicture(routeFeature(*response.route()), QVBackendless::baseURL(), picture_);
+  return problem.empty() ? 0 : fail(problem);
 }

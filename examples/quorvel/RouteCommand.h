@@ -40,6 +40,7 @@ class RouteCommand {
   std::string near_;
   std::string arrive_;
   double minimumScore_ = 80;
+  std::string picture_;
   bool json_ = false;
   bool geoJSON_ = false;
 };

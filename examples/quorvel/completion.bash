@@ -30,7 +30,7 @@ _quorvel() {
     --columns | --in-flight | --rate | --retries) return ;;
     --format) _quorvel_reply "ndjson csv geojson"; return ;;
     --input-format) _quorvel_reply "csv ndjson"; return ;;
-    --output) _quorvel_files; return ;;
+    --output | --picture) _quorvel_files; return ;;
   esac
   if [ "$COMP_CWORD" -eq 1 ]; then
     _quorvel_reply "route candidates suggest reverse batch --help --version"
@@ -38,7 +38,7 @@ _quorvel() {
   fi
   local common="--json --backend --trace --help"
   case ${COMP_WORDS[1]} in
-    route) _quorvel_reply "--from --to --near --min-score --arrive --geojson $common" ;;
+    route) _quorvel_reply "--from --to --near --min-score --arrive --geojson --picture $common" ;;
     batch) _quorvel_batch ;;
     candidates) _quorvel_reply "--near --extent --key $common" ;;
     suggest) _quorvel_reply "--near $common" ;;

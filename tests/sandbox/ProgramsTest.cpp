@@ -82,11 +82,17 @@ TEST_F(QuorvelTest, RoutePrintsTheDepartureTimeOrAnError) {
               {" route --from 1 --to 1,2", 2, "is not LAT,LON"},
               {" route --arrive noon" + routeEnds, 2, "is not an RFC 3339 time"},
               {" route --json --geojson" + routeEnds, 2, "excludes"},
+              {" route --picture route.gif" + routeEnds, 2, "is not FILE.png or FILE.svg"},
               {" route --help", 0, "--arrive"},
               {" --help >/dev/full", 1, "quorvel: The output cannot be written: No space left"},
               {" fly", 2, "quorvel: There is no command 'fly'."},
               {" route --form 1,1 --to 1,2", 2, "quorvel: There is no option --form."},
               {"", 2, "quorvel: A subcommand is required"}});
+  const std::string alone = testing::TempDir() + "/alone-" + std::to_string(getpid());
+  run("cp " + quorvel + ' ' + alone);
+  expectEach("PATH=/none " + alone,
+             {{withSandbox + routeEnds + " --picture x.png", 1, "quorvel-picture is missing"}});
+  unlink(alone.c_str());
 }
 
 TEST_F(QuorvelTest, RouteReadsRFC3339Times) {
