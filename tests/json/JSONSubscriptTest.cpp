@@ -199,7 +199,7 @@ TEST(JSONSubscriptTest, ArgumentsMayBePartsOfTheValue) {
   numbers.set(numbers.view().memberAt(0).first, 3);
   EXPECT_EQ(numbers, JSON::parse(R"({"first key":3,"b":2})"));
   JSON nested = JSON::parse(R"({"first key":{"b":1}})");
-  nested.set({nested.view().memberAt(0).first, "b"}, 3);
+  nested.set({"first key", nested.view().memberAt(0).second.memberAt(0).first}, 3);
   EXPECT_EQ(nested, JSON::parse(R"({"first key":{"b":3}})"));
   for (JSON (*const make)() : {&sample, &changedSample}) {
     JSON json = make();
