@@ -38,9 +38,8 @@ using JSONMap = OrderedMap<JSON>;
 ///     json.set("visited", true);
 ///
 /// Errors: reads never fail. A subscript that does not fit the data returns a null value with an
-/// error(); further subscripts keep that error. Each typed read has two forms:
-/// `double_()` is absent unless the value has that type, `doubleValue()` converts and has a
-/// default.
+/// error(); further subscripts keep that error. Each typed read has two forms: `double_()` is
+/// absent unless the value has that type, `doubleValue()` converts and has a default.
 ///
 /// Cost: 16 bytes. Copies are independent values; a copy costs one atomic increment (scalars:
 /// none), the first write to it copies one level of the container (copy on write). A value that was
@@ -50,8 +49,7 @@ using JSONMap = OrderedMap<JSON>;
 /// of one value. Writing needs exclusive access to that copy.
 ///
 /// Writing: setters and assignments need an lvalue. `json["a"] = 5` would change a temporary copy
-/// of the member and does not compile; use `json.set("a", 5)`. Arguments may be parts of the value
-/// itself.
+/// and does not compile; use `json.set("a", 5)`. Arguments may be parts of the value itself.
 class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
  public:
   /// The types of values; `unknown` stands for an unsupported value.
@@ -84,9 +82,9 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   /// stored as the double of the same value), booleans, null, optionals of these. An unsupported
   /// value makes the type `unknown`, with the error ErrorUnsupportedType. The conversion of
   /// containers is explicit: `std::vector<JSON>{list}` is a copy of the list, not a list in a list.
-  JSON(Value object) noexcept : value_(std::move(object)) {
-    if (value_.kind() == ValueView::Kind::unsupported) becomeUnknown();
-  }
+  JSON(Value object) noexcept : value_(std::move(object)) { checkSupport(); }
+  /// Becomes an owner of the data that the view refers to.
+  explicit JSON(const ValueView& object) noexcept : value_(object) { checkSupport(); }
   template <class T>
   requires(!std::same_as<std::remove_cvref_t<T>, JSON> &&
            !std::derived_from<std::remove_cvref_t<T>, ValueView> &&
@@ -95,8 +93,7 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
       : JSON(Value(std::forward<T>(object))) {}
   explicit JSON(const std::vector<JSON>& elements);
   explicit JSON(const JSONMap& members);
-  /// Make an array or a map from a list in braces. Of pairs with the same key, the last one sets
-  /// the value.
+  /// Make an array or a map from a list in braces. The last pair with a key sets its value.
   static JSON makeArray(std::initializer_list<Value> elements);
   static JSON makeDictionary(std::initializer_list<std::pair<std::string, Value>> members);
   /// Make an array from a range of values, or a map from a range of pairs such as std::map. The
@@ -270,9 +267,9 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   // --- comparison
 
   /// Only values of the same type are equal or ordered. Numbers are ordered by value, strings by
-  /// bytes. Equal booleans, arrays, maps and nulls are also <= and >=. All other values
-  /// are unequal and unordered, also two unknown values. `<` is not a strict weak order across
-  /// types: do not sort values of several types, and do not use them as keys of a std::map.
+  /// bytes. Equal booleans, arrays, maps and nulls are also <= and >=. All other values are unequal
+  /// and unordered, also two unknown values. `<` is not a strict weak order across types: sort only
+  /// values of one type, also as keys of a std::map.
   friend QUORVELKIT_EXPORT bool operator==(const JSON& a, const JSON& b);
   friend QUORVELKIT_EXPORT std::partial_ordering operator<=>(const JSON& a, const JSON& b);
   /// Prints the description.
@@ -281,6 +278,9 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
  private:
   using Owned = Value::OwnedBits;
   explicit JSON(const Owned& bits) noexcept : value_(bits) {}
+  void checkSupport() noexcept {
+    if (value_.kind() == ValueView::Kind::unsupported) becomeUnknown();
+  }
   void becomeUnknown() noexcept;
   void setAt(std::span<const JSONPathStep> path, const JSON& value);
   void setElement(std::int64_t index, const JSON& value);
