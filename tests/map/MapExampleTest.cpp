@@ -9,6 +9,7 @@
 #include <QuorvelKit/QVRouteResponse.h>
 
 #include <QtCore/QDirIterator>
+#include <QtCore/QFile>
 #include <QtTest/QTest>
 
 #include <QLabel>
@@ -19,8 +20,9 @@ namespace quorvelkit::test {
 namespace {
 
 // Turns off checks that fail in Qt and in the OpenGL driver.
-const std::string program =
-    "ASAN_OPTIONS=detect_leaks=0 TSAN_OPTIONS=ignore_noninstrumented_modules=1 " QUORVEL_MAP;
+const std::string checksOff =
+    "ASAN_OPTIONS=detect_leaks=0 TSAN_OPTIONS=ignore_noninstrumented_modules=1 ";
+const std::string program = checksOff + QUORVEL_MAP;
 
 // The bounding boxes of the pixels with the color. More than 10 columns without such a pixel
 // separate two boxes.
@@ -69,6 +71,33 @@ TEST(MapExampleTest, ScreenshotShowsRouteOnStyle) {
   QDirIterator compiled(application.folder(), {"*.qmlc"}, QDir::Files,
                         QDirIterator::Subdirectories);
   EXPECT_FALSE(compiled.hasNext()) << "Qt compiled the scene at run time";
+}
+
+TEST(MapExampleTest, QuorvelDrawsAPicture) {
+  const TestApplication application;
+  sandbox::Sandbox sandbox(sandbox::MapData::builtInTown());
+  ASSERT_TRUE(sandbox.start(0));
+  const std::string folder = application.folder().toStdString();
+  const std::string command = checksOff + QUORVEL +
+                              " route --from 40.4523,-38.2804 --to 40.4469,-38.1872 --backend " +
+                              sandbox.url() + " --picture " + folder + '/';
+  for (const char* const name : {"route.png", "route.svg"}) {
+    const sandbox::Output output = sandbox::run(command + name);
+    EXPECT_EQ(output.exitCode, 0) << output.err;
+    EXPECT_THAT(output.out, testing::HasSubstr("Arrive at your destination"));
+  }
+  const QImage picture(QString::fromStdString(folder + "/route.png"));
+  EXPECT_EQ(boxesOf(picture, QColor(0xd6, 0x33, 0x3f)).size(), 2U);
+  for (const char* const color : {"#a7d2ec", "#f6a96b", "#3d86f5"})
+    EXPECT_FALSE(boxesOf(picture, color).empty()) << color;
+  QFile svg(QString::fromStdString(folder + "/route.svg"));
+  ASSERT_TRUE(svg.open(QIODevice::ReadOnly));
+  const QByteArray text = svg.readAll();
+  const QByteArray map = text.mid(text.indexOf("base64,") + 7);
+  EXPECT_FALSE(
+      boxesOf(QImage::fromData(QByteArray::fromBase64(map.left(map.indexOf('"')))), "#f6a96b")
+          .empty());
+  EXPECT_EQ(text.count("<polyline") + text.count("<path"), 4);
 }
 
 constexpr Coordinate tripStart{40.4523, -38.2804}, tripEnd{40.4469, -38.1872};
