@@ -67,7 +67,8 @@ std::string distances(const FT_Bitmap& bitmap, int width, int height) {
       const int given = bitmap.buffer[(y + skipped) * bitmap.pitch + x + skipped];
       const double inside = static_cast<double>(given - freeTypeOutline) / freeTypeOutline * reach;
       const double value = steps * (1 - outsideFraction + inside / range);
-      result.push_back(static_cast<char>(std::clamp(value, 0.0, steps - 1)));
+      result.push_back(
+          static_cast<char>(static_cast<unsigned char>(std::clamp(value, 0.0, steps - 1))));
     }
   }
   return result;
