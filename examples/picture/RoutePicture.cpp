@@ -76,7 +76,7 @@ QString RoutePicture::shapes() const {
 
 QString RoutePicture::saveSVG(const QString& file, const QString& mapFile) const {
   QFile map(mapFile), output(file);
-  const QString failure = QStringLiteral("%1 cannot be written").arg(file);
+  QString failure = QStringLiteral("%1 cannot be written").arg(file);
   if (!map.open(QIODevice::ReadOnly) || !output.open(QIODevice::WriteOnly)) return failure;
   const QString text =
       QStringLiteral(

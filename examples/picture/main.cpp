@@ -55,7 +55,7 @@ std::optional<Options> parseOptions(int argc, char** argv) {
 // Returns if there is no xvfb-run; then the route is drawn on a plain background.
 void useVirtualDisplay(char** argv) {
   for (const char* const name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
-    if (std::getenv(name) != nullptr) return;
+    if (qEnvironmentVariableIsSet(name)) return;
   }
   std::vector<std::string> words{"xvfb-run", "-a", "-s", "-screen 0 1280x1024x24"};
   for (char** argument = argv; *argument != nullptr; ++argument)
@@ -65,6 +65,7 @@ void useVirtualDisplay(char** argv) {
   if (size <= 0) return;
   words[4] = self.substr(0, static_cast<std::size_t>(size));
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (std::string& word : words)
     arguments.push_back(word.data());
   arguments.push_back(nullptr);

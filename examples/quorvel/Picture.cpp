@@ -14,12 +14,12 @@ namespace {
 
 /// The program beside this one, or its name, which is looked for in PATH.
 std::string pictureProgram() {
-  const std::string name = "quorvel-picture";
+  std::string name = "quorvel-picture";
   std::array<char, 4096> own;
   const ssize_t size = readlink("/proc/self/exe", own.data(), own.size());
   if (size <= 0) return name;
   const std::string_view path(own.data(), static_cast<std::size_t>(size));
-  const std::string beside = std::string(path.substr(0, path.rfind('/') + 1)) + name;
+  std::string beside = std::string(path.substr(0, path.rfind('/') + 1)) + name;
   return access(beside.c_str(), X_OK) == 0 ? beside : name;
 }
 
@@ -61,13 +61,12 @@ std::string drawPicture(const std::string& feature, const std::string& backend,
   close(ends[0]);
   if (problem != 0) {
     close(ends[1]);
-    return "There is no picture: the program quorvel-picture is missing. It belongs beside quorvel "
-           "or "
-           "in a folder of PATH, and is built where Qt is installed.";
+    return "There is no picture: the program quorvel-picture is missing. It belongs beside "
+           "quorvel or in a folder of PATH, and is built where Qt is installed.";
   }
   auto* const before = signal(SIGPIPE, SIG_IGN);
   sendAndClose(ends[1], feature);
-  signal(SIGPIPE, before);
+  static_cast<void>(signal(SIGPIPE, before));
   int status = 0;
   while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
   }
