@@ -10,7 +10,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QStringList>
-#include <cstdlib>
 #include <iostream>
 
 using namespace quorvelkit;
