@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "sandbox/HTTPMessage.h"
 
+#include <algorithm>
+
 namespace quorvelkit::sandbox {
 
 HTTPAnswer HTTPAnswer::json(const JSON& body, int status) {
@@ -11,6 +13,12 @@ HTTPAnswer HTTPAnswer::json(const JSON& body, int status) {
 
 HTTPAnswer HTTPAnswer::failure(int status, int code, const std::string& message) {
   return json(JSON::makeDictionary({{"code", code}, {"message", message}}), status);
+}
+
+std::string printable(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(), [](char c) { return c < ' ' || c > '~'; }, '?');
+  return text;
 }
 
 }  // namespace quorvelkit::sandbox

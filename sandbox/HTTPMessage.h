@@ -38,6 +38,9 @@ struct HTTPAnswer {
   static HTTPAnswer failure(int status, int code, const std::string& message);
 };
 
+/// Replaces all bytes but printable ASCII characters, for a terminal or a JSON document.
+std::string printable(std::string text);
+
 /// Must be thread-safe.
 using HTTPHandler = std::function<HTTPAnswer(const HTTPRequest&)>;
 

@@ -71,7 +71,8 @@ struct HTTPServer::State {
     if (!log) return;
     const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(
         std::chrono::steady_clock::now() - begin);
-    log(request.method + ' ' + request.path + ' ' + std::to_string(answer.status) + ", " +
+    const std::string path = printable(request.target.substr(0, request.target.find('?')));
+    log(printable(request.method) + ' ' + path + ' ' + std::to_string(answer.status) + ", " +
         std::to_string(answer.body.size()) + " bytes in " + std::to_string(time.count()) + " ms");
   }
 };

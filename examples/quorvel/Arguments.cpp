@@ -8,9 +8,12 @@
 #include <QuorvelPlatform/UTF8.h>
 
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <sstream>
+#include <utility>
 
 using namespace quorvelkit;
 
@@ -46,45 +49,51 @@ std::string coordinateFault(std::string_view text) {
                                    : ": the latitude is not from -90 to 90";
 }
 
-/// Returns true for numbers with degree marks or a cardinal direction: "39.3N", "W 76 32' 1\"".
-bool looksLikeDegrees(std::string_view part) {
-  std::string numbers;
-  while (!part.empty()) {
-    bool isMark = false;
-    for (const std::string_view mark :
-         {"\u00B0", "\u00BA", "\u2032", "\u2033", "'", "\"", "+", " "}) {
-      if (!part.starts_with(mark)) continue;
-      part.remove_prefix(mark.size());
-      numbers += ' ';
-      isMark = true;
-    }
-    if (isMark) continue;
-    numbers += part.front();
-    part.remove_prefix(1);
-  }
-  const auto isCardinal = [](char c) {
-    return std::string_view("NSEWnsew").find(c) != std::string::npos;
-  };
-  if (parseNumber(numbers)) return true;  // Such as "nan", whose last letter is a cardinal.
-  numbers.erase(numbers.find_last_not_of(' ') + 1);
-  if (!numbers.empty() && isCardinal(numbers.back())) numbers.pop_back();
-  numbers.erase(0, numbers.find_first_not_of(' '));
-  if (!numbers.empty() && isCardinal(numbers.front())) numbers.erase(0, 1);
-  bool hasNumber = false;
-  for (std::size_t begin = 0; begin < numbers.size();) {
-    const std::size_t end = std::min(numbers.find(' ', begin), numbers.size());
-    if (end > begin) {
-      if (!parseNumber(std::string_view(numbers).substr(begin, end - begin))) return false;
-      hasNumber = true;
-    }
-    begin = end + 1;
-  }
-  return hasNumber;
+bool isCardinal(char c) { return std::string_view("nsew").find(c) != std::string_view::npos; }
+
+bool isASCII(const std::string& text) {
+  return std::none_of(text.begin(), text.end(),
+                      [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
 }
 
-bool looksLikeCoordinate(std::string_view text) {
-  const auto parts = splitAtComma(text);
-  return parts && looksLikeDegrees(parts->first) && looksLikeDegrees(parts->second);
+/// Replaces signs of coordinates by ASCII characters: marks of degrees and separators by spaces.
+std::string withPlainSigns(std::string text) {
+  constexpr std::pair<std::string_view, char> signs[] = {
+      {"\u2212", '-'}, {"\u00B0", ' '}, {"\u00BA", ' '}, {"\u2032", ' '},
+      {"\u2033", ' '}, {"'", ' '},      {"\"", ' '},     {",", ' '},
+      {";", ' '},      {"/", ' '},      {":", ' '},      {"+", ' '}};
+  for (const auto& [sign, plain] : signs) {
+    for (auto at = text.find(sign); at != text.npos; at = text.find(sign, at + 1))
+      text.replace(at, sign.size(), 1, plain);
+  }
+  return text;
+}
+
+/// Returns true if the text has only numbers, at least two, with signs, marks of degrees, cardinal
+/// directions and words such as "lat", and is no pair of house numbers: "39.3N 76.5W", "nan;1".
+bool looksLikeCoordinate(const std::string& text) {
+  constexpr std::string_view words[] = {"lat",  "latitude",  "lon", "lng",
+                                        "long", "longitude", "geo"};
+  std::istringstream tokens(withPlainSigns(text));
+  bool isExact = text.find_first_of(".,;'\"-") != text.npos || !isASCII(text);
+  int numbers = 0;
+  for (std::string token; tokens >> token;) {
+    std::transform(token.begin(), token.end(), token.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    if (std::find(std::begin(words), std::end(words), token) != std::end(words)) {
+      isExact = true;
+      continue;
+    }
+    if (token.size() == 1 && isCardinal(token.front())) continue;
+    std::optional<double> number = parseNumber(token);
+    if (!number && isCardinal(token.back()))
+      number = parseNumber(token.substr(0, token.size() - 1));
+    if (!number && isCardinal(token.front())) number = parseNumber(token.substr(1));
+    if (!number) return false;
+    isExact = isExact || !std::isfinite(*number);
+    ++numbers;
+  }
+  return numbers >= 2 && isExact;
 }
 
 }  // namespace
@@ -132,9 +141,8 @@ std::string checkSearchText(const std::string& text) {
 }
 
 std::string checkPlace(const std::string& text) {
-  const bool hasLetter = std::any_of(text.begin(), text.end(), [](char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
-           static_cast<unsigned char>(c) >= 0x80;
+  const bool hasLetter = !isASCII(text) || std::any_of(text.begin(), text.end(), [](char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
   });
   return hasLetter && !looksLikeCoordinate(text) ? checkSearchText(text) : checkCoordinate(text);
 }

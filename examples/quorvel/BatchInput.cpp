@@ -4,6 +4,7 @@
 #include <QuorvelKit/JSON/JSON.h>
 
 #include <algorithm>
+#include <set>
 #include <stdexcept>
 
 using namespace quorvelkit;
@@ -122,6 +123,8 @@ void BatchInput::readHeader(std::string_view text) {
     if (fault.empty() && std::find(header_.begin(), header_.end(), name) == header_.end())
       fault = "it names no column '" + name + "'";
   }
+  const std::set<std::string> names(header_.begin(), header_.end());
+  if (fault.empty() && names.size() < header_.size()) fault = "it names a column twice";
   if (!fault.empty()) throw std::runtime_error("The header of the input is wrong: " + fault + '.');
 }
 

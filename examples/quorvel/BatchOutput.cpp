@@ -104,9 +104,12 @@ void BatchOutput::open(const std::string& path, OutputFormat format, const std::
                              "' has content. Continue it with --resume, or remove it.");
   }
   if (!isFile) return;
-  aheadDescriptor_ =
-      ::open(aheadPath().c_str(), O_RDWR | O_CREAT | O_CLOEXEC | (resumes ? 0 : O_TRUNC), 0666);
+  aheadDescriptor_ = ::open(aheadPath().c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
   if (aheadDescriptor_ == -1) throwSystemError("The file '" + aheadPath() + "' cannot be opened");
+  if (!resumes && lseek(aheadDescriptor_, 0, SEEK_END) > 0) {
+    throw std::runtime_error("The file '" + aheadPath() +
+                             "' has answers. Continue with --resume, or remove it.");
+  }
   readAhead();
 }
 
@@ -114,7 +117,25 @@ void BatchOutput::readJournal() {
   const off_t size =
       readLines(descriptor_, path_, [this](std::string_view line) { noteLine(line); });
   const off_t end = lseek(descriptor_, 0, SEEK_END);
+  checkBegunLine(descriptor_, path_, size, hasContent_ ? "" : header_);
   if (end > size) setEnd(descriptor_, size);
+}
+
+/// Throws if the rest of a file, after its last whole line, is not the beginning of an answer or of
+/// the header: then the file is not the journal of a batch.
+void BatchOutput::checkBegunLine(int descriptor, const std::string& path, off_t begin,
+                                 std::string_view header) const {
+  std::array<char, 64> bytes;
+  const ssize_t size = pread(descriptor, bytes.data(), bytes.size(), begin);
+  if (size <= 0) return;
+  const std::string_view rest(bytes.data(), static_cast<std::size_t>(size));
+  const std::string_view start = header.empty() ? prefix(format_) : header;
+  const bool fits = rest.size() <= start.size()
+                        ? start.starts_with(rest)
+                        : rest.starts_with(start) && header.empty() && rest[start.size()] >= '0' &&
+                              rest[start.size()] <= '9';
+  if (!fits)
+    throw std::runtime_error("The file '" + path + "' cannot be continued: it has other content.");
 }
 
 void BatchOutput::readAhead() {
@@ -122,6 +143,7 @@ void BatchOutput::readAhead() {
     const std::uint64_t number = numberOf(line);
     if (!hasAnswer(number)) ahead_.insert_or_assign(number, std::string(line) + '\n');
   });
+  checkBegunLine(aheadDescriptor_, aheadPath(), size, "");
   setEnd(aheadDescriptor_, size);
   aheadSize_ = static_cast<std::size_t>(size);
   earlierAnswerCount_ += ahead_.size();
@@ -174,7 +196,8 @@ void BatchOutput::flush() {
   writeAll(descriptor_, buffer_);
   if (!buffer_.empty()) hasContent_ = true;
   buffer_.clear();
-  // An answer may stand in both files for a moment, but never in none.
+  // A process that is killed between the two steps loses the answers that are ahead: their lines
+  // are then asked again.
   if (std::exchange(clearsAhead_, false)) {
     setEnd(aheadDescriptor_, 0);
     aheadSize_ = 0;

@@ -57,6 +57,8 @@ class BatchOutput {
  private:
   void readJournal();
   void readAhead();
+  void checkBegunLine(int descriptor, const std::string& path, off_t begin,
+                      std::string_view header) const;
   void noteLine(std::string_view line);
   std::uint64_t numberOf(std::string_view line) const;
   std::string aheadPath() const { return path_ + ".ahead"; }

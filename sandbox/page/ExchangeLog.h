@@ -12,8 +12,9 @@
 
 namespace quorvelkit::sandbox {
 
-/// The last exchanges of the servers with their clients, as they were on the wire, for the page.
-/// Secrets are shortened before they are stored. Thread-safe.
+/// The last exchanges of the servers with their clients, for the page: the request with its fields
+/// by name, and status, type and body of the answer. Secrets are shortened, and long fields and
+/// bodies cut, before they are stored. Thread-safe.
 class ExchangeLog {
  public:
   void add(const HTTPRequest& request, const HTTPAnswer& answer);

@@ -86,8 +86,7 @@ std::optional<HTTPAnswer> PageCalls::answer(const HTTPRequest& request,
   if (request.method != "GET") return failure(405, "This resource supports the method GET only.");
   if (QVBackendless::baseURL() != rootURL)
     return failure(503, "Only the program quorvel-sandbox answers the calls of its page.");
-  if (!free_.try_acquire_for(deadline))
-    return failure(503, "Too many calls of the page are running.");
+  if (!free_.try_acquire()) return failure(503, "Too many calls of the page are running.");
   struct Release {
     std::counting_semaphore<maximumCalls>& semaphore;
     ~Release() { semaphore.release(); }

@@ -41,12 +41,13 @@ async function act(step = () => {}) {
   const own = ++generation;
   try {
     await step();
+    if (own !== generation) return;
     showEnds();
     if (!from.place || !to.place) {
       say(from.place ? 'Now choose the destination.' : 'Now choose the start.');
       return;
     }
-    say('Searching the route …');
+    say('Searching for a route …');
     const route = await ask('route', { from: coordinateText(from.place), to: coordinateText(to.place) });
     if (own === generation) showRoute(route);
   } catch (error) {
@@ -90,6 +91,7 @@ function connectControls() {
     });
   });
   form.addEventListener('reset', () => {
+    ++generation;
     for (const field of [from, to]) field.setPlace(null);
     showEnds();
     say('Click two points on the map, or enter two places.');

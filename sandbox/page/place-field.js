@@ -30,6 +30,7 @@ export class PlaceField {
   setPlace(place, text = place ? coordinateText(place) : '') {
     this.place = place;
     this.input.value = text;
+    ++this.generation;
     this.close();
   }
 
@@ -44,8 +45,12 @@ export class PlaceField {
   }
 
   async find(text, key) {
+    const { generation } = this;
     const { candidates } = await ask('candidates', { text, near: this.near(), key });
-    if (!candidates.length) throw new Error(`There is no place “${text}” on this map.`);
+    if (generation !== this.generation) return;
+    // Like `quorvel route`, refuses a place that only resembles the text.
+    if (!candidates.length || (!key && candidates[0].score < 80))
+      throw new Error(`There is no place “${text}” on this map.`);
     const { location, Address } = candidates[0];
     this.setPlace({ lat: location.y, lng: location.x }, Address);
   }

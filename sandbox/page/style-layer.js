@@ -25,9 +25,13 @@ function prepare({ geometry, properties }) {
   const { type, coordinates } = geometry;
   const lines = (type === 'Polygon' ? coordinates : [type === 'Point' ? [coordinates] : coordinates])
     .map((line) => line.map(project));
-  const all = lines.flat();
-  const [xs, ys] = [all.map(([x]) => x), all.map(([, y]) => y)];
-  const box = [Math.min(...xs), Math.min(...ys), Math.max(...xs), Math.max(...ys)];
+  const box = [Infinity, Infinity, -Infinity, -Infinity];
+  for (const [x, y] of lines.flat()) {
+    box[0] = Math.min(box[0], x);
+    box[1] = Math.min(box[1], y);
+    box[2] = Math.max(box[2], x);
+    box[3] = Math.max(box[3], y);
+  }
   return { type, properties, lines, box };
 }
 
