@@ -81,13 +81,17 @@ void BatchCommand::addOptions() {
   command_->add_flag("--resume", resumes_, "Continue the file of --output where it ends")
       ->needs(output);
   command_->add_flag("--unordered", isUnordered_, "Write answers as they come, not in order");
-  command_->add_option("--in-flight", settings_.inFlight, "Most requests at a time. Default: 64")
+  command_
+      ->add_option("--in-flight", settings_.inFlight,
+                   "Largest number of requests at a time. Default: 64")
       ->check(CLI::Range(1, 10'000));
-  command_->add_option("--rate", settings_.rate, "Most requests in a second. Default: no limit")
+  command_
+      ->add_option("--rate", settings_.rate,
+                   "Largest number of requests in a second. Default: no limit")
       ->check(CLI::Range(0.001, 1e6));
   command_
       ->add_option("--retries", settings_.retries,
-                   "Most repetitions of a request after a transient error. Default: 8")
+                   "Largest number of repetitions of a request after a transient error. Default: 8")
       ->check(CLI::Range(0, 1000));
 }
 
@@ -145,7 +149,7 @@ int BatchCommand::report(const BatchJob::Summary& summary) const {
     numbers += ", after " + counted(summary.earlierAnswers, "earlier line");
   if (summary.signal != 0) {
     fail("Interrupted with " + numbers + ". " +
-         (output_.empty() ? "Only with --output it can be continued."
+         (output_.empty() ? "It can be continued only with --output."
                           : "The same command with --resume continues."));
     return 128 + summary.signal;
   }

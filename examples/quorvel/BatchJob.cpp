@@ -114,7 +114,7 @@ void BatchJob::startCalls() {
     if (settings_.rate > 0) {
       const auto interval = std::chrono::duration_cast<Clock::duration>(
           std::chrono::duration<double>(1 / settings_.rate));
-      // Waits are longer than asked for; up to 5 ms of that is made good.
+      // A wait takes longer than its time-out; the next one is shorter by up to 5 ms for that.
       nextStart_ = std::max(nextStart_, now - std::chrono::milliseconds(5)) + interval;
     }
     start(item);

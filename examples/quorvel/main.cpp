@@ -27,7 +27,8 @@ std::string usageMessage(const CLI::App& program, const CLI::ParseError& error) 
   if (option != unknown.end())
     return "There is no option " + option->substr(0, option->find('=')) + '.';
   if (program.get_subcommands().empty()) return "There is no command '" + unknown.front() + "'.";
-  return "There is no place for '" + unknown.front() + "'. Quote a text that contains spaces.";
+  return "The argument '" + unknown.front() +
+         "' is not expected. Quote a text that contains spaces.";
 }
 
 int reportUsageError(const CLI::App& program, const CLI::ParseError& error) {

@@ -111,7 +111,7 @@ ValueArray shownFields(const HTTPRequest& request) {
 void ExchangeLog::add(const HTTPRequest& request, const HTTPAnswer& answer) {
   const JSON exchange = JSON::makeDictionary(
       {{"request", JSON::makeDictionary({{"method", printable(request.method)},
-                                         {"target", printable(withoutSecrets(request.target))},
+                                         {"target", withoutSecrets(printable(request.target))},
                                          {"fields", Value(shownFields(request))},
                                          {"body", shownBody(request.body, false)}})},
        {"answer", JSON::makeDictionary({{"status", answer.status},

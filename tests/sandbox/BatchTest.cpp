@@ -120,6 +120,7 @@ TEST_F(BatchTest, WrongArgumentsAndFailuresAreErrors) {
       {"text\\na", "--output /dev/full --resume", 1, "it is no file"},
       {"text\\na", "--output /nowhere/x", 1, "'/nowhere/x' cannot be opened: No such file"},
       {"txt\\na", "", 1, "names no column 'text'"},
+      {"text,text\\na,b", "", 1, "names a column twice"},
       {"text\\n\\\"$(head -c 2000000 /dev/zero | tr \\\\0 a)", "", 1,
        "in line 2 has more than 1 MiB"},
       {"text\\na", "--columns key", 2, "--columns needs --format"},
@@ -150,7 +151,7 @@ TEST_F(BatchTest, ContinuesAfterItsEnd) {
     const Output ended =
         run("{ printf '" + input + "' | env --default-signal=INT " + command(options) +
             " & pid=$!; until [ $(cat " + file_ + "* | wc -l) -ge " + (isCSV ? "3" : "2") +
-            " ]; do :; done; kill -" + signal + " $pid; wait $pid; }");
+            " ] || ! kill -0 $pid; do :; done; kill -" + signal + " $pid; wait $pid; }");
     EXPECT_EQ(ended.exitCode, exitCode) << ended.err;
     EXPECT_THAT(ended.err, HasSubstr(signal == "KILL" ? ""
                                                       : "Interrupted with 2 answers, 0 errors. "
@@ -186,6 +187,23 @@ TEST_F(BatchTest, ContinuesAfterItsEnd) {
     EXPECT_EQ(fileText(), text);
     unlink(file_.c_str());
   }
+}
+
+TEST_F(BatchTest, OtherFilesAreKept) {
+  for (const std::string& path : {file_, file_ + ".ahead"}) {
+    for (const std::string content : {"precious notes", "{\"lines", "precious\n"}) {
+      std::ofstream(file_).flush();
+      std::ofstream(path) << content;
+      const Output refused = batch("text\\na", "--resume --output " + file_);
+      EXPECT_EQ(refused.exitCode, 1) << content;
+      EXPECT_THAT(refused.err, HasSubstr('\'' + path + "' cannot be continued"));
+      std::ifstream kept(path);
+      EXPECT_EQ(std::string(std::istreambuf_iterator<char>(kept), {}), content);
+    }
+  }
+  EXPECT_THAT(batch("text\\na", "--output " + file_).err, HasSubstr(".ahead' has answers"));
+  unlink((file_ + ".ahead").c_str());
+  unlink(file_.c_str());
 }
 
 TEST_F(BatchTest, ShowsItsProgressOnATerminalOnly) {

@@ -175,6 +175,8 @@ TEST(QuorvelFindTest, PrintsTheAnswerOrAnError) {
        {"route --from '100 Harbor Lane' --to 10,20.008", 1, "with score "},
        {"route --from 'nan,1' --to 10,20.008", 2, "latitude is not from -90 to 90"},
        {"route --from '39.3N, 76.5 W' --to 10,20.008", 2, "is not LAT,LON"},
+       {"route --from 'N 40.45 W 38.25' --to 10,20.008", 2, "is not LAT,LON"},
+       {"route --from 'nan;1' --to 10,20.008", 2, "is not LAT,LON"},
        {"route --from 9,200 --to 10,20.008", 2, "longitude is not from -180 to 180"},
        {"route --from Atlantis --to 10,20.008", 1, "There is no place 'Atlantis'"},
        {"route --from 'Harbor Point' --to 'First Bank'", 1, "--near"},

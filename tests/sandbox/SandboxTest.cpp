@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "sandbox/Sandbox.h"
+#include "sandbox/page/ExchangeLog.h"
 #include "tests/kit/FakeServer.h"
 #include "tests/sandbox/TestMaps.h"
 #include "tests/support/Call.h"
@@ -101,6 +102,35 @@ TEST_F(SandboxTest, UnknownPathsAndMethodsAreRefused) {
     const auto [given, said] = ask(method, path);
     EXPECT_EQ(given, status) << method << ' ' << path;
     EXPECT_FALSE(said["message"].stringValue().empty());
+  }
+}
+
+TEST(ExchangeLogTest, SecretsAreShortenedEverywhere) {
+  // Target, body, and what is stored of both.
+  const std::tuple<std::string, std::string, std::string, std::string> cases[] = {
+      {"/a?b=1&user-token=abcdefgh&c=2", "", "/a?b=1&user-token=ab\u2026&c=2", ""},
+      {"/a?key=12345678", R"({"n":1.50})", "/a?key=12\u2026", R"({"n":1.50})"},
+      {"/", R"({"login":"x","password":"\u00E4\u00E4\u00E4\u00E4"})", "/",
+       "{\"login\":\"x\",\"password\":\"\u00E4\u2026\"}"},
+      {"/", R"([{"user":{"password":"letmein1","id":7},"token":12345678}])", "/",
+       "[{\"user\":{\"password\":\"le\u2026\",\"id\":7},\"token\":\"12\u2026\"}]"}};
+  for (const auto& [target, body, shownTarget, shownBody] : cases) {
+    ExchangeLog log;
+    log.add({"POST",
+             "/",
+             {},
+             body,
+             nullptr,
+             target,
+             {{"X-Token",
+               "\xff\xfe"
+               "345678"}}},
+            {});
+    const JSON request = log.after(0)[{"exchanges", 0, "request"}];
+    EXPECT_EQ(request["target"], shownTarget);
+    EXPECT_EQ(request["body"], shownBody);
+    EXPECT_EQ((request[{"fields", 0, 1}]), "??\u2026");
+    EXPECT_TRUE(log.after(0).rawData());
   }
 }
 
