@@ -24,31 +24,34 @@ BodyMemory& BodyMemory::shared() {
 }
 
 std::string BodyMemory::take(std::size_t size) {
-  std::string memory;
-  if (size >= minimumSize) {
-    const std::unique_lock lock(mutex_, std::try_to_lock);
-    if (lock) {
-      isOpen_ = true;
-      lastUse_ = Clock::now();
-      // A much larger block would be wasted on this body.
-      const auto fits = [&](const std::string& each) {
-        return each.capacity() >= size && each.capacity() / 2 <= size;
-      };
-      std::size_t found = 0;
-      while (found < count_ && !fits(kept_[found]))
-        ++found;
-      if (found < count_) {
-        std::swap(kept_[found], kept_[--count_]);
-        std::swap(memory, kept_[count_]);
-        keptSize_ -= memory.capacity();
-      }
-    }
-  }
+  std::string memory = size >= minimumSize ? takeKept(size) : std::string();
   if (memory.capacity() < size) {
     memory.reserve(size);
     if (size >= minimumSize) detail::populatePages(memory.data(), memory.capacity());
   }
   return memory;
+}
+
+// Returns a kept block of about this size. If there is none, another block makes room for one, and
+// an empty string is returned.
+std::string BodyMemory::takeKept(std::size_t size) {
+  std::string taken;
+  const std::unique_lock lock(mutex_, std::try_to_lock);
+  if (!lock) return taken;
+  isOpen_ = true;
+  lastUse_ = Clock::now();
+  if (count_ == 0) return taken;
+  const auto fits = [&](const std::string& each) {
+    return each.capacity() >= size && each.capacity() - size <= size / 4;
+  };
+  std::size_t index = 0;
+  while (index < count_ && !fits(kept_[index]))
+    ++index;
+  const bool isFound = index < count_;
+  std::swap(kept_[isFound ? index : 0], kept_[--count_]);
+  std::swap(taken, kept_[count_]);
+  keptSize_ -= taken.capacity();
+  return isFound ? std::move(taken) : std::string();
 }
 
 Data BodyMemory::makeData(std::string bytes) {
@@ -58,7 +61,7 @@ Data BodyMemory::makeData(std::string bytes) {
 }
 
 void BodyMemory::keep(std::string bytes) noexcept {
-  constexpr std::size_t maximumSize = 4 << 20, maximumKeptSize = 16 << 20;
+  constexpr std::size_t maximumSize = 2 << 20, maximumKeptSize = 16 << 20;
   const std::size_t size = bytes.capacity();
   if (size > maximumSize) return;
   bytes.clear();
@@ -68,17 +71,14 @@ void BodyMemory::keep(std::string bytes) noexcept {
   keptSize_ += size;
 }
 
-bool BodyMemory::freeIfIdle(Clock::time_point now) {
+void BodyMemory::freeIfIdle(Clock::time_point now) {
+  Blocks freed;  // Destroyed after the mutex is unlocked.
   const std::unique_lock lock(mutex_, std::try_to_lock);
-  if (!lock) return false;
-  if (!isOpen_) return true;
-  if (now - lastUse_ < maximumIdleTime) return false;
-  for (std::string& each : kept_)
-    std::string().swap(each);
+  if (!lock || !isOpen_ || now - lastUse_ < maximumIdleTime) return;
+  std::swap(freed, kept_);
   count_ = 0;
   keptSize_ = 0;
   isOpen_ = false;
-  return true;
 }
 
 }  // namespace quorvelkit

@@ -96,10 +96,12 @@ void SessionEngine::runThread() {
       lock.lock();
     } else if (!hasIOThread() && (!inbox_.empty() || !loaders_.empty())) {
       runIOThread(lock);
-    } else if (BodyMemory::shared().freeIfIdle(TaskLoader::Clock::now())) {
+    } else if (!BodyMemory::shared().isOpen()) {
       hasWork_.wait(lock);
-    } else {
-      hasWork_.wait_for(lock, BodyMemory::maximumIdleTime);
+    } else if (hasWork_.wait_for(lock, BodyMemory::maximumIdleTime) == std::cv_status::timeout) {
+      lock.unlock();
+      BodyMemory::shared().freeIfIdle(TaskLoader::Clock::now());
+      lock.lock();
     }
   }
 }

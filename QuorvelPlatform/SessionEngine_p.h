@@ -67,7 +67,9 @@ class SessionEngine {
   using Event = TaskMessage::Event;
   using Lock = std::unique_lock<std::mutex>;
 
-  static void registerExitAndForkHandlers();
+  static void registerExitHandler();
+  static bool registerForkHandlers() noexcept;
+  static const bool forkHandlersAreRegistered;
   std::string startThreads();
   void stop();
   void runThread();

@@ -40,7 +40,7 @@ SessionEngine& SessionEngine::shared() {
   return *engine;
 }
 
-SessionEngine::SessionEngine() { registerExitAndForkHandlers(); }
+SessionEngine::SessionEngine() { registerExitHandler(); }
 
 bool SessionEngine::isEngineThread() { return runsEngine; }
 
@@ -64,17 +64,23 @@ std::string SessionEngine::startThreads() {
 
 // The transfer loop initialises libcurl before the exit handler is registered. Exit handlers run in
 // reverse order: the threads have stopped before the libraries of libcurl clean up.
-//
-// fork() locks all mutexes in the order in which threads lock them: the engine mutex, the mutex of
-// libcurl, then the others. A thread that holds one of the others locks at most the mutex of the
-// completion queue, which is therefore the last one.
-void SessionEngine::registerExitAndForkHandlers() {
+void SessionEngine::registerExitHandler() {
   static bool registered = false;
   if (std::exchange(registered, true)) return;
-  int failure = std::atexit([] {
+  const int failure = std::atexit([] {
     isProcessExiting = true;
     if (SessionEngine* engine = currentEngine.load()) engine->stop();
   });
+  if (failure != 0) fatalError("The URL session cannot register its exit handler.");
+}
+
+// Registered when the library is loaded, because a process may fork during the first task.
+//
+// fork() locks all mutexes in the order in which threads lock them: the engine mutex, the mutex of
+// libcurl, then the others. A thread that holds one of the others locks at most the mutex of the
+// completion queue, which is therefore the last one. Threads only try to lock the mutex of the
+// memory for bodies.
+bool SessionEngine::registerForkHandlers() noexcept {
   static constexpr auto forEachLock = [](void (*visit)(std::mutex&)) {
     visit(BodyMemory::shared().mutex());
     visit(protocolRegistryMutex());
@@ -90,7 +96,7 @@ void SessionEngine::registerExitAndForkHandlers() {
   };
   static constexpr auto lock = [](std::mutex& mutex) { mutex.lock(); };
   static constexpr auto unlock = [](std::mutex& mutex) { mutex.unlock(); };
-  failure |= pthread_atfork(
+  const int failure = pthread_atfork(
       [] {
         engineMutex.lock();
         if (auto* const mutex = libcurlMutex()) mutex->lock();
@@ -111,9 +117,13 @@ void SessionEngine::registerExitAndForkHandlers() {
           engine->stopping_ = true;
         }
         engineMutex.unlock();
+        BodyMemory::shared().freeIfIdle(BodyMemory::Clock::time_point::max());
       });
-  if (failure != 0) fatalError("The URL session cannot register its exit and fork handlers.");
+  if (failure != 0) fatalError("The URL session cannot register its fork handlers.");
+  return true;
 }
+
+const bool SessionEngine::forkHandlersAreRegistered = registerForkHandlers();
 
 void SessionEngine::stop() {
   completions_.stop();

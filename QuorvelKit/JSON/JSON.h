@@ -142,7 +142,7 @@ class QUORVELKIT_EXPORT JSON : public JSONNumericAccessors<JSON> {
   JSON operator[](const KeyView& key) const& {
     return JSON(Owned{detail::readMember(value_, key)});
   }
-  /// The same for a temporary, as in `json["a"]["b"]`: moves its reference to the result.
+  /// The same for a temporary: moves its reference on. Assign a moved variable before its next use.
   template <JSONIndexInteger I>
   JSON operator[](I index) && {
     return JSON(Owned{detail::moveElement(value_, JSONKey::clampedIndex(index))});

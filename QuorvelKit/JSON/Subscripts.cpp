@@ -27,15 +27,16 @@ ValueBits sharedBits(ValueView child) noexcept {
 // Return the child at a step; absent() if there is none.
 ValueView childAt(ValueView value, const KeyView& key) { return ValueAccess::find(value, key); }
 ValueView childAt(ValueView value, std::int64_t index) {
-  const auto position = static_cast<std::size_t>(index);  // out of range if the index is negative
+  const auto position = static_cast<std::uint64_t>(index);  // out of range if the index is negative
   if (ValueAccess::tag(value) == ValueTag::frozenArray) {
     const Document& document = ValueAccess::document(value);
     const Node& array = document.nodes[ValueAccess::bits(value).node()];
     if (position >= array.count()) return ValueAccess::absent();
-    return ValueAccess::view(document.bits(document.nodes[array.first() + position]));
+    const auto node = array.first() + static_cast<std::size_t>(position);
+    return ValueAccess::view(document.bits(document.nodes[node]));
   }
   const bool inside = ValueAccess::isArray(value) && position < value.size();
-  return inside ? value.element(position) : ValueAccess::absent();
+  return inside ? value.element(static_cast<std::size_t>(position)) : ValueAccess::absent();
 }
 template <class Step>
 ValueView childAtStep(ValueView value, const Step& step) {

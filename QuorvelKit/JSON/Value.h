@@ -143,8 +143,10 @@ class QUORVELKIT_EXPORT Value : public ValueView {
   void release() noexcept;
   void setNumber(const Number& number);
 
-  // Bits that own the reference which they need.
+  // Bits that own the reference which they need. The constructor keeps lists of two scalars from
+  // converting to bits.
   struct OwnedBits {
+    explicit OwnedBits(const detail::ValueBits& owned) noexcept : bits(owned) {}
     detail::ValueBits bits;
   };
   explicit Value(const OwnedBits& owned) noexcept { bits_ = owned.bits; }

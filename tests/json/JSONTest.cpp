@@ -115,6 +115,7 @@ TEST(JSONTest, ConvertsFromRanges) {
   const ValueArray objects{1, 2};
   EXPECT_EQ((std::vector<JSON>{list}), list);
   EXPECT_EQ((ValueArray{objects}), objects);
+  EXPECT_EQ(JSON({1, 2}), JSON::makeArray({1, 2}));
 }
 
 TEST(JSONTest, UnsupportedValueMakesTypeUnknown) {
