@@ -68,7 +68,8 @@ void writeAll(int descriptor, std::string_view bytes) {
 BatchOutput::~BatchOutput() {
   if (descriptor_ != STDOUT_FILENO) close(descriptor_);
   if (aheadDescriptor_ == -1) return;
-  if (aheadSize_ == 0) removeAhead();
+  // The file has other content if it could not be continued.
+  if (lseek(aheadDescriptor_, 0, SEEK_END) == 0) removeAhead();
   close(aheadDescriptor_);
 }
 
@@ -140,7 +141,7 @@ void BatchOutput::checkBegunLine(int descriptor, const std::string& path, off_t 
 
 void BatchOutput::readAhead() {
   const off_t size = readLines(aheadDescriptor_, aheadPath(), [this](std::string_view line) {
-    const std::uint64_t number = numberOf(line);
+    const std::uint64_t number = numberOf(line, aheadPath());
     if (!hasAnswer(number)) ahead_.insert_or_assign(number, std::string(line) + '\n');
   });
   checkBegunLine(aheadDescriptor_, aheadPath(), size, "");
@@ -164,13 +165,13 @@ void BatchOutput::noteLine(std::string_view line) {
     throw std::runtime_error("The file '" + path_ + "' has other columns: its header is not " +
                              header_ + '.');
   }
-  const auto index = static_cast<std::size_t>(numberOf(line));
+  const auto index = static_cast<std::size_t>(numberOf(line, path_));
   if (index >= answered_.size()) answered_.resize(index + 1);
   if (!answered_[index]) ++earlierAnswerCount_;
   answered_[index] = true;
 }
 
-std::uint64_t BatchOutput::numberOf(std::string_view line) const {
+std::uint64_t BatchOutput::numberOf(std::string_view line, const std::string& path) const {
   const std::string_view start = prefix(format_);
   std::uint64_t number = 0;
   if (line.starts_with(start)) {
@@ -179,7 +180,7 @@ std::uint64_t BatchOutput::numberOf(std::string_view line) const {
     const bool isNumber = parsed.ec == std::errc() && parsed.ptr != end && *parsed.ptr == ',';
     if (isNumber && number <= maxLine) return number;
   }
-  throw std::runtime_error("The file '" + path_ +
+  throw std::runtime_error("The file '" + path +
                            "' cannot be continued: a line does not begin with the number of a line "
                            "of the input.");
 }

@@ -60,7 +60,7 @@ class BatchOutput {
   void checkBegunLine(int descriptor, const std::string& path, off_t begin,
                       std::string_view header) const;
   void noteLine(std::string_view line);
-  std::uint64_t numberOf(std::string_view line) const;
+  std::uint64_t numberOf(std::string_view line, const std::string& path) const;
   std::string aheadPath() const { return path_ + ".ahead"; }
 
   std::string path_, header_;
