@@ -19,7 +19,7 @@ export class PlaceField {
   constructor(id, near, chosen) {
     this.input = document.getElementById(id);
     this.list = document.getElementById(`${id}-list`);
-    Object.assign(this, { near, chosen, place: null, active: -1, generation: 0, shown: [] });
+    Object.assign(this, { near, chosen, place: null, active: -1, generation: 0, edits: 0, shown: [] });
     this.input.addEventListener('input', () => this.typed());
     this.input.addEventListener('keydown', (event) => this.key(event));
     this.input.addEventListener('blur', () => this.close());
@@ -30,7 +30,7 @@ export class PlaceField {
   setPlace(place, text = place ? coordinateText(place) : '') {
     this.place = place;
     this.input.value = text;
-    ++this.generation;
+    ++this.edits;
     this.close();
   }
 
@@ -45,9 +45,9 @@ export class PlaceField {
   }
 
   async find(text, key) {
-    const { generation } = this;
+    const { edits } = this;
     const { candidates } = await ask('candidates', { text, near: this.near(), key });
-    if (generation !== this.generation) return;
+    if (edits !== this.edits) return;
     // Like `quorvel route`, refuses a place that only resembles the text.
     if (!candidates.length || (!key && candidates[0].score < 80))
       throw new Error(`There is no place “${text}” on this map.`);
@@ -57,6 +57,7 @@ export class PlaceField {
 
   typed() {
     this.place = null;
+    ++this.edits;
     const generation = ++this.generation;
     setTimeout(() => generation === this.generation && this.suggest(generation), delay);
   }
