@@ -10,13 +10,16 @@ using namespace quorvelkit::fuzz;
 
 namespace {
 
-// Runs a call against a server that answers every request with `body`. Passes the completion
-// handler to `call`, and checks that the handler runs exactly once.
-void callAndWait(const std::string& body, auto call) {
+// Makes a server answer every request with `body`.
+void answerWith(const std::string& body) {
   static auto& server = *new test::FakeServer;
   server.clearRequests();
   for (const std::string& path : {test::loginPath, test::configurationPath})
     server.set(path, {200, body});
+}
+
+// Passes a completion handler to `call`, and checks that the handler runs exactly once.
+void callAndWait(auto call) {
   int runs = 0;
   call([&](const auto& /*response*/) { ++runs; });
   require(test::runMainQueueUntil([&] { return runs > 0; }));
@@ -41,12 +44,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   const auto response = responseFor<QVLoginResponse>(body, 200);
   readAll(response->code(), response->message(), response->objectId());
   require(response->userToken() == JSON(Data(body))["user-token"].string());
+  answerWith(body);
   QVBackendless::setUserToken("of an earlier login");
-  callAndWait(body, [](const auto& handler) { QVBackendless::login(handler); });
+  callAndWait([](const auto& handler) { QVBackendless::login(handler); });
   require(QVBackendless::userToken() == response->userToken().value_or(""));
 
   QVConfiguration::setCachedResponse(nullptr);
-  callAndWait(body, [](const auto& handler) { QVConfiguration::get(handler); });
+  callAndWait([](const auto& handler) { QVConfiguration::get(handler); });
   const auto configuration = QVConfiguration::cachedResponse();
   require(configuration && !configuration->error());
   QVRouteRequest route(Coordinate{1, 2}, Coordinate{3, 4});
