@@ -44,7 +44,8 @@ std::vector<std::vector<Coordinate>> joinLines(std::vector<std::vector<Coordinat
 }
 
 StreetLine::StreetLine(std::vector<std::vector<Coordinate>> ways) {
-  for (auto& line : joinLines(std::move(ways))) {
+  std::vector<std::vector<Coordinate>> lines = joinLines(std::move(ways));
+  for (auto& line : lines) {
     Chain chain;
     chain.line = std::move(line);
     chain.along.push_back(0);
