@@ -116,13 +116,17 @@ using JSONPath = std::span<const JSONKey>;
 /// JSONKey, without a copy of the key: valid as long as what it was made from.
 class JSONPathStep {
  public:
+  /// An index.
   template <JSONIndexInteger I>
   JSONPathStep(I index) noexcept
       : case_(JSONKey::Case::index), index_(JSONKey::clampedIndex(index)) {}
+  /// A key.
   template <JSONKeyText T>
   JSONPathStep(const T& key) noexcept : key_(key) {}
+  /// The same step as a JSONKey.
   JSONPathStep(const JSONKey& key) noexcept
       : case_(key.kind()), index_(key.index()), key_(key.key()) {}
+  /// The step of an application's own type.
   template <class T>
   requires(!JSONIndexInteger<T> && !JSONKeyText<T> && !std::same_as<T, JSONKey> &&
            JSONSubscriptType<T>) JSONPathStep(const T& element)
@@ -135,6 +139,7 @@ class JSONPathStep {
   JSONPathStep& operator=(const JSONPathStep&) = delete;
   ~JSONPathStep() = default;
 
+  /// Whether the step is a key or an index.
   JSONKey::Case kind() const noexcept { return case_; }
   /// The index; 0 for a key.
   std::int64_t index() const noexcept { return index_; }
