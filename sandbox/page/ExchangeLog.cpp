@@ -87,7 +87,7 @@ std::string shownBody(const std::string& body, bool isAnswer) {
     if (clean != document)
       shown = clean.rawString(TextEncoding::utf8, JSONWritingOptions::none).value_or("");
   } else if (!isAnswer && !body.empty()) {
-    return "(" + std::to_string(body.size()) + " bytes that are not a JSON object)";
+    return std::to_string(body.size()) + " bytes that are not a JSON object";
   }
   if (shown.size() <= maximumBodySize) return shown;
   const std::string_view begun = beginning(shown, maximumBodySize);
